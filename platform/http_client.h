@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/completion.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QUrl>
+
+#include <chrono>
+#include <variant>
+
+namespace corvane::platform {
+
+enum class HttpMethod { Get, Post };
+
+struct HttpHeader
+{
+    QByteArray name;
+    QByteArray value;
+};
+
+struct HttpRequest
+{
+    HttpMethod method = HttpMethod::Get;
+    QUrl url;
+    QList<HttpHeader> headers;
+    QByteArray body;
+    /// Bound on the whole request, from the call to the last byte of the reply.
+    std::chrono::milliseconds timeout{12'000};
+};
+
+struct HttpReply
+{
+    int status = 0;
+    QByteArray body;
+};
+
+/// Why a request brought no reply. An HTTP error status is a reply, not an error.
+enum class HttpError {
+    BadUrl,          ///< not an absolute http or https URL
+    Unreachable,     ///< no connection, a broken one, or a TLS failure
+    TimedOut,        ///< the request's bound ran out
+    TooLarge,        ///< the reply is longer than the client accepts
+    RefusedRedirect, ///< too many redirects, or one from https to http
+    Cancelled,       ///< the client was torn down first
+};
+
+using HttpResult = std::variant<HttpReply, HttpError>;
+
+/// The process-wide HTTP client. Sends no credentials and keeps no cookies.
+class HttpClient
+{
+public:
+    HttpClient() = default;
+    HttpClient(const HttpClient &) = delete;
+    HttpClient &operator=(const HttpClient &) = delete;
+    virtual ~HttpClient() = default;
+
+    /// Starts the request and returns at once. Called on the main thread, where the result is
+    /// delivered too. Path and query go out as they stand in the URL. Always resolves: at the
+    /// latest when the time-out runs out or the client is destroyed.
+    virtual Completion<HttpResult> send(HttpRequest request) = 0;
+};
+
+} // namespace corvane::platform

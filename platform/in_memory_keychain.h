@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/keychain.h"
+
+#include <mutex>
+#include <vector>
+
+namespace corvane::platform {
+
+/// A keychain that lives and dies with the process, for demos and tests.
+///
+/// It asks nobody: a protected item is opened by any prompt, and by a context that has passed.
+class InMemoryKeychain : public Keychain
+{
+public:
+    [[nodiscard]] KeychainStatus add(const QString &service, const QString &account,
+                                     const SecretBytes &data,
+                                     KeychainProtection protection) override;
+    [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
+                                                      const QString &prompt) override;
+    [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
+                                                      AuthenticationContext &context) override;
+    [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;
+    KeychainStatus remove(const QString &service) override;
+
+private:
+    struct Item
+    {
+        QString service;
+        QString account;
+        SecretBytes data;
+        KeychainProtection protection = KeychainProtection::None;
+    };
+
+    [[nodiscard]] const Item *find(const QString &service) const;
+
+    /// Reads come from background threads.
+    mutable std::mutex m_mutex;
+    std::vector<Item> m_items;
+};
+
+} // namespace corvane::platform

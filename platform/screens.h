@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QList>
+#include <QRectF>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace corvane::platform {
+
+/// One display, in points of the global coordinate system whose origin is the bottom left corner
+/// of the primary screen and whose y axis points up.
+///
+/// A rectangle's `y()` is therefore its bottom edge and `y() + height()` its top edge.
+struct Screen
+{
+    QString name;
+    QRectF frame;
+    /// Height of the band at the top that a camera housing occupies; 0 without one.
+    double safeAreaTop = 0;
+    /// The usable areas beside the camera housing; none on screens without one.
+    std::optional<QRectF> auxiliaryTopLeftArea;
+    std::optional<QRectF> auxiliaryTopRightArea;
+};
+
+/// The displays as they are right now. Used on the main thread; nothing is cached by callers.
+class Screens
+{
+public:
+    Screens() = default;
+    Screens(const Screens &) = delete;
+    Screens &operator=(const Screens &) = delete;
+    virtual ~Screens() = default;
+
+    /// All screens in the desktop's order; may be empty while displays are being switched.
+    [[nodiscard]] virtual QList<Screen> all() const = 0;
+    /// The screen that the user works on, if the desktop knows one.
+    [[nodiscard]] virtual std::optional<Screen> main() const = 0;
+    /// Calls `handler` after every change of the screens, from any thread, for the rest of the
+    /// object's life.
+    virtual void observeChanges(std::function<void()> handler) = 0;
+};
+
+} // namespace corvane::platform

@@ -1,0 +1,57 @@
+#include "platform/sodium_signing_keys.h"
+
+#include <sodium.h>
+
+namespace corvane::platform {
+
+namespace {
+
+struct KeyPair
+{
+    SigningKeys::PublicKey publicKey{};
+    SecretBytes secretKey{crypto_sign_SECRETKEYBYTES};
+};
+
+std::optional<KeyPair> keyPair(const SecretBytes &seed)
+{
+    if (seed.size() != SigningKeys::seedSize) {
+        return std::nullopt;
+    }
+    KeyPair pair;
+    crypto_sign_seed_keypair(pair.publicKey.data(), pair.secretKey.bytes().data(),
+                             seed.bytes().data());
+    return pair;
+}
+
+} // namespace
+
+SecretBytes SodiumSigningKeys::makeSeed()
+{
+    SecretBytes seed(seedSize);
+    randombytes_buf(seed.bytes().data(), seed.size());
+    return seed;
+}
+
+std::optional<SigningKeys::PublicKey> SodiumSigningKeys::publicKey(const SecretBytes &seed) const
+{
+    const std::optional<KeyPair> pair = keyPair(seed);
+    if (!pair) {
+        return std::nullopt;
+    }
+    return pair->publicKey;
+}
+
+std::optional<SigningKeys::Signature>
+SodiumSigningKeys::sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const
+{
+    const std::optional<KeyPair> pair = keyPair(seed);
+    if (!pair) {
+        return std::nullopt;
+    }
+    Signature signature{};
+    crypto_sign_detached(signature.data(), nullptr, message.data(), message.size(),
+                         pair->secretKey.bytes().data());
+    return signature;
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/signing_keys.h"
+
+namespace corvane::platform {
+
+/// Ed25519 by libsodium.
+class SodiumSigningKeys final : public SigningKeys
+{
+public:
+    [[nodiscard]] SecretBytes makeSeed() override;
+    [[nodiscard]] std::optional<PublicKey> publicKey(const SecretBytes &seed) const override;
+    [[nodiscard]] std::optional<Signature>
+    sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const override;
+};
+
+} // namespace corvane::platform

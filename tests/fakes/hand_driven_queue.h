@@ -1,0 +1,130 @@
+#pragma once
+
+#include "platform/main_queue.h"
+
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+
+namespace corvane::tests {
+
+/// A main queue whose clock stands still until a test moves it.
+class HandDrivenQueue final : public platform::MainQueue
+{
+public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return m_now; }
+    [[nodiscard]] std::chrono::system_clock::time_point wallTime() const override
+    {
+        return std::chrono::system_clock::time_point(
+            std::chrono::duration_cast<std::chrono::system_clock::duration>(m_now));
+    }
+
+    void post(Action action) override
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_posted.push_back(std::move(action));
+    }
+
+    std::shared_ptr<platform::WorkItem> after(std::chrono::nanoseconds delay,
+                                              Action action) override
+    {
+        return schedule(delay, std::chrono::nanoseconds::zero(), std::move(action));
+    }
+
+    std::shared_ptr<platform::WorkItem> every(std::chrono::nanoseconds interval,
+                                              Action action) override
+    {
+        return schedule(interval, interval, std::move(action));
+    }
+
+    /// Runs everything posted, including what those actions post, without moving the clock.
+    void drain()
+    {
+        while (const auto action = takePosted()) {
+            (*action)();
+        }
+    }
+
+    /// Moves the clock by `step`, running each action at its own time and in its order.
+    void advance(std::chrono::nanoseconds step)
+    {
+        const std::chrono::nanoseconds end = m_now + step;
+        drain();
+        while (!m_timers.empty() && m_timers.begin()->first <= end) {
+            const auto [due, item] = *m_timers.begin();
+            m_timers.erase(m_timers.begin());
+            m_now = due;
+            item->fire(*this);
+            drain();
+        }
+        m_now = end;
+    }
+
+    /// Delayed and repeating actions that have neither run out nor been cancelled.
+    [[nodiscard]] std::size_t pendingTimers() const
+    {
+        std::size_t pending = 0;
+        for (const auto &[due, item] : m_timers) {
+            pending += item->live() ? 1U : 0U;
+        }
+        return pending;
+    }
+
+private:
+    class Item final : public platform::WorkItem, public std::enable_shared_from_this<Item>
+    {
+    public:
+        Item(std::chrono::nanoseconds interval, Action action)
+            : m_interval(interval)
+            , m_action(std::move(action))
+        {}
+
+        void cancel() override { m_action = nullptr; }
+        [[nodiscard]] bool live() const { return static_cast<bool>(m_action); }
+
+        void fire(HandDrivenQueue &queue)
+        {
+            if (!m_action) {
+                return;
+            }
+            const Action action = m_action;
+            if (m_interval > std::chrono::nanoseconds::zero()) {
+                queue.m_timers.emplace(queue.m_now + m_interval, shared_from_this());
+            } else {
+                m_action = nullptr;
+            }
+            action();
+        }
+
+    private:
+        std::chrono::nanoseconds m_interval;
+        Action m_action;
+    };
+
+    std::shared_ptr<platform::WorkItem> schedule(std::chrono::nanoseconds delay,
+                                                 std::chrono::nanoseconds interval, Action action)
+    {
+        auto item = std::make_shared<Item>(interval, std::move(action));
+        m_timers.emplace(m_now + delay, item);
+        return item;
+    }
+
+    std::optional<Action> takePosted()
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_posted.empty()) {
+            return std::nullopt;
+        }
+        Action action = std::move(m_posted.front());
+        m_posted.pop_front();
+        return action;
+    }
+
+    std::chrono::nanoseconds m_now{0};
+    std::mutex m_mutex;
+    std::deque<Action> m_posted;
+    std::multimap<std::chrono::nanoseconds, std::shared_ptr<Item>> m_timers;
+};
+
+} // namespace corvane::tests
