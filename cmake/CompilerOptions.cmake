@@ -22,3 +22,10 @@ add_compile_options($<$<CONFIG:Release>:-ffunction-sections> $<$<CONFIG:Release>
 add_link_options($<$<CONFIG:Release>:LINKER:--gc-sections>)
 include(CheckPIESupported)
 check_pie_supported()
+
+# Takes the warnings off the registration and QML cache code that Qt generates for a module.
+function(corvane_exempt_generated_code target)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "qmlcache|qmltyperegistrations")
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+endfunction()

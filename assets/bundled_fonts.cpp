@@ -1,0 +1,25 @@
+#include "assets/bundled_fonts.h"
+
+#include <QDir>
+#include <QFontDatabase>
+
+// Resources of a static library are dropped by the linker unless somebody names them; the macro
+// must stand outside any namespace.
+static void initialiseResources()
+{
+    Q_INIT_RESOURCE(assets);
+}
+
+namespace corvane::assets {
+
+void registerBundledFonts()
+{
+    initialiseResources();
+    const QDir folder(QStringLiteral(":/corvane/fonts"));
+    const QStringList names = folder.entryList();
+    for (const QString &name : names) {
+        QFontDatabase::addApplicationFont(folder.filePath(name));
+    }
+}
+
+} // namespace corvane::assets

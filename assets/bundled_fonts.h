@@ -1,0 +1,9 @@
+#pragma once
+
+namespace corvane::assets {
+
+/// Makes the fonts that the program brings along known to Qt and fontconfig, and the pictograms
+/// readable under ":/corvane/pictograms". Takes a few milliseconds; main thread, once.
+void registerBundledFonts();
+
+} // namespace corvane::assets

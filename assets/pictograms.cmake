@@ -1,0 +1,20 @@
+# The pictograms by the names that the views use, each with the icon of the set that draws it.
+set(CORVANE_PICTOGRAMS
+    "arrow.clockwise=bold/arrow-clockwise-bold"
+    "arrow.down.circle.fill=fill/arrow-circle-down-fill"
+    "arrow.right=bold/arrow-right-bold"
+    "checkmark=bold/check-bold"
+    "checkmark.circle.fill=fill/check-circle-fill"
+    "chevron.up=bold/caret-up-bold"
+    "cursorarrow.motionlines=fill/cursor-click-fill"
+    "doc.on.doc=bold/copy-bold"
+    "exclamationmark.triangle.fill=fill/warning-fill"
+    "folder.fill=fill/folder-fill"
+    "gearshape=bold/gear-six-bold"
+    "key.fill=fill/key-fill"
+    "lock.fill=fill/lock-fill"
+    "paperplane.fill=fill/paper-plane-tilt-fill"
+    "sparkles=fill/sparkle-fill"
+    "sunrise.fill=fill/sun-horizon-fill"
+    "touchid=bold/fingerprint-bold"
+)

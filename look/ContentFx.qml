@@ -1,0 +1,26 @@
+import Corvane.Look
+import QtQuick
+
+// Content that fades (opacity), blurs (blur, radius in points) and rises (y). With opacity 1, blur 0
+// and y 0 it is just its content.
+Item {
+    id: root
+
+    default property alias content: live.data
+    property real blur: 0
+
+    Item {
+        id: live
+
+        anchors.fill: parent
+        opacity: veil.showing ? 0 : 1
+    }
+
+    BlurVeil {
+        id: veil
+
+        anchors.fill: parent
+        source: live
+        radius: root.blur
+    }
+}

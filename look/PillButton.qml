@@ -1,0 +1,87 @@
+import Corvane.Look
+import QtQuick
+
+// A text button with an optional pictogram, filled or outlined, that swells under the pointer.
+Item {
+    id: root
+
+    required property string label
+    property string icon: ""
+    property bool filled: false
+    signal triggered
+
+    readonly property color contentColor: root.filled ? "black" : Theme.green
+    // 0 to 1; the spring may carry it beyond either end, opacities and radii may not follow.
+    readonly property real glow: Math.max(0, Math.min(1, hover.value))
+
+    implicitWidth: row.implicitWidth + 24
+    implicitHeight: row.implicitHeight + 14
+    scale: 1 + 0.05 * hover.value
+
+    AnimatedValue {
+        id: hover
+
+        target: area.containsMouse ? 1 : 0
+        Component.onCompleted: hover.useSpring(0.28, 0.65)
+    }
+
+    SquishStyle {
+        id: squish
+
+        pressed: area.pressed
+    }
+
+    Item {
+        anchors.fill: parent
+        scale: squish.value
+
+        SoftShadow {
+            anchors.fill: parent
+            visible: root.filled
+            color: Theme.green
+            radius: 5 + 5 * root.glow
+            opacity: 0.18 + 0.27 * root.glow
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: 4
+            color: root.filled ? Theme.green : Qt.alpha(Theme.green, 0.12 * root.glow)
+            border.width: root.filled ? 0 : 1
+            border.color: Qt.alpha(Theme.green, 0.6 + 0.3 * root.glow)
+            antialiasing: true
+        }
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 4
+
+            Pictogram {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.icon !== ""
+                name: root.icon
+                fontSize: 8
+                color: root.contentColor
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.label
+                textFormat: Text.PlainText
+                font: Theme.pixel(9, 1.5)
+                color: root.contentColor
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    PressArea {
+        id: area
+
+        anchors.fill: parent
+        label: root.label
+        onTriggered: root.triggered()
+    }
+}

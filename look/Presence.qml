@@ -1,0 +1,51 @@
+import Corvane.Look
+import QtQuick
+
+// Shows a component while it is present, and lets it come and go through ContentFx: it comes from
+// opacity 0 with enterBlur and enterY, and leaves to opacity 0 with leaveBlur and leaveY. It moves on
+// the animation of the transaction in which `present` was changed.
+Item {
+    id: root
+
+    property bool present: false
+    property Component content: null
+    property alias transaction: presence.transaction
+    property real enterBlur: 0
+    property real enterY: 0
+    property real leaveBlur: 0
+    property real leaveY: 0
+
+    // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
+    readonly property real amount: Math.max(0, Math.min(1, presence.value))
+    readonly property AnimatedValue motion: presence
+    readonly property Item item: loader.item as Item
+
+    implicitWidth: loader.implicitWidth
+    implicitHeight: loader.implicitHeight
+
+    AnimatedValue {
+        id: presence
+
+        target: 0
+        Component.onCompleted: presence.jumpTo(root.present ? 1 : 0)
+    }
+
+    onPresentChanged: presence.target = root.present ? 1 : 0
+
+    ContentFx {
+        width: root.width
+        height: root.height
+        y: (1 - root.amount) * (root.present ? root.enterY : root.leaveY)
+        opacity: root.amount
+        blur: (1 - root.amount) * (root.present ? root.enterBlur : root.leaveBlur)
+        visible: loader.active
+
+        Loader {
+            id: loader
+
+            width: root.width
+            active: root.present || presence.value > 0 || presence.running
+            sourceComponent: root.content
+        }
+    }
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QImage>
+#include <QPointer>
+#include <QQuickItem>
+#include <QSharedPointer>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+class QQuickItemGrabResult;
+
+namespace corvane::look {
+
+/// A blurred picture of another item, shown in its place while it blurs.
+///
+/// The software scene graph has no effects, so the item is grabbed once when the blur sets in and
+/// the picture is blurred anew for each radius. Its owner hides the item while `showing`.
+class BlurVeil : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QQuickItem *source READ source WRITE setSource NOTIFY sourceChanged REQUIRED FINAL)
+    /// Gaussian blur radius in points, twice the sigma; at 0 the veil shows nothing.
+    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
+    Q_PROPERTY(bool showing READ isShowing NOTIFY showingChanged FINAL)
+
+public:
+    explicit BlurVeil(QQuickItem *parent = nullptr);
+    ~BlurVeil() override;
+
+    [[nodiscard]] QQuickItem *source() const { return m_source; }
+    void setSource(QQuickItem *source);
+    [[nodiscard]] double radius() const { return m_radius; }
+    void setRadius(double radius);
+    [[nodiscard]] bool isShowing() const { return !m_snapshot.isNull(); }
+
+Q_SIGNALS:
+    void sourceChanged();
+    void radiusChanged();
+    void showingChanged();
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
+
+private:
+    void grab();
+    void drop();
+
+    QPointer<QQuickItem> m_source;
+    double m_radius = 0;
+    QSharedPointer<QQuickItemGrabResult> m_pending;
+    QImage m_snapshot;
+};
+
+} // namespace corvane::look

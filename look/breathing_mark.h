@@ -1,0 +1,58 @@
+#pragma once
+
+#include "look/breath.h"
+
+#include <QBasicTimer>
+#include <QColor>
+#include <QElapsedTimer>
+#include <QQuickPaintedItem>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::look {
+
+/// The product mark, slowly pulsing in brightness and size: the island's heartbeat.
+///
+/// It starts dim each time it is shown and stops while nothing shows it. It steps on a coarse timer
+/// of its own, which Qt fires together with other coarse timers, so that at rest the mark and the
+/// hover poll wake the process once and not twice.
+class BreathingMark : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// Edge length in points.
+    Q_PROPERTY(double size READ markSize WRITE setMarkSize NOTIFY markSizeChanged FINAL)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    /// Seconds of half a breath, from dim to bright.
+    Q_PROPERTY(double period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+
+public:
+    explicit BreathingMark(QQuickItem *parent = nullptr);
+    [[nodiscard]] double markSize() const { return m_size; }
+    void setMarkSize(double size);
+    [[nodiscard]] QColor color() const { return m_color; }
+    void setColor(const QColor &color);
+    [[nodiscard]] double period() const { return m_period; }
+    void setPeriod(double seconds);
+    [[nodiscard]] bool isBreathing() const { return m_timer.isActive(); }
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void markSizeChanged();
+    void colorChanged();
+    void periodChanged();
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void startOrStop();
+
+    double m_size = 0;
+    QColor m_color = Qt::white;
+    double m_period = 1;
+    QElapsedTimer m_shown;
+    QBasicTimer m_timer;
+};
+
+} // namespace corvane::look

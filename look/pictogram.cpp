@@ -1,0 +1,62 @@
+#include "look/pictogram.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace corvane::look {
+
+namespace {
+
+/// The icon set draws within four fifths of its frame, and a pictogram is as large as its font.
+constexpr double frameOfFont = 1.25;
+
+} // namespace
+
+Pictogram::Pictogram(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+void Pictogram::setName(const QString &name)
+{
+    if (m_name != name) {
+        m_name = name;
+        update();
+        Q_EMIT nameChanged();
+    }
+}
+
+void Pictogram::setFontSize(double size)
+{
+    if (m_fontSize != size) {
+        m_fontSize = size;
+        setImplicitSize(size * frameOfFont, size * frameOfFont);
+        Q_EMIT fontSizeChanged();
+    }
+}
+
+void Pictogram::setColor(const QColor &color)
+{
+    if (m_color != color) {
+        m_color = color;
+        update();
+        Q_EMIT colorChanged();
+    }
+}
+
+void Pictogram::paint(QPainter *painter)
+{
+    QFile file(QStringLiteral(":/corvane/pictograms/%1.svg").arg(m_name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    QByteArray svg = file.readAll();
+    svg.replace("currentColor", m_color.name(QColor::HexRgb).toLatin1());
+    QSvgRenderer renderer(svg);
+    painter->setRenderHint(QPainter::Antialiasing);
+    renderer.render(painter, boundingRect());
+}
+
+} // namespace corvane::look

@@ -1,0 +1,205 @@
+#include "look/shape_items.h"
+
+#include "look/shapes.h"
+
+#include <QPainter>
+
+namespace corvane::look {
+
+namespace {
+
+/// A brush that repeats `tile` from `origin` (points) on.
+QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
+{
+    QBrush brush(tile);
+    brush.setTransform(
+        QTransform::fromTranslate(origin.x(), origin.y()).scale(1 / scale, 1 / scale));
+    return brush;
+}
+
+double deviceScale(const QPainter &painter)
+{
+    return painter.device()->devicePixelRatio();
+}
+
+} // namespace
+
+DitherRect::DitherRect(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{}
+
+template <typename Value>
+void DitherRect::assign(Value &member, const Value &value)
+{
+    if (member != value) {
+        member = value;
+        update();
+        Q_EMIT patternChanged();
+    }
+}
+
+void DitherRect::setColor(const QColor &color)
+{
+    assign(m_color, color);
+}
+
+void DitherRect::setCell(double cell)
+{
+    assign(m_cell, cell);
+}
+
+void DitherRect::setTopDensity(double density)
+{
+    assign(m_topDensity, density);
+}
+
+void DitherRect::setBottomDensity(double density)
+{
+    assign(m_bottomDensity, density);
+}
+
+void DitherRect::paint(QPainter *painter)
+{
+    const DitherPattern pattern =
+        ditherPattern(width(), height(), m_cell, m_topDensity, m_bottomDensity);
+    const double scale = deviceScale(*painter);
+    const QImage tile = ditherTile(pattern, m_cell, m_color, scale);
+    if (!tile.isNull()) {
+        painter->fillRect(QRectF(0, 0, pattern.columns * m_cell, pattern.rows * m_cell),
+                          tileBrush(tile, scale, {}));
+    }
+}
+
+QuibMark::QuibMark(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+void QuibMark::setColor(const QColor &color)
+{
+    if (m_color != color) {
+        m_color = color;
+        update();
+        Q_EMIT colorChanged();
+    }
+}
+
+void QuibMark::paint(QPainter *painter)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(quibMarkPath(boundingRect()), m_color);
+}
+
+NotchShape::NotchShape(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+void NotchShape::assign(double &member, double value)
+{
+    if (member != value) {
+        member = value;
+        update();
+        Q_EMIT changed();
+    }
+}
+
+void NotchShape::setBottomRadius(double radius)
+{
+    assign(m_bottomRadius, radius);
+}
+
+void NotchShape::setGrainOpacity(double opacity)
+{
+    assign(m_grainOpacity, opacity);
+}
+
+void NotchShape::setLineWidth(double width)
+{
+    assign(m_lineWidth, width);
+}
+
+void NotchShape::setLineColor(const QColor &color)
+{
+    if (m_lineColor != color) {
+        m_lineColor = color;
+        update();
+        Q_EMIT changed();
+    }
+}
+
+void NotchShape::paint(QPainter *painter)
+{
+    constexpr double grainCell = 2;
+    constexpr double grainWhite = 0.05;
+    constexpr double grainBottomDensity = 0.28;
+
+    const QRectF rect = boundingRect().adjusted(margin, margin, -margin, -margin);
+    const QPainterPath outline = notchShapePath(rect, m_bottomRadius);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(outline, Qt::black);
+    if (m_grainOpacity > 0) {
+        QColor white(Qt::white);
+        white.setAlphaF(static_cast<float>(grainWhite * m_grainOpacity));
+        const double scale = deviceScale(*painter);
+        const QImage tile =
+            ditherTile(ditherPattern(rect.width(), rect.height(), grainCell, 0, grainBottomDensity),
+                       grainCell, white, scale);
+        if (!tile.isNull()) {
+            painter->fillPath(outline, tileBrush(tile, scale, rect.topLeft()));
+        }
+    }
+    if (m_lineWidth > 0) {
+        painter->strokePath(outline, QPen(m_lineColor, m_lineWidth));
+    }
+}
+
+SparklineShape::SparklineShape(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+void SparklineShape::setPoints(const QList<double> &points)
+{
+    if (m_points != points) {
+        m_points = points;
+        update();
+        Q_EMIT pointsChanged();
+    }
+}
+
+void SparklineShape::setColor(const QColor &color)
+{
+    if (m_color != color) {
+        m_color = color;
+        update();
+        Q_EMIT colorChanged();
+    }
+}
+
+void SparklineShape::paint(QPainter *painter)
+{
+    constexpr double cell = 2;
+    constexpr double areaOpacity = 0.85;
+    constexpr double topDensity = 0.45;
+    constexpr double bottomDensity = 0.03;
+    constexpr double lineWidth = 1.5;
+
+    const QRectF rect = boundingRect();
+    QColor area = m_color;
+    area.setAlphaF(static_cast<float>(areaOpacity));
+    const double scale = deviceScale(*painter);
+    const QImage tile =
+        ditherTile(ditherPattern(rect.width(), rect.height(), cell, topDensity, bottomDensity),
+                   cell, area, scale);
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (!tile.isNull()) {
+        painter->fillPath(sparklinePath(rect, m_points, true), tileBrush(tile, scale, {}));
+    }
+    painter->strokePath(sparklinePath(rect, m_points, false), QPen(m_color, lineWidth));
+}
+
+} // namespace corvane::look

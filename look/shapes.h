@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QPainterPath>
+#include <QRectF>
+
+#include <array>
+
+namespace corvane::look {
+
+/// The island's outline in `rect` (y downward): square at the top, the bottom corners cut by
+/// quadratic curves of `bottomRadius` points, at most half the shorter side.
+[[nodiscard]] QPainterPath notchShapePath(const QRectF &rect, double bottomRadius);
+
+/// The fill of an ordered dither: a 4 × 4 Bayer matrix against a density that changes from row to
+/// row. The pattern repeats every four columns, so one mask of four columns a row describes it.
+struct DitherPattern
+{
+    /// Whole cells that fit; a partial cell at the right or bottom edge is left out.
+    int columns = 0;
+    int rows = 0;
+    /// For each row the filled columns of the four-column period, column 0 in bit 0.
+    QList<quint8> rowMasks;
+
+    [[nodiscard]] bool isFilled(int row, int column) const
+    {
+        return (rowMasks.at(row) >> (column % 4) & 1) != 0;
+    }
+};
+
+/// The pattern for a frame of `width` × `height` points and cells of `cell` points, with densities
+/// from 0 to 1 at the first and the last row.
+[[nodiscard]] DitherPattern ditherPattern(double width, double height, double cell,
+                                          double topDensity, double bottomDensity);
+
+/// One period of `pattern` as a picture: four columns wide, all rows high, transparent between the
+/// cells of `color`. `scale` is in device pixels a point. Null when nothing is filled.
+[[nodiscard]] QImage ditherTile(const DitherPattern &pattern, double cell, const QColor &color,
+                                double scale);
+
+/// The product mark in a grid of 13 × 13 units, y downward: a ring around a dot.
+inline constexpr int quibMarkUnits = 13;
+inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
+    {2, 0, 9, 1},
+    {1, 1, 11, 1},
+    {2, 12, 9, 1},
+    {1, 11, 11, 1},
+    {0, 2, 1, 9},
+    {1, 2, 1, 9},
+    {12, 2, 1, 9},
+    {11, 2, 1, 9},
+    {5, 5, 3, 3},
+}};
+
+/// The mark, square and centred in `rect`.
+[[nodiscard]] QPainterPath quibMarkPath(const QRectF &rect);
+
+/// A price chart over the whole width of `rect` (y downward), oldest point first, with 4 % of the
+/// height free above and below. Closed it is the area down to the bottom edge. Empty below two
+/// points.
+[[nodiscard]] QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points,
+                                         bool closed);
+
+} // namespace corvane::look

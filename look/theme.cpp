@@ -1,0 +1,71 @@
+#include "look/theme.h"
+
+#include <QJSEngine>
+#include <QStringList>
+
+#include <cmath>
+
+namespace corvane::look {
+
+namespace {
+
+/// What `create` hands to the engine; set while the theme lives.
+Theme *existing = nullptr;
+
+QFont fontOf(const QString &family, double size, QFont::Weight weight)
+{
+    QFont font(family);
+    font.setPixelSize(static_cast<int>(std::lround(size)));
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
+
+Theme::Theme(const platform::FontRegistry &fonts, QObject *parent)
+    : QObject(parent)
+    , m_fonts(fonts)
+{
+    existing = this;
+}
+
+Theme::~Theme()
+{
+    existing = nullptr;
+}
+
+Theme *Theme::create(QQmlEngine *, QJSEngine *)
+{
+    Q_ASSERT(existing != nullptr);
+    QJSEngine::setObjectOwnership(existing, QJSEngine::CppOwnership);
+    return existing;
+}
+
+QFont Theme::pixel(double size, double tracking) const
+{
+    static const QStringList names{
+        QStringLiteral("Silkscreen-Regular"),
+        QStringLiteral("Silkscreen"),
+        QStringLiteral("PixelifySans-Regular"),
+        QStringLiteral("Pixelify Sans"),
+    };
+    QFont font = fontOf(m_fonts.monospacedFamily(), size, QFont::ExtraBold);
+    for (const QString &name : names) {
+        if (const auto family = m_fonts.familyOf(name)) {
+            font = fontOf(*family, size, QFont::Normal);
+            break;
+        }
+    }
+    font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    return font;
+}
+
+QFont Theme::term(double size, Weight weight) const
+{
+    // The regular face decides whether the family is used at all.
+    const bool exists = m_fonts.familyOf(QStringLiteral("JetBrainsMono-Regular")).has_value();
+    return fontOf(exists ? QStringLiteral("JetBrains Mono") : m_fonts.monospacedFamily(), size,
+                  static_cast<QFont::Weight>(weight));
+}
+
+} // namespace corvane::look

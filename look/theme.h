@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/font_registry.h"
+
+#include <QColor>
+#include <QFont>
+#include <QObject>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace corvane::look {
+
+/// The palette and the two typefaces; the one singleton of the views.
+///
+/// The entry point makes it, with the fonts of the desktop, and keeps it for as long as there are
+/// views. Main thread.
+class Theme : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QColor ink READ ink CONSTANT FINAL)
+    Q_PROPERTY(QColor muted READ muted CONSTANT FINAL)
+    Q_PROPERTY(QColor green READ green CONSTANT FINAL)
+    Q_PROPERTY(QColor red READ red CONSTANT FINAL)
+    Q_PROPERTY(QColor card READ card CONSTANT FINAL)
+    Q_PROPERTY(QColor line READ line CONSTANT FINAL)
+
+public:
+    enum Weight { Regular = QFont::Normal, Bold = QFont::Bold, Heavy = QFont::ExtraBold };
+    Q_ENUM(Weight)
+
+    explicit Theme(const platform::FontRegistry &fonts, QObject *parent = nullptr);
+    ~Theme() override;
+
+    /// Hands the existing object to the QML engine.
+    static Theme *create(QQmlEngine *engine, QJSEngine *scripts);
+
+    /// Primary text, headings, hovered pictograms.
+    [[nodiscard]] static QColor ink() { return {244, 241, 233}; }
+    /// Secondary text, idle pictograms.
+    [[nodiscard]] static QColor muted() { return {140, 136, 126}; }
+    /// The accent: buttons, glow, the mark, a rising price.
+    [[nodiscard]] static QColor green() { return {60, 208, 107}; }
+    /// Errors, destructive actions, a falling price.
+    [[nodiscard]] static QColor red() { return {232, 86, 86}; }
+    /// Fills of fields and panels.
+    [[nodiscard]] static QColor card() { return {28, 28, 33}; }
+    /// Hairline outlines, laid over whatever is beneath.
+    [[nodiscard]] static QColor line() { return QColor::fromRgbF(1, 1, 1, 0.12F); }
+
+    /// The pixel typeface at `size` points with `tracking` points between letters; without one of
+    /// its fonts the heavy monospaced face of the desktop.
+    [[nodiscard]] Q_INVOKABLE QFont pixel(double size, double tracking = 0) const;
+    /// The terminal typeface at `size` points; without it the monospaced face of the desktop.
+    [[nodiscard]] Q_INVOKABLE QFont term(double size,
+                                         corvane::look::Theme::Weight weight = Regular) const;
+
+private:
+    const platform::FontRegistry &m_fonts;
+};
+
+} // namespace corvane::look
