@@ -1,0 +1,29 @@
+/**
+ * JSON text of a value. Unlike JSON.stringify it writes a BigInt as a bare number: nodes send
+ * 64-bit integers (lamports, rentEpoch) that a double cannot hold, and clients have to cope.
+ */
+export function toJson(value) {
+    if (typeof value === 'bigint') {
+        return value.toString();
+    }
+    if (Array.isArray(value)) {
+        return `[${value.map((item) => toJson(item === undefined ? null : item)).join(',')}]`;
+    }
+    if (value !== null && typeof value === 'object') {
+        const members = Object.entries(value).filter(([, member]) => member !== undefined);
+        return `{${members.map(([key, member]) => `${JSON.stringify(key)}:${toJson(member)}`).join(',')}}`;
+    }
+    return JSON.stringify(value);
+}
+
+/** Whether arrays and objects nest no deeper than `limit`, so that recursion over them is safe. */
+export function nestsWithin(value, limit) {
+    if (value === null || typeof value !== 'object') {
+        return true;
+    }
+    return limit > 0 && Object.values(value).every((member) => nestsWithin(member, limit - 1));
+}
+
+export function isObject(value) {
+    return value !== null && typeof value === 'object' && !Array.isArray(value);
+}

@@ -1,0 +1,120 @@
+/** SPL token accounts in a runtime: written in their real layout, read back as a node reports them. */
+
+import { lamports, unwrapOption } from '@solana/kit';
+import {
+    AccountState, findAssociatedTokenPda, getMintEncoder, getMintSize, getTokenDecoder,
+    getTokenEncoder, getTokenSize, TOKEN_PROGRAM_ADDRESS,
+} from '@solana-program/token';
+import { formatDecimal, USDC_DECIMALS } from './amounts.mjs';
+import { BadInput } from './errors.mjs';
+
+/** What every account of a running cluster shows: rent is never due again. */
+const RENT_EXEMPT_EPOCH = 18446744073709551615n;
+const STATE_NAMES = {
+    [AccountState.Uninitialized]: 'uninitialized',
+    [AccountState.Initialized]: 'initialized',
+    [AccountState.Frozen]: 'frozen',
+};
+
+function place(svm, address, data) {
+    svm.setAccount({
+        address,
+        data: new Uint8Array(data),
+        executable: false,
+        lamports: lamports(svm.minimumBalanceForRentExemption(BigInt(data.length))),
+        programAddress: TOKEN_PROGRAM_ADDRESS,
+        space: BigInt(data.length),
+    });
+}
+
+export function createMint(svm, mint) {
+    place(svm, mint, getMintEncoder().encode({
+        mintAuthority: null,
+        supply: 10n ** 16n,
+        decimals: USDC_DECIMALS,
+        isInitialized: true,
+        freezeAuthority: null,
+    }));
+}
+
+export function isMint(svm, address) {
+    const account = svm.getAccount(address);
+    return account.exists && account.programAddress === TOKEN_PROGRAM_ADDRESS
+        && account.data.length === getMintSize();
+}
+
+/**
+ * Sets what `owner` holds of `mint` in its associated token account, or in the account `at` for
+ * owners that hold it in several. An amount of null removes the account. Returns its address.
+ */
+export async function setTokenBalance(svm, { mint, owner, amount, at }) {
+    const [associated] = await findAssociatedTokenPda({ mint, owner, tokenProgram: TOKEN_PROGRAM_ADDRESS });
+    const address = at ?? associated;
+    const existing = svm.getAccount(address);
+    if (existing.exists && (existing.programAddress !== TOKEN_PROGRAM_ADDRESS || isMint(svm, address))) {
+        throw new BadInput('account is in use and is not a token account');
+    }
+    if (amount === null) {
+        if (existing.exists) {
+            svm.setAccount({ ...existing, lamports: lamports(0n), data: new Uint8Array(0), space: 0n });
+        }
+        return address;
+    }
+    place(svm, address, getTokenEncoder().encode({
+        mint,
+        owner,
+        amount,
+        delegate: null,
+        state: AccountState.Initialized,
+        isNative: null,
+        delegatedAmount: 0n,
+        closeAuthority: null,
+    }));
+    return address;
+}
+
+/** The token accounts of `owner`, of one mint or of all, in the order of their addresses. */
+export function tokenAccountsOf(svm, owner, mint) {
+    return svm.getProgramAccounts(TOKEN_PROGRAM_ADDRESS)
+        .filter((account) => account.data.length === getTokenSize())
+        .map((account) => ({ ...account, token: getTokenDecoder().decode(account.data) }))
+        .filter(({ token }) => token.owner === owner && (mint === undefined || token.mint === mint))
+        .sort((left, right) => (left.address < right.address ? -1 : 1));
+}
+
+function tokenAmount(units) {
+    const text = formatDecimal(units, USDC_DECIMALS);
+    return { amount: units.toString(), decimals: USDC_DECIMALS, uiAmount: Number(text), uiAmountString: text };
+}
+
+function parsedInfo(token) {
+    const delegate = unwrapOption(token.delegate);
+    const closeAuthority = unwrapOption(token.closeAuthority);
+    return {
+        ...(closeAuthority && { closeAuthority }),
+        ...(delegate && { delegate, delegatedAmount: tokenAmount(token.delegatedAmount) }),
+        isNative: unwrapOption(token.isNative) !== null,
+        mint: token.mint,
+        owner: token.owner,
+        state: STATE_NAMES[token.state],
+        tokenAmount: tokenAmount(token.amount),
+    };
+}
+
+/** One element of a getTokenAccountsByOwner reply. */
+export function describeTokenAccount(account, encoding) {
+    const data = encoding === 'jsonParsed'
+        ? { parsed: { info: parsedInfo(account.token), type: 'account' }, program: 'spl-token', space: account.space }
+        : [Buffer.from(account.data).toString('base64'), 'base64'];
+    return {
+        account: {
+            data,
+            executable: account.executable,
+            lamports: account.lamports,
+            owner: account.programAddress,
+            rentEpoch: RENT_EXEMPT_EPOCH,
+            space: account.space,
+        },
+        pubkey: account.address,
+    };
+}
