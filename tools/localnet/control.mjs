@@ -1,0 +1,111 @@
+/** The control interface: how a demo or a test sets balances, prices and faults, and reads the log. */
+
+import { formatDecimal, parseAddress, parseDecimal, parseU64, SOL_DECIMALS, USDC_DECIMALS } from './amounts.mjs';
+import { BadInput } from './errors.mjs';
+import { isObject, toJson } from './json.mjs';
+
+function clusterOf(net, name) {
+    if (!Object.hasOwn(net.clusters, name ?? '')) {
+        throw new BadInput('cluster must be mainnet or devnet');
+    }
+    return net.clusters[name];
+}
+
+function holdings(cluster, address) {
+    return {
+        lamports: cluster.balance(address),
+        sol: formatDecimal(cluster.balance(address), SOL_DECIMALS),
+        usdc: formatDecimal(cluster.usdcUnits(address), USDC_DECIMALS),
+    };
+}
+
+function state(net, query) {
+    const address = query.get('address');
+    const clusters = Object.entries(net.clusters).map(([name, cluster]) => [name, {
+        ...cluster.summary,
+        ...(address !== null && holdings(cluster, parseAddress(address))),
+    }]);
+    return { clusters: Object.fromEntries(clusters), market: net.market.summary, faults: net.faults.summary };
+}
+
+function log(net, query) {
+    const after = query.get('after') ?? '0';
+    return { entries: net.log.entries({ after: Number(parseU64(after, 'after')), name: query.get('name') ?? undefined }) };
+}
+
+/** What each control does, and the members its body may have. */
+const routes = {
+    'GET /control/state': { run: (net, { query }) => state(net, query) },
+    'GET /control/log': { run: (net, { query }) => log(net, query) },
+    'POST /control/clear-log': { run: (net) => net.log.clear() },
+    'POST /control/balance': {
+        members: ['cluster', 'address', 'lamports'],
+        run: (net, { body }) => {
+            const amount = parseU64(body.lamports, 'lamports');
+            clusterOf(net, body.cluster).setBalance(parseAddress(body.address), amount);
+        },
+    },
+    'POST /control/usdc': {
+        members: ['cluster', 'address', 'amount', 'account'],
+        run: async (net, { body }) => {
+            const amount = body.amount === null ? null : parseDecimal(body.amount, USDC_DECIMALS, 'amount');
+            const at = body.account === undefined ? undefined : parseAddress(body.account, 'account');
+            const cluster = clusterOf(net, body.cluster);
+            return { account: await cluster.setUsdc(parseAddress(body.address), amount, at) };
+        },
+    },
+    'POST /control/price': {
+        members: ['price', 'change', 'chart'],
+        run: (net, { body }) => net.market.set(body),
+    },
+    'POST /control/fault': {
+        members: null, // depends on the kind of fault
+        run: (net, { body }) => ({ id: net.faults.add(body) }),
+    },
+    'POST /control/clear-faults': { run: (net) => net.faults.clear() },
+    'POST /control/expire-blockhashes': {
+        members: ['cluster'],
+        run: (net, { body }) => {
+            const chosen = body.cluster === undefined ? Object.values(net.clusters) : [clusterOf(net, body.cluster)];
+            chosen.forEach((cluster) => cluster.expireBlockhashes());
+        },
+    },
+};
+
+function readBody(text, members = []) {
+    let body;
+    try {
+        body = text === '' ? {} : JSON.parse(text);
+    } catch {
+        throw new BadInput('the body is not JSON');
+    }
+    if (!isObject(body)) {
+        throw new BadInput('the body must be a JSON object');
+    }
+    const unknown = Object.keys(body).find((name) => members !== null && !members.includes(name));
+    if (unknown !== undefined) {
+        throw new BadInput(`unknown member ${JSON.stringify(unknown)}: known are ${members.join(', ') || 'none'}`);
+    }
+    return body;
+}
+
+/** The answer { status, type, body } to a control request. */
+export async function answerControl(net, { method, path, query, headers, body }) {
+    const reply = (status, value) => ({ status, type: 'application/json', body: toJson(value) });
+    const route = `${method} ${path}`;
+    if (headers.origin !== undefined) {
+        return reply(403, { error: 'not for web pages' });
+    }
+    if (!Object.hasOwn(routes, route)) {
+        return reply(404, { error: `no such control: use one of ${Object.keys(routes).join(', ')}` });
+    }
+    try {
+        const { members, run } = routes[route];
+        return reply(200, await run(net, { query, body: readBody(body, members) }) ?? { ok: true });
+    } catch (error) {
+        if (error instanceof BadInput) {
+            return reply(400, { error: error.message });
+        }
+        throw error;
+    }
+}
