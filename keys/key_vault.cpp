@@ -1,0 +1,39 @@
+#include "keys/key_vault.h"
+
+namespace corvane::keys {
+
+platform::KeychainStatus KeyVault::storeStatus(const platform::SecretBytes &secret,
+                                               const QString &pubkey)
+{
+    // Items of another account would not be replaced by adding, and at most one may exist.
+    remove();
+
+    const platform::KeychainStatus status =
+        m_keychain->add(serviceName, pubkey, secret, platform::KeychainProtection::UserPresence);
+    if (status == platform::keychainSuccess) {
+        return status;
+    }
+    return m_keychain->add(serviceName, pubkey, secret, platform::KeychainProtection::None);
+}
+
+std::optional<platform::SecretBytes> KeyVault::loadSecret(const QString &prompt)
+{
+    return m_keychain->copyData(serviceName, prompt);
+}
+
+std::optional<platform::SecretBytes> KeyVault::loadSecret(platform::AuthenticationContext &context)
+{
+    return m_keychain->copyData(serviceName, context);
+}
+
+std::optional<QString> KeyVault::pubkey() const
+{
+    return m_keychain->copyAccount(serviceName);
+}
+
+bool KeyVault::remove()
+{
+    return m_keychain->remove(serviceName) == platform::keychainSuccess;
+}
+
+} // namespace corvane::keys
