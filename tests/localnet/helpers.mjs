@@ -1,0 +1,66 @@
+/** What the tests share: an instance per test, calls to it, and transfers built by the library. */
+
+import { createRequire } from 'node:module';
+import { Localnet } from '../../tools/localnet/localnet.mjs';
+
+// The tests have no packages of their own: they use those installed for the tool.
+const require = createRequire(new URL('../../tools/localnet/package.json', import.meta.url));
+const kit = require('@solana/kit');
+const { getTransferSolInstruction } = require('@solana-program/system');
+
+const CALL_TIMEOUT_MS = 10_000;
+
+/** A running instance that ends with test `t`; `tick(ms)` moves its clock, nothing else does. */
+export async function startNet(t, options = {}) {
+    let clock = 1_700_000_000_000;
+    const net = new Localnet({ now: () => clock, slotMs: 400, ...options });
+    await net.listen();
+    t.after(() => net.close());
+
+    const get = (path) => fetch(net.url + path, { signal: AbortSignal.timeout(CALL_TIMEOUT_MS) });
+    const post = (path, body, type = 'application/json') => fetch(net.url + path, {
+        method: 'POST',
+        headers: { 'Content-Type': type },
+        body: typeof body === 'string' ? body : JSON.stringify(body),
+        signal: AbortSignal.timeout(CALL_TIMEOUT_MS),
+    });
+    const rpc = async (method, params, path = '/mainnet') => (
+        await post(path, { jsonrpc: '2.0', id: 1, method, params })).json();
+    const control = async (name, body = {}) => {
+        const response = await post(`/control/${name}`, body);
+        return { status: response.status, ...await response.json() };
+    };
+    const lamports = async (address, path = '/mainnet') => (await rpc('getBalance', [address], path)).result.value;
+    const tick = (ms) => { clock += ms; };
+    return { net, get, post, rpc, control, lamports, tick };
+}
+
+export function makeSigner() {
+    return kit.generateKeyPairSigner();
+}
+
+/** The bytes of a signed transfer, built without any of the code under test. */
+export async function makeTransfer({ from, to, amount, blockhash }) {
+    const instruction = getTransferSolInstruction({ source: from, destination: to, amount });
+    const message = kit.pipe(
+        kit.createTransactionMessage({ version: 'legacy' }),
+        (draft) => kit.setTransactionMessageFeePayerSigner(from, draft),
+        (draft) => kit.setTransactionMessageLifetimeUsingBlockhash({ blockhash, lastValidBlockHeight: 0n }, draft),
+        (draft) => kit.appendTransactionMessageInstruction(instruction, draft),
+    );
+    const transaction = await kit.signTransactionMessageWithSigners(message);
+    return {
+        bytes: Buffer.from(kit.getTransactionEncoder().encode(transaction)),
+        signature: kit.getSignatureFromTransaction(transaction),
+    };
+}
+
+/** A transaction around changed message bytes that is signed correctly all the same. */
+export async function signMessage(signer, messageBytes) {
+    const signature = await kit.signBytes(signer.keyPair.privateKey, messageBytes);
+    return Buffer.concat([Buffer.from([1]), Buffer.from(signature), messageBytes]);
+}
+
+export function send(rpc, bytes, config = {}, path = '/mainnet') {
+    return rpc('sendTransaction', [bytes.toString('base64'), { encoding: 'base64', ...config }], path);
+}
