@@ -116,6 +116,9 @@ test('a delay holds the answer back and combines with another fault', async (t) 
     }
     await net.close();
     assert.equal(await pending, 'broken');
+    const given = net.log.entries().at(-1);
+    assert.notEqual(given.doneMs, null, 'the delay is over');
+    assert.equal(given.status, null);
 });
 
 test('a dropped request is not carried out, one dropped after submission is', async (t) => {

@@ -116,6 +116,7 @@ test('HTTP that is not a call gets a plain refusal', async (t) => {
         [404, () => post('/control/nothing', {})],
         [404, () => get('/nothing')],
         [413, () => post('/mainnet', 'x'.repeat(70_000))],
+        [413, () => post('/control/price', 'x'.repeat(8_000_000))],
         [200, () => get('/explorer/tx/abc?cluster=devnet')],
         [200, () => get('/wallet')],
     ];

@@ -133,7 +133,12 @@ test('what cannot be a transaction is refused before the runtime sees it', async
     for (const [name, sent] of Object.entries(cases)) {
         assert.equal((await send(rpc, sent)).error?.code, -32602, name);
     }
-    for (const params of [[], [5], ['%%%', { encoding: 'base64' }], ['abc', { encoding: 'hex' }], ['0OIl']]) {
+    const text = bytes.toString('base64');
+    const wrongTexts = [
+        [], [5], ['0OIl'], [text], [text, { encoding: 'hex' }], [`${text}\n`, { encoding: 'base64' }],
+        [`${text}=`, { encoding: 'base64' }],
+    ];
+    for (const params of wrongTexts) {
         assert.equal((await rpc('sendTransaction', params)).error?.code, -32602, JSON.stringify(params));
     }
     assert.deepEqual(await balances(), [2 * SOL, SOL]);

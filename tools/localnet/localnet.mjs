@@ -22,19 +22,20 @@ function plain(status, body) {
     return { status, type: 'text/plain', body: `${body}\n` };
 }
 
-/** The body as text, or null when it is larger than any honest request. */
+/**
+ * The body as text, or null when it is larger than any honest request. Such a body is read to its
+ * end and thrown away: a client that is still sending would not see the refusal.
+ */
 async function readBody(request) {
     const chunks = [];
     let size = 0;
-    // Left open when it is too large: the refusal still has to go out on the same socket.
-    for await (const chunk of request.iterator({ destroyOnReturn: false })) {
+    for await (const chunk of request) {
         size += chunk.length;
-        if (size > MAX_BODY_BYTES) {
-            return null;
+        if (size <= MAX_BODY_BYTES) {
+            chunks.push(chunk);
         }
-        chunks.push(chunk);
     }
-    return Buffer.concat(chunks).toString('utf8');
+    return size <= MAX_BODY_BYTES ? Buffer.concat(chunks).toString('utf8') : null;
 }
 
 function send(response, answer) {
@@ -125,8 +126,6 @@ export class Localnet {
                 body,
             };
             if (body === null) {
-                response.shouldKeepAlive = false;
-                response.once('finish', () => request.destroy());
                 send(response, plain(413, `the body is larger than ${MAX_BODY_BYTES} bytes`));
             } else if (url.pathname.startsWith('/control/')) {
                 send(response, await answerControl(this, details));
