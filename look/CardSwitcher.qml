@@ -9,6 +9,7 @@ Item {
     property Transaction transaction: null
 
     implicitHeight: root.current.implicitHeight
+    height: root.implicitHeight
 
     property Presence current: first
     readonly property Presence other: root.current === first ? second : first
@@ -40,7 +41,6 @@ Item {
         id: first
 
         width: root.width
-        height: root.height
         transaction: root.transaction
         enterBlur: 5
         enterY: 12
@@ -54,7 +54,6 @@ Item {
         id: second
 
         width: root.width
-        height: root.height
         transaction: root.transaction
         enterBlur: 5
         enterY: 12

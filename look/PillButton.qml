@@ -14,8 +14,9 @@ Item {
     // 0 to 1; the spring may carry it beyond either end, opacities and radii may not follow.
     readonly property real glow: Math.max(0, Math.min(1, hover.value))
 
-    implicitWidth: row.implicitWidth + 24
-    implicitHeight: row.implicitHeight + 14
+    // Summed up here, because positioners only know their size a frame later.
+    implicitWidth: title.implicitWidth + (pictogram.visible ? pictogram.implicitWidth + row.spacing : 0) + 24
+    implicitHeight: Math.max(title.implicitHeight, pictogram.visible ? pictogram.implicitHeight : 0) + 14
     scale: 1 + 0.05 * hover.value
 
     AnimatedValue {
@@ -59,6 +60,8 @@ Item {
             spacing: 4
 
             Pictogram {
+                id: pictogram
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: root.icon !== ""
                 name: root.icon
@@ -67,6 +70,8 @@ Item {
             }
 
             Text {
+                id: title
+
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.label
                 textFormat: Text.PlainText

@@ -20,8 +20,9 @@ Item {
     readonly property AnimatedValue motion: presence
     readonly property Item item: loader.item as Item
 
-    implicitWidth: loader.implicitWidth
-    implicitHeight: loader.implicitHeight
+    implicitWidth: root.item?.implicitWidth ?? 0
+    implicitHeight: root.item?.implicitHeight ?? 0
+    height: root.implicitHeight
 
     AnimatedValue {
         id: presence

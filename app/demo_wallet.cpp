@@ -1,0 +1,38 @@
+#include "app/demo_wallet.h"
+
+#include "keys/base58.h"
+#include "keys/key_vault.h"
+
+#include <QUrl>
+
+namespace corvane::app {
+
+namespace {
+
+bool isLoopback(const QString &address)
+{
+    const QString host = QUrl(address).host();
+    return host == QLatin1String("localhost") || host == QLatin1String("::1") ||
+           host.startsWith(QLatin1String("127."));
+}
+
+} // namespace
+
+DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
+{
+    DemoWallet wallet{std::make_unique<platform::InMemoryKeychain>(), {}};
+    const platform::SecretBytes seed = signingKeys.makeSeed();
+    const auto publicKey = signingKeys.publicKey(seed);
+    wallet.address = keys::Base58::encode(publicKey.value());
+    const auto status = keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address);
+    Q_ASSERT(status == platform::keychainSuccess);
+    return wallet;
+}
+
+bool isLocalCluster(const core::Endpoints &endpoints)
+{
+    return isLoopback(endpoints.mainnet) && isLoopback(endpoints.devnet) &&
+           isLoopback(endpoints.walletApp);
+}
+
+} // namespace corvane::app

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/endpoints.h"
+#include "platform/in_memory_keychain.h"
+#include "platform/signing_keys.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace corvane::app {
+
+/// A wallet for showing the program around: a fresh key that is never written anywhere.
+struct DemoWallet
+{
+    std::unique_ptr<platform::InMemoryKeychain> keychain;
+    /// The key's address.
+    QString address;
+};
+
+[[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
+
+/// True when every cluster in `endpoints` is on this machine. Anywhere else somebody could pay real
+/// coins to a key that is gone when the demo ends.
+[[nodiscard]] bool isLocalCluster(const core::Endpoints &endpoints);
+
+} // namespace corvane::app

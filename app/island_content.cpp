@@ -1,0 +1,38 @@
+#include "app/island_content.h"
+
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QVariant>
+
+namespace corvane::app {
+
+IslandContent::IslandContent(QString badge)
+    : m_badge(std::move(badge))
+{
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+IslandContent::~IslandContent() = default;
+
+QQuickItem *IslandContent::make(island::IslandController &island)
+{
+    QQmlComponent component(&m_engine,
+                            QUrl(QStringLiteral("qrc:/qt/qml/Corvane/App/IslandContent.qml")));
+    const QVariantMap properties{
+        {QStringLiteral("model"), QVariant::fromValue(&island.model())},
+        {QStringLiteral("island"), QVariant::fromValue(&island)},
+        {QStringLiteral("badge"), m_badge},
+    };
+    m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
+    if (!m_root) {
+        qFatal("the island's views do not load: %s", qPrintable(component.errorString()));
+    }
+    return m_root.get();
+}
+
+void IslandContent::unload()
+{
+    m_root.reset();
+}
+
+} // namespace corvane::app

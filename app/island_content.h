@@ -1,0 +1,35 @@
+#pragma once
+
+#include "island/island_controller.h"
+
+#include <QQmlEngine>
+#include <QString>
+
+#include <memory>
+
+class QQuickItem;
+
+namespace corvane::app {
+
+/// Loads the island's views and keeps them. Main thread; needs a Theme.
+class IslandContent
+{
+public:
+    /// `badge` is shown beside the product's name; empty for none.
+    explicit IslandContent(QString badge);
+    ~IslandContent();
+
+    /// The root view of `island`. A view that does not load is a programming error and stops the
+    /// process.
+    [[nodiscard]] QQuickItem *make(island::IslandController &island);
+
+    /// Destroys the root view; must come before the end of what it shows.
+    void unload();
+
+private:
+    QString m_badge;
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickItem> m_root;
+};
+
+} // namespace corvane::app

@@ -1,0 +1,173 @@
+#include "app/app_delegate.h"
+#include "app/demo_wallet.h"
+#include "app/frame_log.h"
+#include "app/island_content.h"
+#include "app/options.h"
+#include "assets/bundled_fonts.h"
+#include "look/theme.h"
+#include "platform/in_memory_keychain.h"
+#include "platform/linux/curl_http_client.h"
+#include "platform/linux/fontconfig_font_registry.h"
+#include "platform/linux/icu_number_formatter.h"
+#include "platform/linux/json_settings.h"
+#include "platform/linux/local_file_system.h"
+#include "platform/linux/no_authenticator.h"
+#include "platform/linux/qt_clipboard.h"
+#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/qt_screens.h"
+#include "platform/linux/xcb_island_panel.h"
+#include "platform/linux/xcb_pointer_monitor.h"
+#include "platform/sodium_signing_keys.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+namespace {
+
+using namespace corvane;
+
+constexpr int usageError = 2;
+const QString addressSetting = QStringLiteral("corvane.address");
+
+int say(const QString &text, int status)
+{
+    std::fputs(qPrintable(text), status == 0 ? stdout : stderr);
+    return status;
+}
+
+/// The built-in endpoints, or those in the file that the user named.
+std::variant<core::Endpoints, app::Farewell> chosenEndpoints(const app::Options &options)
+{
+    if (!options.endpointsFile) {
+        return core::Endpoints();
+    }
+    QFile file(*options.endpointsFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return app::Farewell{
+            QStringLiteral("cannot read %1: %2\n").arg(*options.endpointsFile, file.errorString()),
+            usageError};
+    }
+    auto loaded = core::Endpoints::load(file.readAll());
+    if (const auto *error = std::get_if<QString>(&loaded)) {
+        return app::Farewell{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
+                             usageError};
+    }
+    return std::get<core::Endpoints>(loaded);
+}
+
+QString settingsPath(bool demo)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           (demo ? QStringLiteral("/corvane-demo") : QStringLiteral("/corvane")) +
+           QStringLiteral("/settings.json");
+}
+
+/// Chooses the renderer and the window system before Qt does.
+void prepareEnvironment()
+{
+    // Wayland has no way yet to place the island; its X server has.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+int run(const app::Options &options, const core::Endpoints &endpoints)
+{
+    platform::SodiumSigningKeys signingKeys;
+    platform::JsonSettings settings(settingsPath(options.demoKeychain));
+    platform::InMemoryKeychain emptyKeychain;
+    platform::Keychain *keychain = &emptyKeychain;
+    app::DemoWallet demo;
+    if (options.demoKeychain) {
+        if (!options.watch && !app::isLocalCluster(endpoints)) {
+            return say(QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
+                                      "coins paid to its key are lost when it ends; or --watch to "
+                                      "look at an address\n"),
+                       usageError);
+        }
+        demo = app::makeDemoWallet(signingKeys);
+        keychain = demo.keychain.get();
+        say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
+        std::fflush(stdout);
+        if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
+            settings.setString(addressSetting, demo.address);
+        }
+    }
+    if (options.watch) {
+        settings.setString(addressSetting, *options.watch);
+    }
+
+    platform::QtMainQueue queue;
+    platform::CurlHttpClient http;
+    const platform::IcuNumberFormatter formatter;
+    const platform::LocalFileSystem files;
+    platform::QtScreens screens;
+    platform::XcbPointerMonitor pointer(screens);
+    platform::XcbIslandPanelFactory panels(screens);
+    platform::NoAuthenticator authenticator;
+    platform::QtClipboard clipboard;
+    const platform::FontconfigFontRegistry fonts;
+    const look::Theme theme(fonts);
+    app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
+
+    const auto makeContent = [&](island::IslandController &island) {
+        QQuickItem *root = content.make(island);
+        // Nothing of the resting island is text, so the fonts need not delay its first frame.
+        QObject::connect(
+            root, &QQuickItem::windowChanged, root,
+            [](QQuickWindow *window) {
+                if (window != nullptr) {
+                    app::logFrames(*window);
+                    QObject::connect(window, &QQuickWindow::frameSwapped, window,
+                                     &assets::registerBundledFonts, Qt::SingleShotConnection);
+                }
+            },
+            Qt::SingleShotConnection);
+        return root;
+    };
+    app::AppDelegate delegate(
+        {queue, http, settings, *keychain, formatter, files, endpoints},
+        {queue, screens, pointer, panels, authenticator, clipboard, makeContent});
+    delegate.applicationDidFinishLaunching();
+    const int status = QGuiApplication::exec();
+    // The views read the model and the island until they are gone.
+    content.unload();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index) {
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    }
+    const auto parsed = [&] {
+        // The parser asks for an application; help and version must not need a display.
+        const QCoreApplication parsing(argc, argv);
+        return app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
+    }();
+    if (const auto *farewell = std::get_if<app::Farewell>(&parsed)) {
+        return say(farewell->text, farewell->status);
+    }
+    const auto &options = std::get<app::Options>(parsed);
+    const auto endpoints = chosenEndpoints(options);
+    if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
+        return say(farewell->text, farewell->status);
+    }
+
+    prepareEnvironment();
+    QCoreApplication::setApplicationName(QStringLiteral("corvane"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return run(options, std::get<core::Endpoints>(endpoints));
+}

@@ -1,0 +1,222 @@
+pragma ComponentBehavior: Bound
+
+import Corvane.Core
+import Corvane.Island
+import Corvane.Look
+import QtQuick
+
+// The whole content of the panel: the black island at its top centre, which morphs between the
+// resting tab, the widened strip and the expanded card as the controller's flags say.
+Item {
+    id: root
+
+    required property WalletModel model
+    required property IslandController island
+
+    // The cards. A slot that nobody has filled shows nothing, in the size of its card.
+    property Component backupCard: null
+    property Component setupCard: null
+    property Component balanceCard: null
+    property Component settingsCard: null
+    property Component receivePane: null
+    property Component sendPane: null
+    // Shown beside the product's name; says that this is not somebody's real wallet.
+    property string badge: ""
+
+    readonly property bool open: root.island.expanded || root.island.widened
+    readonly property real devicePixel: 1 / Screen.devicePixelRatio
+
+    // Changes whenever another card has to be shown.
+    readonly property string cardIdentity: [root.island.islandUnlocked, root.paneName(root.island.pane), root.model.hasSigningKey, root.model.hasPendingBackup].join("|")
+
+    function paneName(pane) {
+        switch (pane) {
+        case IslandPane.Settings:
+            return "settings";
+        case IslandPane.Receive:
+            return "receive";
+        case IslandPane.Send:
+            return "send";
+        default:
+            return "balance";
+        }
+    }
+
+    function chosenCard() {
+        if (!root.island.islandUnlocked)
+            return lockedCard;
+        const slot = root.chosenSlot();
+        return slot === null ? emptySlot : slot;
+    }
+
+    function chosenSlot() {
+        switch (root.island.pane) {
+        case IslandPane.Settings:
+            return root.settingsCard;
+        case IslandPane.Receive:
+            return root.receivePane;
+        case IslandPane.Send:
+            return root.sendPane;
+        default:
+            if (root.model.hasPendingBackup)
+                return root.backupCard;
+            return root.model.hasSigningKey ? root.balanceCard : root.setupCard;
+        }
+    }
+
+    // The lopsided resting island lies over the notch, whose centre is the panel's.
+    function bandOffset(containerWidth) {
+        if (root.open || root.island.notchWidth <= 0)
+            return 0;
+        return root.island.collapsedWidth + 1 < containerWidth ? -20 : 0;
+    }
+
+    // Whole device pixels keep the outline crisp while it moves.
+    function snapped(length) {
+        return Math.round(length / root.devicePixel) * root.devicePixel;
+    }
+
+    component FollowingValue: AnimatedValue {
+        transaction: root.island.transaction
+    }
+
+    FollowingValue {
+        id: widthValue
+
+        target: root.open ? 620 : root.island.collapsedWidth
+        tolerance: 0.2
+    }
+
+    FollowingValue {
+        id: heightValue
+
+        target: root.island.topBandHeight + (root.island.expanded ? reveal.implicitHeight : 0)
+        tolerance: 0.2
+    }
+
+    FollowingValue {
+        id: radiusValue
+
+        target: root.open ? 16 : 8
+        tolerance: 0.05
+    }
+
+    FollowingValue {
+        id: shadowValue
+
+        target: root.island.expanded ? 0.55 : root.island.widened ? 0.25 : 0
+    }
+
+    FollowingValue {
+        id: lineValue
+
+        target: root.island.expanded ? 1 : 0
+    }
+
+    FollowingValue {
+        id: swellValue
+
+        target: root.island.hovering && !root.open ? 1.035 : 1
+    }
+
+    FollowingValue {
+        id: offsetValue
+
+        target: root.bandOffset(root.width)
+        tolerance: 0.05
+    }
+
+    Item {
+        id: body
+
+        width: 2 * root.snapped(widthValue.value / 2)
+        height: root.snapped(Math.max(0, heightValue.value))
+        x: root.snapped((root.width - width) / 2 + offsetValue.value)
+        scale: swellValue.value
+        transformOrigin: Item.Top
+
+        SoftShadow {
+            y: 12
+            width: body.width
+            height: body.height
+            radius: 26
+            color: "black"
+            opacity: Math.max(0, shadowValue.value)
+            visible: opacity > 0
+        }
+
+        NotchShape {
+            x: -1
+            y: -1
+            width: body.width + 2
+            height: body.height + 2
+            bottomRadius: radiusValue.value
+            grainOpacity: Math.max(0, Math.min(1, lineValue.value))
+            lineWidth: Math.max(0, lineValue.value)
+            lineColor: Theme.line
+        }
+
+        Item {
+            anchors.fill: parent
+            clip: true
+
+            TopStrip {
+                width: parent.width
+                model: root.model
+                island: root.island
+                badge: root.badge
+            }
+
+            IslandReveal {
+                id: reveal
+
+                y: root.island.topBandHeight
+                width: 620
+                x: (parent.width - width) / 2
+                content: cardGroup
+                transaction: root.island.transaction
+                revealed: root.island.expanded
+            }
+        }
+    }
+
+    onCardIdentityChanged: (reveal.item as CardSwitcher)?.show(root.chosenCard())
+
+    // Made anew each time the island unfolds, so that nothing of it costs anything at rest.
+    Component {
+        id: cardGroup
+
+        CardSwitcher {
+            id: cards
+
+            width: 620
+            transaction: root.island.transaction
+            Component.onCompleted: cards.show(root.chosenCard())
+        }
+    }
+
+    Component {
+        id: lockedCard
+
+        LockedCard {
+            island: root.island
+        }
+    }
+
+    Component {
+        id: emptySlot
+
+        Item {
+            implicitHeight: root.island.size(root.island.pane).height - root.island.topBandHeight
+        }
+    }
+
+    // The panel lets clicks through beside the island.
+    readonly property rect outline: Qt.rect(body.x + body.width * (1 - body.scale) / 2, 0, body.width * body.scale, body.height * body.scale)
+    onOutlineChanged: root.publishOutline()
+    Component.onCompleted: root.publishOutline()
+
+    function publishOutline() {
+        root.island.setContentOutline(root.outline, radiusValue.value);
+    }
+}

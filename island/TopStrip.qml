@@ -1,0 +1,139 @@
+import Corvane.Core
+import Corvane.Island
+import Corvane.Look
+import QtQuick
+
+// The band level with the notch: the breathing mark while the island rests, the product's name and
+// the island's buttons while it is expanded.
+Item {
+    id: root
+
+    required property WalletModel model
+    required property IslandController island
+    property string badge: ""
+
+    implicitHeight: root.island.topBandHeight
+    height: implicitHeight
+
+    // How much of each row shows; both rows fade on curves of their own.
+    AnimatedValue {
+        id: expandedRow
+
+        target: 0
+        Component.onCompleted: expandedRow.jumpTo(root.island.expanded ? 1 : 0)
+    }
+
+    AnimatedValue {
+        id: restingRow
+
+        target: 1
+        Component.onCompleted: {
+            restingRow.useEaseOut(0.12);
+            restingRow.jumpTo(root.island.expanded ? 0 : 1);
+        }
+    }
+
+    Connections {
+        target: root.island
+
+        function onExpandedChanged() {
+            if (root.island.expanded)
+                expandedRow.useEaseOut(0.22, 0.2);
+            else
+                expandedRow.useEaseIn(0.1);
+            expandedRow.target = root.island.expanded ? 1 : 0;
+            restingRow.target = root.island.expanded ? 0 : 1;
+        }
+    }
+
+    BreathingMark {
+        x: 17
+        anchors.verticalCenter: parent.verticalCenter
+        size: 11
+        color: Theme.green
+        period: 2.4
+        opacity: restingRow.value
+        visible: opacity > 0
+    }
+
+    Loader {
+        anchors.fill: parent
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        active: expandedRow.value > 0 || root.island.expanded
+        opacity: expandedRow.value
+        sourceComponent: Item {
+            QuibMark {
+                id: mark
+
+                width: 13
+                height: 13
+                anchors.verticalCenter: parent.verticalCenter
+                color: Theme.ink
+            }
+
+            Label {
+                id: name
+
+                anchors.left: mark.right
+                anchors.leftMargin: 6
+                anchors.verticalCenter: parent.verticalCenter
+                text: "QUIB"
+                font: Theme.pixel(9, 1.6)
+                color: Theme.ink
+            }
+
+            Rectangle {
+                anchors.left: name.right
+                anchors.leftMargin: 8
+                anchors.verticalCenter: parent.verticalCenter
+                width: badge.implicitWidth + 12
+                height: badge.implicitHeight + 4
+                radius: 4
+                color: Theme.red
+                visible: root.badge !== ""
+
+                Label {
+                    id: badge
+
+                    anchors.centerIn: parent
+                    text: root.badge
+                    font: Theme.pixel(8, 1)
+                    color: "black"
+                }
+            }
+
+            IconButton {
+                anchors.right: settings.left
+                anchors.rightMargin: 6
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "arrow.clockwise"
+                label: "Refresh"
+                visible: root.island.islandUnlocked
+                onTriggered: root.model.refresh()
+            }
+
+            IconButton {
+                id: settings
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "gearshape"
+                label: "Settings"
+                visible: root.island.islandUnlocked
+                onTriggered: root.island.setPane(IslandPane.Settings)
+            }
+
+            Pictogram {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                name: "lock.fill"
+                fontSize: 10
+                color: Theme.muted
+                visible: !root.island.islandUnlocked
+                Accessible.role: Accessible.Graphic
+                Accessible.name: "Locked"
+            }
+        }
+    }
+}

@@ -1,0 +1,162 @@
+// The hover state machine of IslandController; its table stands above the class.
+
+#include "island/island_animations.h"
+#include "island/island_controller.h"
+#include "island/island_geometry.h"
+
+#include <QPointer>
+
+#include <chrono>
+
+namespace corvane::island {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto hoverPollInterval = 150ms;
+constexpr auto expandDelay = 120ms;
+/// From widening to unfolding the card.
+constexpr auto unfoldDelay = 100ms;
+constexpr auto collapseDelay = 320ms;
+/// From folding the card to narrowing the strip.
+constexpr auto narrowDelay = 160ms;
+/// From the start of a motion until clicks pass through again.
+constexpr auto restAfterNarrowing = 400ms;
+constexpr auto restAfterFolding = 700ms;
+
+void cancel(std::shared_ptr<platform::WorkItem> &work)
+{
+    if (work) {
+        work->cancel();
+        work.reset();
+    }
+}
+
+} // namespace
+
+void IslandController::startHoverTracking()
+{
+    const auto sample = weakly(&IslandController::evaluateHover);
+    m_globalMonitor = m_services.pointer.addGlobalMonitor(sample);
+    m_localMonitor = m_services.pointer.addLocalMonitor(sample);
+    // The poll also catches a pointer that was moved without an event.
+    m_hoverPoll = m_services.queue.every(hoverPollInterval, [controller = QPointer(this)] {
+        if (controller) {
+            controller->evaluateHover();
+        }
+    });
+}
+
+void IslandController::evaluateHover()
+{
+    if (!m_panel) {
+        return;
+    }
+    const std::optional<platform::Screen> current = screen();
+    const std::optional<QPointF> pointer = m_services.pointer.location();
+    if (!current || !pointer) {
+        return;
+    }
+    const QRectF area =
+        m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
+    if (containsPoint(area, *pointer)) {
+        pointerIsInside();
+    } else {
+        pointerIsOutside();
+    }
+}
+
+void IslandController::pointerIsInside()
+{
+    cancel(m_collapseWork);
+    if (!m_expanded && !m_widened && !m_hovering) {
+        m_transaction.run(swellSpring(), [this] {
+            publish(m_hovering, true, &IslandController::hoveringChanged);
+        });
+    }
+    if (m_expanded || m_expandWork) {
+        return;
+    }
+    m_expandWork = m_services.queue.after(expandDelay, [controller = QPointer(this)] {
+        if (controller) {
+            controller->m_expandWork.reset();
+            controller->expand();
+        }
+    });
+}
+
+void IslandController::pointerIsOutside()
+{
+    cancel(m_expandWork);
+    if (m_hovering) {
+        m_transaction.run(settleCurve(), [this] {
+            publish(m_hovering, false, &IslandController::hoveringChanged);
+        });
+    }
+    if (m_widened && !m_expanded) {
+        m_transaction.run(widenSpring(),
+                          [this] { publish(m_widened, false, &IslandController::widenedChanged); });
+        m_services.queue.after(restAfterNarrowing, [controller = QPointer(this)] {
+            if (controller) {
+                controller->becomeRestingUnlessOpen();
+            }
+        });
+    }
+    // An island that shows another pane than the balance never closes by itself.
+    if (!m_expanded || m_pane != IslandPane::Balance || m_collapseWork) {
+        return;
+    }
+    m_collapseWork = m_services.queue.after(collapseDelay, [controller = QPointer(this)] {
+        if (controller) {
+            controller->m_collapseWork.reset();
+            controller->collapse();
+        }
+    });
+}
+
+void IslandController::expand()
+{
+    if (m_expanded) {
+        return;
+    }
+    becomeActive();
+    panel().orderFrontRegardless();
+    m_transaction.run(widenSpring(),
+                      [this] { publish(m_widened, true, &IslandController::widenedChanged); });
+    m_services.queue.after(unfoldDelay, [controller = QPointer(this)] {
+        if (controller && controller->m_widened && !controller->m_expanded) {
+            controller->m_transaction.run(standardSpring(), [&] {
+                controller->publish(controller->m_expanded, true,
+                                    &IslandController::expandedChanged);
+            });
+        }
+    });
+    if (!m_islandUnlocked && !m_wantsManualUnlock) {
+        requestIslandUnlock();
+    }
+}
+
+void IslandController::collapse()
+{
+    if (!m_expanded || m_pane != IslandPane::Balance || m_authInFlight) {
+        return;
+    }
+    m_transaction.run(standardSpring(),
+                      [this] { publish(m_expanded, false, &IslandController::expandedChanged); });
+    m_services.queue.after(narrowDelay, [controller = QPointer(this)] {
+        if (controller && !controller->m_expanded) {
+            controller->m_transaction.run(widenSpring(), [&] {
+                controller->publish(controller->m_widened, false,
+                                    &IslandController::widenedChanged);
+            });
+        }
+    });
+    m_services.queue.after(restAfterFolding, [controller = QPointer(this)] {
+        if (controller) {
+            controller->becomeRestingUnlessOpen();
+        }
+    });
+}
+
+} // namespace corvane::island

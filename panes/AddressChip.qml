@@ -1,0 +1,40 @@
+import Corvane.Look
+import QtQuick
+
+// The wallet's address, shortened; a click copies it.
+Item {
+    id: root
+
+    required property string text
+    required property bool copied
+    signal triggered
+
+    implicitWidth: label.implicitWidth + 22
+    implicitHeight: label.implicitHeight + 12
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 4
+        color: Theme.card
+        border.width: 1
+        border.color: Theme.line
+        antialiasing: true
+    }
+
+    Text {
+        id: label
+
+        anchors.centerIn: parent
+        text: root.text
+        textFormat: Text.PlainText
+        font: Theme.term(9, Theme.Bold)
+        color: root.copied ? Theme.green : Theme.ink
+        Accessible.ignored: true
+    }
+
+    PressArea {
+        anchors.fill: parent
+        label: root.text
+        onTriggered: root.triggered()
+    }
+}

@@ -1,0 +1,33 @@
+import Corvane.Look
+import QtQuick
+
+// The one-day price chart, uncovered from left to right when it appears.
+Item {
+    id: root
+
+    required property list<real> wave
+
+    AnimatedValue {
+        id: drawn
+
+        target: 0
+        Component.onCompleted: {
+            drawn.useEaseOut(0.7, 0.28);
+            drawn.target = 1;
+        }
+    }
+
+    Item {
+        width: root.width * drawn.value
+        height: root.height
+        clip: true
+        visible: root.wave.length > 2
+
+        SparklineShape {
+            width: root.width
+            height: root.height
+            points: root.wave
+            color: Theme.green
+        }
+    }
+}

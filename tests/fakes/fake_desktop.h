@@ -1,0 +1,178 @@
+#pragma once
+
+#include "platform/authenticator.h"
+#include "platform/clipboard.h"
+#include "platform/island_panel.h"
+#include "platform/pointer_monitor.h"
+#include "platform/screens.h"
+
+#include <QStringList>
+
+#include <utility>
+
+namespace corvane::tests {
+
+/// Screens that a test plugs and unplugs.
+class FakeScreens final : public platform::Screens
+{
+public:
+    [[nodiscard]] QList<platform::Screen> all() const override { return screens; }
+    [[nodiscard]] std::optional<platform::Screen> main() const override { return mainScreen; }
+    void observeChanges(std::function<void()> handler) override { m_changed = std::move(handler); }
+
+    void change(QList<platform::Screen> now)
+    {
+        screens = std::move(now);
+        mainScreen.reset();
+        if (m_changed) {
+            m_changed();
+        }
+    }
+
+    QList<platform::Screen> screens;
+    std::optional<platform::Screen> mainScreen;
+
+private:
+    std::function<void()> m_changed;
+};
+
+/// A plain screen, and one with a camera housing of the given size.
+inline platform::Screen plainScreen(const QRectF &frame)
+{
+    platform::Screen screen;
+    screen.frame = frame;
+    return screen;
+}
+
+inline platform::Screen notchedScreen(const QRectF &frame, double notchWidth, double bandHeight)
+{
+    platform::Screen screen = plainScreen(frame);
+    const double side = (frame.width() - notchWidth) / 2;
+    const double y = frame.y() + frame.height() - bandHeight;
+    screen.safeAreaTop = bandHeight;
+    screen.auxiliaryTopLeftArea = QRectF(frame.x(), y, side, bandHeight);
+    screen.auxiliaryTopRightArea = QRectF(frame.x() + frame.width() - side, y, side, bandHeight);
+    return screen;
+}
+
+/// A pointer that a test moves.
+class FakePointer final : public platform::PointerMonitor
+{
+public:
+    [[nodiscard]] std::unique_ptr<Token> addGlobalMonitor(Handler handler) override
+    {
+        m_moved = std::move(handler);
+        return std::make_unique<Token>();
+    }
+    [[nodiscard]] std::unique_ptr<Token> addLocalMonitor(Handler) override { return nullptr; }
+    [[nodiscard]] std::optional<QPointF> location() const override { return position; }
+
+    /// Moves with an event, as a hand does.
+    void moveTo(const QPointF &point)
+    {
+        position = point;
+        if (m_moved) {
+            m_moved();
+        }
+    }
+
+    std::optional<QPointF> position;
+
+private:
+    Handler m_moved;
+};
+
+/// A panel that remembers what it was told.
+class FakePanel final : public platform::IslandPanel
+{
+public:
+    struct State
+    {
+        QRectF frame;
+        int level = 0;
+        bool ignoresMouseEvents = true;
+        bool isKey = false;
+        int orderedFront = 0;
+    };
+
+    explicit FakePanel(State &state)
+        : m_state(state)
+    {}
+    void setFrame(const QRectF &frame) override { m_state.frame = frame; }
+    void setLevel(int level) override { m_state.level = level; }
+    void setIgnoresMouseEvents(bool ignores) override { m_state.ignoresMouseEvents = ignores; }
+    void setContentView(QQuickItem *) override {}
+    void setContentOutline(const QRectF &, double) override {}
+    void orderFrontRegardless() override { ++m_state.orderedFront; }
+    void makeKeyWindow() override { m_state.isKey = true; }
+
+private:
+    State &m_state;
+};
+
+class FakePanelFactory final : public platform::IslandPanelFactory
+{
+public:
+    [[nodiscard]] std::unique_ptr<platform::IslandPanel> makePanel(const QRectF &frame) override
+    {
+        state = {};
+        state.frame = frame;
+        return std::make_unique<FakePanel>(state);
+    }
+
+    FakePanel::State state;
+};
+
+/// An owner of the device who answers when the test says so.
+class FakeAuthenticator final : public platform::Authenticator
+{
+public:
+    class Context final : public platform::AuthenticationContext
+    {
+    public:
+        [[nodiscard]] bool passed() const override { return hasPassed; }
+        bool hasPassed = false;
+    };
+
+    [[nodiscard]] std::shared_ptr<platform::AuthenticationContext>
+    makeContext(const QString &cancelTitle) override
+    {
+        cancelTitles.append(cancelTitle);
+        return std::make_shared<Context>();
+    }
+    [[nodiscard]] bool canEvaluate(const platform::AuthenticationContext &) override
+    {
+        return available;
+    }
+    void evaluate(std::shared_ptr<platform::AuthenticationContext> context, const QString &reason,
+                  Reply reply) override
+    {
+        reasons.append(reason);
+        m_context = std::static_pointer_cast<Context>(context);
+        m_reply = std::move(reply);
+    }
+
+    [[nodiscard]] bool isAsking() const { return static_cast<bool>(m_reply); }
+    void answer(bool success)
+    {
+        m_context->hasPassed = success;
+        std::exchange(m_reply, nullptr)(success);
+    }
+
+    bool available = true;
+    QStringList cancelTitles;
+    QStringList reasons;
+
+private:
+    std::shared_ptr<Context> m_context;
+    Reply m_reply;
+};
+
+class FakeClipboard final : public platform::Clipboard
+{
+public:
+    void setText(const QString &text) override { texts.append(text); }
+    QStringList texts;
+};
+
+} // namespace corvane::tests

@@ -1,0 +1,333 @@
+#include "island/island_controller.h"
+#include "tests/fakes/fake_desktop.h"
+#include "tests/fakes/hand_driven_queue.h"
+#include "tests/fakes/wallet_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace corvane::island {
+namespace {
+
+using namespace std::chrono_literals;
+using tests::notchedScreen;
+using tests::plainScreen;
+
+class IslandControllerTest : public testing::Test
+{
+protected:
+    IslandControllerTest()
+    {
+        m_screens.screens = {notchedScreen({0, 0, 1512, 982}, 180, 38)};
+        m_pointer.position = away;
+        m_authenticator.available = false;
+    }
+
+    void show()
+    {
+        m_island = std::make_unique<IslandController>(
+            m_wallet.model(), IslandServices{m_queue, m_screens, m_pointer, m_panels,
+                                             m_authenticator, m_clipboard, nullptr});
+        m_island->show();
+        m_queue.drain();
+    }
+
+    void moveTo(const QPointF &point)
+    {
+        m_pointer.moveTo(point);
+        m_queue.drain();
+    }
+
+    void openIsland()
+    {
+        moveTo(notch);
+        m_queue.advance(300ms);
+        ASSERT_TRUE(m_island->expanded());
+    }
+
+    [[nodiscard]] bool isResting() const
+    {
+        return !m_island->expanded() && !m_island->widened() && !m_island->hovering() &&
+               m_panels.state.ignoresMouseEvents &&
+               m_panels.state.level == platform::IslandPanel::restingLevel;
+    }
+
+    /// The three flags as "hovering widened expanded", and whether clicks pass through.
+    [[nodiscard]] QString state() const
+    {
+        QString text;
+        text += m_island->hovering() ? u'h' : u'-';
+        text += m_island->widened() ? u'w' : u'-';
+        text += m_island->expanded() ? u'e' : u'-';
+        text += m_panels.state.ignoresMouseEvents ? u'p' : u'-';
+        return text;
+    }
+
+    static constexpr QPointF away{100, 100};
+    static constexpr QPointF notch{756, 970};
+    static constexpr QPointF card{756, 800};
+
+    tests::HandDrivenQueue m_queue;
+    tests::WalletFixture m_wallet{m_queue};
+    tests::FakeScreens m_screens;
+    tests::FakePointer m_pointer;
+    tests::FakePanelFactory m_panels;
+    tests::FakeAuthenticator m_authenticator;
+    tests::FakeClipboard m_clipboard;
+    std::unique_ptr<IslandController> m_island;
+};
+
+TEST_F(IslandControllerTest, OpensStepByStepAndFoldsBack)
+{
+    show();
+    EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
+    EXPECT_EQ(m_panels.state.orderedFront, 1);
+    EXPECT_TRUE(isResting());
+
+    struct Step
+    {
+        std::chrono::milliseconds wait;
+        std::optional<QPointF> pointer;
+        const char *state;
+    };
+    const Step steps[] = {
+        {0ms, notch, "h--p"}, {119ms, {}, "h--p"}, {1ms, {}, "hw--"},   {99ms, {}, "hw--"},
+        {1ms, {}, "hwe-"},    {1s, {}, "hwe-"},    {0ms, card, "hwe-"}, {0ms, away, "-we-"},
+        {319ms, {}, "-we-"},  {1ms, {}, "-w--"},   {159ms, {}, "-w--"}, {1ms, {}, "----"},
+        {539ms, {}, "----"},  {1ms, {}, "---p"},
+    };
+    for (const Step &step : steps) {
+        SCOPED_TRACE(step.state);
+        if (step.pointer) {
+            moveTo(*step.pointer);
+        }
+        m_queue.advance(step.wait);
+        EXPECT_EQ(state(), QString::fromLatin1(step.state));
+    }
+    EXPECT_TRUE(isResting());
+}
+
+TEST_F(IslandControllerTest, LetsThePointerChangeItsMind)
+{
+    show();
+    // Out again before the delay: nothing opens and clicks pass all the time.
+    moveTo(notch);
+    m_queue.advance(100ms);
+    moveTo(away);
+    EXPECT_TRUE(isResting());
+    m_queue.advance(1s);
+    EXPECT_TRUE(isResting());
+
+    // Out between widening and unfolding: it narrows, and the card never opens.
+    moveTo(notch);
+    m_queue.advance(130ms);
+    EXPECT_TRUE(m_island->widened());
+    moveTo(away);
+    EXPECT_FALSE(m_island->widened());
+    m_queue.advance(399ms);
+    EXPECT_FALSE(m_panels.state.ignoresMouseEvents);
+    m_queue.advance(1ms);
+    EXPECT_TRUE(isResting());
+
+    // Sideways along the widened strip counts as out.
+    moveTo(notch);
+    m_queue.advance(130ms);
+    moveTo({500, 970});
+    EXPECT_FALSE(m_island->widened());
+    m_queue.advance(1s);
+
+    // Back in before it folds, also within the ten points around the card.
+    openIsland();
+    moveTo(away);
+    m_queue.advance(200ms);
+    moveTo({440, 700});
+    m_queue.advance(2s);
+    EXPECT_TRUE(m_island->expanded());
+    // Back in while it narrows: it opens again and stays clickable.
+    moveTo(away);
+    m_queue.advance(400ms);
+    moveTo(notch);
+    m_queue.advance(3s);
+    EXPECT_EQ(state(), QStringLiteral("-we-"));
+}
+
+TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
+{
+    show();
+    m_pointer.position = notch;
+    m_queue.advance(150ms);
+    EXPECT_TRUE(m_island->hovering());
+    m_pointer.position = QPointF(756, 982);
+    m_queue.advance(150ms);
+    EXPECT_FALSE(m_island->hovering()) << "the top edge itself is outside";
+    m_pointer.position.reset();
+    m_queue.advance(1s);
+    EXPECT_TRUE(isResting());
+    EXPECT_EQ(m_queue.pendingTimers(), 1U + m_wallet.pollingTimers());
+}
+
+TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
+{
+    show();
+    m_island->setPane(IslandPane::Send);
+    EXPECT_EQ(state(), QStringLiteral("--e-"));
+    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_EQ(m_panels.state.level, platform::IslandPanel::activeLevel);
+    m_queue.advance(60s);
+    EXPECT_TRUE(m_island->expanded());
+    m_panels.state.isKey = false;
+    m_island->setPane(IslandPane::Balance);
+    EXPECT_FALSE(m_panels.state.isKey);
+    m_queue.advance(500ms);
+    EXPECT_FALSE(m_island->expanded());
+    m_queue.advance(1s);
+    EXPECT_TRUE(isResting());
+}
+
+TEST_F(IslandControllerTest, RecordsTheAnimationOfEachChange)
+{
+    show();
+    QList<look::Animation> seen;
+    const auto record = [&] { seen.append(m_island->transaction()->current()); };
+    for (const auto signal : {&IslandController::hoveringChanged, &IslandController::widenedChanged,
+                              &IslandController::expandedChanged, &IslandController::paneChanged}) {
+        QObject::connect(m_island.get(), signal, m_island.get(), record);
+    }
+    openIsland();
+    moveTo(away);
+    m_queue.advance(2s);
+    const auto spring = look::Animation::spring(0.42, 0.88);
+    const auto widen = look::Animation::spring(0.3, 0.9);
+    EXPECT_EQ(seen, (QList{look::Animation::spring(0.22, 0.7), widen, spring,
+                           look::Animation::easeOut(0.18), spring, widen}));
+    seen.clear();
+    m_island->setPane(IslandPane::Settings);
+    EXPECT_EQ(seen, (QList{spring, spring}));
+    EXPECT_TRUE(m_island->transaction()->current().isImmediate());
+}
+
+TEST_F(IslandControllerTest, FollowsTheScreens)
+{
+    show();
+    moveTo(notch);
+    m_queue.advance(130ms);
+    ASSERT_TRUE(m_island->widened());
+    m_screens.change({plainScreen({0, 0, 1920, 1080})});
+    m_queue.drain();
+    EXPECT_FALSE(m_island->widened());
+    EXPECT_EQ(m_panels.state.frame, QRectF(606, 688, 708, 392));
+    EXPECT_EQ(m_island->collapsedRect(), QRectF(880, 1048, 160, 32));
+    m_queue.advance(2s);
+
+    m_pointer.position = QPointF(960, 1060);
+    m_queue.advance(1s);
+    ASSERT_TRUE(m_island->expanded());
+    m_screens.change({});
+    m_queue.drain();
+    EXPECT_TRUE(m_island->expanded());
+    EXPECT_EQ(m_panels.state.frame, QRectF(0, 0, 900, 400));
+    m_queue.advance(1s);
+    m_screens.change({notchedScreen({0, 0, 1512, 982}, 180, 38)});
+    m_pointer.position = away;
+    m_queue.advance(3s);
+    EXPECT_TRUE(isResting());
+    EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
+}
+
+TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
+{
+    show();
+    int continued = 0;
+    openIsland();
+    EXPECT_TRUE(m_island->islandUnlocked());
+    EXPECT_TRUE(m_authenticator.reasons.isEmpty());
+    m_island->requestIslandUnlock([&] { ++continued; });
+    EXPECT_EQ(continued, 1);
+}
+
+TEST_F(IslandControllerTest, AsksOnceAndStaysOpenMeanwhile)
+{
+    m_authenticator.available = true;
+    show();
+    openIsland();
+    EXPECT_EQ(m_authenticator.reasons, QStringList{QStringLiteral("unlock Corvane")});
+    EXPECT_EQ(m_authenticator.cancelTitles, QStringList{QStringLiteral("Cancel")});
+    int dropped = 0;
+    m_island->requestIslandUnlock([&] { ++dropped; });
+    EXPECT_EQ(m_authenticator.reasons.size(), 1);
+    // An open prompt keeps the island from folding; it folds soon after the answer.
+    moveTo(away);
+    m_queue.advance(10s);
+    EXPECT_TRUE(m_island->expanded());
+    m_authenticator.answer(false);
+    m_queue.advance(600ms);
+    EXPECT_FALSE(m_island->expanded());
+    EXPECT_FALSE(m_island->islandUnlocked());
+    EXPECT_EQ(dropped, 0);
+
+    // After a refusal only the button asks.
+    m_queue.advance(1s);
+    openIsland();
+    EXPECT_EQ(m_authenticator.reasons.size(), 1);
+    int continued = 0;
+    m_island->requestIslandUnlock([&] { ++continued; });
+    EXPECT_EQ(m_authenticator.reasons.size(), 2);
+    m_authenticator.answer(true);
+    m_queue.drain();
+    EXPECT_TRUE(m_island->islandUnlocked());
+    EXPECT_EQ(continued, 1);
+    EXPECT_FALSE(m_island->authMessage());
+}
+
+TEST_F(IslandControllerTest, ALateAnswerFindsNobody)
+{
+    m_authenticator.available = true;
+    show();
+    openIsland();
+    m_island.reset();
+    m_authenticator.answer(true);
+    m_queue.advance(5s);
+    moveTo(notch);
+    m_queue.advance(5s);
+}
+
+TEST_F(IslandControllerTest, CopiesTheAddressAsItIs)
+{
+    show();
+    m_island->copyAddress();
+    m_wallet.model().setAddress(QStringLiteral("  abc "));
+    m_island->copyAddress();
+    EXPECT_EQ(m_clipboard.texts, (QStringList{QString(), QStringLiteral("  abc ")}));
+}
+
+TEST_F(IslandControllerTest, NoPathOfThePointerLeavesItStuck)
+{
+    show();
+    std::mt19937 random(20'26);
+    const auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (int path = 0; path < 1000; ++path) {
+        SCOPED_TRACE(path);
+        const QPointF from(between(300, 1200), between(600, 982));
+        const QPointF to(between(300, 1200), between(600, 982));
+        const int samples = static_cast<int>(between(1, 12));
+        for (int sample = 0; sample <= samples; ++sample) {
+            const QPointF point = from + (to - from) * sample / samples;
+            // Some movements come with an event, some are only seen by the poll.
+            if (between(0, 1) < 0.7) {
+                moveTo(point);
+            } else {
+                m_pointer.position = point;
+            }
+            m_queue.advance(std::chrono::microseconds(static_cast<int>(between(100, 250'000))));
+        }
+        moveTo(away);
+        m_queue.advance(1500ms);
+        ASSERT_TRUE(isResting()) << state().toStdString();
+    }
+}
+
+} // namespace
+} // namespace corvane::island
