@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/sol_network.h"
+
+#include <QJsonValue>
+#include <QString>
+
+#include <optional>
+
+namespace corvane::core {
+
+/// Base units of one SOL.
+inline constexpr double lamportsPerSol = 1e9;
+
+/// The Base58 address of the USDC token's mint on a cluster.
+[[nodiscard]] QString usdcMint(SolNetwork network);
+
+/// The balance in SOL from the result of `getBalance`; none when it has another shape.
+[[nodiscard]] std::optional<double> readSolBalance(const QJsonValue &result);
+
+/// The sum in whole tokens over all accounts in the result of `getTokenAccountsByOwner`; 0 for no
+/// account. Accounts that do not tell an amount count nothing; none when the result is not a list
+/// of accounts at all.
+[[nodiscard]] std::optional<double> readTokenBalance(const QJsonValue &result);
+
+} // namespace corvane::core

@@ -1,0 +1,118 @@
+#include "core/json_calls.h"
+
+#include "core/json.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds callTimeout = 12s;
+constexpr std::chrono::milliseconds healthTimeout = 8s;
+
+bool isSerialisable(const QJsonValue &value)
+{
+    switch (value.type()) {
+    case QJsonValue::Double:
+        return std::isfinite(value.toDouble());
+    case QJsonValue::Array:
+        return std::ranges::all_of(value.toArray(), isSerialisable);
+    case QJsonValue::Object:
+        return std::ranges::all_of(value.toObject(), isSerialisable);
+    case QJsonValue::Undefined:
+        return false;
+    default:
+        return true;
+    }
+}
+
+QJsonObject envelope(const QString &method)
+{
+    return {{u"jsonrpc"_s, u"2.0"_s}, {u"id"_s, 1}, {u"method"_s, method}};
+}
+
+platform::HttpRequest post(const QUrl &url, const QJsonObject &body,
+                           std::chrono::milliseconds timeout)
+{
+    return {
+        .method = platform::HttpMethod::Post,
+        .url = url,
+        .headers = {{QByteArrayLiteral("Content-Type"), QByteArrayLiteral("application/json")}},
+        .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
+        .timeout = timeout,
+    };
+}
+
+} // namespace
+
+std::optional<platform::HttpRequest> rpcRequest(const QUrl &url, const QString &method,
+                                                const QJsonArray &params)
+{
+    if (!isSerialisable(params)) {
+        return std::nullopt;
+    }
+    QJsonObject body = envelope(method);
+    body.insert(u"params"_s, params);
+    return post(url, body, callTimeout);
+}
+
+platform::HttpRequest healthRequest(const QUrl &url)
+{
+    return post(url, envelope(u"getHealth"_s), healthTimeout);
+}
+
+std::optional<platform::HttpRequest> jsonRequest(const QString &url)
+{
+    const QUrl parsed(url, QUrl::StrictMode);
+    if (!parsed.isValid() || parsed.isEmpty()) {
+        return std::nullopt;
+    }
+    return platform::HttpRequest{.method = platform::HttpMethod::Get,
+                                 .url = parsed,
+                                 .headers = {},
+                                 .body = {},
+                                 .timeout = callTimeout};
+}
+
+JsonResult readRpcReply(const platform::HttpResult &result)
+{
+    const JsonResult document = readJsonReply(result);
+    const auto *value = std::get_if<QJsonValue>(&document);
+    if (value == nullptr) {
+        return document;
+    }
+    const QJsonObject object = value->toObject();
+    const auto member = object.find("result"_L1);
+    if (member == object.end()) {
+        return CallError::BadServerResponse;
+    }
+    return QJsonValue(member.value());
+}
+
+JsonResult readJsonReply(const platform::HttpResult &result)
+{
+    const auto *reply = std::get_if<platform::HttpReply>(&result);
+    if (reply == nullptr) {
+        return std::get<platform::HttpError>(result);
+    }
+    if (std::optional<QJsonValue> document = parseJson(reply->body)) {
+        return *std::move(document);
+    }
+    return CallError::NotJson;
+}
+
+bool isHealthy(const platform::HttpResult &result)
+{
+    const auto *reply = std::get_if<platform::HttpReply>(&result);
+    return reply != nullptr && reply->status == 200 && parseJson(reply->body).has_value();
+}
+
+} // namespace corvane::core

@@ -1,0 +1,93 @@
+#include "core/labels.h"
+
+#include "core/blank_trimming.h"
+#include "core/endpoint_choice.h"
+#include "platform/number_formatter.h"
+
+#include <QTextBoundaryFinder>
+
+#include <cmath>
+#include <vector>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QStringView unknownAmount = u"—";
+/// From here on two fraction digits are enough, and four would not fit.
+constexpr double largeSol = 1000;
+constexpr double quibPerSol = 1000;
+constexpr std::size_t shortenedFrom = 11;
+constexpr std::size_t keptAtEitherEnd = 4;
+
+/// Where each user-perceived character begins, and the end.
+std::vector<qsizetype> characterBounds(const QString &text)
+{
+    std::vector<qsizetype> bounds{0};
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    while (finder.toNextBoundary() > 0) {
+        bounds.push_back(finder.position());
+    }
+    return bounds;
+}
+
+} // namespace
+
+QString group(const platform::NumberFormatter &formatter, double value, int decimals)
+{
+    if (std::optional<QString> text = formatter.decimal(value, decimals)) {
+        return *std::move(text);
+    }
+    return QString::asprintf("%.*f", decimals, value);
+}
+
+QString solLabel(const platform::NumberFormatter &formatter, std::optional<double> sol)
+{
+    if (!sol) {
+        return unknownAmount.toString();
+    }
+    return group(formatter, *sol, *sol >= largeSol ? 2 : 4) + " SOL"_L1;
+}
+
+QString quibLabel(const platform::NumberFormatter &formatter, std::optional<double> sol)
+{
+    if (!sol) {
+        return unknownAmount.toString();
+    }
+    // std::round takes halves away from zero, where the formatter would take them to even.
+    return group(formatter, std::round(*sol * quibPerSol), 0) + " QUIB"_L1;
+}
+
+QString shortAddress(QStringView address)
+{
+    const QString trimmed = trimmingBlanks(address).toString();
+    const std::vector<qsizetype> bounds = characterBounds(trimmed);
+    const std::size_t characters = bounds.size() - 1;
+    if (characters < shortenedFrom) {
+        return trimmed;
+    }
+    return trimmed.first(bounds[keptAtEitherEnd]) + u'…' +
+           trimmed.sliced(bounds[characters - keptAtEitherEnd]);
+}
+
+std::optional<double> totalUSD(std::optional<double> sol, std::optional<double> usdc,
+                               std::optional<double> price)
+{
+    if (!sol || !price) {
+        return std::nullopt;
+    }
+    return *sol * *price + usdc.value_or(0);
+}
+
+QString rpcSourceLabel(QStringView customRPC, bool proxyOK)
+{
+    const QStringView trimmed = trimmingBlanks(customRPC);
+    if (beginsLikeWebUrl(trimmed)) {
+        return trimmed.contains("helius"_L1) ? u"HELIUS · CUSTOM ENDPOINT"_s : u"CUSTOM ENDPOINT"_s;
+    }
+    return proxyOK ? u"HELIUS · PROXIED VIA YOUR APP"_s : u"PUBLIC RPC (RATE-LIMITED)"_s;
+}
+
+} // namespace corvane::core

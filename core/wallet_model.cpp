@@ -1,0 +1,189 @@
+#include "core/wallet_model.h"
+
+#include "core/blank_trimming.h"
+#include "core/cancellation.h"
+#include "core/endpoint_choice.h"
+#include "core/labels.h"
+#include "keys/base58.h"
+#include "platform/main_queue.h"
+#include "platform/settings_store.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView addressKey = "corvane.address"_L1;
+constexpr QLatin1StringView networkKey = "corvane.network"_L1;
+constexpr QLatin1StringView customRPCKey = "corvane.rpc"_L1;
+constexpr QLatin1StringView walletURLKey = "corvane.walletURL"_L1;
+constexpr QLatin1StringView displayUSDKey = "corvane.displayUSD"_L1;
+constexpr QLatin1StringView tickerShowsBalanceKey = "corvane.tickerShowsBalance"_L1;
+
+} // namespace
+
+WalletModel::WalletModel(WalletServices services, QObject *parent)
+    : QObject(parent)
+    , m_services(std::move(services))
+    , m_vault(m_services.keychain)
+{
+    const platform::SettingsStore &settings = m_services.settings;
+    m_signingPubkey = m_vault.pubkey();
+    m_address = settings.string(addressKey).value_or(QString());
+    m_network = solNetworkFromRawValue(settings.string(networkKey).value_or(QString()))
+                    .value_or(SolNetwork::Mainnet);
+    m_customRPC = settings.string(customRPCKey).value_or(QString());
+    m_walletURL = settings.string(walletURLKey).value_or(QString());
+    m_displayUSD = settings.boolean(displayUSDKey).value_or(true);
+    m_tickerShowsBalance = settings.boolean(tickerShowsBalanceKey).value_or(false);
+
+    connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
+    connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
+
+    startPolling();
+    startTask([](WalletModel &model) { model.probeProxy(); });
+}
+
+WalletModel::~WalletModel()
+{
+    // The loop would end by itself, but only when its sleep is over.
+    m_pollTask->cancel();
+}
+
+bool WalletModel::isValidAddress(QStringView text)
+{
+    return keys::Base58::isValidAddress(text);
+}
+
+void WalletModel::refresh()
+{
+    startTask([](WalletModel &model) { model.refreshAll(true); });
+}
+
+void WalletModel::setAddress(const QString &address)
+{
+    const QString old = m_address;
+    publish(m_address, address, &WalletModel::addressChanged);
+
+    m_services.settings.setString(addressKey, m_address);
+    const QStringView trimmed = trimmingBlanks(m_address);
+    if (trimmed == trimmingBlanks(old)) {
+        return;
+    }
+    clearBalances();
+    if (hasValidAddress()) {
+        startTask([](WalletModel &model) { model.refreshBalance(); });
+    }
+}
+
+void WalletModel::setNetwork(SolNetwork network)
+{
+    publish(m_network, network, &WalletModel::networkChanged);
+    m_services.settings.setString(networkKey, rawValue(m_network));
+    netFlip();
+}
+
+void WalletModel::setCustomRPC(const QString &customRPC)
+{
+    publish(m_customRPC, customRPC, &WalletModel::customRPCChanged);
+    m_services.settings.setString(customRPCKey, m_customRPC);
+}
+
+void WalletModel::setWalletURL(const QString &walletURL)
+{
+    publish(m_walletURL, walletURL, &WalletModel::walletURLChanged);
+    m_services.settings.setString(walletURLKey, m_walletURL);
+    startTask([](WalletModel &model) { model.probeProxy(); });
+}
+
+void WalletModel::setDisplayUSD(bool displayUSD)
+{
+    publish(m_displayUSD, displayUSD, &WalletModel::displayUSDChanged);
+    m_services.settings.setBoolean(displayUSDKey, m_displayUSD);
+}
+
+bool WalletModel::hasValidAddress() const
+{
+    return isValidAddress(trimmingBlanks(m_address));
+}
+
+QUrl WalletModel::rpcURL() const
+{
+    if (const std::optional<QUrl> custom = customEndpoint(m_customRPC)) {
+        return *custom;
+    }
+    if (m_proxyOK) {
+        if (const std::optional<QUrl> proxy = proxyRPCURL()) {
+            return *proxy;
+        }
+    }
+    return QUrl(m_services.endpoints.defaultRPC(m_network));
+}
+
+std::optional<QUrl> WalletModel::walletSourceURL() const
+{
+    return walletSource(m_walletURL, m_services.endpoints.walletApp, m_services.files);
+}
+
+std::optional<QUrl> WalletModel::proxyRPCURL() const
+{
+    return proxyEndpoint(walletSourceURL(), m_network);
+}
+
+QString WalletModel::shortAddress() const
+{
+    return core::shortAddress(m_address);
+}
+
+QString WalletModel::solLabel() const
+{
+    return core::solLabel(m_services.formatter, m_sol);
+}
+
+QString WalletModel::quibLabel() const
+{
+    return core::quibLabel(m_services.formatter, m_sol);
+}
+
+QString WalletModel::rpcSourceLabel() const
+{
+    return core::rpcSourceLabel(m_customRPC, m_proxyOK);
+}
+
+std::optional<double> WalletModel::totalUSD() const
+{
+    return core::totalUSD(m_sol, m_usdc, m_price);
+}
+
+QString WalletModel::group(double value, int decimals) const
+{
+    return core::group(m_services.formatter, value, decimals);
+}
+
+void WalletModel::netFlip()
+{
+    clearBalances();
+    startTask([](WalletModel &model) { model.refreshAll(true); });
+}
+
+void WalletModel::clearBalances()
+{
+    publish(m_sol, std::optional<double>(), &WalletModel::solChanged);
+    publish(m_usdc, std::optional<double>(), &WalletModel::usdcChanged);
+}
+
+void WalletModel::startTask(std::function<void(WalletModel &)> start)
+{
+    m_services.queue.post([model = QPointer(this), start = std::move(start)] {
+        if (model) {
+            start(*model);
+        }
+    });
+}
+
+} // namespace corvane::core

@@ -1,0 +1,193 @@
+// The asynchronous half of the wallet model. Each coroutine copies what it needs and looks after
+// every wait whether the model is still there.
+
+#include "core/balances.h"
+#include "core/blank_trimming.h"
+#include "core/cancellation.h"
+#include "core/price_feeds.h"
+#include "core/wallet_model.h"
+#include "platform/http_client.h"
+#include "platform/main_queue.h"
+
+#include <QJsonObject>
+#include <QPointer>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::nanoseconds pollInterval = 30s;
+/// About a quarter of an hour.
+constexpr qint64 cyclesPerChart = 30;
+
+} // namespace
+
+QCoro::Task<JsonResult> WalletModel::rpc(QString method, QJsonArray params)
+{
+    std::optional<platform::HttpRequest> request = rpcRequest(rpcURL(), method, params);
+    if (!request) {
+        co_return JsonResult(CallError::NotSerialisable);
+    }
+    const auto pending = m_services.http.send(*std::move(request));
+    const platform::HttpResult result = co_await pending;
+    co_return readRpcReply(result);
+}
+
+QCoro::Task<JsonResult> WalletModel::getJSON(QString url)
+{
+    std::optional<platform::HttpRequest> request = jsonRequest(url);
+    if (!request) {
+        co_return JsonResult(CallError::BadUrl);
+    }
+    const auto pending = m_services.http.send(*std::move(request));
+    const platform::HttpResult result = co_await pending;
+    co_return readJsonReply(result);
+}
+
+QCoro::Task<> WalletModel::probeProxy()
+{
+    const QPointer<WalletModel> self(this);
+    const std::optional<QUrl> url = proxyRPCURL();
+    if (!url) {
+        publish(m_proxyOK, false, &WalletModel::proxyOKChanged);
+        co_return;
+    }
+    const auto pending = m_services.http.send(healthRequest(*url));
+    const platform::HttpResult result = co_await pending;
+    if (self) {
+        publish(m_proxyOK, isHealthy(result), &WalletModel::proxyOKChanged);
+    }
+}
+
+QCoro::Task<bool> WalletModel::refreshBalance()
+{
+    const QPointer<WalletModel> self(this);
+    const QString owner = trimmingBlanks(m_address).toString();
+    if (!isValidAddress(owner)) {
+        co_return false;
+    }
+    const SolNetwork net = m_network;
+    const auto current = [self, owner, net] {
+        return self && self->m_network == net && trimmingBlanks(self->m_address) == owner;
+    };
+    bool solDone = false;
+
+    auto balanceCall = rpc(u"getBalance"_s, {owner});
+    const JsonResult balance = co_await balanceCall;
+    if (!self) {
+        co_return false;
+    }
+    if (const auto *value = std::get_if<QJsonValue>(&balance)) {
+        const std::optional<double> amount = readSolBalance(*value);
+        if (amount && current()) {
+            publish(m_sol, amount, &WalletModel::solChanged);
+            solDone = true;
+        }
+    }
+
+    const QJsonObject filter{{u"mint"_s, usdcMint(net)}};
+    const QJsonObject configuration{{u"encoding"_s, u"jsonParsed"_s}};
+    auto tokenCall = rpc(u"getTokenAccountsByOwner"_s, {owner, filter, configuration});
+    const JsonResult tokens = co_await tokenCall;
+    if (!current()) {
+        co_return solDone;
+    }
+    const auto *value = std::get_if<QJsonValue>(&tokens);
+    const std::optional<double> amount = value != nullptr ? readTokenBalance(*value) : std::nullopt;
+    if (!amount) {
+        co_return solDone;
+    }
+    publish(m_usdc, amount, &WalletModel::usdcChanged);
+    co_return true;
+}
+
+QCoro::Task<bool> WalletModel::refreshPrice()
+{
+    const QPointer<WalletModel> self(this);
+    for (const PriceSource &source : priceSources()) {
+        auto call = getJSON(m_services.endpoints.*source.base + source.pathAndQuery);
+        const JsonResult result = co_await call;
+        if (!self) {
+            co_return false;
+        }
+        const auto *document = std::get_if<QJsonValue>(&result);
+        const auto quote = document != nullptr ? source.read(*document) : std::nullopt;
+        if (quote) {
+            publish(m_price, std::optional(quote->price), &WalletModel::priceChanged);
+            publish(m_chg, quote->change, &WalletModel::chgChanged);
+            co_return true;
+        }
+    }
+    co_return false;
+}
+
+QCoro::Task<> WalletModel::refreshWave()
+{
+    const QPointer<WalletModel> self(this);
+    auto call = getJSON(m_services.endpoints.coingecko + chartPathAndQuery);
+    const JsonResult result = co_await call;
+    const auto *document = std::get_if<QJsonValue>(&result);
+    if (!self || document == nullptr) {
+        co_return;
+    }
+    if (const std::optional<QList<double>> points = readChart(*document)) {
+        publish(m_wave, *points, &WalletModel::waveChanged);
+    }
+}
+
+QCoro::Task<> WalletModel::refreshAll(bool force)
+{
+    const QPointer<WalletModel> self(this);
+
+    auto price = refreshPrice();
+    const bool priceDone = co_await price;
+    if (!self) {
+        co_return;
+    }
+    auto balance = refreshBalance();
+    const bool balanceDone = co_await balance;
+    if (!self) {
+        co_return;
+    }
+    if (force || m_wave.isEmpty() || m_tick % cyclesPerChart == 0) {
+        auto wave = refreshWave();
+        co_await wave;
+        if (!self) {
+            co_return;
+        }
+    }
+    ++m_tick;
+    if (priceDone || balanceDone) {
+        publish(m_lastUpdated, std::optional(m_services.queue.wallTime()),
+                &WalletModel::lastUpdatedChanged);
+    }
+}
+
+void WalletModel::startPolling()
+{
+    if (m_pollTask) {
+        m_pollTask->cancel();
+    }
+    m_pollTask = std::make_shared<Cancellation>();
+    startTask([cancellation = m_pollTask](WalletModel &model) { poll(&model, cancellation); });
+}
+
+QCoro::Task<> WalletModel::poll(QPointer<WalletModel> model,
+                                std::shared_ptr<Cancellation> cancellation)
+{
+    while (!cancellation->isCancelled() && model) {
+        auto cycle = model->refreshAll(false);
+        co_await cycle;
+        if (model) {
+            const auto sleep = cancellation->sleepFor(model->m_services.queue, pollInterval);
+            if (co_await sleep == SleepEnd::Cancelled) {
+                co_return;
+            }
+        }
+    }
+}
+
+} // namespace corvane::core
