@@ -6,7 +6,10 @@
 
 #include <QTextBoundaryFinder>
 
+#include <charconv>
 #include <cmath>
+#include <limits>
+#include <system_error>
 #include <vector>
 
 namespace corvane::core {
@@ -40,7 +43,13 @@ QString group(const platform::NumberFormatter &formatter, double value, int deci
     if (std::optional<QString> text = formatter.decimal(value, decimals)) {
         return *std::move(text);
     }
-    return QString::asprintf("%.*f", decimals, value);
+    // As printf does it in the POSIX locale: ties to even, where QString takes them away from zero.
+    constexpr int longestWholePart = std::numeric_limits<double>::max_exponent10 + 2;
+    QByteArray digits(longestWholePart + 1 + decimals, Qt::Uninitialized);
+    const auto [end, error] =
+        std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed, decimals);
+    Q_ASSERT(error == std::errc());
+    return QString::fromLatin1(digits.constData(), end - digits.constData());
 }
 
 QString solLabel(const platform::NumberFormatter &formatter, std::optional<double> sol)

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "core/wallet_model.h"
+
+#include "platform/in_memory_keychain.h"
+
+#include "tests/fakes/english_number_formatter.h"
+#include "tests/fakes/fake_http_client.h"
+#include "tests/fakes/hand_driven_queue.h"
+#include "tests/fakes/memory_file_system.h"
+#include "tests/fakes/memory_settings_store.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace corvane::tests {
+
+// Names under which the fake HTTP client knows the wallet's requests.
+inline const QString coinGecko = QStringLiteral(
+    "http://gecko.test/api/v3/simple/price?ids=solana&vs_currencies=usd&include_24hr_change=true");
+inline const QString binance =
+    QStringLiteral("http://binance.test/api/v3/ticker/24hr?symbol=SOLUSDT");
+inline const QString coinbase = QStringLiteral("http://coinbase.test/v2/prices/SOL-USD/spot");
+inline const QString chart =
+    QStringLiteral("http://gecko.test/api/v3/coins/solana/market_chart?vs_currency=usd&days=1");
+inline const QString probe = QStringLiteral("getHealth");
+inline const QString balance = QStringLiteral("getBalance");
+inline const QString tokens = QStringLiteral("getTokenAccountsByOwner");
+
+inline const QString addressA = QStringLiteral("EPjFWdd5AufqSSqeM2qN1xzybapC8G4wEGGkZwyTDt1v");
+inline const QString addressB = QStringLiteral("4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU");
+
+/// A wallet in a world where every service answers, until a test says otherwise.
+class WalletTest : public testing::Test
+{
+protected:
+    WalletTest()
+    {
+        endpoints.mainnet = QStringLiteral("http://mainnet.test");
+        endpoints.devnet = QStringLiteral("http://devnet.test");
+        endpoints.walletApp = QStringLiteral("http://app.test/wallet");
+        endpoints.coingecko = QStringLiteral("http://gecko.test");
+        endpoints.binance = QStringLiteral("http://binance.test");
+        endpoints.coinbase = QStringLiteral("http://coinbase.test");
+
+        http.answer(coinGecko, R"({"solana": {"usd": 150, "usd_24h_change": 2.5}})");
+        http.answer(chart, R"({"prices": [[0, 1], [1, 2], [2, 3]]})");
+        http.answer(balance, R"({"result": {"value": 1500000000}})");
+        http.answer(tokens, tokenReply("10"));
+        http.answer(probe, platform::HttpError::Unreachable);
+    }
+
+    static QByteArray tokenReply(const QByteArray &amount)
+    {
+        return R"({"result": {"value": [{"account": {"data": {"parsed": {"info": {"tokenAmount":)"
+               R"({"uiAmount": )" +
+               amount + "}}}}}}]}}";
+    }
+
+    /// Makes the wallet; nothing has been sent yet.
+    void launch()
+    {
+        model = std::make_unique<core::WalletModel>(
+            core::WalletServices{queue, http, settings, keychain, formatter, files, endpoints});
+    }
+
+    /// Makes the wallet, lets its first cycle and probe finish and forgets what they sent.
+    void launchAndSettle()
+    {
+        launch();
+        queue.drain();
+        http.forgetRequests();
+        settings.writes.clear();
+    }
+
+    // The client goes before the queue and after the model, as in the program.
+    HandDrivenQueue queue;
+    FakeHttpClient http{queue};
+    MemorySettingsStore settings;
+    platform::InMemoryKeychain keychain;
+    EnglishNumberFormatter formatter;
+    MemoryFileSystem files;
+    core::Endpoints endpoints;
+    std::unique_ptr<core::WalletModel> model;
+};
+
+} // namespace corvane::tests

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/file_system.h"
+
+#include <set>
+
+namespace corvane::tests {
+
+/// A file system of which only the names exist.
+class MemoryFileSystem final : public platform::FileSystem
+{
+public:
+    [[nodiscard]] QString homeDirectory() const override { return QStringLiteral("/home/ada"); }
+    [[nodiscard]] bool exists(const QString &path) const override { return paths.contains(path); }
+
+    std::set<QString> paths;
+};
+
+} // namespace corvane::tests
