@@ -32,7 +32,7 @@ std::optional<double> readTokenBalance(const QJsonValue &result)
         return std::nullopt;
     }
     double total = 0;
-    for (const QJsonValue &account : accounts) {
+    for (const auto &account : accounts) {
         const QJsonValue info = account["account"_L1]["data"_L1]["parsed"_L1]["info"_L1];
         total += numberIn(info["tokenAmount"_L1]["uiAmount"_L1]).value_or(0);
     }

@@ -4,7 +4,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <clocale>
 #include <cstdlib>
 
 #include <locale.h>
@@ -61,7 +60,8 @@ std::optional<double> parseNumber(QStringView text)
     if (text.empty() || text.front().isSpace() || text.front().category() == QChar::Other_Control) {
         return std::nullopt;
     }
-    // Never freed: the C locale is static data of the C library.
+    // The process's own locale may write a decimal comma. Never freed: the C locale is static data
+    // of the C library.
     static const locale_t posix = newlocale(LC_ALL_MASK, "C", nullptr);
 
     const QByteArray bytes = text.toUtf8();

@@ -84,7 +84,7 @@ std::optional<platform::HttpRequest> jsonRequest(const QString &url)
 
 JsonResult readRpcReply(const platform::HttpResult &result)
 {
-    const JsonResult document = readJsonReply(result);
+    JsonResult document = readJsonReply(result);
     const auto *value = std::get_if<QJsonValue>(&document);
     if (value == nullptr) {
         return document;

@@ -71,7 +71,7 @@ QString quibLabel(const platform::NumberFormatter &formatter, std::optional<doub
 
 QString shortAddress(QStringView address)
 {
-    const QString trimmed = trimmingBlanks(address).toString();
+    QString trimmed = trimmingBlanks(address).toString();
     const std::vector<qsizetype> bounds = characterBounds(trimmed);
     const std::size_t characters = bounds.size() - 1;
     if (characters < shortenedFrom) {

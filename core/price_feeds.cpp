@@ -71,7 +71,7 @@ std::optional<QList<double>> readChart(const QJsonValue &document)
         return std::nullopt;
     }
     QList<double> points;
-    for (const QJsonValue &row : rows) {
+    for (const auto &row : rows) {
         const QJsonArray pair = row.toArray();
         if (const std::optional<double> price = numberIn(pair.last())) {
             points.append(*price);

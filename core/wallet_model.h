@@ -2,8 +2,10 @@
 
 #include "core/endpoints.h"
 #include "core/json_calls.h"
+#include "core/send_error.h"
 #include "core/sol_network.h"
 #include "keys/key_vault.h"
+#include "platform/completion.h"
 #include "platform/secret_bytes.h"
 
 #include <QCoroTask>
@@ -22,11 +24,14 @@
 #include <optional>
 
 namespace corvane::platform {
+class AuthenticationContext;
+class BackgroundTasks;
 class FileSystem;
 class HttpClient;
 class MainQueue;
 class NumberFormatter;
 class SettingsStore;
+class SigningKeys;
 } // namespace corvane::platform
 
 namespace corvane::core {
@@ -40,6 +45,8 @@ struct WalletServices
     platform::HttpClient &http;
     platform::SettingsStore &settings;
     platform::Keychain &keychain;
+    platform::SigningKeys &signingKeys;
+    platform::BackgroundTasks &background;
     const platform::NumberFormatter &formatter;
     const platform::FileSystem &files;
     Endpoints endpoints;
@@ -98,6 +105,25 @@ public:
     QCoro::Task<> probeProxy();
     /// Runs a refresh cycle now and then every 30 s; a loop that runs already is cancelled.
     void startPolling();
+
+    /// Makes a new random key, stores it and shows it for backup. Gives the backup text (ASCII).
+    [[nodiscard]] SendResult<platform::SecretBytes> createWallet();
+    /// Stores the key that somebody pasted and gives its public key. `text` should lie in guarded
+    /// memory.
+    [[nodiscard]] SendResult<QString> importSigningKey(QStringView text);
+    /// Loads the seed in the background, opened by a context that has just passed.
+    void unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context);
+    /// The backup text (ASCII) of the stored key, asking the user while it is locked; none when
+    /// they refuse.
+    QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
+    /// Forgets the key, here and in the keychain. Nobody is asked again.
+    void removeWallet();
+    /// Sends SOL from the wallet's own key and gives the transaction's signature as soon as the
+    /// cluster has accepted it. Asks the user while the key is locked. An amount that does not fit
+    /// into lamports stops the process.
+    QCoro::Task<SendResult<QString>> sendSOL(QString to, double amountSOL);
+    /// The block explorer's page of a transaction.
+    [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
 
     /// One call of the cluster by JSON-RPC; the endpoint is chosen now.
     QCoro::Task<JsonResult> rpc(QString method, QJsonArray params);
@@ -198,6 +224,16 @@ private:
                               std::shared_ptr<Cancellation> cancellation);
 
     QCoro::Task<JsonResult> getJSON(QString url);
+    using MaybeSecret = std::optional<platform::SecretBytes>;
+
+    /// Reads the vault on a background thread.
+    platform::Completion<std::shared_ptr<MaybeSecret>>
+    inBackground(std::function<MaybeSecret(keys::KeyVault &)> read);
+    /// Reads the vault in the background and holds what it gives, nothing included, as the
+    /// session's seed.
+    QCoro::Task<> loadSession(std::function<MaybeSecret(keys::KeyVault &)> read);
+    /// Stores `seed` and makes it the wallet's key; gives the public key.
+    SendResult<QString> adopt(platform::SecretBytes seed);
     void netFlip();
     void clearBalances();
     /// Runs `start` on the main thread, later, if the model still exists by then.

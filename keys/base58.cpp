@@ -23,7 +23,7 @@ constexpr std::array<std::uint8_t, 128> digitValues = [] {
     std::array<std::uint8_t, 128> values{};
     values.fill(notADigit);
     for (std::size_t digit = 0; digit < Base58::alphabet.size(); ++digit) {
-        values[static_cast<std::size_t>(Base58::alphabet[digit])] =
+        values[static_cast<unsigned char>(Base58::alphabet[digit])] =
             static_cast<std::uint8_t>(digit);
     }
     return values;

@@ -9,8 +9,6 @@
 using namespace corvane::tests;
 using namespace Qt::StringLiterals;
 
-void qml_register_types_Corvane_Core();
-
 namespace {
 
 TEST_F(WalletTest, CanBeReadAndWrittenFromQml)
@@ -19,7 +17,6 @@ TEST_F(WalletTest, CanBeReadAndWrittenFromQml)
     char name[] = "core_tests";
     char *arguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, arguments);
-    qml_register_types_Corvane_Core();
     launchAndSettle();
 
     QQmlEngine engine;

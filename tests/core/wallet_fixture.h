@@ -3,6 +3,7 @@
 #include "core/wallet_model.h"
 
 #include "platform/in_memory_keychain.h"
+#include "platform/sodium_signing_keys.h"
 
 #include "tests/fakes/english_number_formatter.h"
 #include "tests/fakes/fake_http_client.h"
@@ -62,7 +63,8 @@ protected:
     void launch()
     {
         model = std::make_unique<core::WalletModel>(
-            core::WalletServices{queue, http, settings, keychain, formatter, files, endpoints});
+            core::WalletServices{queue, http, settings, keychain, signingKeys,
+                                 background, formatter, files, endpoints});
     }
 
     /// Makes the wallet, lets its first cycle and probe finish and forgets what they sent.
@@ -79,6 +81,8 @@ protected:
     FakeHttpClient http{queue};
     MemorySettingsStore settings;
     platform::InMemoryKeychain keychain;
+    platform::SodiumSigningKeys signingKeys;
+    HeldBackgroundTasks background;
     EnglishNumberFormatter formatter;
     MemoryFileSystem files;
     core::Endpoints endpoints;

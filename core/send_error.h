@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/keychain.h"
+
+#include <QString>
+
+#include <variant>
+
+namespace corvane::core {
+
+/// Why an operation on the key, or a transfer, failed. Its description is shown to the user as it
+/// is.
+class SendError
+{
+public:
+    enum class Kind {
+        Rpc,          ///< the cluster or the keychain; carries its own text
+        BadKey,       ///< not a secret key
+        Locked,       ///< the user did not open the key
+        BadRecipient, ///< not an address
+        BadAmount,    ///< not more than nothing
+    };
+
+    [[nodiscard]] static SendError rpc(const QString &text) { return {Kind::Rpc, text}; }
+    [[nodiscard]] static SendError badKey() { return {Kind::BadKey, {}}; }
+    [[nodiscard]] static SendError locked() { return {Kind::Locked, {}}; }
+    [[nodiscard]] static SendError badRecipient() { return {Kind::BadRecipient, {}}; }
+    [[nodiscard]] static SendError badAmount() { return {Kind::BadAmount, {}}; }
+    /// The keychain did not store a key.
+    [[nodiscard]] static SendError keychainRefused(platform::KeychainStatus status);
+
+    [[nodiscard]] Kind kind() const { return m_kind; }
+    [[nodiscard]] QString description() const;
+    [[nodiscard]] bool operator==(const SendError &) const = default;
+
+private:
+    SendError(Kind kind, QString text)
+        : m_kind(kind)
+        , m_text(std::move(text))
+    {}
+
+    Kind m_kind;
+    QString m_text;
+};
+
+/// What an operation gives, or why it failed.
+template <typename Value>
+using SendResult = std::variant<Value, SendError>;
+
+} // namespace corvane::core

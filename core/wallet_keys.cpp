@@ -1,0 +1,244 @@
+// The wallet's own key, from its creation to a signed transfer:
+//
+// | state    | signingPubkey | sessionSecret | meaning                                   |
+// |----------|---------------|---------------|-------------------------------------------|
+// | no key   | none          | none          | watches an address, or nothing            |
+// | locked   | text          | none          | stored; a transfer or a backup will ask   |
+// | unlocked | text          | the seed      | a transfer is one click                   |
+//
+// Creating and importing lead from any state to unlocked, removing from any state to no key. A
+// successful read of the vault leads from locked to unlocked. Nothing but removing forgets the
+// seed.
+
+#include "core/blank_trimming.h"
+#include "core/wallet_model.h"
+#include "keys/base58.h"
+#include "keys/secret_key_text.h"
+#include "keys/transfer.h"
+#include "platform/authenticator.h"
+#include "platform/background_tasks.h"
+#include "platform/completion.h"
+#include "platform/main_queue.h"
+#include "platform/signing_keys.h"
+
+#include <QJsonObject>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using platform::SecretBytes;
+using MaybeSecret = std::optional<SecretBytes>;
+
+/// The 32 bytes that a text decodes to.
+template <std::size_t Size>
+std::optional<std::array<std::uint8_t, Size>> decoded(QStringView text)
+{
+    const auto bytes = keys::Base58::decode(text);
+    if (!bytes || bytes->size() != Size) {
+        return std::nullopt;
+    }
+    std::array<std::uint8_t, Size> array{};
+    std::ranges::copy(*bytes, array.begin());
+    return array;
+}
+
+/// The longest text that a reply's 32-byte hash can be; bounds the work on a hostile one.
+constexpr qsizetype longestHash = 44;
+
+std::optional<keys::Blockhash> readBlockhash(const JsonResult &reply)
+{
+    const auto *result = std::get_if<QJsonValue>(&reply);
+    if (result == nullptr) {
+        return std::nullopt;
+    }
+    const QString text = result->toObject()[u"value"_s].toObject()[u"blockhash"_s].toString();
+    return text.size() <= longestHash ? decoded<32>(text) : std::nullopt;
+}
+
+} // namespace
+
+platform::Completion<std::shared_ptr<MaybeSecret>>
+WalletModel::inBackground(std::function<MaybeSecret(keys::KeyVault &)> read)
+{
+    const platform::Completion<std::shared_ptr<MaybeSecret>> completion;
+    m_services.background.run(
+        [completion, read = std::move(read), vault = m_vault, &queue = m_services.queue]() mutable {
+            const auto secret = std::make_shared<MaybeSecret>(read(vault));
+            queue.post([completion, secret] { completion.resolve(secret); });
+        });
+    return completion;
+}
+
+SendResult<QString> WalletModel::adopt(SecretBytes seed)
+{
+    const auto publicKey = m_services.signingKeys.publicKey(seed);
+    if (!publicKey) {
+        return SendError::badKey();
+    }
+    const QString text = keys::Base58::encode(*publicKey);
+    const platform::KeychainStatus status = m_vault.storeStatus(seed, text);
+    if (status != platform::keychainSuccess) {
+        return SendError::keychainRefused(status);
+    }
+    publish(m_signingPubkey, std::optional(text), &WalletModel::signingPubkeyChanged);
+    setAddress(text);
+    m_sessionSecret = std::move(seed);
+    return text;
+}
+
+SendResult<SecretBytes> WalletModel::createWallet()
+{
+    SecretBytes seed = m_services.signingKeys.makeSeed();
+    const auto publicKey = m_services.signingKeys.publicKey(seed);
+    if (!publicKey) {
+        return SendError::badKey();
+    }
+    SecretBytes backup = keys::backupText(seed, *publicKey);
+    const SendResult<QString> adopted = adopt(std::move(seed));
+    if (const auto *error = std::get_if<SendError>(&adopted)) {
+        return *error;
+    }
+    publish(m_pendingBackup, MaybeSecret(backup.clone()), &WalletModel::pendingBackupChanged);
+    return backup;
+}
+
+SendResult<QString> WalletModel::importSigningKey(QStringView text)
+{
+    MaybeSecret seed = keys::seedFromText(text);
+    if (!seed) {
+        return SendError::badKey();
+    }
+    return adopt(*std::move(seed));
+}
+
+void WalletModel::unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context)
+{
+    if (!m_signingPubkey || m_sessionSecret) {
+        return;
+    }
+    loadSession([context = std::move(context)](keys::KeyVault &vault) {
+        return vault.loadSecret(*context);
+    });
+}
+
+QCoro::Task<> WalletModel::loadSession(std::function<MaybeSecret(keys::KeyVault &)> read)
+{
+    const QPointer<WalletModel> self(this);
+    const std::optional<QString> owner = m_signingPubkey;
+    const auto pending = inBackground(std::move(read));
+    const std::shared_ptr<MaybeSecret> secret = co_await pending;
+    // A key that was replaced or removed while the user was asked must not come back to life.
+    if (self && self->m_signingPubkey == owner) {
+        self->m_sessionSecret = std::move(*secret);
+    }
+}
+
+QCoro::Task<MaybeSecret> WalletModel::backupSecret()
+{
+    const QPointer<WalletModel> self(this);
+    if (!m_sessionSecret) {
+        auto loading = loadSession([](keys::KeyVault &vault) {
+            return vault.loadSecret(u"reveal your wallet backup key"_s);
+        });
+        co_await loading;
+        if (!self || !m_sessionSecret) {
+            co_return std::nullopt;
+        }
+    }
+    const auto publicKey = m_services.signingKeys.publicKey(*m_sessionSecret);
+    if (!publicKey) {
+        co_return std::nullopt;
+    }
+    co_return keys::backupText(*m_sessionSecret, *publicKey);
+}
+
+void WalletModel::removeWallet()
+{
+    m_vault.remove();
+    publish(m_signingPubkey, std::optional<QString>(), &WalletModel::signingPubkeyChanged);
+    m_sessionSecret.reset();
+    publish(m_pendingBackup, MaybeSecret(), &WalletModel::pendingBackupChanged);
+    setAddress({});
+}
+
+QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountSOL)
+{
+    using Result = SendResult<QString>;
+    const QPointer<WalletModel> self(this);
+
+    const QStringView recipientText = trimmingBlanks(to);
+    const auto recipient =
+        isValidAddress(recipientText) ? decoded<32>(recipientText) : std::nullopt;
+    if (!recipient) {
+        co_return Result(SendError::badRecipient());
+    }
+    if (!(amountSOL > 0)) {
+        co_return Result(SendError::badAmount());
+    }
+    const auto lamports = keys::Lamports::fromSol(amountSOL);
+
+    if (!m_sessionSecret) {
+        const QString prompt = u"send "_s + group(amountSOL, 4) + u" SOL"_s;
+        auto loading =
+            loadSession([prompt](keys::KeyVault &vault) { return vault.loadSecret(prompt); });
+        co_await loading;
+        if (!self || !m_sessionSecret) {
+            co_return Result(SendError::locked());
+        }
+    }
+    // The session may forget its seed while the cluster is asked.
+    const SecretBytes seed = m_sessionSecret->clone();
+    const auto sender = m_services.signingKeys.publicKey(seed);
+    if (!sender) {
+        co_return Result(SendError::locked());
+    }
+
+    auto blockhashCall =
+        rpc(u"getLatestBlockhash"_s, {QJsonObject{{u"commitment"_s, u"finalized"_s}}});
+    const JsonResult blockhashReply = co_await blockhashCall;
+    const auto blockhash = readBlockhash(blockhashReply);
+    if (!self || !blockhash) {
+        co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
+    }
+
+    const keys::Transfer transfer{*sender, *recipient, lamports, *blockhash};
+    const std::vector<std::uint8_t> message = keys::transferMessage(transfer);
+    const auto signature = m_services.signingKeys.sign(seed, message);
+    if (!signature) {
+        co_return Result(SendError::badKey());
+    }
+    const QString transaction = QString::fromLatin1(keys::signedTransaction(*signature, message));
+    const QJsonObject configuration{{u"encoding"_s, u"base64"_s},
+                                    {u"preflightCommitment"_s, u"confirmed"_s}};
+    auto sendCall = rpc(u"sendTransaction"_s, {transaction, configuration});
+    const JsonResult sent = co_await sendCall;
+    const auto *result = std::get_if<QJsonValue>(&sent);
+    if (result == nullptr) {
+        co_return Result(SendError::rpc(u"send failed — check balance covers amount + fee"_s));
+    }
+    if (!result->isString()) {
+        co_return Result(SendError::rpc(u"unexpected RPC reply"_s));
+    }
+    if (self) {
+        refresh();
+    }
+    co_return Result(result->toString());
+}
+
+std::optional<QUrl> WalletModel::explorerURL(const QString &signature) const
+{
+    QString text = m_services.endpoints.explorer + u"/tx/"_s + signature;
+    if (m_network == SolNetwork::Devnet) {
+        text += u"?cluster=devnet"_s;
+    }
+    const QUrl url(text, QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
+}
+
+} // namespace corvane::core
