@@ -60,7 +60,7 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
     }
     if (parser.isSet(watch)) {
         const QString address = parser.value(watch);
-        if (!keys::isValidAddress(address)) {
+        if (!keys::Base58::isValidAddress(address)) {
             return Farewell{QStringLiteral("--watch needs a Solana address\n"), usageError};
         }
         options.watch = address;

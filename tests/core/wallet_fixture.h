@@ -8,6 +8,7 @@
 #include "tests/fakes/english_number_formatter.h"
 #include "tests/fakes/fake_http_client.h"
 #include "tests/fakes/hand_driven_queue.h"
+#include "tests/fakes/held_background_tasks.h"
 #include "tests/fakes/memory_file_system.h"
 #include "tests/fakes/memory_settings_store.h"
 

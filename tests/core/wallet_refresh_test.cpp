@@ -365,8 +365,8 @@ TEST_F(Refresh, SurvivesAClientThatIsTornDownFirst)
     // The fallbacks are asked while the first client is being destroyed, so they need another one.
     client->answer(binance, HttpError::Cancelled);
     client->answer(coinbase, HttpError::Cancelled);
-    auto wallet = std::make_unique<WalletModel>(
-        core::WalletServices{queue, *client, settings, keychain, formatter, files, endpoints});
+    auto wallet = std::make_unique<WalletModel>(core::WalletServices{
+        queue, *client, settings, keychain, signingKeys, background, formatter, files, endpoints});
     queue.drain();
     ASSERT_EQ(client->heldRequests(), 2U);
     wallet.reset();

@@ -1,7 +1,6 @@
 #include "island/island_controller.h"
+#include "tests/core/wallet_fixture.h"
 #include "tests/fakes/fake_desktop.h"
-#include "tests/fakes/hand_driven_queue.h"
-#include "tests/fakes/wallet_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +13,7 @@ using namespace std::chrono_literals;
 using tests::notchedScreen;
 using tests::plainScreen;
 
-class IslandControllerTest : public testing::Test
+class IslandControllerTest : public tests::WalletTest
 {
 protected:
     IslandControllerTest()
@@ -22,27 +21,28 @@ protected:
         m_screens.screens = {notchedScreen({0, 0, 1512, 982}, 180, 38)};
         m_pointer.position = away;
         m_authenticator.available = false;
+        launchAndSettle();
     }
 
     void show()
     {
         m_island = std::make_unique<IslandController>(
-            m_wallet.model(), IslandServices{m_queue, m_screens, m_pointer, m_panels,
-                                             m_authenticator, m_clipboard, nullptr});
+            *model, IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
+                                   m_clipboard, nullptr});
         m_island->show();
-        m_queue.drain();
+        queue.drain();
     }
 
     void moveTo(const QPointF &point)
     {
         m_pointer.moveTo(point);
-        m_queue.drain();
+        queue.drain();
     }
 
     void openIsland()
     {
         moveTo(notch);
-        m_queue.advance(300ms);
+        queue.advance(300ms);
         ASSERT_TRUE(m_island->expanded());
     }
 
@@ -68,8 +68,6 @@ protected:
     static constexpr QPointF notch{756, 970};
     static constexpr QPointF card{756, 800};
 
-    tests::HandDrivenQueue m_queue;
-    tests::WalletFixture m_wallet{m_queue};
     tests::FakeScreens m_screens;
     tests::FakePointer m_pointer;
     tests::FakePanelFactory m_panels;
@@ -94,15 +92,14 @@ TEST_F(IslandControllerTest, OpensStepByStepAndFoldsBack)
     const Step steps[] = {
         {0ms, notch, "h--p"}, {119ms, {}, "h--p"}, {1ms, {}, "hw--"},   {99ms, {}, "hw--"},
         {1ms, {}, "hwe-"},    {1s, {}, "hwe-"},    {0ms, card, "hwe-"}, {0ms, away, "-we-"},
-        {319ms, {}, "-we-"},  {1ms, {}, "-w--"},   {159ms, {}, "-w--"}, {1ms, {}, "----"},
-        {539ms, {}, "----"},  {1ms, {}, "---p"},
+        {319ms, {}, "-we-"},  {1ms, {}, "-w--"},   {160ms, {}, "----"}, {540ms, {}, "---p"},
     };
     for (const Step &step : steps) {
         SCOPED_TRACE(step.state);
         if (step.pointer) {
             moveTo(*step.pointer);
         }
-        m_queue.advance(step.wait);
+        queue.advance(step.wait);
         EXPECT_EQ(state(), QString::fromLatin1(step.state));
     }
     EXPECT_TRUE(isResting());
@@ -113,42 +110,42 @@ TEST_F(IslandControllerTest, LetsThePointerChangeItsMind)
     show();
     // Out again before the delay: nothing opens and clicks pass all the time.
     moveTo(notch);
-    m_queue.advance(100ms);
+    queue.advance(100ms);
     moveTo(away);
     EXPECT_TRUE(isResting());
-    m_queue.advance(1s);
+    queue.advance(1s);
     EXPECT_TRUE(isResting());
 
     // Out between widening and unfolding: it narrows, and the card never opens.
     moveTo(notch);
-    m_queue.advance(130ms);
+    queue.advance(130ms);
     EXPECT_TRUE(m_island->widened());
     moveTo(away);
     EXPECT_FALSE(m_island->widened());
-    m_queue.advance(399ms);
+    queue.advance(399ms);
     EXPECT_FALSE(m_panels.state.ignoresMouseEvents);
-    m_queue.advance(1ms);
+    queue.advance(1ms);
     EXPECT_TRUE(isResting());
 
     // Sideways along the widened strip counts as out.
     moveTo(notch);
-    m_queue.advance(130ms);
+    queue.advance(130ms);
     moveTo({500, 970});
     EXPECT_FALSE(m_island->widened());
-    m_queue.advance(1s);
+    queue.advance(1s);
 
     // Back in before it folds, also within the ten points around the card.
     openIsland();
     moveTo(away);
-    m_queue.advance(200ms);
+    queue.advance(200ms);
     moveTo({440, 700});
-    m_queue.advance(2s);
+    queue.advance(2s);
     EXPECT_TRUE(m_island->expanded());
     // Back in while it narrows: it opens again and stays clickable.
     moveTo(away);
-    m_queue.advance(400ms);
+    queue.advance(400ms);
     moveTo(notch);
-    m_queue.advance(3s);
+    queue.advance(3s);
     EXPECT_EQ(state(), QStringLiteral("-we-"));
 }
 
@@ -156,15 +153,16 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
 {
     show();
     m_pointer.position = notch;
-    m_queue.advance(150ms);
+    queue.advance(150ms);
     EXPECT_TRUE(m_island->hovering());
     m_pointer.position = QPointF(756, 982);
-    m_queue.advance(150ms);
+    queue.advance(150ms);
     EXPECT_FALSE(m_island->hovering()) << "the top edge itself is outside";
     m_pointer.position.reset();
-    m_queue.advance(1s);
+    queue.advance(1s);
     EXPECT_TRUE(isResting());
-    EXPECT_EQ(m_queue.pendingTimers(), 1U + m_wallet.pollingTimers());
+    // At rest nothing is scheduled but the hover poll and the refresh cycle.
+    EXPECT_EQ(queue.pendingTimers(), 2U);
 }
 
 TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
@@ -174,14 +172,14 @@ TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
     EXPECT_EQ(state(), QStringLiteral("--e-"));
     EXPECT_TRUE(m_panels.state.isKey);
     EXPECT_EQ(m_panels.state.level, platform::IslandPanel::activeLevel);
-    m_queue.advance(60s);
+    queue.advance(60s);
     EXPECT_TRUE(m_island->expanded());
     m_panels.state.isKey = false;
     m_island->setPane(IslandPane::Balance);
     EXPECT_FALSE(m_panels.state.isKey);
-    m_queue.advance(500ms);
+    queue.advance(500ms);
     EXPECT_FALSE(m_island->expanded());
-    m_queue.advance(1s);
+    queue.advance(1s);
     EXPECT_TRUE(isResting());
 }
 
@@ -196,7 +194,7 @@ TEST_F(IslandControllerTest, RecordsTheAnimationOfEachChange)
     }
     openIsland();
     moveTo(away);
-    m_queue.advance(2s);
+    queue.advance(2s);
     const auto spring = look::Animation::spring(0.42, 0.88);
     const auto widen = look::Animation::spring(0.3, 0.9);
     EXPECT_EQ(seen, (QList{look::Animation::spring(0.22, 0.7), widen, spring,
@@ -211,26 +209,26 @@ TEST_F(IslandControllerTest, FollowsTheScreens)
 {
     show();
     moveTo(notch);
-    m_queue.advance(130ms);
+    queue.advance(130ms);
     ASSERT_TRUE(m_island->widened());
     m_screens.change({plainScreen({0, 0, 1920, 1080})});
-    m_queue.drain();
+    queue.drain();
     EXPECT_FALSE(m_island->widened());
     EXPECT_EQ(m_panels.state.frame, QRectF(606, 688, 708, 392));
     EXPECT_EQ(m_island->collapsedRect(), QRectF(880, 1048, 160, 32));
-    m_queue.advance(2s);
+    queue.advance(2s);
 
     m_pointer.position = QPointF(960, 1060);
-    m_queue.advance(1s);
+    queue.advance(1s);
     ASSERT_TRUE(m_island->expanded());
     m_screens.change({});
-    m_queue.drain();
+    queue.drain();
     EXPECT_TRUE(m_island->expanded());
     EXPECT_EQ(m_panels.state.frame, QRectF(0, 0, 900, 400));
-    m_queue.advance(1s);
+    queue.advance(1s);
     m_screens.change({notchedScreen({0, 0, 1512, 982}, 180, 38)});
     m_pointer.position = away;
-    m_queue.advance(3s);
+    queue.advance(3s);
     EXPECT_TRUE(isResting());
     EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
 }
@@ -258,23 +256,23 @@ TEST_F(IslandControllerTest, AsksOnceAndStaysOpenMeanwhile)
     EXPECT_EQ(m_authenticator.reasons.size(), 1);
     // An open prompt keeps the island from folding; it folds soon after the answer.
     moveTo(away);
-    m_queue.advance(10s);
+    queue.advance(10s);
     EXPECT_TRUE(m_island->expanded());
     m_authenticator.answer(false);
-    m_queue.advance(600ms);
+    queue.advance(600ms);
     EXPECT_FALSE(m_island->expanded());
     EXPECT_FALSE(m_island->islandUnlocked());
     EXPECT_EQ(dropped, 0);
 
     // After a refusal only the button asks.
-    m_queue.advance(1s);
+    queue.advance(1s);
     openIsland();
     EXPECT_EQ(m_authenticator.reasons.size(), 1);
     int continued = 0;
     m_island->requestIslandUnlock([&] { ++continued; });
     EXPECT_EQ(m_authenticator.reasons.size(), 2);
     m_authenticator.answer(true);
-    m_queue.drain();
+    queue.drain();
     EXPECT_TRUE(m_island->islandUnlocked());
     EXPECT_EQ(continued, 1);
     EXPECT_FALSE(m_island->authMessage());
@@ -287,16 +285,16 @@ TEST_F(IslandControllerTest, ALateAnswerFindsNobody)
     openIsland();
     m_island.reset();
     m_authenticator.answer(true);
-    m_queue.advance(5s);
+    queue.advance(5s);
     moveTo(notch);
-    m_queue.advance(5s);
+    queue.advance(5s);
 }
 
 TEST_F(IslandControllerTest, CopiesTheAddressAsItIs)
 {
     show();
     m_island->copyAddress();
-    m_wallet.model().setAddress(QStringLiteral("  abc "));
+    model->setAddress(QStringLiteral("  abc "));
     m_island->copyAddress();
     EXPECT_EQ(m_clipboard.texts, (QStringList{QString(), QStringLiteral("  abc ")}));
 }
@@ -321,10 +319,10 @@ TEST_F(IslandControllerTest, NoPathOfThePointerLeavesItStuck)
             } else {
                 m_pointer.position = point;
             }
-            m_queue.advance(std::chrono::microseconds(static_cast<int>(between(100, 250'000))));
+            queue.advance(std::chrono::microseconds(static_cast<int>(between(100, 250'000))));
         }
         moveTo(away);
-        m_queue.advance(1500ms);
+        queue.advance(1500ms);
         ASSERT_TRUE(isResting()) << state().toStdString();
     }
 }

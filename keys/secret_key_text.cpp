@@ -1,0 +1,139 @@
+#include "keys/secret_key_text.h"
+
+#include "keys/base58.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace corvane::keys {
+
+namespace {
+
+using platform::SecretBytes;
+
+constexpr std::size_t seedSize = platform::SigningKeys::seedSize;
+constexpr std::size_t secretKeySize = 64;
+/// Digits that 64 bytes take at most.
+constexpr qsizetype longestBase58 = 88;
+
+QStringView trimmed(QStringView text)
+{
+    while (!text.empty() && text.front().isSpace()) {
+        text = text.sliced(1);
+    }
+    while (!text.empty() && text.back().isSpace()) {
+        text.chop(1);
+    }
+    return text;
+}
+
+/// Reads a JSON array of integers. Written out here because a general parser would leave copies of
+/// the key behind.
+class ByteArrayReader
+{
+public:
+    explicit ByteArrayReader(QStringView text)
+        : m_rest(text)
+    {}
+
+    std::optional<SecretBytes> read()
+    {
+        // No array that long is a key; the bound keeps a pasted book out of guarded memory.
+        SecretBytes bytes(secretKeySize + 1);
+        std::size_t count = 0;
+        if (!take(u'[')) {
+            return std::nullopt;
+        }
+        if (!take(u']')) {
+            do {
+                const std::optional<std::uint64_t> number = integer();
+                if (!number || count == bytes.size()) {
+                    return std::nullopt;
+                }
+                bytes.bytes()[count++] = static_cast<std::uint8_t>(*number);
+            } while (take(u','));
+            if (!take(u']')) {
+                return std::nullopt;
+            }
+        }
+        skipBlanks();
+        if (!m_rest.empty()) {
+            return std::nullopt;
+        }
+        return SecretBytes::copyOf(bytes.bytes().first(count));
+    }
+
+private:
+    void skipBlanks()
+    {
+        constexpr QStringView blanks = u" \t\r\n";
+        while (!m_rest.empty() && blanks.contains(m_rest.front())) {
+            m_rest = m_rest.sliced(1);
+        }
+    }
+
+    bool take(char16_t wanted)
+    {
+        skipBlanks();
+        if (m_rest.empty() || m_rest.front() != QChar(wanted)) {
+            return false;
+        }
+        m_rest = m_rest.sliced(1);
+        return true;
+    }
+
+    /// A signed 64-bit integer as its two's complement.
+    std::optional<std::uint64_t> integer()
+    {
+        const bool negative = take(u'-');
+        if (!negative) {
+            skipBlanks();
+        }
+        const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+        const std::uint64_t limit = (std::uint64_t{1} << 63) - (negative ? 0 : 1);
+        std::uint64_t value = 0;
+        qsizetype digits = 0;
+        for (; digits < m_rest.size() && isDigit(m_rest[digits]); ++digits) {
+            const auto digit = static_cast<std::uint64_t>(m_rest[digits].unicode() - u'0');
+            if (value > (limit - digit) / 10) {
+                return std::nullopt;
+            }
+            value = value * 10 + digit;
+        }
+        const bool leadingZero = digits > 1 && m_rest.front() == u'0';
+        m_rest = m_rest.sliced(digits);
+        if (digits == 0 || leadingZero) {
+            return std::nullopt;
+        }
+        return negative ? ~value + 1 : value;
+    }
+
+    QStringView m_rest;
+};
+
+} // namespace
+
+std::optional<SecretBytes> seedFromText(QStringView text)
+{
+    const QStringView key = trimmed(text);
+    const bool isArray = key.startsWith(u'[');
+    if (!isArray && key.size() > longestBase58) {
+        return std::nullopt;
+    }
+    std::optional<SecretBytes> bytes =
+        isArray ? ByteArrayReader(key).read() : Base58::decodeSecret(key);
+    if (!bytes || (bytes->size() != seedSize && bytes->size() != secretKeySize)) {
+        return std::nullopt;
+    }
+    return SecretBytes::copyOf(bytes->bytes().first(seedSize));
+}
+
+SecretBytes backupText(const SecretBytes &seed, const platform::SigningKeys::PublicKey &publicKey)
+{
+    SecretBytes secretKey(secretKeySize);
+    std::ranges::copy(seed.bytes(), secretKey.bytes().begin());
+    std::ranges::copy(publicKey, secretKey.bytes().begin() + seedSize);
+    return Base58::encodeSecret(secretKey.bytes());
+}
+
+} // namespace corvane::keys
