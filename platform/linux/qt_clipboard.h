@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/clipboard.h"
+
+namespace corvane::platform {
+
+/// The clipboard of the running QGuiApplication.
+class QtClipboard final : public Clipboard
+{
+public:
+    void setText(const QString &text) override;
+};
+
+} // namespace corvane::platform

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QList>
+#include <QPoint>
+#include <QPointF>
+#include <QRect>
+#include <QRectF>
+
+#include <optional>
+
+namespace corvane::platform {
+
+/// Translates between the three coordinate systems of a desktop with one or several displays:
+///
+/// - global points: origin at the bottom left of the primary display, y upward (`Screen`);
+/// - Qt's virtual desktop: the same points, origin at its top left, y downward;
+/// - X pixels, y downward. Qt gives a display the same top left corner in pixels and in points and
+///   divides its size by the display's scale factor.
+class ScreenCoordinates
+{
+public:
+    struct Display
+    {
+        /// In Qt's virtual desktop.
+        QRect geometry;
+        /// Pixels per point.
+        double scale = 1;
+    };
+
+    /// Without displays, every translation from pixels gives none.
+    ScreenCoordinates() = default;
+    ScreenCoordinates(QRect primary, QList<Display> displays);
+
+    [[nodiscard]] QRectF globalFromQt(const QRectF &rectangle) const;
+    [[nodiscard]] QPointF globalFromQt(QPointF point) const;
+    [[nodiscard]] QRectF qtFromGlobal(const QRectF &rectangle) const;
+    /// The global point of a pixel; none when it lies on no display.
+    [[nodiscard]] std::optional<QPointF> globalFromPixel(QPoint pixel) const;
+
+private:
+    QRect m_primary;
+    QList<Display> m_displays;
+};
+
+} // namespace corvane::platform

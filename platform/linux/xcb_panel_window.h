@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QList>
+#include <QRect>
+#include <QTimer>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+struct xcb_connection_t;
+
+namespace corvane::platform {
+
+/// The X11 side of the island's window: its regions, its place in the stack, and what it must know
+/// of the window manager and the compositing manager. Speaks over Qt's own connection.
+class XcbPanelWindow final : public QAbstractNativeEventFilter
+{
+public:
+    struct Observer
+    {
+        /// A compositing manager has started or stopped.
+        std::function<void()> compositingChanged;
+        /// The window manager has, or may have, moved windows in the stack.
+        std::function<void()> stackChanged;
+    };
+
+    /// Takes over the X window `id`, which is not mapped yet.
+    XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, Observer observer);
+    ~XcbPanelWindow() override;
+    XcbPanelWindow(const XcbPanelWindow &) = delete;
+    XcbPanelWindow &operator=(const XcbPanelWindow &) = delete;
+
+    /// True while a compositing manager shows translucent windows as such.
+    [[nodiscard]] bool isComposited() const { return m_compositor != 0; }
+
+    /// Where the window takes clicks, in pixels.
+    void setInputRegion(const QList<QRect> &region);
+    /// What there is of the window at all; none is the whole of it.
+    void setBoundingRegion(const std::optional<QList<QRect>> &region);
+
+    void raiseToTop();
+    /// Raises the window above the topmost one that the window manager looks after, if that one
+    /// covers it.
+    void raiseAboveManaged();
+
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
+
+private:
+    /// The windows of the root window from the bottom to the top.
+    [[nodiscard]] std::vector<std::uint32_t> stack() const;
+    /// The windows that the window manager looks after, or rather their frames.
+    [[nodiscard]] std::vector<std::uint32_t> managedFrames() const;
+    void announceStackChange();
+
+    xcb_connection_t *m_connection;
+    std::uint32_t m_id;
+    std::uint32_t m_root = 0;
+    Observer m_observer;
+    std::uint32_t m_compositor = 0;
+    std::uint32_t m_compositorAtom = 0;
+    std::uint32_t m_stackingAtom = 0;
+    std::uint32_t m_activeWindowAtom = 0;
+    int m_selectionEvent = -1;
+    std::optional<QList<QRect>> m_input;
+    std::optional<QList<QRect>> m_bounding;
+    QTimer m_soon;
+    QTimer m_settled;
+};
+
+} // namespace corvane::platform
