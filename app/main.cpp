@@ -18,6 +18,7 @@
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
 #include "platform/sodium_signing_keys.h"
+#include "platform/thread_background_tasks.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -106,6 +107,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
 
     platform::QtMainQueue queue;
     platform::CurlHttpClient http;
+    platform::ThreadBackgroundTasks background;
     const platform::IcuNumberFormatter formatter;
     const platform::LocalFileSystem files;
     platform::QtScreens screens;

@@ -2,6 +2,7 @@
 
 #include "tests/core/wallet_fixture.h"
 
+#include "core/balances.h"
 #include "core/json.h"
 
 #include <QJsonObject>
@@ -128,6 +129,11 @@ struct Change
     bool makesStale;
 };
 
+void PrintTo(const Change &change, std::ostream *out)
+{
+    *out << change.name;
+}
+
 class LateReply : public Refresh, public testing::WithParamInterface<std::tuple<Change, bool>>
 {};
 
@@ -154,6 +160,14 @@ TEST_P(LateReply, IsDroppedOnlyForAnotherAddressOrNetwork)
     // The fetch for a new address has got no further than its own first request.
     http.release(tokens, tokenReply("99"));
 
+    if (balanceIsLate) {
+        const auto sent = std::ranges::find(http.names(), tokens);
+        ASSERT_NE(sent, http.names().end());
+        EXPECT_EQ(paramsOf(http.requests()[static_cast<std::size_t>(sent - http.names().begin())])
+                      .toArray()[1],
+                  (QJsonObject{{u"mint"_s, core::usdcMint(SolNetwork::Mainnet)}}))
+            << "the mint is that of the network at the start";
+    }
     const bool solWritten = balanceIsLate && !change.makesStale;
     EXPECT_EQ(model->sol(), solWritten ? std::optional(9.0) : solBefore);
     EXPECT_EQ(model->usdc(), change.makesStale ? usdcBefore : std::optional(99.0));
@@ -309,11 +323,14 @@ TEST_F(Refresh, StartingToPollAgainReplacesTheLoop)
     queue.advance(30s);
     ASSERT_EQ(http.heldRequests(), 1U);
     http.answer(coinGecko, R"({"solana": {"usd": 150}})");
+    http.forgetRequests();
     model->startPolling();
     model->startPolling();
     queue.drain();
+    EXPECT_EQ(http.count(coinGecko), 1);
     http.release(coinGecko, R"({"solana": {"usd": 150}})");
     queue.drain();
+    EXPECT_EQ(http.count(coinGecko), 1);
     EXPECT_EQ(queue.pendingTimers(), 1U);
 }
 
@@ -329,23 +346,25 @@ TEST_F(Refresh, AWalletThatIsGoneStopsPollingAtOnce)
 
 TEST_F(Refresh, AWalletThatIsGoneAsksNoMoreAndTakesNoReply)
 {
+    // A reply that every one of these requests would make use of.
+    const QByteArray good = R"({"solana": {"usd": 1}, "result": {"value": []},)"
+                            R"("prices": [[1], [2], [3]]})";
     for (const QString &held : {coinGecko, balance, tokens, chart, probe}) {
-        SCOPED_TRACE(held.toStdString());
-        http.forgetRequests();
-        http.hold(held);
-        launch();
-        queue.drain();
-        ASSERT_EQ(http.heldRequests(), 1U);
-        model.reset();
-        http.forgetRequests();
-        http.release(held, HttpError::TimedOut);
-        queue.advance(60s);
-        EXPECT_TRUE(http.names().empty());
-        http.answer(held, held == probe ? QByteArray("{}")
-                          : held == tokens
-                              ? tokenReply("1")
-                              : QByteArray(R"({"solana": {"usd": 1}, "result": {"value": 1},)"
-                                           R"("prices": [[1], [2], [3]]})"));
+        for (const platform::HttpResult &late :
+             {platform::HttpResult(HttpError::TimedOut),
+              platform::HttpResult(platform::HttpReply{200, good})}) {
+            SCOPED_TRACE(held.toStdString());
+            http.hold(held);
+            launch();
+            queue.drain();
+            ASSERT_EQ(http.heldRequests(), 1U);
+            model.reset();
+            http.forgetRequests();
+            http.release(held, late);
+            queue.advance(60s);
+            EXPECT_TRUE(http.names().empty());
+        }
+        http.answer(held, good);
     }
     // Tasks that were posted but have not begun.
     launch();
@@ -356,15 +375,12 @@ TEST_F(Refresh, AWalletThatIsGoneAsksNoMoreAndTakesNoReply)
     EXPECT_TRUE(http.names().empty());
 }
 
-TEST_F(Refresh, SurvivesAClientThatIsTornDownFirst)
+TEST_F(Refresh, WaitsEndWithTheClient)
 {
     auto client = std::make_unique<FakeHttpClient>(queue);
     for (const QString &name : {coinGecko, probe}) {
         client->hold(name);
     }
-    // The fallbacks are asked while the first client is being destroyed, so they need another one.
-    client->answer(binance, HttpError::Cancelled);
-    client->answer(coinbase, HttpError::Cancelled);
     auto wallet = std::make_unique<WalletModel>(core::WalletServices{
         queue, *client, settings, keychain, signingKeys, background, formatter, files, endpoints});
     queue.drain();
