@@ -63,9 +63,8 @@ protected:
     /// Makes the wallet; nothing has been sent yet.
     void launch()
     {
-        model = std::make_unique<core::WalletModel>(
-            core::WalletServices{queue, http, settings, keychain, signingKeys,
-                                 background, formatter, files, endpoints});
+        model = std::make_unique<core::WalletModel>(core::WalletServices{
+            queue, http, settings, keychain, signingKeys, background, formatter, files, endpoints});
     }
 
     /// Makes the wallet, lets its first cycle and probe finish and forgets what they sent.
