@@ -126,7 +126,6 @@ HttpError errorOf(CURLcode code, const Transfer &transfer)
     case CURLE_FILESIZE_EXCEEDED:
         return HttpError::TooLarge;
     case CURLE_URL_MALFORMAT:
-    case CURLE_UNSUPPORTED_PROTOCOL:
         return transfer.redirects > 0 ? HttpError::RefusedRedirect : HttpError::BadUrl;
     default:
         return transfer.tooLarge ? HttpError::TooLarge : HttpError::Unreachable;

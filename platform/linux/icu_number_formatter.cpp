@@ -1,5 +1,7 @@
 #include "platform/linux/icu_number_formatter.h"
 
+#include <QList>
+
 #include <unicode/uloc.h>
 #include <unicode/unum.h>
 
@@ -16,18 +18,37 @@ constexpr int maximumDecimals = 100;
 /// The ICU name of a POSIX locale name such as `de_DE.UTF-8` or `sr_RS@latin`.
 QByteArray canonicalLocale(const QByteArray &name)
 {
-    const QByteArray plain = name.left(name.indexOf('.') < 0 ? name.size() : name.indexOf('.'));
+    // ICU knows languages, countries and modifiers, but no encodings.
+    const qsizetype modifier = name.indexOf('@') < 0 ? name.size() : name.indexOf('@');
+    const QByteArray plain = name.left(modifier).split('.').first();
     if (plain.isEmpty() || plain == "C" || plain == "POSIX") {
         return fallbackLocale;
     }
     std::array<char, ULOC_FULLNAME_CAPACITY> canonical{};
     UErrorCode status = U_ZERO_ERROR;
-    uloc_canonicalize(name.constData(), canonical.data(), static_cast<int32_t>(canonical.size()),
-                      &status);
+    uloc_canonicalize((plain + name.mid(modifier)).constData(), canonical.data(),
+                      static_cast<int32_t>(canonical.size()), &status);
     if (U_FAILURE(status) || status == U_STRING_NOT_TERMINATED_WARNING) {
         return fallbackLocale;
     }
     return canonical.data();
+}
+
+QByteArray languageOf(const char *locale)
+{
+    std::array<char, ULOC_LANG_CAPACITY> language{};
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_getLanguage(locale, language.data(), static_cast<int32_t>(language.size()), &status);
+    return U_SUCCESS(status) ? QByteArray(language.data()) : QByteArray();
+}
+
+/// True when ICU knows no such language and took the process's own, as it does without a word.
+bool isOfDefaultLanguage(const UNumberFormat *format, const QByteArray &locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const QByteArray actual = languageOf(unum_getLocaleByType(format, ULOC_ACTUAL_LOCALE, &status));
+    return U_SUCCESS(status) && actual != languageOf(locale.constData()) &&
+           actual == languageOf(uloc_getDefault());
 }
 
 UNumberFormat *openDecimal(const char *locale, UErrorCode &status)
@@ -43,8 +64,7 @@ struct IcuNumberFormatter::Format
     {
         UErrorCode status = U_ZERO_ERROR;
         handle = openDecimal(locale.constData(), status);
-        if (status == U_USING_DEFAULT_WARNING || U_FAILURE(status)) {
-            // ICU knows no such language.
+        if (U_FAILURE(status) || isOfDefaultLanguage(handle, locale)) {
             unum_close(handle);
             status = U_ZERO_ERROR;
             handle = openDecimal(fallbackLocale, status);

@@ -84,10 +84,8 @@ XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
     } else {
         m_window.setFlag(Qt::WindowTransparentForInput);
     }
-    QObject::connect(m_window.contentItem(), &QQuickItem::widthChanged, &m_window,
-                     [this] { fitContent(); });
-    QObject::connect(m_window.contentItem(), &QQuickItem::heightChanged, &m_window,
-                     [this] { fitContent(); });
+    QObject::connect(&m_window, &QWindow::widthChanged, &m_window, [this] { fitContent(); });
+    QObject::connect(&m_window, &QWindow::heightChanged, &m_window, [this] { fitContent(); });
     // Another display may have other pixels.
     QObject::connect(&m_window, &QWindow::screenChanged, &m_window, [this] { applyShape(); });
     setFrame(frame);
@@ -103,7 +101,6 @@ XcbIslandPanel::~XcbIslandPanel()
         m_content->setParentItem(nullptr);
     }
     QObject::disconnect(&m_window, nullptr, &m_window, nullptr);
-    QObject::disconnect(m_window.contentItem(), nullptr, &m_window, nullptr);
 }
 
 void XcbIslandPanel::setFrame(const QRectF &frame)
@@ -149,7 +146,7 @@ void XcbIslandPanel::fitContent()
 {
     if (m_content) {
         m_content->setPosition({0, 0});
-        m_content->setSize(m_window.contentItem()->size());
+        m_content->setSize(m_window.size());
     }
 }
 

@@ -1,0 +1,125 @@
+#include "platform/linux/qt_main_queue.h"
+#include "tests/platform/wait_until.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace corvane::tests {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::QtMainQueue;
+
+TEST(QtMainQueue, RunsPostedActionsInOrderOnTheMainThreadAndLater)
+{
+    QtMainQueue queue;
+    std::vector<int> order;
+    std::thread::id ranOn;
+    queue.post([&] { order.push_back(1); });
+    std::thread([&] {
+        queue.post([&] {
+            order.push_back(2);
+            ranOn = std::this_thread::get_id();
+        });
+    }).join();
+    EXPECT_TRUE(order.empty());
+    ASSERT_TRUE(waitUntil([&] { return order.size() == 2; }));
+    EXPECT_EQ(order, (std::vector{1, 2}));
+    EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST(QtMainQueue, NeverRunsAnActionEarly)
+{
+    QtMainQueue queue;
+    const auto start = queue.now();
+    std::chrono::nanoseconds ran{0};
+    // Would be 20 ms if it were cut off instead of rounded up.
+    queue.after(20ms + 1ns, [&] { ran = queue.now(); });
+    ASSERT_TRUE(waitUntil([&] { return ran != 0ns; }));
+    EXPECT_GE(ran - start, 20ms + 1ns);
+}
+
+TEST(QtMainQueue, RunsADelayedActionOnceWithoutItsHandle)
+{
+    QtMainQueue queue;
+    int runs = 0;
+    bool end = false;
+    static_cast<void>(queue.after(0ns, [&] { ++runs; }));
+    static_cast<void>(queue.after(30ms, [&] { end = true; }));
+    EXPECT_EQ(runs, 0);
+    ASSERT_TRUE(waitUntil([&] { return end; }));
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(QtMainQueue, CancellingDropsTheActionAndItsCaptures)
+{
+    QtMainQueue queue;
+    const auto captured = std::make_shared<int>(0);
+    const auto once = queue.after(1ms, [captured] { ++*captured; });
+    const auto often = queue.every(1ms, [captured] { ++*captured; });
+    once->cancel();
+    often->cancel();
+    often->cancel();
+    EXPECT_EQ(captured.use_count(), 1);
+    bool end = false;
+    queue.after(20ms, [&] { end = true; });
+    ASSERT_TRUE(waitUntil([&] { return end; }));
+    EXPECT_EQ(*captured, 0);
+}
+
+TEST(QtMainQueue, CancellingAfterTheRunLeavesOtherTimersAlone)
+{
+    QtMainQueue queue;
+    bool first = false;
+    const auto item = queue.after(0ns, [&] { first = true; });
+    ASSERT_TRUE(waitUntil([&] { return first; }));
+    // Qt gives the numbers of finished timers to new ones.
+    int runs = 0;
+    for (int index = 0; index < 8; ++index) {
+        queue.after(5ms, [&] { ++runs; });
+    }
+    item->cancel();
+    EXPECT_TRUE(waitUntil([&] { return runs == 8; }));
+}
+
+TEST(QtMainQueue, ARepeatingActionMayCancelItself)
+{
+    QtMainQueue queue;
+    int runs = 0;
+    std::shared_ptr<platform::WorkItem> item;
+    item = queue.every(1ms, [&runs, &item, captured = std::make_shared<int>(3)] {
+        if (++runs == *captured) {
+            item->cancel();
+        }
+        // Still alive after its own cancellation.
+        EXPECT_EQ(*captured, 3);
+    });
+    ASSERT_TRUE(waitUntil([&] { return runs == 3; }));
+    bool end = false;
+    queue.after(20ms, [&] { end = true; });
+    ASSERT_TRUE(waitUntil([&] { return end; }));
+    EXPECT_EQ(runs, 3);
+}
+
+TEST(QtMainQueue, DropsEverythingWithItself)
+{
+    auto queue = std::make_unique<QtMainQueue>();
+    QtMainQueue other;
+    int runs = 0;
+    bool end = false;
+    const auto item = queue->every(1ms, [&] { ++runs; });
+    queue->after(1ms, [&] { ++runs; });
+    queue->post([&] {
+        queue.reset();
+        other.after(20ms, [&] { end = true; });
+    });
+    queue->post([&] { ++runs; });
+    ASSERT_TRUE(waitUntil([&] { return end; }));
+    EXPECT_EQ(runs, 0);
+    item->cancel();
+}
+
+} // namespace
+} // namespace corvane::tests

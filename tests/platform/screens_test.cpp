@@ -1,0 +1,174 @@
+#include "platform/linux/camera_notch.h"
+#include "platform/linux/island_shape.h"
+#include "platform/linux/qt_screens.h"
+#include "platform/linux/screen_coordinates.h"
+
+#include <QRegion>
+
+#include <gtest/gtest.h>
+
+namespace corvane::tests {
+namespace {
+
+using platform::addNotch;
+using platform::parseNotch;
+using platform::pixelsOf;
+using platform::roundedBottom;
+using platform::Screen;
+using platform::ScreenCoordinates;
+
+// A primary display of 1920 x 1080 points with double resolution, an old one to its left and lower
+// down, and one above it.
+const QRect primary(0, 0, 1920, 1080);
+const QRect left(-1280, 200, 1280, 1024);
+const QRect above(300, -1440, 2560, 1440);
+
+ScreenCoordinates threeDisplays()
+{
+    return {primary, {{left, 1}, {primary, 2}, {above, 1.25}}};
+}
+
+TEST(ScreenCoordinates, PutsTheOriginAtThePrimaryScreensBottomLeft)
+{
+    const ScreenCoordinates system = threeDisplays();
+    EXPECT_EQ(system.globalFromQt(QRectF(primary)), QRectF(0, 0, 1920, 1080));
+    EXPECT_EQ(system.globalFromQt(QRectF(left)), QRectF(-1280, -144, 1280, 1024));
+    EXPECT_EQ(system.globalFromQt(QRectF(above)), QRectF(300, 1080, 2560, 1440));
+    EXPECT_EQ(system.globalFromQt(QPointF(10, 20)), QPointF(10, 1060));
+
+    const ScreenCoordinates moved(QRect(1280, 100, 800, 600), {});
+    EXPECT_EQ(moved.globalFromQt(QRectF(1280, 100, 800, 600)), QRectF(0, 0, 800, 600));
+}
+
+TEST(ScreenCoordinates, GoesBackToQt)
+{
+    const ScreenCoordinates system = threeDisplays();
+    for (const QRect &rectangle : {primary, left, above, QRect(606, 0, 708, 392)}) {
+        EXPECT_EQ(system.qtFromGlobal(system.globalFromQt(QRectF(rectangle))), QRectF(rectangle));
+    }
+}
+
+TEST(ScreenCoordinates, FindsAPixelsDisplayAndItsScale)
+{
+    struct Case
+    {
+        QPoint pixel;
+        std::optional<QPointF> point;
+    };
+    const Case cases[] = {
+        {{0, 0}, QPointF(0, 1080)},
+        {{1920, 60}, QPointF(960, 1050)},
+        {{3839, 2159}, QPointF(1919.5, 0.5)},
+        {{3840, 0}, std::nullopt},
+        {{0, 2160}, std::nullopt},
+        {{-1, 200}, QPointF(-1, 880)},
+        {{-1280, 1223}, QPointF(-1280, -143)},
+        {{-1280, 1224}, std::nullopt},
+        {{300, -1440}, QPointF(300, 2520)},
+        {{425, -1315}, QPointF(400, 2420)},
+        {{-5, 0}, std::nullopt},
+    };
+    const ScreenCoordinates system = threeDisplays();
+    for (const Case &each : cases) {
+        EXPECT_EQ(system.globalFromPixel(each.pixel), each.point)
+            << each.pixel.x() << ',' << each.pixel.y();
+    }
+    EXPECT_FALSE(ScreenCoordinates().globalFromPixel({0, 0}).has_value());
+}
+
+TEST(CameraNotch, ReadsWidthAndHeight)
+{
+    struct Case
+    {
+        QString text;
+        std::optional<QSizeF> size;
+    };
+    const Case cases[] = {
+        {QStringLiteral("180x38"), QSizeF(180, 38)},
+        {QStringLiteral("180.5x37.25"), QSizeF(180.5, 37.25)},
+        {QStringLiteral("1x200"), QSizeF(1, 200)},
+        {QStringLiteral("180x200.5"), std::nullopt},
+        {QStringLiteral("0x38"), std::nullopt},
+        {QStringLiteral("180x0"), std::nullopt},
+        {QStringLiteral("-180x38"), std::nullopt},
+        {QStringLiteral("180x-38"), std::nullopt},
+        {QStringLiteral("180"), std::nullopt},
+        {QStringLiteral("180x"), std::nullopt},
+        {QStringLiteral("x38"), std::nullopt},
+        {QStringLiteral("180x38x2"), std::nullopt},
+        {QStringLiteral("180 x 38"), std::nullopt},
+        {QStringLiteral("180X38"), std::nullopt},
+        {QStringLiteral("180x38\n"), std::nullopt},
+        {QStringLiteral("1e2x38"), std::nullopt},
+        {QStringLiteral("nanxinf"), std::nullopt},
+        {QString(), std::nullopt},
+    };
+    for (const Case &each : cases) {
+        EXPECT_EQ(parseNotch(each.text), each.size) << each.text.toStdString();
+    }
+}
+
+TEST(CameraNotch, LeavesEqualAreasOnBothSides)
+{
+    Screen screen{QStringLiteral("eDP-1"), QRectF(-100, 50, 1512, 982), 0, {}, {}};
+    addNotch(screen, {180, 38});
+    EXPECT_EQ(screen.safeAreaTop, 38);
+    EXPECT_EQ(screen.auxiliaryTopLeftArea, QRectF(-100, 994, 666, 38));
+    EXPECT_EQ(screen.auxiliaryTopRightArea, QRectF(746, 994, 666, 38));
+
+    Screen narrow{QStringLiteral("small"), QRectF(0, 0, 170, 982), 0, {}, {}};
+    addNotch(narrow, {180, 38});
+    EXPECT_EQ(narrow.safeAreaTop, 0);
+    EXPECT_FALSE(narrow.auxiliaryTopLeftArea.has_value());
+}
+
+TEST(QtScreens, PutsTheNotchOnThePrimaryScreen)
+{
+    const platform::QtScreens screens(QStringLiteral("180x38"));
+    const auto main = screens.main();
+    ASSERT_TRUE(main.has_value());
+    EXPECT_EQ(main->frame.topLeft(), QPointF(0, 0));
+    EXPECT_EQ(main->safeAreaTop, 38);
+    EXPECT_EQ(platform::QtScreens(QStringLiteral("broken")).main()->safeAreaTop, 0);
+}
+
+TEST(IslandShape, RoundsEdgesToPixels)
+{
+    EXPECT_EQ(pixelsOf(QRectF(10, 0, 20.5, 32), 2), QRect(20, 0, 41, 64));
+    EXPECT_EQ(pixelsOf(QRectF(0.3, 0, 0.3, 1), 1), QRect(0, 0, 1, 1));
+    EXPECT_TRUE(pixelsOf(QRectF(), 2).isEmpty());
+    EXPECT_TRUE(pixelsOf(QRectF(5, 5, -3, 10), 1).isEmpty());
+}
+
+TEST(IslandShape, RoundsTheLowerCornersOnly)
+{
+    const QRect area(44, 0, 160, 32);
+    QRegion region;
+    int lastBottom = -1;
+    for (const QRect &part : roundedBottom(area, 12)) {
+        EXPECT_GT(part.top(), lastBottom);
+        lastBottom = part.bottom();
+        region += part;
+    }
+    EXPECT_EQ(region.boundingRect(), area);
+    for (const QPoint &inside : {QPoint(44, 0), QPoint(203, 0), QPoint(44, 19), QPoint(203, 19),
+                                 QPoint(124, 31), QPoint(48, 27), QPoint(199, 27)}) {
+        EXPECT_TRUE(region.contains(inside)) << inside.x() << ',' << inside.y();
+    }
+    for (const QPoint &outside : {QPoint(44, 31), QPoint(203, 31), QPoint(46, 30)}) {
+        EXPECT_FALSE(region.contains(outside)) << outside.x() << ',' << outside.y();
+    }
+}
+
+TEST(IslandShape, BearsExtremeRadii)
+{
+    EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), 0), QList<QRect>{QRect(0, 0, 10, 5)});
+    EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), -3), QList<QRect>{QRect(0, 0, 10, 5)});
+    EXPECT_TRUE(roundedBottom(QRect(), 4).isEmpty());
+    for (const QRect &part : roundedBottom(QRect(0, 0, 10, 5), 100)) {
+        EXPECT_TRUE(QRect(0, 0, 10, 5).contains(part));
+    }
+}
+
+} // namespace
+} // namespace corvane::tests
