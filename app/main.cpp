@@ -135,7 +135,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
         return root;
     };
     app::AppDelegate delegate(
-        {queue, http, settings, *keychain, formatter, files, endpoints},
+        {queue, http, settings, *keychain, signingKeys, background, formatter, files, endpoints},
         {queue, screens, pointer, panels, authenticator, clipboard, makeContent});
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();

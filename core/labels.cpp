@@ -38,18 +38,23 @@ std::vector<qsizetype> characterBounds(const QString &text)
 
 } // namespace
 
-QString group(const platform::NumberFormatter &formatter, double value, int decimals)
+QString fixedPoint(double value, int decimals)
 {
-    if (std::optional<QString> text = formatter.decimal(value, decimals)) {
-        return *std::move(text);
-    }
-    // As printf does it in the POSIX locale: ties to even, where QString takes them away from zero.
+    // QString would take ties away from zero.
     constexpr int longestWholePart = std::numeric_limits<double>::max_exponent10 + 2;
     QByteArray digits(longestWholePart + 1 + decimals, Qt::Uninitialized);
     const auto [end, error] =
         std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed, decimals);
     Q_ASSERT(error == std::errc());
     return QString::fromLatin1(digits.constData(), end - digits.constData());
+}
+
+QString group(const platform::NumberFormatter &formatter, double value, int decimals)
+{
+    if (std::optional<QString> text = formatter.decimal(value, decimals)) {
+        return *std::move(text);
+    }
+    return fixedPoint(value, decimals);
 }
 
 QString solLabel(const platform::NumberFormatter &formatter, std::optional<double> sol)

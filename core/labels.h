@@ -11,6 +11,10 @@ class NumberFormatter;
 
 namespace corvane::core {
 
+/// `value` with exactly `decimals` (0 or more) fraction digits as printf writes it in the POSIX
+/// locale: a point, no grouping, ties to even.
+[[nodiscard]] QString fixedPoint(double value, int decimals);
+
 /// `value` as people read it in the user's locale, with exactly `decimals` (0 or more) fraction
 /// digits; ungrouped and with a point where the formatter gives no text.
 [[nodiscard]] QString group(const platform::NumberFormatter &formatter, double value, int decimals);

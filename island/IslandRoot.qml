@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look

@@ -1,8 +1,11 @@
 #include "panes/balance_card_model.h"
 
+#include "core/labels.h"
+
 #include <QPointer>
 
 #include <chrono>
+#include <cmath>
 
 namespace corvane::panes {
 
@@ -13,6 +16,17 @@ namespace {
 
 constexpr auto copiedFor = std::chrono::milliseconds(1200);
 constexpr QChar unknownAmount(u'—');
+
+QString signedPercent(double change)
+{
+    const QString sign = std::signbit(change) ? QString() : QStringLiteral("+");
+    return sign + core::fixedPoint(change, 2) + u'%';
+}
+
+QString dollars(const WalletModel &wallet, std::optional<double> amount)
+{
+    return amount ? u'$' + wallet.group(*amount, 2) : QString(unknownAmount);
+}
 
 } // namespace
 
@@ -25,82 +39,53 @@ void BalanceCardModel::componentComplete()
     for (const auto signal :
          {&WalletModel::solChanged, &WalletModel::usdcChanged, &WalletModel::priceChanged,
           &WalletModel::chgChanged, &WalletModel::displayUSDChanged, &WalletModel::networkChanged,
-          &WalletModel::addressChanged, &WalletModel::signingPubkeyChanged}) {
-        connect(m_wallet, signal, this, &BalanceCardModel::figuresChanged);
+          &WalletModel::addressChanged, &WalletModel::signingPubkeyChanged,
+          &WalletModel::waveChanged}) {
+        connect(m_wallet, signal, this, &BalanceCardModel::update);
     }
-    connect(m_wallet, &WalletModel::waveChanged, this, &BalanceCardModel::waveChanged);
-    connect(m_wallet, &WalletModel::addressChanged, this, &BalanceCardModel::chipChanged);
-    Q_EMIT figuresChanged();
-    Q_EMIT waveChanged();
-    Q_EMIT chipChanged();
+    update();
 }
 
-QString BalanceCardModel::changeText() const
+BalanceCardModel::Figures BalanceCardModel::read() const
 {
-    const std::optional<double> change = m_wallet->chg();
-    return change ? QString::asprintf("%+.2f%%", *change) : QString();
-}
-
-bool BalanceCardModel::changeIsFall() const
-{
-    // Also true for a value that is not a number.
-    const std::optional<double> change = m_wallet->chg();
-    return change && !(*change >= 0);
-}
-
-QString BalanceCardModel::headline() const
-{
-    if (!m_wallet->displayUSD()) {
-        return m_wallet->solLabel();
+    Figures figures;
+    if (const std::optional<double> change = m_wallet->chg()) {
+        figures.changeText = signedPercent(*change);
+        // What is not a number does not rise either.
+        figures.changeIsFall = !(*change >= 0);
     }
-    const std::optional<double> total = m_wallet->totalUSD();
-    return total ? u'$' + m_wallet->group(*total, 2) : QString(unknownAmount);
-}
-
-QString BalanceCardModel::holdings() const
-{
-    QString text = QStringLiteral("≈ ") + m_wallet->quibLabel();
+    figures.headline =
+        m_wallet->displayUSD() ? dollars(*m_wallet, m_wallet->totalUSD()) : m_wallet->solLabel();
+    figures.holdings = QStringLiteral("≈ ") + m_wallet->quibLabel();
     if (const std::optional<double> usdc = m_wallet->usdc()) {
-        text += QStringLiteral("  ·  USDC ") + m_wallet->group(*usdc, 2);
+        figures.holdings += QStringLiteral("  ·  USDC ") + m_wallet->group(*usdc, 2);
     }
-    return text;
+    figures.solPrice = QStringLiteral("SOL ") + dollars(*m_wallet, m_wallet->price());
+    figures.address = m_wallet->shortAddress();
+    figures.hasAddress = m_wallet->hasValidAddress();
+    figures.canSend = m_wallet->hasSigningKey();
+    figures.networkName = core::rawValue(m_wallet->network()).toUpper();
+    figures.isMainnet = m_wallet->network() == core::SolNetwork::Mainnet;
+    return figures;
 }
 
-QString BalanceCardModel::solPrice() const
+void BalanceCardModel::update()
 {
-    const std::optional<double> price = m_wallet->price();
-    return QStringLiteral("SOL ") +
-           (price ? u'$' + m_wallet->group(*price, 2) : QString(unknownAmount));
-}
-
-QList<double> BalanceCardModel::wave() const
-{
-    return m_wallet->wave();
-}
-
-bool BalanceCardModel::hasAddress() const
-{
-    return m_wallet->hasValidAddress();
-}
-
-bool BalanceCardModel::canSend() const
-{
-    return m_wallet->hasSigningKey();
-}
-
-QString BalanceCardModel::networkName() const
-{
-    return core::rawValue(m_wallet->network()).toUpper();
-}
-
-bool BalanceCardModel::isMainnet() const
-{
-    return m_wallet->network() == core::SolNetwork::Mainnet;
+    Figures figures = read();
+    if (figures != m_figures) {
+        m_figures = std::move(figures);
+        Q_EMIT figuresChanged();
+        Q_EMIT chipChanged();
+    }
+    if (m_wave != m_wallet->wave()) {
+        m_wave = m_wallet->wave();
+        Q_EMIT waveChanged();
+    }
 }
 
 QString BalanceCardModel::chipText() const
 {
-    return m_copied ? QStringLiteral("COPIED") : m_wallet->shortAddress();
+    return m_copied ? QStringLiteral("COPIED") : m_figures.address;
 }
 
 void BalanceCardModel::toggleHeadline()

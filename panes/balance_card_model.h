@@ -39,16 +39,16 @@ class BalanceCardModel : public QObject, public QQmlParserStatus
 public:
     explicit BalanceCardModel(QObject *parent = nullptr);
 
-    [[nodiscard]] QString changeText() const;
-    [[nodiscard]] bool changeIsFall() const;
-    [[nodiscard]] QString headline() const;
-    [[nodiscard]] QString holdings() const;
-    [[nodiscard]] QString solPrice() const;
-    [[nodiscard]] QList<double> wave() const;
-    [[nodiscard]] bool hasAddress() const;
-    [[nodiscard]] bool canSend() const;
-    [[nodiscard]] QString networkName() const;
-    [[nodiscard]] bool isMainnet() const;
+    [[nodiscard]] QString changeText() const { return m_figures.changeText; }
+    [[nodiscard]] bool changeIsFall() const { return m_figures.changeIsFall; }
+    [[nodiscard]] QString headline() const { return m_figures.headline; }
+    [[nodiscard]] QString holdings() const { return m_figures.holdings; }
+    [[nodiscard]] QString solPrice() const { return m_figures.solPrice; }
+    [[nodiscard]] QList<double> wave() const { return m_wave; }
+    [[nodiscard]] bool hasAddress() const { return m_figures.hasAddress; }
+    [[nodiscard]] bool canSend() const { return m_figures.canSend; }
+    [[nodiscard]] QString networkName() const { return m_figures.networkName; }
+    [[nodiscard]] bool isMainnet() const { return m_figures.isMainnet; }
     [[nodiscard]] QString chipText() const;
     [[nodiscard]] bool isCopied() const { return m_copied; }
 
@@ -69,10 +69,31 @@ Q_SIGNALS:
     void chipChanged();
 
 private:
+    /// Everything worded, as last published; empty until the card has its wallet.
+    struct Figures
+    {
+        QString changeText;
+        bool changeIsFall = false;
+        QString headline;
+        QString holdings;
+        QString solPrice;
+        QString address;
+        bool hasAddress = false;
+        bool canSend = false;
+        QString networkName;
+        bool isMainnet = true;
+
+        [[nodiscard]] bool operator==(const Figures &) const = default;
+    };
+
+    [[nodiscard]] Figures read() const;
+    void update();
     void setCopied(bool copied);
 
     core::WalletModel *m_wallet = nullptr;
     island::IslandController *m_island = nullptr;
+    Figures m_figures;
+    QList<double> m_wave;
     bool m_copied = false;
 };
 
