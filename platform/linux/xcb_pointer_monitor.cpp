@@ -43,9 +43,10 @@ bool selectRawMotion(xcb_connection_t *connection, xcb_window_t root)
     selection.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
     selection.head.mask_len = 1;
     selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    xcb_input_xi_select_events(connection, root, 1, &selection.head);
-    xcb_flush(connection);
-    return true;
+    // Waits for the server, so that no movement after this call goes unseen.
+    const xcb::Owned<xcb_generic_error_t> refused(xcb_request_check(
+        connection, xcb_input_xi_select_events_checked(connection, root, 1, &selection.head)));
+    return refused == nullptr;
 }
 
 } // namespace

@@ -1,0 +1,196 @@
+#include "tests/platform/x11_display.h"
+
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace corvane::tests {
+
+using platform::xcb::Owned;
+
+X11Display::X11Display()
+    : m_connection(platform::xcb::connectToDisplay(m_root))
+{}
+
+X11Display::~X11Display()
+{
+    for (const auto &[window, count] : m_clicks) {
+        xcb_destroy_window(m_connection.get(), window);
+    }
+    sync();
+}
+
+void X11Display::sync()
+{
+    // An answer means that the server has seen everything before the question.
+    const Owned<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
+        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+}
+
+xcb_atom_t X11Display::atom(const QByteArray &name)
+{
+    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        m_connection.get(),
+        xcb_intern_atom(m_connection.get(), 0, static_cast<std::uint16_t>(name.size()),
+                        name.constData()),
+        nullptr));
+    return reply ? reply->atom : XCB_ATOM_NONE;
+}
+
+xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind)
+{
+    const xcb_window_t window = xcb_generate_id(m_connection.get());
+    const std::array<std::uint32_t, 3> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U,
+                                              XCB_EVENT_MASK_BUTTON_PRESS};
+    xcb_create_window(
+        m_connection.get(), XCB_COPY_FROM_PARENT, window, m_root,
+        static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
+        static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+    xcb_map_window(m_connection.get(), window);
+    sync();
+    m_clicks[window] = 0;
+    return window;
+}
+
+void X11Display::raise(xcb_window_t window)
+{
+    const std::uint32_t mode = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(m_connection.get(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    sync();
+}
+
+void X11Display::makeFullScreen(xcb_window_t window)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_WM_STATE");
+    constexpr std::uint32_t add = 1;
+    message.data.data32[0] = add;
+    message.data.data32[1] = atom("_NET_WM_STATE_FULLSCREEN");
+    xcb_send_event(m_connection.get(), 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    sync();
+}
+
+void X11Display::movePointer(QPoint pixel)
+{
+    xcb_test_fake_input(m_connection.get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, m_root,
+                        static_cast<std::int16_t>(pixel.x()), static_cast<std::int16_t>(pixel.y()),
+                        0);
+    sync();
+}
+
+void X11Display::warpPointer(QPoint pixel)
+{
+    xcb_warp_pointer(m_connection.get(), XCB_NONE, m_root, 0, 0, 0, 0,
+                     static_cast<std::int16_t>(pixel.x()), static_cast<std::int16_t>(pixel.y()));
+    sync();
+}
+
+void X11Display::click(QPoint pixel)
+{
+    movePointer(pixel);
+    constexpr std::uint8_t leftButton = 1;
+    for (const std::uint8_t kind :
+         {std::uint8_t{XCB_BUTTON_PRESS}, std::uint8_t{XCB_BUTTON_RELEASE}}) {
+        xcb_test_fake_input(m_connection.get(), kind, leftButton, XCB_CURRENT_TIME, XCB_NONE, 0, 0,
+                            0);
+    }
+    sync();
+}
+
+int X11Display::clicks(xcb_window_t window)
+{
+    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) {
+            ++m_clicks[reinterpret_cast<const xcb_button_press_event_t *>(event.get())->event];
+        }
+    }
+    return m_clicks[window];
+}
+
+QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)
+{
+    const Owned<xcb_shape_get_rectangles_reply_t> reply(xcb_shape_get_rectangles_reply(
+        m_connection.get(), xcb_shape_get_rectangles(m_connection.get(), window, kind), nullptr));
+    QList<QRect> rectangles;
+    if (reply) {
+        for (const auto &each :
+             std::span(xcb_shape_get_rectangles_rectangles(reply.get()), reply->rectangles_len)) {
+            rectangles.append(QRect(each.x, each.y, each.width, each.height));
+        }
+    }
+    return rectangles;
+}
+
+QRect X11Display::extents(xcb_window_t window, xcb_shape_kind_t kind)
+{
+    QRect all;
+    const auto rectangles = shape(window, kind);
+    for (const QRect &each : rectangles) {
+        all |= each;
+    }
+    return all;
+}
+
+xcb_window_t X11Display::topLevel(xcb_window_t window)
+{
+    for (;;) {
+        const Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+            m_connection.get(), xcb_query_tree(m_connection.get(), window), nullptr));
+        if (!tree || tree->parent == m_root || tree->parent == XCB_NONE) {
+            return window;
+        }
+        window = tree->parent;
+    }
+}
+
+bool X11Display::isAbove(xcb_window_t window, xcb_window_t other)
+{
+    const Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+        m_connection.get(), xcb_query_tree(m_connection.get(), m_root), nullptr));
+    if (!tree) {
+        return false;
+    }
+    const std::span stack(xcb_query_tree_children(tree.get()), tree->children_len);
+    return std::find(stack.begin(), stack.end(), topLevel(window)) >
+           std::find(stack.begin(), stack.end(), topLevel(other));
+}
+
+bool X11Display::isViewable(xcb_window_t window)
+{
+    const Owned<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
+        m_connection.get(), xcb_get_window_attributes(m_connection.get(), window), nullptr));
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+QRect X11Display::geometry(xcb_window_t window)
+{
+    const Owned<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
+        m_connection.get(), xcb_get_geometry(m_connection.get(), window), nullptr));
+    return reply ? QRect(reply->x, reply->y, reply->width, reply->height) : QRect();
+}
+
+bool X11Display::hasProperty(xcb_window_t window, const QByteArray &name)
+{
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        m_connection.get(),
+        xcb_get_property(m_connection.get(), 0, window, atom(name), XCB_ATOM_ANY, 0, 1), nullptr));
+    return reply && reply->type != XCB_ATOM_NONE;
+}
+
+xcb_window_t X11Display::owner(const QByteArray &selection)
+{
+    const Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        m_connection.get(), xcb_get_selection_owner(m_connection.get(), atom(selection)), nullptr));
+    return reply ? reply->owner : XCB_NONE;
+}
+
+} // namespace corvane::tests

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/linux/xcb_support.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QPoint>
+#include <QRect>
+
+#include <xcb/shape.h>
+#include <xcb/xcb.h>
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace corvane::tests {
+
+/// Another client of the display, with windows of its own, that moves the pointer and clicks as a
+/// person would.
+class X11Display
+{
+public:
+    enum class Kind {
+        Managed, ///< an ordinary window
+        Popup,   ///< out of the window manager's reach, as menus are
+    };
+
+    X11Display();
+    ~X11Display();
+    X11Display(const X11Display &) = delete;
+    X11Display &operator=(const X11Display &) = delete;
+
+    [[nodiscard]] xcb_window_t root() const { return m_root; }
+
+    /// Maps a window; every later call sees it on the screen.
+    xcb_window_t makeWindow(const QRect &pixels, Kind kind);
+    void raise(xcb_window_t window);
+    /// Asks the window manager for the whole screen.
+    void makeFullScreen(xcb_window_t window);
+
+    void movePointer(QPoint pixel);
+    /// Moves the pointer without its device.
+    void warpPointer(QPoint pixel);
+    void click(QPoint pixel);
+    /// The clicks that a window of this client has got so far.
+    [[nodiscard]] int clicks(xcb_window_t window);
+
+    [[nodiscard]] QList<QRect> shape(xcb_window_t window, xcb_shape_kind_t kind);
+    [[nodiscard]] QRect extents(xcb_window_t window, xcb_shape_kind_t kind);
+    /// True when `window` lies above `other`, or above the frame around it.
+    [[nodiscard]] bool isAbove(xcb_window_t window, xcb_window_t other);
+    [[nodiscard]] bool isViewable(xcb_window_t window);
+    [[nodiscard]] QRect geometry(xcb_window_t window);
+    [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name);
+    /// The owner of a selection, such as the compositing manager's.
+    [[nodiscard]] xcb_window_t owner(const QByteArray &selection);
+
+private:
+    [[nodiscard]] xcb_atom_t atom(const QByteArray &name);
+    [[nodiscard]] xcb_window_t topLevel(xcb_window_t window);
+    void sync();
+
+    xcb_window_t m_root = XCB_NONE;
+    platform::xcb::Connection m_connection;
+    std::map<xcb_window_t, int> m_clicks;
+};
+
+} // namespace corvane::tests

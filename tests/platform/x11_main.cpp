@@ -1,0 +1,63 @@
+#include "tests/platform/wait_until.h"
+#include "tests/platform/x11_display.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace {
+
+using corvane::tests::waitUntil;
+using corvane::tests::X11Display;
+
+/// True when the window manager has taken a window into its care. It may overlook those that are
+/// mapped while it starts, so it is offered several.
+bool managesWindows()
+{
+    constexpr int attempts = 40;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        X11Display display;
+        const auto window = display.makeWindow(QRect(0, 0, 50, 50), X11Display::Kind::Managed);
+        if (waitUntil([&] { return display.hasProperty(window, "WM_STATE"); },
+                      std::chrono::milliseconds(250))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+// Runs on a display of its own (xvfb-run), under a window manager that it starts.
+int main(int argc, char *argv[])
+{
+    testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    const QTemporaryDir home;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home.path());
+    QProcess manager;
+    manager.setProcessEnvironment(environment);
+    manager.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    manager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+    if (!managesWindows()) {
+        std::fputs("the window manager openbox does not start\n", stderr);
+        return 1;
+    }
+    const int result = RUN_ALL_TESTS();
+    manager.terminate();
+    if (!manager.waitForFinished(5000)) {
+        manager.kill();
+        manager.waitForFinished(5000);
+    }
+    return result;
+}

@@ -1,0 +1,247 @@
+#include "platform/linux/island_shape.h"
+#include "platform/linux/qt_screens.h"
+#include "platform/linux/xcb_island_panel.h"
+#include "tests/platform/wait_until.h"
+#include "tests/platform/x11_display.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace corvane::tests {
+namespace {
+
+using platform::IslandPanel;
+using platform::QtScreens;
+using platform::XcbIslandPanel;
+using Kind = X11Display::Kind;
+
+constexpr auto compositorSelection = "_NET_WM_CM_S0";
+
+/// Counts the clicks on the island.
+class Content final : public QQuickItem
+{
+public:
+    Content() { setAcceptedMouseButtons(Qt::LeftButton); }
+
+    int clicks = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent *) override { ++clicks; }
+};
+
+class X11Panel : public testing::Test
+{
+protected:
+    X11Panel()
+    {
+        const QRectF screen = m_screens.main()->frame;
+        // As the island's stage: at the top centre of the screen.
+        m_frame = QRectF(std::round(screen.center().x()) - 150, screen.height() - 200, 300, 200);
+        m_panel = std::make_unique<XcbIslandPanel>(m_screens, m_frame);
+        m_panel->setContentView(&m_content);
+        m_panel->setContentOutline(m_outline, m_radius);
+        m_panel->orderFrontRegardless();
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
+    }
+
+    [[nodiscard]] xcb_window_t id() const
+    {
+        return static_cast<xcb_window_t>(m_panel->window().winId());
+    }
+    [[nodiscard]] double scale() const { return m_panel->window().devicePixelRatio(); }
+    /// The pixel on the screen of a point in the panel, which lies at the screen's top.
+    [[nodiscard]] QPoint pixel(QPointF point) const
+    {
+        return ((QPointF(m_frame.x(), 0) + point) * scale()).toPoint();
+    }
+    [[nodiscard]] QRect outlinePixels() const { return platform::pixelsOf(m_outline, scale()); }
+    /// Below the whole panel and a little more.
+    [[nodiscard]] QRect beneath() const
+    {
+        return {QPoint(pixel({0, 0}).x() - 10, 0),
+                QSizeF(m_frame.size() * scale()).toSize() + QSize(20, 20)};
+    }
+    /// Both sides speak to the server on their own, so each change has to be waited for.
+    [[nodiscard]] bool takesClicksIn(const QList<QRect> &region)
+    {
+        return waitUntil([&] { return m_display.shape(id(), XCB_SHAPE_SK_INPUT) == region; });
+    }
+    [[nodiscard]] bool isAbove(xcb_window_t other) { return m_display.isAbove(id(), other); }
+
+    X11Display m_display;
+    QtScreens m_screens;
+    QRectF m_frame;
+    Content m_content;
+    std::unique_ptr<XcbIslandPanel> m_panel;
+    const QRectF m_outline{70, 0, 160, 32};
+    const double m_radius = 10;
+};
+
+TEST_F(X11Panel, LiesWhereItIsPutAndFollows)
+{
+    const QSize size = (m_frame.size() * scale()).toSize();
+    EXPECT_EQ(m_display.geometry(id()), QRect(pixel({0, 0}), size));
+    EXPECT_EQ(m_content.size(), m_frame.size());
+
+    const QRectF moved = m_frame.adjusted(-20, -60, 20, 0);
+    m_panel->setFrame(moved);
+    const QRect expected(pixel({-20, 0}), (moved.size() * scale()).toSize());
+    EXPECT_TRUE(waitUntil([&] { return m_display.geometry(id()) == expected; }));
+    EXPECT_TRUE(waitUntil([&] { return m_content.size() == moved.size(); }));
+}
+
+TEST_F(X11Panel, LetsEveryClickThroughAtRest)
+{
+    const auto window = m_display.makeWindow(beneath(), Kind::Popup);
+    m_panel->orderFrontRegardless();
+    ASSERT_TRUE(waitUntil([&] { return isAbove(window); }));
+    ASSERT_TRUE(takesClicksIn({}));
+    int expected = 0;
+    for (const QPointF &point : {QPointF(150, 10), QPointF(20, 10), QPointF(150, 150)}) {
+        m_display.click(pixel(point));
+        ++expected;
+        EXPECT_TRUE(waitUntil([&] { return m_display.clicks(window) == expected; }));
+    }
+    EXPECT_EQ(m_content.clicks, 0);
+}
+
+TEST_F(X11Panel, TakesClicksWithinItsOutlineWhileActive)
+{
+    const auto window = m_display.makeWindow(beneath(), Kind::Popup);
+    m_panel->setIgnoresMouseEvents(false);
+    m_panel->orderFrontRegardless();
+    ASSERT_TRUE(waitUntil([&] { return isAbove(window); }));
+    ASSERT_TRUE(takesClicksIn({outlinePixels()}));
+
+    m_display.click(pixel({75, 5}));
+    m_display.click(pixel({225, 20}));
+    EXPECT_TRUE(waitUntil([&] { return m_content.clicks == 2; }));
+    EXPECT_EQ(m_display.clicks(window), 0);
+
+    int expected = 0;
+    for (const QPointF &point : {QPointF(60, 10), QPointF(240, 10), QPointF(150, 40)}) {
+        m_display.click(pixel(point));
+        ++expected;
+        EXPECT_TRUE(waitUntil([&] { return m_display.clicks(window) == expected; }));
+    }
+    EXPECT_EQ(m_content.clicks, 2);
+
+    // The open card takes them where there was margin before.
+    m_panel->setContentOutline(QRectF(0, 0, 300, 180), 20);
+    ASSERT_TRUE(takesClicksIn({QRect(QPoint(0, 0), QSize(300, 180) * scale())}));
+    m_display.click(pixel({60, 150}));
+    EXPECT_TRUE(waitUntil([&] { return m_content.clicks == 3; }));
+
+    m_panel->setIgnoresMouseEvents(true);
+    ASSERT_TRUE(takesClicksIn({}));
+    m_display.click(pixel({60, 150}));
+    EXPECT_TRUE(waitUntil([&] { return m_display.clicks(window) == expected + 1; }));
+    EXPECT_EQ(m_content.clicks, 3);
+}
+
+TEST_F(X11Panel, StaysAboveTheWindowManagersWindows)
+{
+    const auto first = m_display.makeWindow(beneath(), Kind::Managed);
+    ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(first); }));
+    EXPECT_TRUE(waitUntil([&] { return isAbove(first); }));
+
+    const auto second = m_display.makeWindow(beneath(), Kind::Managed);
+    ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(second); }));
+    EXPECT_TRUE(waitUntil([&] { return isAbove(second); }));
+
+    m_display.raise(first);
+    EXPECT_TRUE(waitUntil(
+        [&] { return m_display.isAbove(first, second) && isAbove(first) && isAbove(second); }));
+
+    m_display.makeFullScreen(second);
+    EXPECT_TRUE(waitUntil([&] { return m_display.isAbove(second, first) && isAbove(second); }));
+}
+
+TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
+{
+    const auto first = m_display.makeWindow(beneath(), Kind::Managed);
+    const auto second = m_display.makeWindow(beneath(), Kind::Managed);
+    ASSERT_TRUE(waitUntil([&] { return isAbove(first) && isAbove(second); }));
+    const auto menu = m_display.makeWindow(beneath(), Kind::Popup);
+    ASSERT_TRUE(waitUntil([&] { return !isAbove(menu); }));
+    m_display.raise(first);
+    ASSERT_TRUE(waitUntil([&] { return m_display.isAbove(first, second); }));
+    // The panel passes the window, and passes the menu only if the window did.
+    EXPECT_TRUE(waitUntil([&] { return isAbove(first); }));
+    EXPECT_EQ(isAbove(menu), m_display.isAbove(first, menu));
+
+    m_panel->setLevel(IslandPanel::activeLevel);
+    EXPECT_TRUE(waitUntil([&] { return isAbove(menu); }));
+    const auto tip = m_display.makeWindow(beneath(), Kind::Popup);
+    ASSERT_TRUE(waitUntil([&] { return !isAbove(tip); }));
+    m_display.raise(second);
+    EXPECT_TRUE(waitUntil([&] { return isAbove(tip) && isAbove(second); }));
+}
+
+TEST_F(X11Panel, GetsTheKeyboardOnlyWhenItIsAskedTo)
+{
+    const auto window = m_display.makeWindow(beneath(), Kind::Managed);
+    ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(window); }));
+    EXPECT_FALSE(m_panel->window().isActive());
+    m_panel->setIgnoresMouseEvents(false);
+    ASSERT_TRUE(takesClicksIn({outlinePixels()}));
+    m_display.click(pixel({150, 10}));
+    ASSERT_TRUE(waitUntil([&] { return m_content.clicks == 1; }));
+    EXPECT_FALSE(m_panel->window().isActive());
+    m_panel->makeKeyWindow();
+    EXPECT_TRUE(waitUntil([&] { return m_panel->window().isActive(); }));
+}
+
+TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
+{
+    const auto bounding = [&] { return m_display.extents(id(), XCB_SHAPE_SK_BOUNDING); };
+    const QRect whole(QPoint(0, 0), (m_frame.size() * scale()).toSize());
+    ASSERT_EQ(m_display.owner(compositorSelection), XCB_WINDOW_NONE);
+    EXPECT_TRUE(waitUntil([&] {
+        return m_display.shape(id(), XCB_SHAPE_SK_BOUNDING) ==
+               platform::roundedBottom(outlinePixels(), m_radius * scale());
+    }));
+    m_panel->setContentOutline(QRectF(0, 0, 300, 180), 20);
+    EXPECT_TRUE(
+        waitUntil([&] { return bounding() == QRect(QPoint(0, 0), QSize(300, 180) * scale()); }));
+
+    QProcess compositor;
+    compositor.start(QStringLiteral("picom"),
+                     {QStringLiteral("--backend"), QStringLiteral("xrender"),
+                      QStringLiteral("--config"), QStringLiteral("/dev/null")});
+    ASSERT_TRUE(waitUntil([&] { return m_display.owner(compositorSelection) != XCB_WINDOW_NONE; }));
+    EXPECT_TRUE(waitUntil([&] { return bounding() == whole; }));
+    // The outline still bounds what can be clicked.
+    m_panel->setIgnoresMouseEvents(false);
+    m_panel->setContentOutline(m_outline, m_radius);
+    EXPECT_TRUE(takesClicksIn({outlinePixels()}));
+    EXPECT_EQ(bounding(), whole);
+
+    compositor.terminate();
+    EXPECT_TRUE(waitUntil([&] { return bounding() == outlinePixels(); }));
+    compositor.waitForFinished(5000);
+}
+
+TEST_F(X11Panel, KeepsItsRegionsWhenTheNativeWindowIsMadeAnew)
+{
+    m_panel->setIgnoresMouseEvents(false);
+    m_panel->window().destroy();
+    m_panel->orderFrontRegardless();
+    ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
+    EXPECT_TRUE(takesClicksIn({outlinePixels()}));
+    EXPECT_TRUE(waitUntil(
+        [&] { return m_display.extents(id(), XCB_SHAPE_SK_BOUNDING) == outlinePixels(); }));
+}
+
+} // namespace
+} // namespace corvane::tests
