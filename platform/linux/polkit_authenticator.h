@@ -18,8 +18,7 @@ class PolkitAuthenticator final : public Authenticator
 {
 public:
     /// `userBound`: how long an evaluation waits for the user before it cancels the prompt.
-    explicit PolkitAuthenticator(
-        std::chrono::milliseconds userBound = std::chrono::minutes(5));
+    explicit PolkitAuthenticator(std::chrono::milliseconds userBound = std::chrono::minutes(5));
 
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;

@@ -1,4 +1,3 @@
-#define SECRET_API_SUBJECT_TO_CHANGE
 #include <libsecret/secret.h>
 
 #include "platform/linux/secret_service_keychain.h"
@@ -120,13 +119,14 @@ KeychainStatus statusOf(const GError *error)
         return keychainUserCanceled;
     }
     constexpr GDBusError unreachable[] = {
-        G_DBUS_ERROR_SERVICE_UNKNOWN, G_DBUS_ERROR_NAME_HAS_NO_OWNER, G_DBUS_ERROR_NO_REPLY,
-        G_DBUS_ERROR_DISCONNECTED,    G_DBUS_ERROR_NO_SERVER,         G_DBUS_ERROR_TIMED_OUT,
-        G_DBUS_ERROR_SPAWN_FAILED,    G_DBUS_ERROR_SPAWN_EXEC_FAILED, G_DBUS_ERROR_SPAWN_CHILD_EXITED,
+        G_DBUS_ERROR_SERVICE_UNKNOWN,    G_DBUS_ERROR_NAME_HAS_NO_OWNER,
+        G_DBUS_ERROR_NO_REPLY,           G_DBUS_ERROR_DISCONNECTED,
+        G_DBUS_ERROR_NO_SERVER,          G_DBUS_ERROR_TIMED_OUT,
+        G_DBUS_ERROR_SPAWN_FAILED,       G_DBUS_ERROR_SPAWN_EXEC_FAILED,
+        G_DBUS_ERROR_SPAWN_CHILD_EXITED,
     };
-    const bool noService = std::ranges::any_of(unreachable, [&](GDBusError code) {
-        return g_error_matches(error, G_DBUS_ERROR, code);
-    });
+    const bool noService = std::ranges::any_of(
+        unreachable, [&](GDBusError code) { return g_error_matches(error, G_DBUS_ERROR, code); });
     return noService || error->domain == G_IO_ERROR ? keychainNotAvailable : keychainInternalError;
 }
 
@@ -186,7 +186,7 @@ public:
             items.emplace_back(SECRET_ITEM(entry->data));
         }
         g_list_free(found);
-        std::ranges::stable_partition(items, [](const Item &item) { return !isLocked(item); });
+        std::ranges::sort(items, {}, isLocked);
         return items;
     }
 
@@ -264,17 +264,350 @@ public:
                             g_strdup(protection == KeychainProtection::UserPresence
                                          ? presenceProtection
                                          : noProtection));
-        // The value points into guarded memory, which lives as long as libsecret needs it.
-        auto *guarded = new SecretBytes(data.clone());
-        const Value value(secret_value_new_full(
-            reinterpret_cast<char *>(guarded->bytes().data()),
-            static_cast<gssize>(guarded->size()), contentType, [](gpointer bytes) {
-                // libsecret hands back the bytes, not their owner; see `Guard`.
-                static_cast<void>(bytes);
-            }));
+        const auto bytes = data.bytes();
+        const Value value(secret_value_new(reinterpret_cast<const char *>(bytes.data()),
+                                           static_cast<gssize>(bytes.size()), contentType));
         const auto result = m_calls.await([&](auto *cancellable, auto done, auto userData) {
             secret_item_create(collection.get(), &schema, attributes.get(), label, value.get(),
                                SECRET_ITEM_CREATE_REPLACE, cancellable, done, userData);
         });
         return Item(finish(result, secret_item_create_finish)) != nullptr;
     }
+
+    [[nodiscard]] bool erase(const Item &item)
+    {
+        const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            secret_item_delete(item.get(), cancellable, done, data);
+        });
+        GError *error = nullptr;
+        if (result != nullptr && secret_item_delete_finish(item.get(), result.get(), &error)) {
+            return true;
+        }
+        return fail(GioPtr<GError>(error).get());
+    }
+
+    [[nodiscard]] std::optional<SecretBytes> secretOf(const Item &item)
+    {
+        if (!openEncryptedSession()) {
+            return std::nullopt;
+        }
+        const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            secret_item_load_secret(item.get(), cancellable, done, data);
+        });
+        if (result == nullptr ||
+            secret_item_load_secret_finish(item.get(), result.get(), nullptr) == FALSE) {
+            return std::nullopt;
+        }
+        const Value value(secret_item_get_secret(item.get()));
+        if (value == nullptr) {
+            return std::nullopt;
+        }
+        gsize size = 0;
+        const char *bytes = secret_value_get(value.get(), &size);
+        return SecretBytes::copyOf({reinterpret_cast<const std::uint8_t *>(bytes), size});
+    }
+
+    /// Has the user asked to unlock what `object`, an item or a keyring, belongs to.
+    [[nodiscard]] bool unlock(gpointer object, milliseconds bound)
+    {
+        m_calls.restart(bound);
+        GList objects{object, nullptr, nullptr};
+        const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            secret_service_unlock(m_service.get(), &objects, cancellable, done, data);
+        });
+        return result != nullptr &&
+               secret_service_unlock_finish(m_service.get(), result.get(), nullptr, nullptr) > 0;
+    }
+
+private:
+    /// libsecret would settle for a session without encryption.
+    [[nodiscard]] bool openEncryptedSession()
+    {
+        const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            secret_service_ensure_session(m_service.get(), cancellable, done, data);
+        });
+        GError *error = nullptr;
+        if (result == nullptr ||
+            secret_service_ensure_session_finish(m_service.get(), result.get(), &error) == FALSE) {
+            return fail(GioPtr<GError>(error).get());
+        }
+        const char *algorithms = secret_service_get_session_algorithms(m_service.get());
+        if (algorithms == nullptr || QLatin1StringView(algorithms) == QLatin1StringView("plain")) {
+            m_status = keychainInternalError;
+            return false;
+        }
+        return true;
+    }
+
+    template <typename Finish>
+    auto finish(const GioPtr<GAsyncResult> &result, Finish finishCall)
+        -> decltype(finishCall(nullptr, nullptr))
+    {
+        GError *error = nullptr;
+        auto *object = result != nullptr ? finishCall(result.get(), &error) : nullptr;
+        if (result == nullptr || error != nullptr) {
+            fail(GioPtr<GError>(error).get());
+        }
+        return object;
+    }
+
+    /// Without an error the bound ran out.
+    bool fail(const GError *error)
+    {
+        m_status = error == nullptr || expired() ? keychainNotAvailable : statusOf(error);
+        return false;
+    }
+
+    BoundedCalls m_calls;
+    GioPtr<GDBusConnection> m_bus;
+    GioPtr<SecretService> m_service;
+    KeychainStatus m_status = keychainInternalError;
+};
+
+/// The item that a read would take, in an unlocked keyring; null when there is none.
+Item findUnlocked(Conversation &talk, const QString &service)
+{
+    auto items = talk.search(service);
+    if (!items || items->empty() || isLocked(items->front())) {
+        return nullptr;
+    }
+    return std::move(items->front());
+}
+
+/// Asks the user to unlock the keyring that holds the item, or where items are hidden while it is
+/// locked, the one for new items. False when there is nothing to unlock or the user refused.
+bool unlockKeyringOf(Conversation &talk, const QString &service, milliseconds bound)
+{
+    const auto items = talk.search(service);
+    if (!items) {
+        return false;
+    }
+    if (!items->empty()) {
+        return talk.unlock(items->front().get(), bound);
+    }
+    const Collection collection = talk.defaultCollection();
+    return collection != nullptr && secret_collection_get_locked(collection.get()) != FALSE &&
+           talk.unlock(collection.get(), bound);
+}
+
+} // namespace
+
+/// A conversation that the main thread waits for.
+class SecretServiceKeychain::QuickCall : public Conversation
+{
+public:
+    explicit QuickCall(const SecretServiceKeychain &keychain)
+        : Conversation(boundFor(keychain))
+        , m_keychain(keychain)
+    {}
+    ~QuickCall()
+    {
+        if (expired()) {
+            m_keychain.m_lastTimeOut = Clock::now();
+        }
+    }
+    QuickCall(const QuickCall &) = delete;
+    QuickCall &operator=(const QuickCall &) = delete;
+
+private:
+    /// Replacing a key takes several calls; a service that hangs must not freeze the program in
+    /// each of them.
+    static milliseconds boundFor(const SecretServiceKeychain &keychain)
+    {
+        const Clock::time_point last = keychain.m_lastTimeOut;
+        const bool hung = last != Clock::time_point() && Clock::now() - last < impatience;
+        return hung ? std::min(impatientBound, keychain.m_bounds.quick) : keychain.m_bounds.quick;
+    }
+
+    const SecretServiceKeychain &m_keychain;
+};
+
+SecretServiceKeychain::SecretServiceKeychain(Authenticator &authenticator,
+                                             const QString &accountsPath,
+                                             SecretServiceBounds bounds)
+    : m_authenticator(authenticator)
+    , m_bounds(bounds)
+    , m_accounts(accountsPath)
+    , m_unlocking(std::make_shared<std::atomic<bool>>(false))
+{}
+
+SecretServiceKeychain::~SecretServiceKeychain() = default;
+
+KeychainStatus SecretServiceKeychain::add(const QString &service, const QString &account,
+                                          const SecretBytes &data, KeychainProtection protection)
+{
+    if (protection == KeychainProtection::UserPresence && !canAskForPresence()) {
+        return keychainAuthFailed;
+    }
+    QuickCall talk(*this);
+    const auto existing = talk.open() ? talk.search(service) : std::nullopt;
+    if (!existing) {
+        return talk.status();
+    }
+    if (!existing->empty()) {
+        return keychainDuplicateItem;
+    }
+    const Collection collection = talk.defaultCollection();
+    if (collection == nullptr) {
+        return talk.status();
+    }
+    const auto remembered = m_accounts.find(service);
+    if (secret_collection_get_locked(collection.get()) != FALSE || !talk.hasSeenAll(remembered)) {
+        unlockInBackground();
+        return keychainAuthFailed;
+    }
+
+    // Remembered first: a program that dies in between has remembered a key that does not exist,
+    // which the next look into the open keyring puts right. The other way round, a key would exist
+    // that a locked keyring does not tell of.
+    m_accounts.remember(service, {account, pathOf(collection.get())});
+    if (talk.create(collection, service, account, data, protection)) {
+        return keychainSuccess;
+    }
+
+    // The service may have stored the item and died, or have been too slow to say so.
+    const KeychainStatus status = talk.status();
+    Conversation recheck(recheckBound);
+    const auto stored = recheck.open() ? recheck.search(service) : std::nullopt;
+    if (!stored) {
+        return status;
+    }
+    if (!stored->empty()) {
+        return attribute(stored->front(), accountAttribute) == account ? keychainSuccess : status;
+    }
+    m_accounts.forget(service);
+    return status;
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::copyData(const QString &service,
+                                                           const QString &prompt)
+{
+    return read(service, [&] { return askForPresence(prompt); });
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::copyData(const QString &service,
+                                                           AuthenticationContext &context)
+{
+    return read(service, [&] {
+        auto *oneTime = dynamic_cast<OneTimeContext *>(&context);
+        return oneTime != nullptr && oneTime->use();
+    });
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::read(const QString &service,
+                                                       const std::function<bool()> &mayOpen) const
+{
+    bool opened = false;
+    for (;;) {
+        Conversation talk(m_bounds.quick);
+        if (!talk.open()) {
+            return std::nullopt;
+        }
+        Item item = findUnlocked(talk, service);
+        if (item == nullptr) {
+            if (!unlockKeyringOf(talk, service, m_bounds.unlock)) {
+                return std::nullopt;
+            }
+            item = findUnlocked(talk, service);
+        }
+        if (item == nullptr) {
+            return std::nullopt;
+        }
+        if (opened || !isProtected(item)) {
+            return talk.secretOf(item);
+        }
+        // The user may take minutes: the service is looked up anew afterwards.
+        opened = mayOpen();
+        if (!opened) {
+            return std::nullopt;
+        }
+    }
+}
+
+std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service) const
+{
+    const auto remembered = m_accounts.find(service);
+    const auto fromMemory = [&] {
+        return remembered ? std::optional(remembered->account) : std::nullopt;
+    };
+    QuickCall talk(*this);
+    const auto items = talk.open() ? talk.search(service) : std::nullopt;
+    if (!items) {
+        return fromMemory();
+    }
+    if (!items->empty()) {
+        const Item &item = items->front();
+        const QString account = attribute(item, accountAttribute);
+        if (account.isEmpty()) {
+            return fromMemory();
+        }
+        m_accounts.remember(service, {account, collectionOf(item)});
+        return account;
+    }
+    if (!remembered || !talk.hasSeenAll(remembered)) {
+        return fromMemory();
+    }
+    m_accounts.forget(service);
+    return std::nullopt;
+}
+
+KeychainStatus SecretServiceKeychain::remove(const QString &service)
+{
+    QuickCall talk(*this);
+    const auto items = talk.open() ? talk.search(service) : std::nullopt;
+    if (!items) {
+        return talk.status();
+    }
+    if (std::ranges::any_of(*items, isLocked)) {
+        return keychainAuthFailed;
+    }
+    if (items->empty()) {
+        if (!talk.hasSeenAll(m_accounts.find(service))) {
+            return talk.expired() ? keychainNotAvailable : keychainAuthFailed;
+        }
+        m_accounts.forget(service);
+        return keychainItemNotFound;
+    }
+    for (const Item &item : *items) {
+        if (!talk.erase(item)) {
+            return talk.status();
+        }
+    }
+    m_accounts.forget(service);
+    return keychainSuccess;
+}
+
+bool SecretServiceKeychain::canAskForPresence()
+{
+    const auto context = m_authenticator.makeContext({});
+    return m_authenticator.canEvaluate(*context);
+}
+
+bool SecretServiceKeychain::askForPresence(const QString &prompt)
+{
+    // Owned by the reply as well, which may come after the wait has been given up.
+    const auto answer = std::make_shared<std::promise<bool>>();
+    std::future<bool> success = answer->get_future();
+    m_authenticator.evaluate(m_authenticator.makeContext(QStringLiteral("Cancel")), prompt,
+                             [answer](bool passed) { answer->set_value(passed); });
+    return success.wait_for(m_bounds.presence) == std::future_status::ready && success.get();
+}
+
+void SecretServiceKeychain::unlockInBackground()
+{
+    if (m_unlocking->exchange(true)) {
+        return;
+    }
+    std::thread([unlocking = m_unlocking, bounds = m_bounds] {
+        {
+            Conversation talk(bounds.quick);
+            const Collection collection = talk.open() ? talk.defaultCollection() : nullptr;
+            if (collection != nullptr) {
+                static_cast<void>(talk.unlock(collection.get(), bounds.unlock));
+            }
+        }
+        *unlocking = false;
+    }).detach();
+}
+
+} // namespace corvane::platform
