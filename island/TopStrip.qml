@@ -36,6 +36,10 @@ Item {
     Connections {
         target: root.island
 
+        function onHoverPolled() {
+            restingMark.tick();
+        }
+
         function onExpandedChanged() {
             if (root.island.expanded)
                 expandedRow.useEaseOut(0.22, 0.2);
@@ -47,11 +51,14 @@ Item {
     }
 
     BreathingMark {
+        id: restingMark
+
         x: 17
         anchors.verticalCenter: parent.verticalCenter
         size: 11
         color: Theme.green
         period: 2.4
+        pace: 0.15
         opacity: restingRow.value
         visible: opacity > 0
     }

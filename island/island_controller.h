@@ -120,6 +120,8 @@ Q_SIGNALS:
     void authMessageChanged();
     /// The displays have changed; every measure must be read anew.
     void geometryChanged();
+    /// The hover poll has looked at the pointer; what moves at rest may move along.
+    void hoverPolled();
 
 private:
     using Notify = void (IslandController::*)();

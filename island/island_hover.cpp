@@ -44,6 +44,7 @@ void IslandController::startHoverTracking()
     m_hoverPoll = m_services.queue.every(hoverPollInterval, [controller = QPointer(this)] {
         if (controller) {
             controller->evaluateHover();
+            Q_EMIT controller->hoverPolled();
         }
     });
 }

@@ -2,7 +2,6 @@
 
 #include "look/shapes.h"
 
-#include <QPainter>
 #include <QTimerEvent>
 
 #include <chrono>
@@ -11,11 +10,8 @@ namespace corvane::look {
 
 namespace {
 
-/// The pace of the hover poll. One step changes the small mark by at most a few grey levels.
-constexpr std::chrono::milliseconds restingStep{150};
-/// Larger marks, which are only seen on an open island, show their steps sooner.
-constexpr std::chrono::milliseconds largeStep{40};
-constexpr double largestRestingMark = 12;
+/// Steps of a mark that keeps its own time.
+constexpr std::chrono::milliseconds ownStep{40};
 
 } // namespace
 
@@ -53,14 +49,31 @@ void BreathingMark::setPeriod(double seconds)
     }
 }
 
+void BreathingMark::setPace(double seconds)
+{
+    if (m_pace != seconds) {
+        m_pace = seconds;
+        startOrStop();
+        Q_EMIT paceChanged();
+    }
+}
+
+void BreathingMark::tick()
+{
+    if (m_shown.isValid() && m_pace > 0) {
+        update();
+        m_timer.start(qRound(m_pace * 1000 / 2), Qt::PreciseTimer, this);
+    }
+}
+
 void BreathingMark::paint(QPainter *painter)
 {
     const double elapsed = m_shown.isValid() ? static_cast<double>(m_shown.elapsed()) / 1000 : 0;
     const Breath breath = breathAt(elapsed, m_period);
     const double inset = m_size * (1 - breath.scale) / 2;
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setOpacity(breath.opacity);
-    painter->fillPath(quibMarkPath(boundingRect().adjusted(inset, inset, -inset, -inset)), m_color);
+    QColor color = m_color;
+    color.setAlphaF(static_cast<float>(breath.opacity));
+    paintQuibMark(*painter, boundingRect().adjusted(inset, inset, -inset, -inset), color);
 }
 
 void BreathingMark::itemChange(ItemChange change, const ItemChangeData &data)
@@ -75,6 +88,9 @@ void BreathingMark::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == m_timer.timerId()) {
         update();
+        if (m_pace > 0) {
+            m_timer.stop();
+        }
     }
 }
 
@@ -88,8 +104,9 @@ void BreathingMark::startOrStop()
     if (!m_shown.isValid()) {
         m_shown.start();
     }
-    const std::chrono::milliseconds step = m_size > largestRestingMark ? largeStep : restingStep;
-    m_timer.start(static_cast<int>(step.count()), Qt::CoarseTimer, this);
+    if (m_pace <= 0) {
+        m_timer.start(static_cast<int>(ownStep.count()), Qt::CoarseTimer, this);
+    }
 }
 
 } // namespace corvane::look

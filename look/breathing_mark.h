@@ -12,9 +12,9 @@ namespace corvane::look {
 
 /// The product mark, slowly pulsing in brightness and size: the island's heartbeat.
 ///
-/// It starts dim each time it is shown and stops while nothing shows it. It steps on a coarse timer
-/// of its own, which Qt fires together with other coarse timers, so that at rest the mark and the
-/// hover poll wake the process once and not twice.
+/// It starts dim each time it is shown and stops while nothing shows it. Where a poll wakes the
+/// process anyway, its owner paces the mark with the poll's ticks, so that a breath costs few
+/// wake-ups of its own.
 class BreathingMark : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -24,6 +24,9 @@ class BreathingMark : public QQuickPaintedItem
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
     /// Seconds of half a breath, from dim to bright.
     Q_PROPERTY(double period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+    /// Seconds between the ticks that the owner promises to send; 0, when the mark keeps its own
+    /// time.
+    Q_PROPERTY(double pace READ pace WRITE setPace NOTIFY paceChanged FINAL)
 
 public:
     explicit BreathingMark(QQuickItem *parent = nullptr);
@@ -33,13 +36,17 @@ public:
     void setColor(const QColor &color);
     [[nodiscard]] double period() const { return m_period; }
     void setPeriod(double seconds);
-    [[nodiscard]] bool isBreathing() const { return m_timer.isActive(); }
+    [[nodiscard]] double pace() const { return m_pace; }
+    void setPace(double seconds);
+    /// The owner's tick: steps the mark now, and once more before the next tick.
+    Q_INVOKABLE void tick();
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
     void markSizeChanged();
     void colorChanged();
     void periodChanged();
+    void paceChanged();
 
 protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
@@ -51,6 +58,7 @@ private:
     double m_size = 0;
     QColor m_color = Qt::white;
     double m_period = 1;
+    double m_pace = 0;
     QElapsedTimer m_shown;
     QBasicTimer m_timer;
 };

@@ -17,9 +17,10 @@ QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
     return brush;
 }
 
+/// Device pixels a point. The software scene graph scales the painter, not the device.
 double deviceScale(const QPainter &painter)
 {
-    return painter.device()->devicePixelRatio();
+    return painter.deviceTransform().m11();
 }
 
 } // namespace
@@ -87,8 +88,7 @@ void QuibMark::setColor(const QColor &color)
 
 void QuibMark::paint(QPainter *painter)
 {
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->fillPath(quibMarkPath(boundingRect()), m_color);
+    paintQuibMark(*painter, boundingRect(), m_color);
 }
 
 NotchShape::NotchShape(QQuickItem *parent)

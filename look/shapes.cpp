@@ -1,6 +1,7 @@
 #include "look/shapes.h"
 
 #include <QColor>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -95,17 +96,26 @@ QImage ditherTile(const DitherPattern &pattern, double cell, const QColor &color
     return tile;
 }
 
-QPainterPath quibMarkPath(const QRectF &rect)
+std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect)
 {
     const double unit = std::min(rect.width(), rect.height()) / quibMarkUnits;
     const double left = rect.x() + (rect.width() - quibMarkUnits * unit) / 2;
     const double top = rect.y() + (rect.height() - quibMarkUnits * unit) / 2;
-    QPainterPath path;
-    path.setFillRule(Qt::WindingFill);
-    for (const auto &[x, y, width, height] : quibMarkCells) {
-        path.addRect(left + unit * x, top + unit * y, unit * width, unit * height);
+    std::array<QRectF, quibMarkCells.size()> rects;
+    std::ranges::transform(quibMarkCells, rects.begin(), [=](const std::array<int, 4> &cell) {
+        return QRectF(left + unit * cell[0], top + unit * cell[1], unit * cell[2], unit * cell[3]);
+    });
+    return rects;
+}
+
+void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    // One by one: a path of this many spans would be handed to other threads, and each breath at
+    // rest would wake them.
+    for (const QRectF &cell : quibMarkRects(rect)) {
+        painter.fillRect(cell, color);
     }
-    return path;
 }
 
 QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool closed)

@@ -7,6 +7,8 @@
 
 #include <array>
 
+class QPainter;
+
 namespace corvane::look {
 
 /// The island's outline in `rect` (y downward): square at the top, the bottom corners cut by
@@ -53,8 +55,11 @@ inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
     {5, 5, 3, 3},
 }};
 
-/// The mark, square and centred in `rect`.
-[[nodiscard]] QPainterPath quibMarkPath(const QRectF &rect);
+/// The mark's nine rectangles, square and centred in `rect`. They never overlap.
+[[nodiscard]] std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect);
+
+/// Fills the mark, square and centred in `rect`.
+void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color);
 
 /// A price chart over the whole width of `rect` (y downward), oldest point first, with 4 % of the
 /// height free above and below. Closed it is the area down to the bottom edge. Empty below two

@@ -28,7 +28,7 @@ TEST(BoxBlur, SpreadsADotLikeAGaussian)
             expected += 255 / (sigma * std::sqrt(2 * std::numbers::pi)) *
                         std::exp(-0.5 * std::pow((x - source) / sigma, 2));
         }
-        EXPECT_NEAR(qAlpha(blurred.pixel(x, 60)), expected, 4) << x;
+        EXPECT_NEAR(qAlpha(blurred.pixel(x, 60)), expected, 6) << x;
     }
 }
 
