@@ -39,13 +39,13 @@ xcb_atom_t X11Display::atom(const QByteArray &name)
     return reply ? reply->atom : XCB_ATOM_NONE;
 }
 
-xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind)
+xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent)
 {
     const xcb_window_t window = xcb_generate_id(m_connection.get());
     const std::array<std::uint32_t, 3> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U,
                                               XCB_EVENT_MASK_BUTTON_PRESS};
     xcb_create_window(
-        m_connection.get(), XCB_COPY_FROM_PARENT, window, m_root,
+        m_connection.get(), XCB_COPY_FROM_PARENT, window, parent == XCB_NONE ? m_root : parent,
         static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
         static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
@@ -54,6 +54,14 @@ xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind)
     sync();
     m_clicks[window] = 0;
     return window;
+}
+
+void X11Display::announceStacking(const std::vector<xcb_window_t> &windows)
+{
+    xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, m_root,
+                        atom("_NET_CLIENT_LIST_STACKING"), XCB_ATOM_WINDOW, 32,
+                        static_cast<std::uint32_t>(windows.size()), windows.data());
+    sync();
 }
 
 void X11Display::raise(xcb_window_t window)

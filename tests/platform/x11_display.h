@@ -34,7 +34,9 @@ public:
     [[nodiscard]] xcb_window_t root() const { return m_root; }
 
     /// Maps a window; every later call sees it on the screen.
-    xcb_window_t makeWindow(const QRect &pixels, Kind kind);
+    xcb_window_t makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent = XCB_NONE);
+    /// Says, in the window manager's stead, which windows are managed, from bottom to top.
+    void announceStacking(const std::vector<xcb_window_t> &windows);
     void raise(xcb_window_t window);
     /// Asks the window manager for the whole screen.
     void makeFullScreen(xcb_window_t window);
