@@ -1,4 +1,5 @@
-import Corvane.App
+pragma ComponentBehavior: Bound
+
 import Corvane.Island
 import Corvane.Panes
 import QtQuick

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
@@ -25,7 +27,7 @@ Item {
     readonly property real devicePixel: 1 / Screen.devicePixelRatio
 
     // Changes whenever another card has to be shown.
-    readonly property string cardIdentity: [root.island.islandUnlocked, root.paneName(root.island.pane), root.model.hasSigningKey, root.model.hasPendingBackup].join("|")
+    readonly property string cardIdentity: `${root.island.islandUnlocked}|${root.paneName(root.island.pane)}|${root.model.hasSigningKey}|${root.model.hasPendingBackup}`
 
     function paneName(pane) {
         switch (pane) {
@@ -74,52 +76,55 @@ Item {
         return Math.round(length / root.devicePixel) * root.devicePixel;
     }
 
-    component FollowingValue: AnimatedValue {
-        transaction: root.island.transaction
-    }
-
-    FollowingValue {
+    AnimatedValue {
         id: widthValue
 
+        transaction: root.island.transaction
         target: root.open ? 620 : root.island.collapsedWidth
         tolerance: 0.2
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: heightValue
 
+        transaction: root.island.transaction
         target: root.island.topBandHeight + (root.island.expanded ? reveal.implicitHeight : 0)
         tolerance: 0.2
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: radiusValue
 
+        transaction: root.island.transaction
         target: root.open ? 16 : 8
         tolerance: 0.05
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: shadowValue
 
+        transaction: root.island.transaction
         target: root.island.expanded ? 0.55 : root.island.widened ? 0.25 : 0
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: lineValue
 
+        transaction: root.island.transaction
         target: root.island.expanded ? 1 : 0
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: swellValue
 
+        transaction: root.island.transaction
         target: root.island.hovering && !root.open ? 1.035 : 1
     }
 
-    FollowingValue {
+    AnimatedValue {
         id: offsetValue
 
+        transaction: root.island.transaction
         target: root.bandOffset(root.width)
         tolerance: 0.05
     }

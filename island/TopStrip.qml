@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
@@ -15,14 +17,7 @@ Item {
     implicitHeight: root.island.topBandHeight
     height: implicitHeight
 
-    // How much of each row shows; both rows fade on curves of their own.
-    AnimatedValue {
-        id: expandedRow
-
-        target: 0
-        Component.onCompleted: expandedRow.jumpTo(root.island.expanded ? 1 : 0)
-    }
-
+    // Both rows fade on curves of their own.
     AnimatedValue {
         id: restingRow
 
@@ -42,10 +37,10 @@ Item {
 
         function onExpandedChanged() {
             if (root.island.expanded)
-                expandedRow.useEaseOut(0.22, 0.2);
+                expandedRow.motion.useEaseOut(0.22, 0.2);
             else
-                expandedRow.useEaseIn(0.1);
-            expandedRow.target = root.island.expanded ? 1 : 0;
+                expandedRow.motion.useEaseIn(0.1);
+            expandedRow.present = root.island.expanded;
             restingRow.target = root.island.expanded ? 0 : 1;
         }
     }
@@ -63,13 +58,15 @@ Item {
         visible: opacity > 0
     }
 
-    Loader {
-        anchors.fill: parent
-        anchors.leftMargin: 16
-        anchors.rightMargin: 16
-        active: expandedRow.value > 0 || root.island.expanded
-        opacity: expandedRow.value
-        sourceComponent: Item {
+    Presence {
+        id: expandedRow
+
+        x: 16
+        width: root.width - 32
+        height: root.height
+        content: Item {
+            height: root.height
+
             QuibMark {
                 id: mark
 

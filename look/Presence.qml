@@ -18,11 +18,29 @@ Item {
     // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
     readonly property real amount: Math.max(0, Math.min(1, presence.value))
     readonly property AnimatedValue motion: presence
-    readonly property Item item: loader.item as Item
+    // What the component made, while it is needed.
+    readonly property Item item: live.children.length > 0 ? live.children[0] : null
+    readonly property bool needed: root.present || presence.value > 0 || presence.running
 
     implicitWidth: root.item?.implicitWidth ?? 0
     implicitHeight: root.item?.implicitHeight ?? 0
     height: root.implicitHeight
+
+    // A Loader cannot make components that are bound to the file they stand in.
+    function populate() {
+        if (root.item !== null) {
+            root.item.destroy();
+            root.item.parent = null;
+        }
+        if (root.needed && root.content !== null)
+            root.content.createObject(live, {
+                width: Qt.binding(() => root.width)
+            });
+    }
+
+    onNeededChanged: root.populate()
+    onContentChanged: root.populate()
+    onPresentChanged: presence.target = root.present ? 1 : 0
 
     AnimatedValue {
         id: presence
@@ -31,22 +49,18 @@ Item {
         Component.onCompleted: presence.jumpTo(root.present ? 1 : 0)
     }
 
-    onPresentChanged: presence.target = root.present ? 1 : 0
-
     ContentFx {
         width: root.width
         height: root.height
         y: (1 - root.amount) * (root.present ? root.enterY : root.leaveY)
         opacity: root.amount
         blur: (1 - root.amount) * (root.present ? root.enterBlur : root.leaveBlur)
-        visible: loader.active
+        visible: root.item !== null
 
-        Loader {
-            id: loader
+        Item {
+            id: live
 
-            width: root.width
-            active: root.present || presence.value > 0 || presence.running
-            sourceComponent: root.content
+            anchors.fill: parent
         }
     }
 }
