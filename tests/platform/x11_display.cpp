@@ -56,6 +56,16 @@ xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind, xcb_window_t
     return window;
 }
 
+bool X11Display::hasManagedWindows()
+{
+    const Owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection.get(),
+                               xcb_get_property(m_connection.get(), 0, m_root,
+                                                atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 1),
+                               nullptr));
+    return reply && reply->value_len > 0;
+}
+
 void X11Display::announceStacking(const std::vector<xcb_window_t> &windows)
 {
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, m_root,

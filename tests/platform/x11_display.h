@@ -35,6 +35,8 @@ public:
 
     /// Maps a window; every later call sees it on the screen.
     xcb_window_t makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent = XCB_NONE);
+    /// True while the window manager knows of windows that it looks after.
+    [[nodiscard]] bool hasManagedWindows();
     /// Says, in the window manager's stead, which windows are managed, from bottom to top.
     void announceStacking(const std::vector<xcb_window_t> &windows);
     void raise(xcb_window_t window);

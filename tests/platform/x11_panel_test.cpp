@@ -52,6 +52,8 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
+        // The window manager may still be busy with the windows of the test before.
+        ASSERT_TRUE(waitUntil([&] { return !m_display.hasManagedWindows(); }));
     }
 
     [[nodiscard]] xcb_window_t id() const
