@@ -66,15 +66,20 @@ class ShadowNode final : public QSGNode
 public:
     void setImage(QQuickWindow &window, const QImage &image)
     {
-        m_texture.reset(window.createTextureFromImage(image));
+        // The old picture must outlive its last use by any of the pieces.
+        std::unique_ptr<QSGTexture> texture(window.createTextureFromImage(image));
         for (QSGImageNode *&piece : m_pieces) {
-            if (piece == nullptr) {
+            const bool isNew = piece == nullptr;
+            if (isNew) {
                 piece = window.createImageNode();
+            }
+            piece->setTexture(texture.get());
+            piece->setRect({});
+            if (isNew) {
                 appendChildNode(piece);
             }
-            piece->setTexture(m_texture.get());
-            piece->setRect({});
         }
+        m_texture = std::move(texture);
     }
 
     void place(std::size_t piece, const QRectF &target, const QRectF &source)
