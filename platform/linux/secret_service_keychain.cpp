@@ -444,6 +444,10 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     if (!existing) {
         return talk.status();
     }
+    if (std::ranges::any_of(*existing, isLocked)) {
+        unlockInBackground();
+        return keychainAuthFailed;
+    }
     if (!existing->empty()) {
         return keychainDuplicateItem;
     }

@@ -1,0 +1,61 @@
+// Preloaded into a program to kill it at one exact step: CORVANE_KILL_STEP counts the messages that
+// it sends and the files that it makes durable or puts in place, from the moment it is armed.
+// CORVANE_KILL_WHEN tells whether it dies before or after that step.
+
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace {
+
+std::atomic<bool> armed = false;
+std::atomic<long> steps = 0;
+
+template <typename Function, typename... Arguments>
+auto step(const char *name, Function, Arguments... arguments)
+{
+    static const auto original = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+    static const long last = std::atol(std::getenv("CORVANE_KILL_STEP"));
+    static const bool before = std::string_view(std::getenv("CORVANE_KILL_WHEN")) == "before";
+    const bool isLast = armed && ++steps == last;
+    if (isLast && before) {
+        kill(getpid(), SIGKILL);
+    }
+    const auto result = original(arguments...);
+    if (isLast) {
+        kill(getpid(), SIGKILL);
+    }
+    return result;
+}
+
+} // namespace
+
+extern "C" {
+
+[[gnu::visibility("default")]] void armKillPoints()
+{
+    armed = true;
+}
+
+[[gnu::visibility("default")]] ssize_t sendmsg(int socket, const msghdr *message, int flags)
+{
+    return step("sendmsg", static_cast<ssize_t (*)(int, const msghdr *, int)>(nullptr), socket,
+                message, flags);
+}
+
+[[gnu::visibility("default")]] int fdatasync(int file)
+{
+    return step("fdatasync", static_cast<int (*)(int)>(nullptr), file);
+}
+
+[[gnu::visibility("default")]] int rename(const char *from, const char *to) noexcept
+{
+    return step("rename", static_cast<int (*)(const char *, const char *)>(nullptr), from, to);
+}
+}

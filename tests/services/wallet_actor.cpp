@@ -1,0 +1,121 @@
+// A wallet without a face: it holds the adapters that the program holds, obeys commands on its
+// standard input and answers each with one line, so that tests can run it as another user, kill it
+// and cut its services off.
+//
+// wallet_actor <accounts file> polkit|willing [<milliseconds for the user>]
+
+#include "keys/key_vault.h"
+#include "platform/linux/polkit_authenticator.h"
+#include "platform/linux/process_hardening.h"
+#include "platform/linux/secret_service_keychain.h"
+#include "scripted_authenticator.h"
+
+#include <QByteArray>
+
+#include <dlfcn.h>
+
+#include <chrono>
+#include <future>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using namespace corvane;
+using namespace corvane::platform;
+
+SecretBytes fromHex(const QByteArray &hex)
+{
+    const QByteArray bytes = QByteArray::fromHex(hex);
+    return SecretBytes::copyOf({reinterpret_cast<const std::uint8_t *>(bytes.data()),
+                                static_cast<std::size_t>(bytes.size())});
+}
+
+std::string toHex(const std::optional<SecretBytes> &data)
+{
+    if (!data) {
+        return "nothing";
+    }
+    return QByteArray(reinterpret_cast<const char *>(data->bytes().data()),
+                      static_cast<qsizetype>(data->size()))
+        .toHex()
+        .toStdString();
+}
+
+class Actor
+{
+public:
+    Actor(Authenticator &authenticator, const QString &accounts)
+        : m_authenticator(authenticator)
+        , m_keychain(authenticator, accounts,
+                     {.quick = std::chrono::seconds(5), .unlock = std::chrono::seconds(5)})
+    {}
+
+    std::string obey(const QString &command, const QString &rest)
+    {
+        if (command == u"arm") {
+            // Exported by the library that kills this process, when it is loaded.
+            auto *arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "armKillPoints"));
+            if (arm != nullptr) {
+                arm();
+            }
+            return arm != nullptr ? "armed" : "unarmed";
+        }
+        if (command == u"store") {
+            return std::to_string(m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0).toLatin1()),
+                                                      rest.section(u' ', 1)));
+        }
+        if (command == u"remove") {
+            return m_vault.remove() ? "removed" : "kept";
+        }
+        if (command == u"account") {
+            return m_vault.pubkey().value_or(QStringLiteral("none")).toStdString();
+        }
+        if (command == u"read") {
+            return toHex(m_vault.loadSecret(rest));
+        }
+        if (command == u"open") {
+            return toHex(m_vault.loadSecret(*m_context));
+        }
+        if (command == u"can") {
+            return m_authenticator.canEvaluate(*m_context) ? "yes" : "no";
+        }
+        if (command == u"evaluate") {
+            std::promise<bool> answer;
+            m_context = m_authenticator.makeContext({});
+            m_authenticator.evaluate(m_context, rest,
+                                     [&](bool success) { answer.set_value(success); });
+            const bool success = answer.get_future().get();
+            return std::string(success ? "success" : "failure") +
+                   (m_context->passed() ? " passed" : " not passed");
+        }
+        return "unknown command";
+    }
+
+private:
+    Authenticator &m_authenticator;
+    SecretServiceKeychain m_keychain;
+    keys::KeyVault m_vault{m_keychain};
+    std::shared_ptr<AuthenticationContext> m_context = m_authenticator.makeContext({});
+};
+
+} // namespace
+
+int main(int count, char **arguments)
+{
+    if (count < 3 || !hardenProcess()) {
+        return 2;
+    }
+    const std::chrono::milliseconds userBound(count > 3 ? std::atoi(arguments[3]) : 20'000);
+    PolkitAuthenticator polkit(userBound);
+    tests::ScriptedAuthenticator willing;
+    const bool usesPolkit = std::string(arguments[2]) == "polkit";
+    Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing,
+                QString::fromUtf8(arguments[1]));
+    std::cout << "ready" << std::endl;
+    for (std::string line; std::getline(std::cin, line);) {
+        const QString text = QString::fromStdString(line);
+        std::cout << actor.obey(text.section(u' ', 0, 0), text.section(u' ', 1)) << std::endl;
+    }
+    return 0;
+}
