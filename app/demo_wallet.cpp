@@ -23,9 +23,14 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
     DemoWallet wallet{std::make_unique<platform::InMemoryKeychain>(), {}};
     const platform::SecretBytes seed = signingKeys.makeSeed();
     const auto publicKey = signingKeys.publicKey(seed);
-    wallet.address = keys::Base58::encode(publicKey.value());
-    const auto status = keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address);
-    Q_ASSERT(status == platform::keychainSuccess);
+    if (!publicKey) {
+        qFatal("a fresh seed has no public key");
+    }
+    wallet.address = keys::Base58::encode(*publicKey);
+    if (keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address)
+        != platform::keychainSuccess) {
+        qFatal("an empty keychain in memory refused a key");
+    }
     return wallet;
 }
 

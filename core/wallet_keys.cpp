@@ -81,7 +81,7 @@ SendResult<QString> WalletModel::adopt(SecretBytes seed)
     if (!publicKey) {
         return SendError::badKey();
     }
-    const QString text = keys::Base58::encode(*publicKey);
+    QString text = keys::Base58::encode(*publicKey);
     const platform::KeychainStatus status = m_vault.storeStatus(seed, text);
     if (status != platform::keychainSuccess) {
         return SendError::keychainRefused(status);
