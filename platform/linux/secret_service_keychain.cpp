@@ -77,6 +77,24 @@ Attributes attributesOf(const QString &service)
     return attributes;
 }
 
+Attributes attributesOf(const QString &service, const QString &account,
+                        KeychainProtection protection)
+{
+    Attributes attributes = attributesOf(service);
+    g_hash_table_insert(attributes.get(), g_strdup(accountAttribute),
+                        g_strdup(account.toUtf8().constData()));
+    g_hash_table_insert(attributes.get(), g_strdup(protectionAttribute),
+                        g_strdup(protection == KeychainProtection::UserPresence ? presenceProtection
+                                                                                : noProtection));
+    return attributes;
+}
+
+/// The service of an item that is being stored.
+QString unfinishedName(const QString &service)
+{
+    return service + QStringLiteral(".unfinished");
+}
+
 /// Empty where the keyring does not tell.
 QString attribute(const Item &item, const char *name)
 {
@@ -250,6 +268,8 @@ public:
         return secret_collection_get_locked(collection.get()) == FALSE;
     }
 
+    /// GNOME Keyring saves a new item before the item's secret, so that one which is killed in
+    /// between keeps an empty item. The item gets its name when it is whole.
     [[nodiscard]] bool create(const Collection &collection, const QString &service,
                               const QString &account, const SecretBytes &data,
                               KeychainProtection protection)
@@ -257,21 +277,40 @@ public:
         if (!openEncryptedSession()) {
             return false;
         }
-        const Attributes attributes = attributesOf(service);
-        g_hash_table_insert(attributes.get(), g_strdup(accountAttribute),
-                            g_strdup(account.toUtf8().constData()));
-        g_hash_table_insert(attributes.get(), g_strdup(protectionAttribute),
-                            g_strdup(protection == KeychainProtection::UserPresence
-                                         ? presenceProtection
-                                         : noProtection));
+        const Attributes unfinished = attributesOf(unfinishedName(service), account, protection);
         const auto bytes = data.bytes();
         const Value value(secret_value_new(reinterpret_cast<const char *>(bytes.data()),
                                            static_cast<gssize>(bytes.size()), contentType));
         const auto result = m_calls.await([&](auto *cancellable, auto done, auto userData) {
-            secret_item_create(collection.get(), &schema, attributes.get(), label, value.get(),
+            secret_item_create(collection.get(), &schema, unfinished.get(), label, value.get(),
                                SECRET_ITEM_CREATE_REPLACE, cancellable, done, userData);
         });
-        return Item(finish(result, secret_item_create_finish)) != nullptr;
+        const Item item(finish(result, secret_item_create_finish));
+        if (item == nullptr) {
+            return false;
+        }
+        const Attributes finished = attributesOf(service, account, protection);
+        if (setAttributes(item, finished)) {
+            return true;
+        }
+        const KeychainStatus status = m_status;
+        static_cast<void>(erase(item));
+        m_status = status;
+        return false;
+    }
+
+    /// Deletes what a store that was interrupted has left.
+    void eraseUnfinished(const QString &service)
+    {
+        const auto items = search(unfinishedName(service));
+        if (!items) {
+            return;
+        }
+        for (const Item &item : *items) {
+            if (!isLocked(item)) {
+                static_cast<void>(erase(item));
+            }
+        }
     }
 
     [[nodiscard]] bool erase(const Item &item)
@@ -320,6 +359,20 @@ public:
     }
 
 private:
+    [[nodiscard]] bool setAttributes(const Item &item, const Attributes &attributes)
+    {
+        const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            secret_item_set_attributes(item.get(), &schema, attributes.get(), cancellable, done,
+                                       data);
+        });
+        GError *error = nullptr;
+        if (result != nullptr &&
+            secret_item_set_attributes_finish(item.get(), result.get(), &error) != FALSE) {
+            return true;
+        }
+        return fail(GioPtr<GError>(error).get());
+    }
+
     /// libsecret would settle for a session without encryption.
     [[nodiscard]] bool openEncryptedSession()
     {
@@ -461,6 +514,8 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
         return keychainAuthFailed;
     }
 
+    talk.eraseUnfinished(service);
+
     // Remembered first: a program that dies in between has remembered a key that does not exist,
     // which the next look into the open keyring puts right. The other way round, a key would exist
     // that a locked keyring does not tell of.
@@ -565,6 +620,7 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
     if (std::ranges::any_of(*items, isLocked)) {
         return keychainAuthFailed;
     }
+    talk.eraseUnfinished(service);
     if (items->empty()) {
         if (!talk.hasSeenAll(m_accounts.find(service))) {
             return talk.expired() ? keychainNotAvailable : keychainAuthFailed;

@@ -117,23 +117,7 @@ int ChildProcess::waitForEnd()
 {
     int status = 0;
     waitpid(std::exchange(m_pid, -1), &status, 0);
-    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-}
-
-bool run(std::vector<std::string> command)
-{
-    std::vector<char *> arguments;
-    for (std::string &argument : command) {
-        arguments.push_back(argument.data());
-    }
-    arguments.push_back(nullptr);
-    const pid_t pid = fork();
-    if (pid == 0) {
-        execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    int status = 0;
-    return waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TemporaryFolder::TemporaryFolder(std::optional<uid_t> owner)

@@ -31,7 +31,7 @@ public:
     /// The next line of output without its line break; none at the end and after `patience`.
     [[nodiscard]] std::optional<std::string> readLine();
     void signal(int number) const;
-    /// Waits for the end; the number of the signal that ended the program, 0 after a normal end.
+    /// Waits for the end; the exit code, -1 after a signal.
     int waitForEnd();
 
 private:
@@ -40,9 +40,6 @@ private:
     int m_output = -1;
     std::string m_pending;
 };
-
-/// Runs a program to its end; true when it succeeded.
-bool run(std::vector<std::string> command);
 
 /// Asks again and again until `done` or `patience` runs out.
 template <typename Done>

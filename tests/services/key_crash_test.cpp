@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
+#include <fstream>
 #include <set>
 
 namespace corvane::tests {
@@ -12,6 +12,7 @@ namespace corvane::tests {
 namespace {
 
 const QString service = keys::KeyVault::serviceName;
+const QString leftovers = service + QStringLiteral(".unfinished");
 const std::string oldAccount = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU";
 const std::string newAccount = "9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM";
 const std::string oldSeed(64, 'a');
@@ -39,6 +40,32 @@ private:
     bool m_ready = false;
 };
 
+/// Kills a program at the given step after it has been armed.
+class KillSwitch
+{
+public:
+    KillSwitch(int step, const char *when)
+        : m_step(std::to_string(step))
+        , m_when(when)
+    {}
+
+    [[nodiscard]] std::map<std::string, std::string> environment() const
+    {
+        return {{"LD_PRELOAD", KILL_POINTS},
+                {"CORVANE_KILL_STEP", m_step},
+                {"CORVANE_KILL_WHEN", m_when},
+                {"CORVANE_KILL_ARMED", armedFile()}};
+    }
+    void arm() const { std::ofstream file(armedFile()); }
+
+private:
+    [[nodiscard]] std::string armedFile() const { return m_folder.path() + "/armed"; }
+
+    TemporaryFolder m_folder;
+    std::string m_step;
+    std::string m_when;
+};
+
 TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
 {
     const SessionBus bus;
@@ -60,11 +87,11 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
                 SCOPED_TRACE(command.substr(0, 6) + ' ' + when + " step " + std::to_string(step));
                 ASSERT_LT(step, 1000);
                 ASSERT_EQ(wallet.ask("store " + oldSeed + ' ' + oldAccount), "0");
-                Wallet victim(accounts, {{"LD_PRELOAD", KILL_POINTS},
-                                         {"CORVANE_KILL_STEP", std::to_string(step)},
-                                         {"CORVANE_KILL_WHEN", when}});
+                EXPECT_TRUE(desktop.items(leftovers).value().isEmpty());
+                KillSwitch killSwitch(step, when);
+                Wallet victim(accounts, killSwitch.environment());
                 ASSERT_TRUE(victim.ready());
-                ASSERT_EQ(victim.ask("arm"), "armed");
+                killSwitch.arm();
                 died = victim.ask(command) == "died";
 
                 // The service has answered this after everything that the victim asked it for.
@@ -88,7 +115,7 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
                 EXPECT_EQ(secret, account == oldAccount ? oldSeed : newSeed);
             }
             EXPECT_GT(step, 10);
-            RecordProperty(command.substr(0, 6) + '_' + when, step - 1);
+            RecordProperty(command.substr(0, command.find(' ')) + '_' + when, step - 1);
         }
         EXPECT_TRUE(outcomes.contains(oldAccount));
         EXPECT_TRUE(outcomes.contains("none"));
@@ -96,23 +123,47 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
     }
 }
 
-TEST(KeyCrashTest, AKeyringThatIsKilledKeepsAWholeKeyOrNone)
+TEST(KeyCrashTest, AKeyringKilledMeanwhileLeavesAWholeKeyOrNone)
 {
     const SessionBus bus;
     KeyringDesktop desktop(bus);
     Wallet wallet(desktop.file("accounts.json"));
     ASSERT_TRUE(wallet.ready());
-    for (int round = 0; round < 5; ++round) {
-        SCOPED_TRACE(round);
-        ASSERT_TRUE(desktop.startKeyring());
-        const bool stored = wallet.ask("store " + newSeed + ' ' + newAccount) == "0";
-        EXPECT_TRUE(stored);
+    std::set<std::string> outcomes;
+    bool died = true;
+    int step = 0;
+    while (died) {
+        ++step;
+        SCOPED_TRACE(step);
+        ASSERT_LT(step, 1000);
+        KillSwitch killSwitch(step, "after");
+        ASSERT_TRUE(
+            desktop.startKeyring(KeyringDesktop::Start::Unlocked, killSwitch.environment()));
+        ASSERT_EQ(wallet.ask("store " + oldSeed + ' ' + oldAccount), "0");
+        EXPECT_TRUE(desktop.items(leftovers).value().isEmpty());
+        killSwitch.arm();
+        const std::string answer = wallet.ask("store " + newSeed + ' ' + newAccount);
+        died = !desktop.items(service).has_value();
         desktop.killKeyring();
-        EXPECT_EQ(wallet.ask("account"), newAccount);
+
         ASSERT_TRUE(desktop.startKeyring());
-        EXPECT_EQ(wallet.ask("read why"), newSeed);
+        const auto items = desktop.items(service);
+        ASSERT_TRUE(items.has_value());
+        ASSERT_LE(items->size(), 1);
+        const std::string account = wallet.ask("account");
+        const std::string secret = wallet.ask("read why");
+        outcomes.insert(account);
+        if (answer == "0") {
+            EXPECT_EQ(account, newAccount);
+        }
+        EXPECT_EQ(secret, account == oldAccount   ? oldSeed
+                          : account == newAccount ? newSeed
+                                                  : "nothing");
         desktop.killKeyring();
     }
+    EXPECT_GT(step, 10);
+    RecordProperty("steps", step - 1);
+    EXPECT_EQ(outcomes, (std::set<std::string>{oldAccount, newAccount, "none"}));
 }
 
 TEST(KeyCrashTest, AProgramWithoutABusHasNoKeychain)

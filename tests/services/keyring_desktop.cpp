@@ -1,6 +1,7 @@
 #include "keyring_desktop.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -58,20 +59,24 @@ KeyringDesktop::~KeyringDesktop()
     killKeyring();
 }
 
-bool KeyringDesktop::startKeyring(Start start)
+bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string> environment)
 {
-    std::vector<std::string> command{"gnome-keyring-daemon", "--foreground",
-                                     "--components=secrets"};
+    std::string program = GNOME_KEYRING_DAEMON;
+    if (!environment.empty()) {
+        const std::string copy = m_folder.path() + "/gnome-keyring-daemon";
+        std::filesystem::copy_file(program, copy,
+                                   std::filesystem::copy_options::overwrite_existing);
+        program = copy;
+    }
+    std::vector<std::string> command{program, "--foreground", "--components=secrets"};
     if (start == Start::Unlocked) {
         command.emplace_back("--unlock");
     }
-    m_daemon = std::make_unique<ChildProcess>(
-        command,
-        std::map<std::string, std::string>{{"HOME", m_folder.path()},
-                                           {"XDG_DATA_HOME", m_folder.path()},
-                                           {"XDG_RUNTIME_DIR", m_folder.path()},
-                                           {"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}},
-        m_bus.user());
+    environment.insert({{"HOME", m_folder.path()},
+                        {"XDG_DATA_HOME", m_folder.path()},
+                        {"XDG_RUNTIME_DIR", m_folder.path()},
+                        {"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}});
+    m_daemon = std::make_unique<ChildProcess>(command, environment, m_bus.user());
     m_daemon->write(start == Start::Unlocked ? "correct horse" : "");
     m_daemon->closeInput();
     return waitUntil([&] { return items(QStringLiteral("nothing")).has_value(); });

@@ -45,8 +45,10 @@ public:
     KeyringDesktop(const KeyringDesktop &) = delete;
     KeyringDesktop &operator=(const KeyringDesktop &) = delete;
 
-    /// False when the daemon does not come up.
-    [[nodiscard]] bool startKeyring(Start start = Start::Unlocked);
+    /// `environment` is for a copy of the daemon without its privileges, which would make it ignore
+    /// some of that. False when the daemon does not come up.
+    [[nodiscard]] bool startKeyring(Start start = Start::Unlocked,
+                                    std::map<std::string, std::string> environment = {});
     void killKeyring();
     void signalKeyring(int number) const { m_daemon->signal(number); }
     /// Locks or unlocks the login keyring of the running daemon.

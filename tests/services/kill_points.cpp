@@ -1,6 +1,6 @@
 // Preloaded into a program to kill it at one exact step: CORVANE_KILL_STEP counts the messages that
-// it sends and the files that it makes durable or puts in place, from the moment it is armed.
-// CORVANE_KILL_WHEN tells whether it dies before or after that step.
+// it sends and the files that it makes durable or puts in place, from the moment at which the file
+// CORVANE_KILL_ARMED exists. CORVANE_KILL_WHEN tells whether it dies before or after that step.
 
 #include <dlfcn.h>
 #include <sys/socket.h>
@@ -14,7 +14,6 @@
 
 namespace {
 
-std::atomic<bool> armed = false;
 std::atomic<long> steps = 0;
 
 template <typename Function, typename... Arguments>
@@ -23,7 +22,8 @@ auto step(const char *name, Function, Arguments... arguments)
     static const auto original = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
     static const long last = std::atol(std::getenv("CORVANE_KILL_STEP"));
     static const bool before = std::string_view(std::getenv("CORVANE_KILL_WHEN")) == "before";
-    const bool isLast = armed && ++steps == last;
+    static const char *armed = std::getenv("CORVANE_KILL_ARMED");
+    const bool isLast = access(armed, F_OK) == 0 && ++steps == last;
     if (isLast && before) {
         kill(getpid(), SIGKILL);
     }
@@ -38,9 +38,9 @@ auto step(const char *name, Function, Arguments... arguments)
 
 extern "C" {
 
-[[gnu::visibility("default")]] void armKillPoints()
+[[gnu::visibility("default")]] int fsync(int file)
 {
-    armed = true;
+    return step("fsync", static_cast<int (*)(int)>(nullptr), file);
 }
 
 [[gnu::visibility("default")]] ssize_t sendmsg(int socket, const msghdr *message, int flags)

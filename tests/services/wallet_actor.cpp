@@ -12,8 +12,6 @@
 
 #include <QByteArray>
 
-#include <dlfcn.h>
-
 #include <chrono>
 #include <future>
 #include <iostream>
@@ -53,14 +51,6 @@ public:
 
     std::string obey(const QString &command, const QString &rest)
     {
-        if (command == u"arm") {
-            // Exported by the library that kills this process, when it is loaded.
-            auto *arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "armKillPoints"));
-            if (arm != nullptr) {
-                arm();
-            }
-            return arm != nullptr ? "armed" : "unarmed";
-        }
         if (command == u"store") {
             return std::to_string(m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0).toLatin1()),
                                                       rest.section(u' ', 1)));

@@ -1,0 +1,203 @@
+#include "keyring_desktop.h"
+#include "keys/key_vault.h"
+#include "platform/linux/polkit_authenticator.h"
+#include "polkit_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace corvane::tests {
+
+namespace {
+
+const std::string account = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU";
+const std::string seed(64, 'c');
+
+/// The program as the ordinary user, hardened, and an agent for it when there is to be one.
+class Wallet
+{
+public:
+    explicit Wallet(const std::string &folder, const char *userBound = "20000")
+        : m_agent(copyInto(folder, POLKIT_AGENT))
+        , m_process(
+              {copyInto(folder, WALLET_ACTOR), folder + "/accounts.json", "polkit", userBound}, {},
+              PolkitDesktop::user)
+    {
+        m_ready = m_process.readLine() == "ready";
+    }
+
+    [[nodiscard]] bool ready() const { return m_ready; }
+    void tell(const std::string &command) { m_process.write(command + '\n'); }
+    std::string answer() { return m_process.readLine().value_or("died"); }
+    std::string ask(const std::string &command)
+    {
+        tell(command);
+        return answer();
+    }
+    [[nodiscard]] std::unique_ptr<ChildProcess> agent(const char *manner) const
+    {
+        auto agent = std::make_unique<ChildProcess>(
+            std::vector<std::string>{m_agent, std::to_string(m_process.pid()), manner,
+                                     PolkitDesktop::userName, PolkitDesktop::password},
+            std::map<std::string, std::string>{}, PolkitDesktop::user);
+        EXPECT_EQ(agent->readLine(), "ready");
+        return agent;
+    }
+
+private:
+    /// The folder of the build may be closed to other users.
+    static std::string copyInto(const std::string &folder, const std::filesystem::path &program)
+    {
+        const std::string copy = std::filesystem::path(folder) / program.filename();
+        std::filesystem::copy_file(program, copy, std::filesystem::copy_options::skip_existing);
+        return copy;
+    }
+
+    std::string m_agent;
+    ChildProcess m_process;
+    bool m_ready = false;
+};
+
+class PolkitAuthenticatorTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { lacking = PolkitDesktop::enter(); }
+    void SetUp() override
+    {
+        if (lacking) {
+            GTEST_SKIP() << "polkit is NOT tested here; this needs " << *lacking;
+        }
+        desktop = std::make_unique<PolkitDesktop>();
+    }
+
+    static inline std::optional<std::string> lacking;
+    std::unique_ptr<PolkitDesktop> desktop;
+    TemporaryFolder folder{PolkitDesktop::user};
+};
+
+TEST_F(PolkitAuthenticatorTest, CannotEvaluateWithoutPolkitActionOrAgent)
+{
+    Wallet wallet(folder.path());
+    ASSERT_TRUE(wallet.ready());
+    const auto expectNobody = [&] {
+        EXPECT_EQ(wallet.ask("can"), "no");
+        EXPECT_EQ(wallet.ask("evaluate unlock Corvane"), "failure not passed");
+    };
+    expectNobody();
+
+    ASSERT_TRUE(desktop->startPolkit(false));
+    auto agent = wallet.agent("authenticate");
+    expectNobody();
+    agent.reset();
+    desktop->killPolkit();
+
+    ASSERT_TRUE(desktop->startPolkit());
+    expectNobody();
+    agent = wallet.agent("authenticate");
+    EXPECT_EQ(wallet.ask("can"), "yes");
+    EXPECT_EQ(wallet.ask("can"), "yes");
+    agent.reset();
+    EXPECT_TRUE(waitUntil([&] { return wallet.ask("can") == "no"; }));
+}
+
+TEST_F(PolkitAuthenticatorTest, ShowsTheReasonAndRepliesWithTheOwnersAnswer)
+{
+    ASSERT_TRUE(desktop->startPolkit());
+    Wallet wallet(folder.path());
+    ASSERT_TRUE(wallet.ready());
+    struct Case
+    {
+        const char *manner;
+        const char *reason;
+        const char *shown;
+        const char *answer;
+    };
+    for (const Case &expected :
+         {Case{"authenticate", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
+               "success passed"},
+          Case{"authenticate", "reveal your wallet backup key",
+               "org.corvane.reveal: reveal your wallet backup key", "success passed"},
+          Case{"authenticate", "send 1.2500 SOL",
+               "org.corvane.send: send SOL from your Corvane wallet", "success passed"},
+          Case{"refuse", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
+               "failure not passed"},
+          Case{"dismiss", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
+               "failure not passed"}}) {
+        SCOPED_TRACE(std::string(expected.manner) + ": " + expected.reason);
+        const auto agent = wallet.agent(expected.manner);
+        // Nothing is prompted before, and what was granted once is not kept.
+        EXPECT_EQ(wallet.ask("can"), "yes");
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(wallet.ask(std::string("evaluate ") + expected.reason), expected.answer);
+            EXPECT_EQ(agent->readLine(), expected.shown);
+        }
+    }
+    const auto agent = wallet.agent("authenticate");
+    EXPECT_EQ(wallet.ask("evaluate format the disk"), "failure not passed");
+    EXPECT_EQ(wallet.ask("evaluate unlock Corvane"), "success passed");
+    EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
+}
+
+TEST_F(PolkitAuthenticatorTest, GivesUpOnAPersonWhoDoesNotAnswerAndOnAPolkitThatDies)
+{
+    ASSERT_TRUE(desktop->startPolkit());
+    {
+        Wallet hasty(folder.path(), "500");
+        ASSERT_TRUE(hasty.ready());
+        const auto agent = hasty.agent("hang");
+        EXPECT_EQ(hasty.ask("evaluate unlock Corvane"), "failure not passed");
+        EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
+        EXPECT_EQ(agent->readLine(), "cancelled");
+    }
+    Wallet wallet(folder.path());
+    ASSERT_TRUE(wallet.ready());
+    const auto agent = wallet.agent("hang");
+    wallet.tell("evaluate unlock Corvane");
+    EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
+    desktop->killPolkit();
+    EXPECT_EQ(wallet.answer(), "failure not passed");
+}
+
+TEST_F(PolkitAuthenticatorTest, GuardsTheKeyInARealKeyring)
+{
+    ASSERT_TRUE(desktop->startPolkit());
+    const SessionBus bus(PolkitDesktop::user);
+    KeyringDesktop keyring(bus);
+    ASSERT_TRUE(keyring.startKeyring());
+    const auto protection = [&] {
+        const auto items = keyring.items(keys::KeyVault::serviceName);
+        return items && items->size() == 1
+                   ? items->front().value(QStringLiteral("protection")).toStdString()
+                   : "not one item";
+    };
+    Wallet wallet(folder.path());
+    ASSERT_TRUE(wallet.ready());
+
+    // Nobody can be asked: the key is stored all the same, and read without asking.
+    EXPECT_EQ(wallet.ask("store " + seed + ' ' + account), "0");
+    EXPECT_EQ(protection(), "none");
+    EXPECT_EQ(wallet.ask("read unlock Corvane"), seed);
+
+    auto agent = wallet.agent("authenticate");
+    EXPECT_EQ(wallet.ask("store " + seed + ' ' + account), "0");
+    EXPECT_EQ(protection(), "user-presence");
+    EXPECT_EQ(wallet.ask("open"), "nothing");
+    EXPECT_EQ(wallet.ask("read send 1.0000 SOL"), seed);
+    EXPECT_EQ(agent->readLine(), "org.corvane.send: send SOL from your Corvane wallet");
+    EXPECT_EQ(wallet.ask("evaluate unlock Corvane"), "success passed");
+    EXPECT_EQ(wallet.ask("open"), seed);
+    EXPECT_EQ(wallet.ask("open"), "nothing");
+    EXPECT_EQ(wallet.ask("account"), account);
+
+    agent.reset();
+    agent = wallet.agent("dismiss");
+    EXPECT_EQ(wallet.ask("read unlock Corvane"), "nothing");
+    agent.reset();
+    EXPECT_EQ(wallet.ask("read unlock Corvane"), "nothing");
+    EXPECT_EQ(protection(), "user-presence");
+}
+
+} // namespace
+
+} // namespace corvane::tests
