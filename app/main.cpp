@@ -5,16 +5,18 @@
 #include "app/options.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
-#include "platform/in_memory_keychain.h"
 #include "platform/linux/curl_http_client.h"
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/icu_number_formatter.h"
 #include "platform/linux/json_settings.h"
 #include "platform/linux/local_file_system.h"
 #include "platform/linux/no_authenticator.h"
+#include "platform/linux/polkit_authenticator.h"
+#include "platform/linux/process_hardening.h"
 #include "platform/linux/qt_clipboard.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_screens.h"
+#include "platform/linux/secret_service_keychain.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
 #include "platform/sodium_signing_keys.h"
@@ -26,6 +28,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -89,28 +92,42 @@ void prepareEnvironment()
     }
 }
 
+/// Where the signing key lies, and who opens it.
+struct KeyServices
+{
+    std::unique_ptr<platform::Authenticator> authenticator;
+    std::unique_ptr<platform::Keychain> keychain;
+};
+
+KeyServices systemKeyServices()
+{
+    KeyServices services;
+    services.authenticator = std::make_unique<platform::PolkitAuthenticator>();
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    services.keychain = std::make_unique<platform::SecretServiceKeychain>(
+        *services.authenticator, data + QStringLiteral("/corvane/accounts.json"));
+    return services;
+}
+
+/// A fresh key in memory, which nobody has to open. Watches its address unless the settings name
+/// another.
+KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::SettingsStore &settings)
+{
+    app::DemoWallet demo = app::makeDemoWallet(signingKeys);
+    say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
+    std::fflush(stdout);
+    if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
+        settings.setString(addressSetting, demo.address);
+    }
+    return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
+}
+
 int run(const app::Options &options, const core::Endpoints &endpoints)
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
-    platform::InMemoryKeychain emptyKeychain;
-    platform::Keychain *keychain = &emptyKeychain;
-    app::DemoWallet demo;
-    if (options.demoKeychain) {
-        if (!options.watch && !app::isLocalCluster(endpoints)) {
-            return say(QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
-                                      "coins paid to its key are lost when it ends; or --watch to "
-                                      "look at an address\n"),
-                       usageError);
-        }
-        demo = app::makeDemoWallet(signingKeys);
-        keychain = demo.keychain.get();
-        say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
-        std::fflush(stdout);
-        if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
-            settings.setString(addressSetting, demo.address);
-        }
-    }
+    const KeyServices keyServices =
+        options.demoKeychain ? demoKeyServices(signingKeys, settings) : systemKeyServices();
     if (options.watch) {
         settings.setString(addressSetting, *options.watch);
     }
@@ -123,7 +140,6 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     platform::QtScreens screens;
     platform::XcbPointerMonitor pointer(screens);
     platform::XcbIslandPanelFactory panels(screens);
-    platform::NoAuthenticator authenticator;
     platform::QtClipboard clipboard;
     const platform::FontconfigFontRegistry fonts;
     const look::Theme theme(fonts);
@@ -145,8 +161,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
         return root;
     };
     app::AppDelegate delegate(
-        {queue, http, settings, *keychain, signingKeys, background, formatter, files, endpoints},
-        {queue, screens, pointer, panels, authenticator, clipboard, makeContent});
+        {queue, http, settings, *keyServices.keychain, signingKeys, background, formatter, files,
+         endpoints},
+        {queue, screens, pointer, panels, *keyServices.authenticator, clipboard, makeContent});
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     // The views read the model and the island until they are gone.
@@ -158,6 +175,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
 
 int main(int argc, char *argv[])
 {
+    if (!platform::hardenProcess()) {
+        return say(QStringLiteral("cannot keep other programs out of this one's memory\n"), 1);
+    }
     QStringList arguments;
     for (int index = 0; index < argc; ++index) {
         arguments.append(QString::fromLocal8Bit(argv[index]));
@@ -176,10 +196,18 @@ int main(int argc, char *argv[])
         return say(farewell->text, farewell->status);
     }
 
+    const auto &endpointSet = std::get<core::Endpoints>(endpoints);
+    if (options.demoKeychain && !options.watch && !app::isLocalCluster(endpointSet)) {
+        return say(QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
+                                  "coins paid to its key are lost when it ends; or --watch to look "
+                                  "at an address\n"),
+                   usageError);
+    }
+
     prepareEnvironment();
     QCoreApplication::setApplicationName(QStringLiteral("corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return run(options, std::get<core::Endpoints>(endpoints));
+    return run(options, endpointSet);
 }
