@@ -1,0 +1,12 @@
+"""A desktop of its own for demos and tests: display, window manager, compositor, session bus,
+pointer, screen reader. See README.md."""
+
+from .accessible import AccessibleTree
+from .corvane import Corvane
+from .desktop import VirtualDesktop
+from .localnet import Localnet
+from .waiting import wait_until
+from .x11 import Backdrop, Picture, Screen
+
+__all__ = ["AccessibleTree", "Backdrop", "Corvane", "Localnet", "Picture", "Screen",
+           "VirtualDesktop", "wait_until"]

@@ -1,0 +1,187 @@
+"""The built program under the hands of a script."""
+
+import json
+import os
+import pathlib
+import subprocess
+import time
+
+from . import processes
+from .accessible import AccessibleTree
+from .waiting import wait_until
+
+_ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAM = pathlib.Path(os.environ.get("CORVANE_BINARY", _ROOT / "build/release/app/corvane"))
+
+NOTCH = (180, 38)
+CARD_WIDTH = 620
+ON_NOTCH = (0, 12)
+ASIDE = (-600, 500)
+DARK = 40  # no channel of a pixel that belongs to the island's black is brighter
+_STILL_SECONDS = 0.5  # longer than any pause in an animation
+_PANEL_SIDE = 354  # from the middle of the screen to the panel's edge
+_PANEL_BODY = 360  # the panel's height below the top band
+
+
+class Corvane:
+    """Runs the program on a desktop while entered.
+
+    `settings` is what the settings file holds beforehand: an object, or text to write as it is.
+    All places are in points from the middle of the screen's top edge.
+    """
+
+    def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
+                 arguments=(), environment=None):
+        self.desktop, self.notch = desktop, notch
+        self._command = [str(PROGRAM), *(["--endpoints", str(localnet.endpoints)] if localnet else []),
+                         *(["--demo-keychain"] if demo else []), *arguments]
+        self.environment = desktop.environment | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        if notch:
+            self.environment["CORVANE_NOTCH"] = f"{notch[0]}x{notch[1]}"
+        self.environment |= environment or {}
+        folder = pathlib.Path(desktop.environment["XDG_CONFIG_HOME"])
+        self.settings_file = folder / ("corvane-demo" if demo else "corvane") / "settings.json"
+        self.band = notch[1] if notch else 32
+        self._middle = desktop.screen.width // 2
+        self._demo, self._initial = demo, settings
+        self._process = self._tree = self.address = None
+
+    def __enter__(self):
+        self.settings_file.parent.mkdir(parents=True, exist_ok=True)
+        if self._initial is None:
+            self.settings_file.unlink(missing_ok=True)
+        else:
+            text = self._initial if isinstance(self._initial, str) else json.dumps(self._initial)
+            self.settings_file.write_text(text)
+        try:
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def start(self):
+        """Starts it and waits until the resting island is on the screen."""
+        self.log = self.desktop.folder / "corvane.log"
+        self._process = processes.start(self._command, self.environment, self.log,
+                                        stdout=subprocess.PIPE)
+        if self._demo:
+            line = processes.read_line(self._process.stdout.fileno(), f"Corvane\n{self.messages()}")
+            self.address = line.removeprefix("demo address: ")
+        wait_until(self._shows_island, lambda: f"the resting island\n{self.messages()}")
+
+    def stop(self):
+        """Ends it; the status that it ended with."""
+        if self._tree:
+            self._tree.close()
+            self._tree = None
+        status = processes.stop(self._process) if self._process else None
+        self._process = None
+        return status
+
+    def messages(self):
+        return self.log.read_text(errors="replace")
+
+    def settings(self):
+        return json.loads(self.settings_file.read_text())
+
+    @property
+    def tree(self):
+        if self._tree is None:
+            self._tree = AccessibleTree(self.desktop.bus_address, self._process.pid)
+        return self._tree
+
+    def capture(self):
+        """The panel's part of the screen and a little more."""
+        scale = self.desktop.scale
+        side, height = round((_PANEL_SIDE + 20) * scale), round((self.band + _PANEL_BODY) * scale)
+        return self.desktop.screen.capture(self._middle - side, 0, 2 * side, height)
+
+    def outline(self, picture=None):
+        """(left, right, bottom) of the black island; None where there is none."""
+        scale = self.desktop.scale
+        picture = picture or self.capture()
+        run = picture.dark_run(round(4 * scale), self._middle)
+        if run is None:
+            return None
+        # Nothing is drawn so near to the left edge in any state.
+        column, bottom = run[0] + round(14 * scale), 0
+        while bottom < picture.height and max(picture.at(column, bottom)) < DARK:
+            bottom += 1
+        return (run[0] - self._middle) / scale, (run[1] - self._middle) / scale, bottom / scale
+
+    def resting_outline(self):
+        """Where the resting island has to be."""
+        if not self.notch:
+            return -80, 80, self.band
+        width = max(160, self.notch[0] + 52)
+        # Lopsided: the mark needs more room left of the notch than there is right of it.
+        return -width / 2 - 20, width / 2 - 20, self.band
+
+    def is_resting(self, picture=None):
+        outline = self.outline(picture)
+        return outline is not None and all(
+            abs(is_now - should) <= 1 for is_now, should in zip(outline, self.resting_outline()))
+
+    def is_open(self, picture=None):
+        """True when a card hangs below the whole strip."""
+        outline = self.outline(picture)
+        return (outline is not None and outline[2] > self.band + 100
+                and abs(outline[1] - outline[0] - CARD_WIDTH) <= 2)
+
+    def settled(self):
+        """A picture of the panel once nothing in it has moved for a while."""
+        latest, since = self.capture(), time.monotonic()
+
+        def still():
+            nonlocal latest, since
+            picture, now = self.capture(), time.monotonic()
+            if not picture.same_as(latest):
+                latest, since = picture, now
+            return now - since > _STILL_SECONDS
+        wait_until(still, "a panel in which nothing moves")
+        return latest
+
+    def _pixels(self, x, y):
+        return self._middle + x * self.desktop.scale, y * self.desktop.scale
+
+    def point_at(self, x, y):
+        self.desktop.screen.move(*self._pixels(x, y))
+
+    def click_at(self, x, y):
+        self.desktop.screen.click(*self._pixels(x, y))
+
+    def click(self, thing):
+        """Clicks the middle of something that the accessibility bus names."""
+        x, y, width, height = thing.extents()
+        scale = self.desktop.scale
+        self.desktop.screen.click((x + width / 2) * scale, (y + height / 2) * scale)
+
+    def hover(self):
+        """Rests the pointer on the notch and waits for the card."""
+        self.point_at(*ON_NOTCH)
+        wait_until(self.is_open, "the open card")
+
+    def leave(self):
+        """Takes the pointer away and waits for the resting island."""
+        self.point_at(*ASIDE)
+        wait_until(self.is_resting, "the resting island")
+
+    def wait_for(self, *names):
+        """Waits until all of these texts show; the texts that then show."""
+        def complete():
+            texts = self.tree.texts()
+            return texts if set(names) <= set(texts) else None
+        return wait_until(complete, lambda: f"{names} among {self.tree.texts()}")
+
+    def _shows_island(self):
+        if self._process.poll() is not None:
+            raise RuntimeError(f"Corvane ended with {self._process.poll()}\n{self.messages()}")
+        return self.desktop.screen.window_named("Corvane") and self.is_resting()
+
+    def wait_for_end(self):
+        """The status with which it ends by itself, however long that takes."""
+        return self._process.wait()

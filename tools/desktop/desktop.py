@@ -1,0 +1,119 @@
+"""A display, a session bus and a home of their own, all gone at the end."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+from . import processes
+from .waiting import wait_until
+from .x11 import Backdrop, Screen
+
+_ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
+
+
+class VirtualDesktop:
+    """Starts what is asked for when entered, and ends it when left, however it is left.
+
+    `size` is in pixels; `scale` of them make a point. Without a bus, programs are told of none.
+    """
+
+    def __init__(self, size=(1920, 1080), scale=1, window_manager=True, compositor=True, bus=True,
+                 backdrop=True):
+        self._size, self.scale = size, scale
+        self._wanted = {"window_manager": window_manager, "compositor": compositor, "bus": bus,
+                        "backdrop": backdrop}
+        self._processes = []
+        self.screen = self.backdrop = self.bus_address = None
+
+    def __enter__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="corvane-desktop-"))
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def _start(self):
+        self.environment = self._make_environment()
+        self.environment["DISPLAY"] = self._start_display()
+        self.screen = Screen(self.environment["DISPLAY"])
+        if self._wanted["bus"]:
+            self.bus_address = self.environment[_ADDRESS] = self._start_bus()
+        if self._wanted["window_manager"]:
+            self._run("openbox", "--sm-disable")
+            wait_until(self.screen.has_window_manager, "the window manager")
+        if self._wanted["compositor"]:
+            self._run("picom", "--backend", "xrender", "--config", "/dev/null")
+            wait_until(self.screen.has_compositor, "the compositor")
+        self.screen.jump(self.screen.width / 4, self.screen.height * 3 / 4)
+        if self._wanted["backdrop"]:
+            self.backdrop = Backdrop(self.screen)
+            middle = (self.screen.width // 2, self.screen.height // 2, 1, 1)
+            wait_until(lambda: self.screen.capture(*middle).at(*middle[:2]) == self.backdrop.colour,
+                       "the backdrop")
+
+    def _make_environment(self):
+        """The caller's environment less everything that belongs to the caller's desktop."""
+        foreign = ("DBUS_", "XDG_", "QT_", "QML", "WAYLAND_", "AT_SPI_", "CORVANE_", "LC_", "LANG",
+                   "XAUTHORITY", "http_proxy", "https_proxy", "all_proxy")
+        environment = {key: value for key, value in os.environ.items()
+                       if not key.startswith(foreign)}
+        for variable in ("HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME",
+                         "XDG_RUNTIME_DIR"):
+            place = self.folder / variable.lower()
+            place.mkdir(mode=0o700)
+            environment[variable] = str(place)
+        environment |= {"LANG": "C.UTF-8", "QT_SCALE_FACTOR": str(self.scale),
+                        _ADDRESS: "disabled:", "NO_AT_BRIDGE": "1"}
+        return environment
+
+    def _run(self, *command, **more):
+        log = self.folder / f"{command[0]}.log"
+        try:
+            process = processes.start(command, self.environment, log, **more)
+        except FileNotFoundError:
+            raise RuntimeError(f"{command[0]} is not installed") from None
+        self._processes.append(process)
+        return process
+
+    def _start_display(self):
+        reading, writing = os.pipe()
+        try:
+            # Xvfb itself finds a free number; two that start at once never meet.
+            width, height = self._size
+            self._run("Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
+                      "-nolisten", "tcp", "-noreset", pass_fds=[writing])
+            os.close(writing)
+            writing = None
+            return ":" + processes.read_line(reading, "Xvfb")
+        finally:
+            os.close(reading)
+            if writing is not None:
+                os.close(writing)
+
+    def _start_bus(self):
+        bus = self._run("dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
+                        stdout=subprocess.PIPE)
+        return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
+
+    def clipboard(self):
+        """The text in the clipboard."""
+        read = subprocess.run(["xclip", "-selection", "clipboard", "-out"], env=self.environment,
+                              capture_output=True, text=True, timeout=5, check=False)
+        return read.stdout if read.returncode == 0 else None
+
+    def close(self):
+        if self.backdrop:
+            self.backdrop.close()
+        if self.screen:
+            self.screen.close()
+        for process in reversed(self._processes):
+            processes.stop(process)
+        self._processes.clear()
+        shutil.rmtree(self.folder, ignore_errors=True)

@@ -1,0 +1,82 @@
+"""The local cluster of tools/localnet, started for as long as it is needed."""
+
+import json
+import os
+import pathlib
+import subprocess
+import tempfile
+import urllib.request
+
+from . import processes
+
+_SERVER = pathlib.Path(__file__).resolve().parents[1] / "localnet" / "server.mjs"
+# Not through a proxy that the environment names.
+_OPENER = urllib.request.build_opener(urllib.request.ProxyHandler({}))
+
+
+class Localnet:
+    """Runs the server while entered. Stopped and started again, it has the same address."""
+
+    def __enter__(self):
+        self._files = tempfile.TemporaryDirectory(prefix="corvane-localnet-")
+        self.folder = pathlib.Path(self._files.name)
+        self.endpoints = self.folder / "endpoints.json"
+        self._port = 0
+        self._process = None
+        try:
+            self.start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+        self._files.cleanup()
+
+    def start(self):
+        command = ["node", str(_SERVER), "--port", str(self._port), "--endpoints",
+                   str(self.endpoints), "--parent", str(os.getpid())]
+        self._process = processes.start(command, os.environ, self.folder / "messages",
+                                        stdout=subprocess.PIPE)
+        try:
+            line = processes.read_line(self._process.stdout.fileno(), "localnet")
+        except RuntimeError as ended:
+            messages = (self.folder / "messages").read_text()
+            raise RuntimeError(f"{ended}: {messages}") from None
+        self.url = json.loads(line)["url"]
+        self._port = int(self.url.rsplit(":", 1)[1])
+
+    def stop(self):
+        """Ends it; what it held is gone."""
+        if self._process:
+            processes.stop(self._process)
+            self._process = None
+
+    def _fetch(self, path, body=None):
+        data = None if body is None else json.dumps(body).encode()
+        request = urllib.request.Request(self.url + path, data,
+                                         {"Content-Type": "application/json"})
+        with _OPENER.open(request, timeout=10) as answer:
+            return json.load(answer)
+
+    def control(self, what, **settings):
+        """Changes a balance, a price or a fault; tools/localnet/README.md lists them."""
+        return self._fetch(f"/control/{what}", settings)
+
+    def fund(self, address, sol, usdc=None, cluster="mainnet"):
+        """Sets what an address holds."""
+        self.control("balance", cluster=cluster, address=address, lamports=round(sol * 1e9))
+        self.control("usdc", cluster=cluster, address=address, amount=usdc)
+
+    def airdrop(self, address, sol, cluster="mainnet"):
+        """Lets the cluster itself pay, as a faucet does."""
+        answer = self._fetch(f"/{cluster}", {"jsonrpc": "2.0", "id": 1, "method": "requestAirdrop",
+                                             "params": [address, round(sol * 1e9)]})
+        if "result" not in answer:
+            raise RuntimeError(f"no airdrop: {answer}")
+
+    def requests(self, after=0):
+        """The requests so far that have been answered or dropped."""
+        entries = self._fetch(f"/control/log?after={after}")["entries"]
+        return [entry for entry in entries if entry["doneMs"] is not None]

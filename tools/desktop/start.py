@@ -1,0 +1,140 @@
+#!/usr/bin/python3
+"""Starts the built Corvane. With --demo it runs against the local cluster, with throw-away settings
+and a throw-away key that holds a few coins. Without a display it gets a virtual one: the pointer
+goes onto the notch and off again, and pictures of the island are saved in build/demo/."""
+
+import argparse
+import contextlib
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+from Xlib import display, error
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+from desktop import Corvane, Localnet, VirtualDesktop, processes, wait_until  # noqa: E402
+from desktop.corvane import ON_NOTCH, PROGRAM  # noqa: E402
+
+PICTURES = pathlib.Path(__file__).resolve().parents[2] / "build/demo"
+SOL, USDC = 8.2, "2"
+FIGURES = ("TOTAL BALANCE", "$1,234.05", "≈ 8,200 QUIB  ·  USDC 2.00", "SOL $150.25", "DEMO")
+NO_MARGIN = 2  # points
+
+
+def say(text):
+    print(f"==> {text}", flush=True)
+
+
+def has_display():
+    if not os.environ.get("DISPLAY"):
+        return False
+    try:
+        display.Display().close()
+    except (error.DisplayError, error.XauthError, OSError):
+        return False
+    return True
+
+
+def fund(localnet, address):
+    localnet.airdrop(address, SOL)
+    localnet.control("usdc", cluster="mainnet", address=address, amount=USDC)
+
+
+def run_demo_here(localnet):
+    """On the user's own display, until the program ends."""
+    with tempfile.TemporaryDirectory(prefix="corvane-demo-") as folder:
+        environment = os.environ | {"XDG_CONFIG_HOME": folder}
+        command = [str(PROGRAM), "--endpoints", str(localnet.endpoints), "--demo-keychain"]
+        program = subprocess.Popen(command, env=environment, stdout=subprocess.PIPE,
+                                   preexec_fn=processes.end_with_parent)
+        try:
+            line = processes.read_line(program.stdout.fileno(), "Corvane")
+            fund(localnet, line.removeprefix("demo address: "))
+            say("rest the pointer at the top centre of the screen; Ctrl-C here ends the demo")
+            return program.wait()
+        finally:
+            processes.stop(program)
+
+
+def watch_opening(corvane):
+    """Moves onto the notch; the pictures of the way to the open card, the most telling of each
+    state by the island's width."""
+    states = {"resting": corvane.capture()}
+    left, right, _ = corvane.outline(states["resting"])
+    resting_width = right - left
+    corvane.point_at(*ON_NOTCH)
+    widest = {"hovered": 0, "widened": 0}
+
+    def note():
+        picture = corvane.capture()
+        left, right, bottom = corvane.outline(picture)
+        if bottom > corvane.band * 1.1:
+            return True
+        state = "hovered" if right - left < resting_width * 1.06 else "widened"
+        if right - left > max(widest[state], resting_width + NO_MARGIN):
+            widest[state], states[state] = right - left, picture
+        return False
+    wait_until(note, "the opening card", pause=0)
+    wait_until(corvane.is_open, "the open card")
+    return states
+
+
+def show_off(demo):
+    """On a virtual desktop: opens the card, checks what it shows and saves pictures."""
+    with contextlib.ExitStack() as stack:
+        localnet = stack.enter_context(Localnet()) if demo else None
+        desktop = stack.enter_context(VirtualDesktop())
+        corvane = stack.enter_context(Corvane(desktop, localnet, demo=demo))
+        say(f"no display: Corvane runs on a virtual one of {desktop.screen.width} by "
+            f"{desktop.screen.height} pixels")
+        if demo:
+            fund(localnet, corvane.address)
+        states = watch_opening(corvane)
+        if demo:
+            refresh = wait_until(lambda: corvane.tree.find("Refresh"), "the refresh button")
+            refresh.press()
+            corvane.wait_for(*FIGURES)
+        corvane.wait_for("QUIB")
+        states["expanded"] = corvane.settled()
+        texts = corvane.tree.texts()
+        corvane.leave()
+        for state in ("resting", "hovered", "widened", "expanded"):
+            if state in states:
+                states[state].save(PICTURES / f"{state}.png")
+                print(f"    {PICTURES / state}.png")
+        say("the open card shows")
+        for text in texts:
+            print(f"    {text}")
+        missing = {"resting", "hovered", "widened", "expanded"} - states.keys()
+        if missing:
+            say(f"not caught by the camera: {', '.join(sorted(missing))}")
+        say("the card opened, showed the figures and folded again" if demo
+            else "the island opened and folded again")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--demo", action="store_true",
+                        help="local cluster, throw-away settings and key")
+    demo = parser.parse_args().demo
+    processes.interrupt_on_terminate()
+    if not PROGRAM.exists():
+        sys.exit(f"{PROGRAM} is missing: ./run builds it")
+    if not has_display():
+        show_off(demo)
+    elif demo:
+        with Localnet() as localnet:
+            sys.exit(run_demo_here(localnet))
+    else:
+        os.execv(PROGRAM, [str(PROGRAM)])
+
+
+if __name__ == "__main__":
+    try:
+        main()
+    except KeyboardInterrupt:
+        sys.exit(130)
+    except (RuntimeError, TimeoutError) as failure:
+        sys.exit(f"start.py: {failure}")

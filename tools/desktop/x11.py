@@ -1,0 +1,167 @@
+"""An X display as a user meets it: pixels, a pointer, windows that can be clicked."""
+
+import struct
+import time
+import zlib
+
+from Xlib import X, Xatom, display, error
+from Xlib.ext import xtest
+
+_BAND_BYTES = 100_000
+_STEP_PIXELS = 12
+_STEP_SECONDS = 0.004
+
+
+class Picture:
+    """Pixels of the screen. Coordinates are the screen's."""
+
+    def __init__(self, x, y, width, height, data):
+        self.x, self.y, self.width, self.height = x, y, width, height
+        self._data = data  # blue, green, red, unused
+
+    def at(self, x, y):
+        """The colour (red, green, blue) at a place of the screen."""
+        place = 4 * ((y - self.y) * self.width + x - self.x)
+        blue, green, red = self._data[place:place + 3]
+        return red, green, blue
+
+    def same_as(self, other):
+        return self._data == other._data
+
+    def colours(self):
+        """How often each colour occurs."""
+        counts = {}
+        for blue, green, red, _ in struct.iter_unpack("BBBB", self._data):
+            counts[red, green, blue] = counts.get((red, green, blue), 0) + 1
+        return counts
+
+    def dark_run(self, y, middle, limit=40):
+        """(left, right) of the row's run of nearly black pixels round the column `middle`, or
+        None."""
+        def dark(x):
+            return self.x <= x < self.x + self.width and max(self.at(x, y)) < limit
+        if not dark(middle):
+            return None
+        left = right = middle
+        while dark(left - 1):
+            left -= 1
+        while dark(right + 1):
+            right += 1
+        return left, right + 1
+
+    def save(self, path):
+        """Writes a PNG file."""
+        rows = bytearray()
+        for start in range(0, len(self._data), 4 * self.width):
+            row = self._data[start:start + 4 * self.width]
+            pixels = bytearray(3 * self.width)
+            pixels[0::3], pixels[1::3], pixels[2::3] = row[2::4], row[1::4], row[0::4]
+            rows += b"\0" + pixels
+
+        def chunk(kind, body):
+            check = zlib.crc32(kind + body)
+            return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", check)
+        header = struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header)
+                         + chunk(b"IDAT", zlib.compress(bytes(rows), 6)) + chunk(b"IEND", b""))
+
+
+class Screen:
+    """The first screen of a display. Its pointer is the real one: the server makes the events."""
+
+    def __init__(self, name):
+        self.display = display.Display(name)
+        self.root = self.display.screen().root
+        self.width = self.display.screen().width_in_pixels
+        self.height = self.display.screen().height_in_pixels
+
+    def close(self):
+        self.display.close()
+
+    def capture(self, x=0, y=0, width=None, height=None):
+        """What is on the screen now, all windows as they overlap."""
+        width, height = width or self.width, height or self.height
+        rows = max(1, _BAND_BYTES // (4 * width))
+        bands = []
+        # In bands, because the client library reads large replies slowly; no frame may come between.
+        self.display.grab_server()
+        for top in range(y, y + height, rows):
+            count = min(rows, y + height - top)
+            bands.append(self.root.get_image(x, top, width, count, X.ZPixmap, 0xffffffff).data)
+        self.display.ungrab_server()
+        self.display.sync()
+        return Picture(x, y, width, height, b"".join(bands))
+
+    def jump(self, x, y):
+        """Puts the pointer somewhere at once."""
+        xtest.fake_input(self.display, X.MotionNotify, x=round(x), y=round(y))
+        self.display.sync()
+
+    def move(self, x, y):
+        """Moves the pointer as a hand does, over the places between."""
+        here = self.root.query_pointer()
+        distance = max(abs(x - here.root_x), abs(y - here.root_y))
+        steps = max(1, round(distance / _STEP_PIXELS))
+        for step in range(1, steps + 1):
+            self.jump(here.root_x + (x - here.root_x) * step / steps,
+                      here.root_y + (y - here.root_y) * step / steps)
+            time.sleep(_STEP_SECONDS)
+
+    def click(self, x, y):
+        """Moves there and presses and releases the first button."""
+        self.move(x, y)
+        for event in (X.ButtonPress, X.ButtonRelease):
+            xtest.fake_input(self.display, event, 1)
+        self.display.sync()
+
+    def window_named(self, name):
+        """The visible child of the root window with this title, or None."""
+        for window in self.root.query_tree().children:
+            try:
+                shown = window.get_attributes().map_state == X.IsViewable
+                if shown and window.get_wm_name() == name:
+                    return window
+            except (error.BadWindow, error.BadDrawable):
+                continue  # it went while we were asking
+        return None
+
+    def has_window_manager(self):
+        check = self.display.intern_atom("_NET_SUPPORTING_WM_CHECK")
+        return self.root.get_full_property(check, Xatom.WINDOW) is not None
+
+    def has_compositor(self):
+        selection = self.display.intern_atom("_NET_WM_CM_S0")
+        return self.display.get_selection_owner(selection) != X.NONE
+
+
+class Backdrop:
+    """A window in one colour that fills the screen beneath all others and counts real clicks."""
+
+    def __init__(self, screen, colour=(48, 92, 140)):
+        # A connection of its own, since its events belong to nobody else.
+        self.colour = colour
+        self._display = display.Display(screen.display.get_display_name())
+        root = self._display.screen().root
+        red, green, blue = colour
+        self._window = root.create_window(
+            0, 0, screen.width, screen.height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent,
+            background_pixel=red << 16 | green << 8 | blue,
+            event_mask=X.ButtonPressMask | X.ExposureMask)
+        atom = self._display.intern_atom
+        self._window.change_property(atom("_NET_WM_WINDOW_TYPE"), Xatom.ATOM, 32,
+                                     [atom("_NET_WM_WINDOW_TYPE_DESKTOP")])
+        self._window.set_wm_name("Backdrop")
+        self._window.map()
+        self._display.sync()
+        self._clicks = 0
+
+    def close(self):
+        self._display.close()
+
+    def clicks(self):
+        """How many clicks have arrived so far."""
+        self._display.sync()
+        while self._display.pending_events():
+            self._clicks += self._display.next_event().type == X.ButtonPress
+        return self._clicks
