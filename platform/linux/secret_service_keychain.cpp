@@ -514,8 +514,6 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
         return keychainAuthFailed;
     }
 
-    talk.eraseUnfinished(service);
-
     // Remembered first: a program that dies in between has remembered a key that does not exist,
     // which the next look into the open keyring puts right. The other way round, a key would exist
     // that a locked keyring does not tell of.

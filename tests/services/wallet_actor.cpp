@@ -5,6 +5,7 @@
 // wallet_actor <accounts file> polkit|willing [<milliseconds for the user>]
 
 #include "keys/key_vault.h"
+#include "platform/linux/gio_calls.h"
 #include "platform/linux/polkit_authenticator.h"
 #include "platform/linux/process_hardening.h"
 #include "platform/linux/secret_service_keychain.h"
@@ -98,6 +99,12 @@ int main(int count, char **arguments)
     }
     const std::chrono::milliseconds userBound(count > 3 ? std::atoi(arguments[3]) : 20'000);
     PolkitAuthenticator polkit(userBound);
+    // A program has other reasons to stay on the system bus; polkit must not take an evaluation's
+    // end for the program's.
+    const GioPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
+    if (bus != nullptr) {
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    }
     tests::ScriptedAuthenticator willing;
     const bool usesPolkit = std::string(arguments[2]) == "polkit";
     Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing,
