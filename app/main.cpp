@@ -5,6 +5,7 @@
 #include "app/options.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "platform/linux/code_pages.h"
 #include "platform/linux/curl_http_client.h"
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/icu_number_formatter.h"
@@ -163,7 +164,8 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     app::AppDelegate delegate(
         {queue, http, settings, *keyServices.keychain, signingKeys, background, formatter, files,
          endpoints},
-        {queue, screens, pointer, panels, *keyServices.authenticator, clipboard, makeContent});
+        {queue, screens, pointer, panels, *keyServices.authenticator, clipboard, makeContent},
+        &platform::releaseCodePages);
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     // The views read the model and the island until they are gone.

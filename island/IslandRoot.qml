@@ -178,6 +178,7 @@ Item {
                 x: (parent.width - width) / 2
                 content: cardGroup
                 transaction: root.island.transaction
+                prepared: root.open
                 revealed: root.island.expanded
             }
         }
