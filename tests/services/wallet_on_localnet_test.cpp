@@ -60,6 +60,12 @@ Value finish(QCoro::Task<Value> task)
     return *std::move(result);
 }
 
+bool isSignature(const QString &text)
+{
+    const auto bytes = keys::Base58::decode(text);
+    return bytes && bytes->size() == 64;
+}
+
 /// Ed25519 whose signatures can be spoilt.
 class SpoilableKeys final : public platform::SigningKeys
 {
@@ -278,7 +284,7 @@ TEST_F(WalletOnLocalnetTest, MovesExactlyTheAmountAndTheFee)
     m_model->unlockSigningKey(context);
     ASSERT_TRUE(spinUntil([&] { return m_model->sessionSecret().has_value(); }));
     const QString signature = send(0.25);
-    EXPECT_EQ(signature.size(), 88) << qPrintable(signature);
+    EXPECT_TRUE(isSignature(signature)) << qPrintable(signature);
     EXPECT_EQ(lamports(recipient), 250'000'000);
     EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
     EXPECT_TRUE(m_owner.reasons.isEmpty());
@@ -291,7 +297,7 @@ TEST_F(WalletOnLocalnetTest, MovesExactlyTheAmountAndTheFee)
     EXPECT_EQ(m_owner.reasons, QStringList{u"send 0.1000 SOL"_s});
     EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
     m_owner.agrees = true;
-    EXPECT_EQ(send(0.1).size(), 88);
+    EXPECT_TRUE(isSignature(send(0.1)));
     EXPECT_EQ(lamports(m_address), funds - 350'000'000 - 2 * fee);
 
     // Imported on another machine, the backup is the same key.
@@ -370,10 +376,10 @@ TEST_F(WalletOnLocalnetTest, LeavesTheSeedNowhereButInItsGuardedPages)
     }
     m_address = m_model->address();
     static_cast<void>(finish(m_model->rpc(u"requestAirdrop"_s, {m_address, double(funds)})));
-    ASSERT_EQ(send(0.1).size(), 88);
+    ASSERT_TRUE(isSignature(send(0.1)));
     ASSERT_TRUE(finish(m_model->backupSecret()));
     launch();
-    ASSERT_EQ(send(0.2).size(), 88);
+    ASSERT_TRUE(isSignature(send(0.2)));
     ASSERT_TRUE(m_model->sessionSecret());
     // The session's guarded page holds it, and the test's own; nothing else does.
     EXPECT_EQ(search.placesOutside(m_model->sessionSecret()->bytes()), 1);
