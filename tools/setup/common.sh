@@ -65,11 +65,13 @@ ensure_node() {
 
 # build PRESET [TARGET...]: configures and builds.
 build() {
-    local preset=$1 cache=()
+    local preset=$1 settings
     shift
-    command -v ccache >/dev/null && cache=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    # The tests use the node found here, also when an earlier run found another.
+    settings=("-DNODE=$(command -v node)")
+    command -v ccache >/dev/null && settings+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     say "building ($preset)"
-    cmake --preset "$preset" "${cache[@]}" >"build/$preset.configure.log" 2>&1 || {
+    cmake --preset "$preset" "${settings[@]}" >"build/$preset.configure.log" 2>&1 || {
         cat "build/$preset.configure.log" >&2
         fail "cmake does not take this system" "Look at its messages above. Nothing was built."
     }
