@@ -184,11 +184,7 @@ int main(int argc, char *argv[])
     for (int index = 0; index < argc; ++index) {
         arguments.append(QString::fromLocal8Bit(argv[index]));
     }
-    const auto parsed = [&] {
-        // The parser asks for an application; help and version must not need a display.
-        const QCoreApplication parsing(argc, argv);
-        return app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
-    }();
+    const auto parsed = app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
     if (const auto *farewell = std::get_if<app::Farewell>(&parsed)) {
         return say(farewell->text, farewell->status);
     }
