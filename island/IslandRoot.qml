@@ -98,6 +98,7 @@ Item {
         transaction: root.island.transaction
         target: root.open ? 16 : 8
         tolerance: 0.05
+        onValueChanged: root.publishOutline()
     }
 
     AnimatedValue {

@@ -16,8 +16,10 @@
 #include "scripted_authenticator.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLoggingCategory>
 
 #include <gtest/gtest.h>
 #include <sodium.h>
@@ -134,6 +136,15 @@ public:
             }
         }
         return places;
+    }
+
+    /// True when any form occurs in what was written somewhere.
+    [[nodiscard]] bool occursIn(const QByteArray &written) const
+    {
+        return std::ranges::any_of(m_forms, [&](const platform::SecretBytes &form) {
+            const auto *bytes = reinterpret_cast<const char *>(form.bytes().data());
+            return written.contains(QByteArrayView(bytes, static_cast<qsizetype>(form.size())));
+        });
     }
 
 private:
@@ -363,6 +374,15 @@ TEST_F(WalletOnLocalnetTest, LeavesTheSeedNowhereButInItsGuardedPages)
     sodium_stackzero(1U << 16);
     ASSERT_EQ(search.placesOutside(seed.bytes()), 0);
 
+    static QByteArray logged;
+    logged.clear();
+    QLoggingCategory::setFilterRules(u"*=true"_s);
+    const auto previousHandler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+            logged += text.toUtf8() + '\n';
+        });
+    qDebug("the log is read");
+
     // Pasted, stored, used, revealed, read back from the keyring and used again.
     {
         const platform::SecretBytes text = keys::Base58::encodeSecret(seed.bytes());
@@ -381,6 +401,17 @@ TEST_F(WalletOnLocalnetTest, LeavesTheSeedNowhereButInItsGuardedPages)
     launch();
     ASSERT_TRUE(isSignature(send(0.2)));
     ASSERT_TRUE(m_model->sessionSecret());
+    qInstallMessageHandler(previousHandler);
+    QLoggingCategory::setFilterRules({});
+    EXPECT_TRUE(logged.contains("the log is read"));
+    EXPECT_FALSE(search.occursIn(logged));
+    for (const char *name : {"settings.json", "accounts.json"}) {
+        QFile file(m_desktop.file(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        const QByteArray written = file.readAll();
+        EXPECT_TRUE(written.contains(m_address.toLatin1())) << name;
+        EXPECT_FALSE(search.occursIn(written)) << name;
+    }
     // The session's guarded page holds it, and the test's own; nothing else does.
     EXPECT_EQ(search.placesOutside(m_model->sessionSecret()->bytes()), 1);
     EXPECT_EQ(search.placesOutside(seed.bytes()), 1);
