@@ -33,7 +33,7 @@ ensure_packages() {
             "As root: apt-get install --no-install-recommends $(echo $missing)"
         root=(sudo)
     fi
-    say "installing from Debian, to build and start Corvane${root:+ (sudo may ask for your password)}:" $missing
+    say "installing from Debian what Corvane needs ($*)${root:+; sudo may ask for your password}:" $missing
     local apt=("${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o Dpkg::Use-Pty=0)
     local install=("${apt[@]}" install --no-install-recommends $missing)
     local lists=(/var/lib/apt/lists/*_Packages*)
