@@ -8,6 +8,20 @@ import QtQuick
 IslandRoot {
     id: root
 
+    backupCard: Component {
+        BackupCard {
+            model: root.model
+            island: root.island
+        }
+    }
+
+    setupCard: Component {
+        SetupCard {
+            model: root.model
+            island: root.island
+        }
+    }
+
     balanceCard: Component {
         BalanceCard {
             model: root.model

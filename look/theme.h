@@ -54,9 +54,11 @@ public:
     /// The pixel typeface at `size` points with `tracking` points between letters; without one of
     /// its fonts the heavy monospaced face of the desktop.
     [[nodiscard]] Q_INVOKABLE QFont pixel(double size, double tracking = 0) const;
-    /// The terminal typeface at `size` points; without it the monospaced face of the desktop.
-    [[nodiscard]] Q_INVOKABLE QFont term(double size,
-                                         corvane::look::Theme::Weight weight = Regular) const;
+    /// The terminal typeface at `size` points with `tracking` points between letters; without it
+    /// the monospaced face of the desktop.
+    [[nodiscard]] Q_INVOKABLE QFont term(double size, corvane::look::Theme::Weight weight = Regular,
+                                         double tracking = 0) const;
+    [[nodiscard]] Q_INVOKABLE static QFont underlined(QFont font);
 
 private:
     const platform::FontRegistry &m_fonts;
