@@ -28,4 +28,18 @@ IslandRoot {
             island: root.island
         }
     }
+
+    settingsCard: Component {
+        SettingsCard {
+            model: root.model
+            island: root.island
+        }
+    }
+
+    receivePane: Component {
+        ReceivePane {
+            model: root.model
+            island: root.island
+        }
+    }
 }

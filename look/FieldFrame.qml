@@ -15,13 +15,9 @@ Item {
     implicitWidth: prompt.implicitWidth + 20
     implicitHeight: root.line.implicitHeight + 12
 
-    Rectangle {
+    Panel {
         anchors.fill: parent
-        radius: 9
-        color: Theme.card
-        border.width: 1
-        border.color: root.invalid ? Qt.alpha(Theme.red, 0.6) : Theme.line
-        antialiasing: true
+        outline: root.invalid ? Qt.alpha(Theme.red, 0.6) : Theme.line
     }
 
     FocusRing {

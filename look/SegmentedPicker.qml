@@ -4,7 +4,7 @@ import Corvane.Look
 import QtQuick
 
 // A choice of one among a few, side by side.
-Rectangle {
+Panel {
     id: root
 
     required property list<string> titles
@@ -18,10 +18,6 @@ Rectangle {
     implicitWidth: 200
     implicitHeight: 22
     radius: 6
-    color: Theme.card
-    border.width: 1
-    border.color: Theme.line
-    antialiasing: true
     activeFocusOnTab: true
     Accessible.role: Accessible.Grouping
     Accessible.name: root.label

@@ -26,6 +26,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor green READ green CONSTANT FINAL)
     Q_PROPERTY(QColor red READ red CONSTANT FINAL)
     Q_PROPERTY(QColor card READ card CONSTANT FINAL)
+    Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
     Q_PROPERTY(QColor line READ line CONSTANT FINAL)
 
 public:
@@ -48,6 +49,8 @@ public:
     [[nodiscard]] static QColor red() { return {232, 86, 86}; }
     /// Fills of fields and panels.
     [[nodiscard]] static QColor card() { return {28, 28, 33}; }
+    /// The ground of a QR code, which cameras read.
+    [[nodiscard]] static QColor paper() { return {255, 255, 255}; }
     /// Hairline outlines, laid over whatever is beneath.
     [[nodiscard]] static QColor line() { return QColor::fromRgbF(1, 1, 1, 0.12F); }
 

@@ -63,7 +63,7 @@ Item {
         color: Theme.muted
     }
 
-    Rectangle {
+    Panel {
         id: key
 
         x: 28
@@ -71,11 +71,6 @@ Item {
         anchors.topMargin: 10
         width: root.width - 56
         height: secret.implicitHeight + 20
-        radius: 9
-        color: Theme.card
-        border.width: 1
-        border.color: Theme.line
-        antialiasing: true
 
         SecretLabel {
             id: secret

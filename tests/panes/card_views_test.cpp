@@ -214,5 +214,38 @@ TEST_P(CardViewsTest, Backup)
     EXPECT_TRUE(texts().contains(u"COPIED"_s));
 }
 
+TEST_P(CardViewsTest, Settings)
+{
+    launchIsland();
+    QQuickItem &card = show(u"SettingsCard"_s);
+    expectCleanLayout(u"settings"_s);
+    EXPECT_TRUE(texts().contains(u"paste your quib address"_s));
+    const double plain = card.implicitHeight();
+    model->setAddress(u"x"_s);
+    model->setCustomRPC(u"https://rpc.helius.test"_s);
+    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(tests::addressA)));
+    model->setAddress(u"not an address"_s);
+    model->setNetwork(core::SolNetwork::Devnet);
+    press(u"REMOVE"_s);
+    expectCleanLayout(u"settings-armed"_s);
+    EXPECT_GT(card.implicitHeight(), plain);
+    EXPECT_TRUE(texts().contains(u"not a valid solana address"_s));
+    EXPECT_TRUE(texts().contains(u"REALLY REMOVE? (backup first!)"_s));
+}
+
+TEST_P(CardViewsTest, Receive)
+{
+    launchIsland();
+    QQuickItem &card = show(u"ReceivePane"_s);
+    expectCleanLayout(u"receive-none"_s);
+    EXPECT_TRUE(texts().contains(u"set your wallet address in settings first"_s));
+    model->setAddress(tests::addressA);
+    expectCleanLayout(u"receive"_s);
+    EXPECT_TRUE(texts().contains(tests::addressA));
+    EXPECT_GT(card.implicitHeight(), 162);
+    press(u"COPY ADDRESS"_s);
+    expectCleanLayout(u"receive-copied"_s);
+}
+
 } // namespace
 } // namespace corvane::panes
