@@ -5,8 +5,10 @@
 #include "app/options.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "platform/linux/canberra_sound_player.h"
 #include "platform/linux/code_pages.h"
 #include "platform/linux/curl_http_client.h"
+#include "platform/linux/desktop_link_opener.h"
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/icu_number_formatter.h"
 #include "platform/linux/json_settings.h"
@@ -14,6 +16,7 @@
 #include "platform/linux/no_authenticator.h"
 #include "platform/linux/polkit_authenticator.h"
 #include "platform/linux/process_hardening.h"
+#include "platform/linux/qt_application.h"
 #include "platform/linux/qt_clipboard.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_screens.h"
@@ -142,6 +145,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     platform::XcbPointerMonitor pointer(screens);
     platform::XcbIslandPanelFactory panels(screens);
     platform::QtClipboard clipboard;
+    platform::CanberraSoundPlayer sounds(background);
+    platform::DesktopLinkOpener links;
+    platform::QtApplication terminator;
     const platform::FontconfigFontRegistry fonts;
     const look::Theme theme(fonts);
     app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
@@ -161,11 +167,11 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
             Qt::SingleShotConnection);
         return root;
     };
-    app::AppDelegate delegate(
-        {queue, http, settings, *keyServices.keychain, signingKeys, background, formatter, files,
-         endpoints},
-        {queue, screens, pointer, panels, *keyServices.authenticator, clipboard, makeContent},
-        &platform::releaseCodePages);
+    app::AppDelegate delegate({queue, http, settings, *keyServices.keychain, signingKeys,
+                               background, formatter, files, endpoints},
+                              {queue, screens, pointer, panels, *keyServices.authenticator,
+                               clipboard, sounds, links, terminator, makeContent},
+                              &platform::releaseCodePages);
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     // The views read the model and the island until they are gone.

@@ -104,7 +104,7 @@ SendResult<SecretBytes> WalletModel::createWallet()
     if (const auto *error = std::get_if<SendError>(&adopted)) {
         return *error;
     }
-    publish(m_pendingBackup, MaybeSecret(backup.clone()), &WalletModel::pendingBackupChanged);
+    setPendingBackup(backup.clone());
     return backup;
 }
 
@@ -158,12 +158,17 @@ QCoro::Task<MaybeSecret> WalletModel::backupSecret()
     co_return keys::backupText(*m_sessionSecret, *publicKey);
 }
 
+void WalletModel::setPendingBackup(MaybeSecret text)
+{
+    publish(m_pendingBackup, std::move(text), &WalletModel::pendingBackupChanged);
+}
+
 void WalletModel::removeWallet()
 {
     m_vault.remove();
     publish(m_signingPubkey, std::optional<QString>(), &WalletModel::signingPubkeyChanged);
     m_sessionSecret.reset();
-    publish(m_pendingBackup, MaybeSecret(), &WalletModel::pendingBackupChanged);
+    setPendingBackup(std::nullopt);
     setAddress({});
 }
 

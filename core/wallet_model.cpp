@@ -112,6 +112,11 @@ bool WalletModel::hasValidAddress() const
     return isValidAddress(trimmingBlanks(m_address));
 }
 
+const QString &WalletModel::publicRPC() const
+{
+    return m_services.endpoints.defaultRPC(m_network);
+}
+
 QUrl WalletModel::rpcURL() const
 {
     if (const std::optional<QUrl> custom = customEndpoint(m_customRPC)) {

@@ -130,6 +130,8 @@ public:
 
     /// The endpoint to use now: the user's own, else the proxy while it works, else the public one.
     [[nodiscard]] QUrl rpcURL() const;
+    /// The public endpoint of the current network.
+    [[nodiscard]] const QString &publicRPC() const;
     [[nodiscard]] std::optional<QUrl> walletSourceURL() const;
     [[nodiscard]] std::optional<QUrl> proxyRPCURL() const;
 
@@ -155,6 +157,8 @@ public:
     {
         return m_pendingBackup;
     }
+    /// Shows a backup text (ASCII), or none any more once the user has saved it.
+    void setPendingBackup(std::optional<platform::SecretBytes> text);
     [[nodiscard]] bool hasPendingBackup() const { return m_pendingBackup.has_value(); }
     /// The unlocked 32-byte seed, while there is one.
     [[nodiscard]] const std::optional<platform::SecretBytes> &sessionSecret() const

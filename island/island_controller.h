@@ -3,12 +3,15 @@
 #include "core/wallet_model.h"
 #include "island/island_pane.h"
 #include "look/transaction.h"
+#include "platform/application.h"
 #include "platform/authenticator.h"
 #include "platform/clipboard.h"
 #include "platform/island_panel.h"
+#include "platform/link_opener.h"
 #include "platform/main_queue.h"
 #include "platform/pointer_monitor.h"
 #include "platform/screens.h"
+#include "platform/sound_player.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -33,6 +36,9 @@ struct IslandServices
     platform::IslandPanelFactory &panels;
     platform::Authenticator &authenticator;
     platform::Clipboard &clipboard;
+    platform::SoundPlayer &sounds;
+    platform::LinkOpener &links;
+    platform::Application &application;
     /// Makes the panel's content; called once, by `show`. The caller keeps what it returns, which
     /// may be null.
     std::function<QQuickItem *(IslandController &)> makeContent;
@@ -99,6 +105,8 @@ public:
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] core::WalletModel &model() const { return m_model; }
     [[nodiscard]] platform::MainQueue &queue() const { return m_services.queue; }
+    /// What the cards need of the desktop.
+    [[nodiscard]] const IslandServices &services() const { return m_services; }
 
     [[nodiscard]] std::optional<platform::Screen> screen() const;
     [[nodiscard]] double notchWidth() const;

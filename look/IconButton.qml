@@ -33,6 +33,7 @@ Item {
 
         anchors.fill: parent
         label: root.label
+        ringRadius: 13
         onTriggered: root.triggered()
     }
 }

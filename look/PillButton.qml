@@ -38,7 +38,8 @@ Item {
 
         SoftShadow {
             anchors.fill: parent
-            visible: root.filled
+            // Through a dimmed fill one would see it.
+            visible: root.filled && root.enabled
             color: Theme.green
             radius: 5 + 5 * root.glow
             opacity: 0.18 + 0.27 * root.glow

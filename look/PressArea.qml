@@ -1,3 +1,4 @@
+import Corvane.Look
 import QtQuick
 
 // What every button shares: pointer, keyboard and assistive technology all trigger it.
@@ -5,6 +6,7 @@ MouseArea {
     id: root
 
     required property string label
+    property alias ringRadius: ring.radius
     signal triggered
 
     hoverEnabled: true
@@ -20,4 +22,10 @@ MouseArea {
     Keys.onSpacePressed: root.triggered()
     Keys.onReturnPressed: root.triggered()
     Keys.onEnterPressed: root.triggered()
+
+    FocusRing {
+        id: ring
+
+        visible: root.activeFocus
+    }
 }

@@ -55,9 +55,9 @@ void AnimatedValue::setTransaction(Transaction *transaction)
     Q_EMIT transactionChanged();
 }
 
-void AnimatedValue::useSpring(double response, double dampingFraction)
+void AnimatedValue::useSpring(double response, double dampingFraction, double delay)
 {
-    m_own = Animation::spring(response, dampingFraction);
+    m_own = Animation::spring(response, dampingFraction).delayed(delay);
 }
 
 void AnimatedValue::useEaseIn(double seconds, double delay)

@@ -43,8 +43,9 @@ public:
     [[nodiscard]] Transaction *transaction() const { return m_transaction; }
     void setTransaction(Transaction *transaction);
 
-    /// From now on the value moves on a spring of its own, whatever the transaction says.
-    Q_INVOKABLE void useSpring(double response, double dampingFraction);
+    /// From now on the value moves on a spring of its own, whatever the transaction says; it sets
+    /// out `delay` seconds late.
+    Q_INVOKABLE void useSpring(double response, double dampingFraction, double delay = 0);
     /// The same with the ease-in, ease-out and ease-in-out curves; all times in seconds.
     Q_INVOKABLE void useEaseIn(double seconds, double delay = 0);
     Q_INVOKABLE void useEaseOut(double seconds, double delay = 0);

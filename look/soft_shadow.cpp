@@ -89,7 +89,7 @@ public:
     }
 
 private:
-    std::array<QSGImageNode *, 3> m_pieces{};
+    std::array<QSGImageNode *, 4> m_pieces{};
     std::unique_ptr<QSGTexture> m_texture;
 };
 
@@ -163,13 +163,15 @@ QSGNode *SoftShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     node->place(1, {-margin + end + columns.middle / scale, top, end, rows / scale},
                 {static_cast<double>(columns.end) + 1, 0, static_cast<double>(columns.end),
                  static_cast<double>(rows)});
-    // Above the lower edge the rectangle itself hides the middle.
-    const int firstRow = std::max(rows - static_cast<int>(2 * margin * scale), 0);
-    node->place(
-        2,
-        {-margin + end, top + firstRow / scale, columns.middle / scale, (rows - firstRow) / scale},
-        {static_cast<double>(columns.end), static_cast<double>(firstRow), 1,
-         static_cast<double>(rows - firstRow)});
+    // Between its edges the rectangle itself hides the middle.
+    const int edge = std::min(static_cast<int>(2 * margin * scale), rows);
+    const auto placeMiddle = [&](std::size_t piece, int row) {
+        node->place(piece, {-margin + end, top + row / scale, columns.middle / scale, edge / scale},
+                    {static_cast<double>(columns.end), static_cast<double>(row), 1,
+                     static_cast<double>(edge)});
+    };
+    placeMiddle(2, 0);
+    placeMiddle(3, std::max(rows - edge, edge));
     return node;
 }
 

@@ -60,12 +60,22 @@ QFont Theme::pixel(double size, double tracking) const
     return font;
 }
 
-QFont Theme::term(double size, Weight weight) const
+QFont Theme::term(double size, Weight weight, double tracking) const
 {
     // The regular face decides whether the family is used at all.
     const bool exists = m_fonts.familyOf(QStringLiteral("JetBrainsMono-Regular")).has_value();
-    return fontOf(exists ? QStringLiteral("JetBrains Mono") : m_fonts.monospacedFamily(), size,
-                  static_cast<QFont::Weight>(weight));
+    QFont font = fontOf(exists ? QStringLiteral("JetBrains Mono") : m_fonts.monospacedFamily(),
+                        size, static_cast<QFont::Weight>(weight));
+    if (tracking != 0) {
+        font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    }
+    return font;
+}
+
+QFont Theme::underlined(QFont font)
+{
+    font.setUnderline(true);
+    return font;
 }
 
 } // namespace corvane::look

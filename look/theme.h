@@ -26,6 +26,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor green READ green CONSTANT FINAL)
     Q_PROPERTY(QColor red READ red CONSTANT FINAL)
     Q_PROPERTY(QColor card READ card CONSTANT FINAL)
+    Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
     Q_PROPERTY(QColor line READ line CONSTANT FINAL)
 
 public:
@@ -48,15 +49,19 @@ public:
     [[nodiscard]] static QColor red() { return {232, 86, 86}; }
     /// Fills of fields and panels.
     [[nodiscard]] static QColor card() { return {28, 28, 33}; }
+    /// The ground of a QR code, which cameras read.
+    [[nodiscard]] static QColor paper() { return {255, 255, 255}; }
     /// Hairline outlines, laid over whatever is beneath.
     [[nodiscard]] static QColor line() { return QColor::fromRgbF(1, 1, 1, 0.12F); }
 
     /// The pixel typeface at `size` points with `tracking` points between letters; without one of
     /// its fonts the heavy monospaced face of the desktop.
     [[nodiscard]] Q_INVOKABLE QFont pixel(double size, double tracking = 0) const;
-    /// The terminal typeface at `size` points; without it the monospaced face of the desktop.
-    [[nodiscard]] Q_INVOKABLE QFont term(double size,
-                                         corvane::look::Theme::Weight weight = Regular) const;
+    /// The terminal typeface at `size` points with `tracking` points between letters; without it
+    /// the monospaced face of the desktop.
+    [[nodiscard]] Q_INVOKABLE QFont term(double size, corvane::look::Theme::Weight weight = Regular,
+                                         double tracking = 0) const;
+    [[nodiscard]] Q_INVOKABLE static QFont underlined(QFont font);
 
 private:
     const platform::FontRegistry &m_fonts;

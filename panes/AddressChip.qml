@@ -12,13 +12,9 @@ Item {
     implicitWidth: label.implicitWidth + 22
     implicitHeight: label.implicitHeight + 12
 
-    Rectangle {
+    Panel {
         anchors.fill: parent
         radius: 4
-        color: Theme.card
-        border.width: 1
-        border.color: Theme.line
-        antialiasing: true
     }
 
     Text {

@@ -2,9 +2,6 @@
 
 #include "core/labels.h"
 
-#include <QPointer>
-
-#include <chrono>
 #include <cmath>
 
 namespace corvane::panes {
@@ -14,7 +11,6 @@ using island::IslandPane;
 
 namespace {
 
-constexpr auto copiedFor = std::chrono::milliseconds(1200);
 constexpr QChar unknownAmount(u'—');
 
 QString signedPercent(double change)
@@ -32,7 +28,9 @@ QString dollars(const WalletModel &wallet, std::optional<double> amount)
 
 BalanceCardModel::BalanceCardModel(QObject *parent)
     : QObject(parent)
-{}
+{
+    connect(&m_copied, &PassingFlag::changed, this, &BalanceCardModel::chipChanged);
+}
 
 void BalanceCardModel::componentComplete()
 {
@@ -85,7 +83,7 @@ void BalanceCardModel::update()
 
 QString BalanceCardModel::chipText() const
 {
-    return m_copied ? QStringLiteral("COPIED") : m_figures.address;
+    return m_copied.isRaised() ? QStringLiteral("COPIED") : m_figures.address;
 }
 
 void BalanceCardModel::toggleHeadline()
@@ -96,13 +94,7 @@ void BalanceCardModel::toggleHeadline()
 void BalanceCardModel::copyAddress()
 {
     m_island->copyAddress();
-    setCopied(true);
-    // An earlier click's reset is not taken back: it ends the indication early.
-    m_island->queue().after(copiedFor, [card = QPointer(this)] {
-        if (card) {
-            card->setCopied(false);
-        }
-    });
+    m_copied.raise(m_island->queue(), copiedFor);
 }
 
 void BalanceCardModel::receive()
@@ -118,14 +110,6 @@ void BalanceCardModel::send()
 void BalanceCardModel::openSettings()
 {
     m_island->setPane(IslandPane::Settings);
-}
-
-void BalanceCardModel::setCopied(bool copied)
-{
-    if (m_copied != copied) {
-        m_copied = copied;
-        Q_EMIT chipChanged();
-    }
 }
 
 } // namespace corvane::panes

@@ -2,6 +2,7 @@
 
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
+#include "panes/passing_flag.h"
 
 #include <QList>
 #include <QObject>
@@ -50,7 +51,7 @@ public:
     [[nodiscard]] QString networkName() const { return m_figures.networkName; }
     [[nodiscard]] bool isMainnet() const { return m_figures.isMainnet; }
     [[nodiscard]] QString chipText() const;
-    [[nodiscard]] bool isCopied() const { return m_copied; }
+    [[nodiscard]] bool isCopied() const { return m_copied.isRaised(); }
 
     /// Switches the headline between dollars and SOL, for good.
     Q_INVOKABLE void toggleHeadline();
@@ -88,13 +89,12 @@ private:
 
     [[nodiscard]] Figures read() const;
     void update();
-    void setCopied(bool copied);
 
     core::WalletModel *m_wallet = nullptr;
     island::IslandController *m_island = nullptr;
     Figures m_figures;
     QList<double> m_wave;
-    bool m_copied = false;
+    PassingFlag m_copied;
 };
 
 } // namespace corvane::panes

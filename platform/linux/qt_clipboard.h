@@ -9,6 +9,7 @@ class QtClipboard final : public Clipboard
 {
 public:
     void setText(const QString &text) override;
+    void setSecret(QStringView text) override;
 };
 
 } // namespace corvane::platform

@@ -2,6 +2,7 @@
 #include "keys/transfer.h"
 #include "platform/authenticator.h"
 #include "tests/core/wallet_fixture.h"
+#include "tests/fakes/stubborn_keychain.h"
 
 #include <QCoroTask>
 
@@ -29,33 +30,6 @@ class PassedContext final : public platform::AuthenticationContext
 {
 public:
     [[nodiscard]] bool passed() const override { return true; }
-};
-
-/// A keychain whose additions fail, one after the other, with the given statuses, and whose owner
-/// may refuse to open it.
-class StubbornKeychain final : public platform::InMemoryKeychain
-{
-public:
-    [[nodiscard]] platform::KeychainStatus add(const QString &service, const QString &account,
-                                               const SecretBytes &data,
-                                               platform::KeychainProtection protection) override
-    {
-        if (!failures.isEmpty()) {
-            return failures.takeFirst();
-        }
-        return InMemoryKeychain::add(service, account, data, protection);
-    }
-    [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
-                                                      const QString &prompt) override
-    {
-        prompts.append(prompt);
-        return refuses ? std::nullopt : InMemoryKeychain::copyData(service, prompt);
-    }
-    using InMemoryKeychain::copyData;
-
-    QList<platform::KeychainStatus> failures;
-    QStringList prompts;
-    bool refuses = false;
 };
 
 class WalletKeysTest : public tests::WalletTest
@@ -120,7 +94,7 @@ protected:
         return {};
     }
 
-    StubbornKeychain m_chain;
+    tests::StubbornKeychain m_chain;
 };
 
 TEST_F(WalletKeysTest, CreatesAKeyThatIsUnlockedAndWaitsForItsBackup)

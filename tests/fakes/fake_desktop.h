@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/application.h"
 #include "platform/authenticator.h"
 #include "platform/clipboard.h"
 #include "platform/island_panel.h"
+#include "platform/link_opener.h"
 #include "platform/pointer_monitor.h"
 #include "platform/screens.h"
+#include "platform/sound_player.h"
 
 #include <QStringList>
 
@@ -178,7 +181,30 @@ class FakeClipboard final : public platform::Clipboard
 {
 public:
     void setText(const QString &text) override { texts.append(text); }
+    void setSecret(QStringView text) override { secrets.append(text.toString()); }
     QStringList texts;
+    QStringList secrets;
+};
+
+class FakeSoundPlayer final : public platform::SoundPlayer
+{
+public:
+    void play(platform::Sound sound) override { played.append(sound); }
+    QList<platform::Sound> played;
+};
+
+class FakeLinkOpener final : public platform::LinkOpener
+{
+public:
+    void open(const QUrl &page) override { opened.append(page); }
+    QList<QUrl> opened;
+};
+
+class FakeApplication final : public platform::Application
+{
+public:
+    void terminate() override { ++terminations; }
+    int terminations = 0;
 };
 
 } // namespace corvane::tests

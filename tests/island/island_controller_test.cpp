@@ -28,7 +28,7 @@ protected:
     {
         m_island = std::make_unique<IslandController>(
             *model, IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                   m_clipboard, nullptr});
+                                   m_clipboard, m_sounds, m_links, m_application, nullptr});
         m_island->show();
         queue.drain();
     }
@@ -73,6 +73,9 @@ protected:
     tests::FakePanelFactory m_panels;
     tests::FakeAuthenticator m_authenticator;
     tests::FakeClipboard m_clipboard;
+    tests::FakeSoundPlayer m_sounds;
+    tests::FakeLinkOpener m_links;
+    tests::FakeApplication m_application;
     std::unique_ptr<IslandController> m_island;
 };
 

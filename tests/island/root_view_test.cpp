@@ -50,7 +50,7 @@ protected:
     {
         m_island = std::make_unique<IslandController>(
             *model, IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                   m_clipboard, nullptr});
+                                   m_clipboard, m_sounds, m_links, m_application, nullptr});
         m_island->show();
         QQmlComponent component(&m_engine,
                                 QUrl(QStringLiteral("qrc:/qt/qml/Corvane/Island/IslandRoot.qml")));
@@ -104,6 +104,9 @@ protected:
     tests::FakePanelFactory m_panels;
     tests::FakeAuthenticator m_authenticator;
     tests::FakeClipboard m_clipboard;
+    tests::FakeSoundPlayer m_sounds;
+    tests::FakeLinkOpener m_links;
+    tests::FakeApplication m_application;
     SystemFonts m_fonts;
     look::Theme m_theme{m_fonts};
     QQmlEngine m_engine;

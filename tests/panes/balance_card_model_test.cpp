@@ -1,6 +1,5 @@
 #include "panes/balance_card_model.h"
-#include "tests/core/wallet_fixture.h"
-#include "tests/fakes/fake_desktop.h"
+#include "tests/panes/card_fixture.h"
 
 #include <QSignalSpy>
 
@@ -12,29 +11,11 @@ namespace {
 using namespace std::chrono_literals;
 using tests::addressA;
 
-class BalanceCardModelTest : public tests::WalletTest
+class BalanceCardModelTest : public tests::CardTest
 {
 protected:
-    void openCard()
-    {
-        m_screens.screens = {tests::plainScreen({0, 0, 1512, 982})};
-        launch();
-        queue.drain();
-        m_island = std::make_unique<island::IslandController>(
-            *model, island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                           m_clipboard, nullptr});
-        m_island->show();
-        m_card.setProperty("wallet", QVariant::fromValue(model.get()));
-        m_card.setProperty("island", QVariant::fromValue(m_island.get()));
-        m_card.componentComplete();
-    }
+    void openCard() { open(m_card); }
 
-    tests::FakeScreens m_screens;
-    tests::FakePointer m_pointer;
-    tests::FakePanelFactory m_panels;
-    tests::FakeAuthenticator m_authenticator;
-    tests::FakeClipboard m_clipboard;
-    std::unique_ptr<island::IslandController> m_island;
     BalanceCardModel m_card;
 };
 
@@ -77,8 +58,7 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
         m_card.toggleHeadline();
         EXPECT_EQ(m_card.headline(), expected.coins);
         EXPECT_EQ(settings.boolean(QStringLiteral("corvane.displayUSD")), false);
-        m_island.reset();
-        model.reset();
+        close();
     }
 }
 

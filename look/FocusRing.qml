@@ -1,0 +1,15 @@
+import Corvane.Look
+import QtQuick
+
+// Shows which control has the keyboard.
+Rectangle {
+    id: root
+
+    anchors.fill: parent
+    anchors.margins: -2
+    radius: 6
+    color: "transparent"
+    border.width: 1.5
+    border.color: Qt.alpha(Theme.green, 0.75)
+    antialiasing: true
+}

@@ -1,0 +1,40 @@
+import Corvane.Look
+import QtQuick
+
+// A field under its label.
+Item {
+    id: root
+
+    required property string label
+    required property string placeholder
+    property alias text: field.text
+    property alias invalid: field.invalid
+    // Width of the field; the label may be longer.
+    property real fieldWidth: root.width
+    readonly property Item field: field
+    signal edited(string text)
+
+    implicitHeight: caption.implicitHeight + 4 + field.implicitHeight
+
+    Label {
+        id: caption
+
+        text: root.label
+        font: Theme.term(8, Theme.Bold, 1.4)
+        color: Theme.muted
+        // The field says it.
+        Accessible.ignored: true
+    }
+
+    TextField {
+        id: field
+
+        anchors.top: caption.bottom
+        anchors.topMargin: 4
+        width: root.fieldWidth
+        height: implicitHeight
+        label: root.label
+        placeholder: root.placeholder
+        onEdited: text => root.edited(text)
+    }
+}

@@ -1,0 +1,20 @@
+import Corvane.Look
+import QtQuick
+
+// Lets its content pop up, a moment after it has been shown.
+Item {
+    id: root
+
+    scale: 0.86 + 0.14 * shown.value
+    opacity: Math.max(0, Math.min(1, shown.value))
+
+    AnimatedValue {
+        id: shown
+
+        target: 0
+        Component.onCompleted: {
+            shown.useSpring(0.45, 0.7, 0.12);
+            shown.target = 1;
+        }
+    }
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
+#include "panes/passing_flag.h"
+
+#include <QObject>
+#include <QQmlParserStatus>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::panes {
+
+/// The address that others pay to. Main thread.
+class ReceivePaneModel : public QObject, public QQmlParserStatus
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
+    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    Q_PROPERTY(bool hasAddress READ hasAddress NOTIFY changed FINAL)
+    /// Trimmed; empty unless it is one.
+    Q_PROPERTY(QString address READ address NOTIFY changed FINAL)
+    Q_PROPERTY(QString networkName READ networkName NOTIFY changed FINAL)
+    Q_PROPERTY(bool isMainnet READ isMainnet NOTIFY changed FINAL)
+    Q_PROPERTY(QString copyLabel READ copyLabel NOTIFY copyLabelChanged FINAL)
+
+public:
+    explicit ReceivePaneModel(QObject *parent = nullptr);
+
+    /// Copies the address and says so for a moment.
+    Q_INVOKABLE void copyAddress();
+    Q_INVOKABLE void close();
+
+    [[nodiscard]] bool hasAddress() const;
+    [[nodiscard]] QString address() const;
+    [[nodiscard]] QString networkName() const;
+    [[nodiscard]] bool isMainnet() const;
+    [[nodiscard]] QString copyLabel() const;
+
+    void classBegin() override {}
+    void componentComplete() override;
+
+Q_SIGNALS:
+    void changed();
+    void copyLabelChanged();
+
+private:
+    core::WalletModel *m_wallet = nullptr;
+    island::IslandController *m_island = nullptr;
+    PassingFlag m_copied;
+};
+
+} // namespace corvane::panes

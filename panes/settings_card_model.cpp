@@ -1,0 +1,167 @@
+#include "panes/settings_card_model.h"
+
+#include "core/blank_trimming.h"
+#include "panes/network_wording.h"
+
+#include <algorithm>
+
+namespace corvane::panes {
+
+using core::WalletModel;
+using island::IslandPane;
+
+namespace {
+
+/// How long the button that removes the wallet stays armed.
+constexpr std::chrono::seconds armedFor{3};
+
+} // namespace
+
+SettingsCardModel::SettingsCardModel(QObject *parent)
+    : QObject(parent)
+{
+    connect(&m_confirmRemove, &PassingFlag::changed, this, &SettingsCardModel::removeLabelChanged);
+}
+
+void SettingsCardModel::componentComplete()
+{
+    for (const auto signal : {&WalletModel::addressChanged, &WalletModel::customRPCChanged,
+                              &WalletModel::networkChanged, &WalletModel::rpcSourceLabelChanged,
+                              &WalletModel::signingPubkeyChanged}) {
+        connect(m_wallet, signal, this, &SettingsCardModel::changed);
+    }
+    Q_EMIT changed();
+}
+
+QString SettingsCardModel::address() const
+{
+    return m_wallet != nullptr ? m_wallet->address() : QString();
+}
+
+void SettingsCardModel::setAddress(const QString &address)
+{
+    m_wallet->setAddress(address);
+}
+
+QString SettingsCardModel::addressError() const
+{
+    if (m_wallet == nullptr || m_wallet->hasValidAddress() ||
+        core::trimmingBlanks(m_wallet->address()).isEmpty()) {
+        return {};
+    }
+    return QStringLiteral("not a valid solana address");
+}
+
+QString SettingsCardModel::customRPC() const
+{
+    return m_wallet != nullptr ? m_wallet->customRPC() : QString();
+}
+
+void SettingsCardModel::setCustomRPC(const QString &customRPC)
+{
+    m_wallet->setCustomRPC(customRPC);
+}
+
+QString SettingsCardModel::rpcPlaceholder() const
+{
+    return m_wallet != nullptr ? m_wallet->publicRPC() : QString();
+}
+
+QString SettingsCardModel::rpcSource() const
+{
+    return m_wallet != nullptr ? QStringLiteral("RPC: ") + m_wallet->rpcSourceLabel() : QString();
+}
+
+bool SettingsCardModel::rpcIsPublic() const
+{
+    return m_wallet != nullptr && m_wallet->rpcSourceLabel().contains(QStringLiteral("PUBLIC"));
+}
+
+QStringList SettingsCardModel::networks() const
+{
+    QStringList titles;
+    for (const core::SolNetwork network : core::allSolNetworks) {
+        titles.append(networkTitle(network));
+    }
+    return titles;
+}
+
+int SettingsCardModel::network() const
+{
+    if (m_wallet == nullptr) {
+        return 0;
+    }
+    const auto found = std::ranges::find(core::allSolNetworks, m_wallet->network());
+    return static_cast<int>(found - core::allSolNetworks.begin());
+}
+
+void SettingsCardModel::setNetwork(int index)
+{
+    // A click on the network that is chosen already is no choice.
+    if (index != network()) {
+        m_wallet->setNetwork(core::allSolNetworks.at(static_cast<std::size_t>(index)));
+    }
+}
+
+bool SettingsCardModel::hasKey() const
+{
+    return m_wallet != nullptr && m_wallet->hasSigningKey();
+}
+
+QString SettingsCardModel::walletText() const
+{
+    if (!hasKey()) {
+        return QStringLiteral("no wallet — create or import one on the balance card");
+    }
+    const QString &key = *m_wallet->signingPubkey();
+    return QStringLiteral("WALLET: ") + key.left(4) + u'…' + key.right(4) +
+           QStringLiteral(" · key in keychain");
+}
+
+QString SettingsCardModel::removeLabel() const
+{
+    return m_confirmRemove.isRaised() ? QStringLiteral("REALLY REMOVE? (backup first!)")
+                                      : QStringLiteral("REMOVE");
+}
+
+void SettingsCardModel::backup()
+{
+    // The task goes on by itself.
+    showBackup(m_wallet, m_island);
+}
+
+QCoro::Task<> SettingsCardModel::showBackup(QPointer<WalletModel> wallet,
+                                            QPointer<island::IslandController> island)
+{
+    auto asking = wallet->backupSecret();
+    auto text = co_await asking;
+    if (!text || !wallet || !island) {
+        co_return;
+    }
+    island->transaction()->run(look::Animation::spring(0.42, 0.88),
+                               [&] { wallet->setPendingBackup(std::move(text)); });
+    island->setPane(IslandPane::Balance);
+}
+
+void SettingsCardModel::remove()
+{
+    if (!m_confirmRemove.isRaised()) {
+        m_confirmRemove.raise(m_island->queue(), armedFor);
+        return;
+    }
+    m_wallet->removeWallet();
+    m_confirmRemove.lower();
+}
+
+void SettingsCardModel::quit()
+{
+    m_island->services().application.terminate();
+}
+
+void SettingsCardModel::done()
+{
+    m_island->setPane(IslandPane::Balance);
+    m_wallet->refresh();
+}
+
+} // namespace corvane::panes

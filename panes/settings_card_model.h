@@ -1,0 +1,83 @@
+#pragma once
+
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
+#include "panes/passing_flag.h"
+
+#include <QCoroTask>
+
+#include <QObject>
+#include <QQmlParserStatus>
+#include <QStringList>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::panes {
+
+/// The settings, which take effect with every key, and the last things to do with a key. Main
+/// thread.
+class SettingsCardModel : public QObject, public QQmlParserStatus
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
+    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY changed FINAL)
+    /// What is wrong with the address; empty while nothing is.
+    Q_PROPERTY(QString addressError READ addressError NOTIFY changed FINAL)
+    Q_PROPERTY(QString customRPC READ customRPC WRITE setCustomRPC NOTIFY changed FINAL)
+    /// The public endpoint of the network.
+    Q_PROPERTY(QString rpcPlaceholder READ rpcPlaceholder NOTIFY changed FINAL)
+    Q_PROPERTY(QString rpcSource READ rpcSource NOTIFY changed FINAL)
+    Q_PROPERTY(bool rpcIsPublic READ rpcIsPublic NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList networks READ networks CONSTANT FINAL)
+    /// Index of the current one among `networks`.
+    Q_PROPERTY(int network READ network WRITE setNetwork NOTIFY changed FINAL)
+    Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
+    Q_PROPERTY(QString walletText READ walletText NOTIFY changed FINAL)
+    Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)
+
+public:
+    explicit SettingsCardModel(QObject *parent = nullptr);
+
+    /// Asks for the key where it must, and shows it on the backup card. A refusal changes nothing.
+    Q_INVOKABLE void backup();
+    /// Removes the wallet when pressed twice within three seconds.
+    Q_INVOKABLE void remove();
+    Q_INVOKABLE void quit();
+    /// Back to the balance, with fresh figures.
+    Q_INVOKABLE void done();
+
+    [[nodiscard]] QString address() const;
+    void setAddress(const QString &address);
+    [[nodiscard]] QString addressError() const;
+    [[nodiscard]] QString customRPC() const;
+    void setCustomRPC(const QString &customRPC);
+    [[nodiscard]] QString rpcPlaceholder() const;
+    [[nodiscard]] QString rpcSource() const;
+    [[nodiscard]] bool rpcIsPublic() const;
+    [[nodiscard]] QStringList networks() const;
+    [[nodiscard]] int network() const;
+    void setNetwork(int network);
+    [[nodiscard]] bool hasKey() const;
+    [[nodiscard]] QString walletText() const;
+    [[nodiscard]] QString removeLabel() const;
+
+    void classBegin() override {}
+    void componentComplete() override;
+
+Q_SIGNALS:
+    void changed();
+    void removeLabelChanged();
+
+private:
+    /// Goes on when the card is gone: the user has been asked and has agreed.
+    static QCoro::Task<> showBackup(QPointer<core::WalletModel> wallet,
+                                    QPointer<island::IslandController> island);
+
+    core::WalletModel *m_wallet = nullptr;
+    island::IslandController *m_island = nullptr;
+    PassingFlag m_confirmRemove;
+};
+
+} // namespace corvane::panes

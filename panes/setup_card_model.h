@@ -1,0 +1,62 @@
+#pragma once
+
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
+#include "look/secret_text.h"
+
+#include <QObject>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+#include <optional>
+
+namespace corvane::panes {
+
+/// The two ways to a key of one's own: a new one, or one that is pasted. Main thread.
+class SetupCardModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
+    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    /// The import form is shown instead of the choice.
+    Q_PROPERTY(bool importing READ isImporting NOTIFY importingChanged FINAL)
+    /// The secret key that is being pasted.
+    Q_PROPERTY(corvane::look::SecretText *importText READ importText CONSTANT FINAL)
+    Q_PROPERTY(bool canImport READ canImport NOTIFY canImportChanged FINAL)
+    /// Why the last attempt failed; empty when there is nothing to say.
+    Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY errorMsgChanged FINAL)
+
+public:
+    explicit SetupCardModel(QObject *parent = nullptr);
+
+    Q_INVOKABLE void createWallet();
+    Q_INVOKABLE void showImport();
+    Q_INVOKABLE void importKey();
+    /// Back to the choice; forgets what was pasted.
+    Q_INVOKABLE void back();
+
+    [[nodiscard]] bool isImporting() const { return m_importing; }
+    [[nodiscard]] look::SecretText *importText() { return &m_importText; }
+    /// There is something to import, blanks apart.
+    [[nodiscard]] bool canImport() const;
+    [[nodiscard]] QString errorMsg() const { return m_errorMsg; }
+
+Q_SIGNALS:
+    void importingChanged();
+    void canImportChanged();
+    void errorMsgChanged();
+
+private:
+    void show(bool importing);
+    template <typename Value>
+    void report(const core::SendResult<Value> &result);
+    void setErrorMsg(const QString &message);
+
+    core::WalletModel *m_wallet = nullptr;
+    island::IslandController *m_island = nullptr;
+    bool m_importing = false;
+    look::SecretText m_importText;
+    QString m_errorMsg;
+};
+
+} // namespace corvane::panes

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/link_opener.h"
+
+namespace corvane::platform {
+
+/// Opens links with the program that the desktop has for them.
+class DesktopLinkOpener final : public LinkOpener
+{
+public:
+    void open(const QUrl &page) override;
+};
+
+} // namespace corvane::platform

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/in_memory_keychain.h"
+
+#include <QList>
+#include <QStringList>
+
+namespace corvane::tests {
+
+/// A keychain whose additions fail, one after the other, with the given statuses, and whose owner
+/// may refuse to open it.
+class StubbornKeychain final : public platform::InMemoryKeychain
+{
+public:
+    [[nodiscard]] platform::KeychainStatus add(const QString &service, const QString &account,
+                                               const platform::SecretBytes &data,
+                                               platform::KeychainProtection protection) override
+    {
+        if (!failures.isEmpty()) {
+            return failures.takeFirst();
+        }
+        return InMemoryKeychain::add(service, account, data, protection);
+    }
+    [[nodiscard]] std::optional<platform::SecretBytes> copyData(const QString &service,
+                                                                const QString &prompt) override
+    {
+        prompts.append(prompt);
+        return refuses ? std::nullopt : InMemoryKeychain::copyData(service, prompt);
+    }
+    using InMemoryKeychain::copyData;
+
+    QList<platform::KeychainStatus> failures;
+    QStringList prompts;
+    bool refuses = false;
+};
+
+} // namespace corvane::tests

@@ -1,0 +1,251 @@
+// Every card loads, in the states and with the longest texts it can have, and nothing of it is cut
+// or lies over something else. Run at two scale factors and with the fallback fonts.
+
+#include "assets/bundled_fonts.h"
+#include "look/theme.h"
+#include "tests/panes/card_fixture.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <cmath>
+
+namespace corvane::panes {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class Fonts final : public platform::FontRegistry
+{
+public:
+    explicit Fonts(bool bundled)
+        : m_bundled(bundled)
+    {}
+    [[nodiscard]] std::optional<QString> familyOf(const QString &name) const override
+    {
+        if (m_bundled && name == "Silkscreen-Regular"_L1) {
+            return u"Silkscreen"_s;
+        }
+        if (m_bundled && name == "JetBrainsMono-Regular"_L1) {
+            return u"JetBrains Mono"_s;
+        }
+        return std::nullopt;
+    }
+    [[nodiscard]] QString monospacedFamily() const override { return u"DejaVu Sans Mono"_s; }
+
+private:
+    bool m_bundled;
+};
+
+/// What is written at one place.
+struct Writing
+{
+    QQuickItem *item;
+    QString text;
+    QRectF place;
+};
+
+/// Every text and editable line below `item` that is seen, in the coordinates of `card`.
+void collect(QQuickItem &item, QQuickItem &card, QList<Writing> &found)
+{
+    if (!item.isVisible() || item.opacity() == 0) {
+        return;
+    }
+    if (item.inherits("QQuickText") && !item.property("text").toString().isEmpty()) {
+        const double width = item.property("contentWidth").toDouble();
+        const double left = item.property("effectiveHorizontalAlignment").toInt() == Qt::AlignRight
+                                ? item.width() - width
+                                : 0;
+        const QRectF place(left, 0, width, item.property("contentHeight").toDouble());
+        found.append({&item, item.property("text").toString(), item.mapRectToItem(&card, place)});
+    } else if (item.property("empty").toBool()) {
+        // Its placeholder is seen in its place.
+    } else if (item.inherits("corvane::look::SecretLabel") ||
+               item.inherits("corvane::look::SecretField") ||
+               item.inherits("corvane::look::RollingText") ||
+               item.inherits("corvane::panes::QRCode")) {
+        const QRectF place(0, 0, item.width(), item.height());
+        found.append({&item, QString::fromLatin1(item.metaObject()->className()),
+                      item.mapRectToItem(&card, place)});
+    }
+    for (QQuickItem *child : item.childItems()) {
+        collect(*child, card, found);
+    }
+}
+
+class CardViewsTest : public tests::CardTest, public testing::WithParamInterface<bool>
+{
+protected:
+    CardViewsTest()
+    {
+        assets::registerBundledFonts();
+        m_engine.addImportPath(u"qrc:/qt/qml"_s);
+        m_window.resize(620, 600);
+        m_window.setColor(Qt::black);
+    }
+    ~CardViewsTest() override { m_card.reset(); }
+
+    /// Shows the card of this type as the island would.
+    QQuickItem &show(const QString &type)
+    {
+        QQmlComponent component(&m_engine, QUrl(u"qrc:/qt/qml/Corvane/Panes/%1.qml"_s.arg(type)));
+        m_card.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(
+            {{u"model"_s, QVariant::fromValue(model.get())},
+             {u"island"_s, QVariant::fromValue(m_island.get())},
+             {u"width"_s, 620}})));
+        if (!m_card) {
+            qFatal("%s", qPrintable(component.errorString()));
+        }
+        m_card->setParentItem(m_window.contentItem());
+        m_window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_window));
+        return *m_card;
+    }
+
+    /// The control below the card that assistive technology knows under `name`.
+    [[nodiscard]] QQuickItem *control(const QString &name) const
+    {
+        const auto items = m_card->findChildren<QQuickItem *>();
+        for (QQuickItem *item : items) {
+            if (item->isVisible() && item->property("label").toString() == name) {
+                return item;
+            }
+        }
+        return nullptr;
+    }
+
+    void press(const QString &name)
+    {
+        QQuickItem *item = control(name);
+        ASSERT_NE(item, nullptr) << name.toStdString();
+        ASSERT_TRUE(QMetaObject::invokeMethod(item, "triggered"));
+    }
+
+    [[nodiscard]] QStringList texts() const
+    {
+        QList<Writing> writings;
+        collect(*m_card, *m_card, writings);
+        QStringList all;
+        for (const Writing &writing : writings) {
+            all.append(writing.text);
+        }
+        return all;
+    }
+
+    /// Nothing is cut, leaves the card, or lies over something else. Saves a picture into the
+    /// folder CORVANE_PICTURES, for a look at it.
+    void expectCleanLayout(const QString &state)
+    {
+        if (const QString folder = qEnvironmentVariable("CORVANE_PICTURES"); !folder.isEmpty()) {
+            QTest::qWait(1200);
+            m_window.resize(620, static_cast<int>(std::ceil(m_card->implicitHeight())));
+            m_window.grabWindow().save(
+                u"%1/%2-%3-%4.png"_s.arg(folder, state, GetParam() ? u"bundled"_s : u"fallback"_s,
+                                         QString::number(m_window.devicePixelRatio())));
+        }
+        QList<Writing> writings;
+        collect(*m_card, *m_card, writings);
+        ASSERT_FALSE(writings.isEmpty());
+        const QRectF inside(0, 0, 620, m_card->implicitHeight());
+        for (const Writing &writing : writings) {
+            EXPECT_FALSE(writing.item->property("truncated").toBool())
+                << writing.text.toStdString() << " is cut";
+            EXPECT_TRUE(inside.adjusted(-0.5, -0.5, 0.5, 0.5).contains(writing.place))
+                << writing.text.toStdString() << " leaves the card";
+            for (const Writing &other : writings) {
+                const QRectF shared = writing.place.intersected(other.place);
+                EXPECT_TRUE(writing.item >= other.item || shared.width() < 0.5 ||
+                            shared.height() < 0.5)
+                    << writing.text.toStdString() << " lies over " << other.text.toStdString();
+            }
+        }
+    }
+
+    Fonts m_fonts{GetParam()};
+    look::Theme m_theme{m_fonts};
+    QQmlEngine m_engine;
+    QQuickWindow m_window;
+    std::unique_ptr<QQuickItem> m_card;
+};
+
+INSTANTIATE_TEST_SUITE_P(Fonts, CardViewsTest, testing::Bool(),
+                         [](const auto &run) { return run.param ? "Bundled" : "Fallback"; });
+
+TEST_P(CardViewsTest, Balance)
+{
+    settings.setString(u"corvane.address"_s, tests::addressA);
+    launchWithKey();
+    show(u"BalanceCard"_s);
+    expectCleanLayout(u"balance"_s);
+    EXPECT_TRUE(texts().contains(u"TOTAL BALANCE"_s));
+}
+
+TEST_P(CardViewsTest, Setup)
+{
+    launchIsland();
+    QQuickItem &card = show(u"SetupCard"_s);
+    expectCleanLayout(u"setup"_s);
+    EXPECT_TRUE(texts().contains(u"YOUR WALLET, IN THE NOTCH"_s));
+    const double plain = card.implicitHeight();
+    refuseNextKey();
+    press(u"CREATE WALLET"_s);
+    expectCleanLayout(u"setup-refused"_s);
+    EXPECT_GT(card.implicitHeight(), plain);
+
+    press(u"IMPORT"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return control(u"CREATE WALLET"_s) == nullptr; }));
+    expectCleanLayout(u"import"_s);
+    EXPECT_TRUE(texts().contains(u"secret key"_s));
+    EXPECT_FALSE(control(u"IMPORT"_s)->isEnabled());
+}
+
+TEST_P(CardViewsTest, Backup)
+{
+    launchWithKey();
+    // As wide as a key can be.
+    model->setPendingBackup(platform::SecretBytes::copyOf(std::vector<std::uint8_t>(88, 'W')));
+    show(u"BackupCard"_s);
+    expectCleanLayout(u"backup"_s);
+    press(u"COPY"_s);
+    expectCleanLayout(u"backup-copied"_s);
+    EXPECT_TRUE(texts().contains(u"COPIED"_s));
+}
+
+TEST_P(CardViewsTest, Settings)
+{
+    launchIsland();
+    QQuickItem &card = show(u"SettingsCard"_s);
+    expectCleanLayout(u"settings"_s);
+    EXPECT_TRUE(texts().contains(u"paste your quib address"_s));
+    const double plain = card.implicitHeight();
+    model->setAddress(u"x"_s);
+    model->setCustomRPC(u"https://rpc.helius.test"_s);
+    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(tests::addressA)));
+    model->setAddress(u"not an address"_s);
+    model->setNetwork(core::SolNetwork::Devnet);
+    press(u"REMOVE"_s);
+    expectCleanLayout(u"settings-armed"_s);
+    EXPECT_GT(card.implicitHeight(), plain);
+    EXPECT_TRUE(texts().contains(u"not a valid solana address"_s));
+    EXPECT_TRUE(texts().contains(u"REALLY REMOVE? (backup first!)"_s));
+}
+
+TEST_P(CardViewsTest, Receive)
+{
+    launchIsland();
+    QQuickItem &card = show(u"ReceivePane"_s);
+    expectCleanLayout(u"receive-none"_s);
+    EXPECT_TRUE(texts().contains(u"set your wallet address in settings first"_s));
+    model->setAddress(tests::addressA);
+    expectCleanLayout(u"receive"_s);
+    EXPECT_TRUE(texts().contains(tests::addressA));
+    EXPECT_GT(card.implicitHeight(), 162);
+    press(u"COPY ADDRESS"_s);
+    expectCleanLayout(u"receive-copied"_s);
+}
+
+} // namespace
+} // namespace corvane::panes
