@@ -27,8 +27,8 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
         qFatal("a fresh seed has no public key");
     }
     wallet.address = keys::Base58::encode(*publicKey);
-    if (keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address)
-        != platform::keychainSuccess) {
+    if (keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address) !=
+        platform::keychainSuccess) {
         qFatal("an empty keychain in memory refused a key");
     }
     return wallet;

@@ -6,6 +6,7 @@
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
 #include "platform/linux/canberra_sound_player.h"
+#include "platform/linux/code_pages.h"
 #include "platform/linux/curl_http_client.h"
 #include "platform/linux/desktop_link_opener.h"
 #include "platform/linux/fontconfig_font_registry.h"
@@ -169,7 +170,8 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     app::AppDelegate delegate({queue, http, settings, *keyServices.keychain, signingKeys,
                                background, formatter, files, endpoints},
                               {queue, screens, pointer, panels, *keyServices.authenticator,
-                               clipboard, sounds, links, terminator, makeContent});
+                               clipboard, sounds, links, terminator, makeContent},
+                              &platform::releaseCodePages);
     delegate.applicationDidFinishLaunching();
     const int status = QGuiApplication::exec();
     // The views read the model and the island until they are gone.
@@ -188,11 +190,7 @@ int main(int argc, char *argv[])
     for (int index = 0; index < argc; ++index) {
         arguments.append(QString::fromLocal8Bit(argv[index]));
     }
-    const auto parsed = [&] {
-        // The parser asks for an application; help and version must not need a display.
-        const QCoreApplication parsing(argc, argv);
-        return app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
-    }();
+    const auto parsed = app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
     if (const auto *farewell = std::get_if<app::Farewell>(&parsed)) {
         return say(farewell->text, farewell->status);
     }

@@ -3,12 +3,24 @@
 #include "keys/base58.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 
 namespace corvane::app {
 
 namespace {
 
 constexpr int usageError = 2;
+
+/// The parser takes the program's name from an application. None is made when there is something to
+/// run: the end of the first one would take away what Qt Quick has set up for assistive technology.
+QString helpText(const QCommandLineParser &parser)
+{
+    int count = 1;
+    char name[] = "corvane";
+    char *arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    return parser.helpText();
+}
 
 } // namespace
 
@@ -40,7 +52,7 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
         return Farewell{parser.errorText() + QStringLiteral("\nTry --help.\n"), usageError};
     }
     if (parser.isSet(help)) {
-        return Farewell{parser.helpText(), 0};
+        return Farewell{helpText(parser), 0};
     }
     if (parser.isSet(version)) {
         return Farewell{QStringLiteral("Corvane " CORVANE_VERSION "\n"), 0};

@@ -98,6 +98,7 @@ Item {
         transaction: root.island.transaction
         target: root.open ? 16 : 8
         tolerance: 0.05
+        onValueChanged: root.publishOutline()
     }
 
     AnimatedValue {
@@ -178,6 +179,7 @@ Item {
                 x: (parent.width - width) / 2
                 content: cardGroup
                 transaction: root.island.transaction
+                prepared: root.open
                 revealed: root.island.expanded
             }
         }

@@ -8,6 +8,9 @@ Item {
     id: root
 
     property bool present: false
+    // Makes the component ahead of its appearance, unseen, so that this does not cost the frame in
+    // which it appears.
+    property bool prepared: false
     property Component content: null
     property alias transaction: presence.transaction
     property real enterBlur: 0
@@ -20,7 +23,7 @@ Item {
     readonly property AnimatedValue motion: presence
     // What the component made, while it is needed.
     readonly property Item item: live.children.length > 0 ? live.children[0] : null
-    readonly property bool needed: root.present || presence.value > 0 || presence.running
+    readonly property bool needed: root.present || root.prepared || presence.value > 0 || presence.running
 
     implicitWidth: root.item?.implicitWidth ?? 0
     implicitHeight: root.item?.implicitHeight ?? 0
@@ -55,7 +58,7 @@ Item {
         y: (1 - root.amount) * (root.present ? root.enterY : root.leaveY)
         opacity: root.amount
         blur: (1 - root.amount) * (root.present ? root.enterBlur : root.leaveBlur)
-        visible: root.item !== null
+        visible: root.item !== null && (root.present || root.amount > 0)
 
         Item {
             id: live

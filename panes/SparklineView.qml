@@ -11,11 +11,17 @@ Item {
         id: drawn
 
         target: 0
-        Component.onCompleted: {
-            drawn.useEaseOut(0.7, 0.28);
-            drawn.target = 1;
-        }
+        Component.onCompleted: drawn.useEaseOut(0.7, 0.28)
     }
+
+    function draw() {
+        drawn.jumpTo(0);
+        if (root.visible)
+            drawn.target = 1;
+    }
+
+    onVisibleChanged: root.draw()
+    Component.onCompleted: root.draw()
 
     Item {
         width: root.width * drawn.value

@@ -96,6 +96,8 @@ public:
         bool ignoresMouseEvents = true;
         bool isKey = false;
         int orderedFront = 0;
+        QRectF outline;
+        double bottomRadius = 0;
     };
 
     explicit FakePanel(State &state)
@@ -105,7 +107,11 @@ public:
     void setLevel(int level) override { m_state.level = level; }
     void setIgnoresMouseEvents(bool ignores) override { m_state.ignoresMouseEvents = ignores; }
     void setContentView(QQuickItem *) override {}
-    void setContentOutline(const QRectF &, double) override {}
+    void setContentOutline(const QRectF &outline, double bottomRadius) override
+    {
+        m_state.outline = outline;
+        m_state.bottomRadius = bottomRadius;
+    }
     void orderFrontRegardless() override { ++m_state.orderedFront; }
     void makeKeyWindow() override { m_state.isKey = true; }
 

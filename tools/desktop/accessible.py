@@ -34,10 +34,11 @@ class Accessible:
         if not done:
             raise RuntimeError(f"{self.role} {self.name!r} cannot be pressed")
 
-    def extents(self):
-        """(x, y, width, height) on the screen, in points."""
-        return self.tree.call(self.owner, self.path, "org.a11y.atspi.Component", "GetExtents",
-                              GLib.Variant("(u)", (0,)))[0]
+    def extents(self, scale):
+        """(x, y, width, height) on the screen, in pixels, of which `scale` make a point."""
+        points, = self.tree.call(self.owner, self.path, "org.a11y.atspi.Component", "GetExtents",
+                                 GLib.Variant("(u)", (0,)))
+        return tuple(round(value * scale) for value in points)
 
 
 class AccessibleTree:

@@ -145,25 +145,54 @@ class Corvane:
         wait_until(still, "a panel in which nothing moves")
         return latest
 
-    def _pixels(self, x, y):
+    def pixels(self, x, y):
+        """A place of the screen, in pixels."""
         return self._middle + x * self.desktop.scale, y * self.desktop.scale
 
     def point_at(self, x, y):
-        self.desktop.screen.move(*self._pixels(x, y))
+        self.desktop.screen.move(*self.pixels(x, y))
 
     def click_at(self, x, y):
-        self.desktop.screen.click(*self._pixels(x, y))
+        self.desktop.screen.click(*self.pixels(x, y))
+
+    def tap(self, x, y):
+        """Clicks there before anything can notice the pointer, and leaves again."""
+        self.desktop.screen.tap(*self.pixels(x, y), *self.pixels(*ASIDE))
 
     def click(self, thing):
         """Clicks the middle of something that the accessibility bus names."""
-        x, y, width, height = thing.extents()
-        scale = self.desktop.scale
-        self.desktop.screen.click((x + width / 2) * scale, (y + height / 2) * scale)
+        x, y, width, height = thing.extents(self.desktop.scale)
+        self.desktop.screen.click(x + width / 2, y + height / 2)
 
     def hover(self):
         """Rests the pointer on the notch and waits for the card."""
         self.point_at(*ON_NOTCH)
         wait_until(self.is_open, "the open card")
+
+    def watch_opening(self):
+        """Hovers until each state on the way to the open card has been seen; the picture of each
+        that shows it best."""
+        pictures = {"resting": self.capture()}
+        left, right, _ = self.outline(pictures["resting"])
+        widest = dict.fromkeys(("hovered", "widened"), right - left)
+        swollen = 1.04 * (right - left)
+
+        def note():
+            picture = self.capture()
+            left, right, bottom = self.outline(picture)
+            state = "hovered" if right - left < swollen else "widened"
+            if bottom < self.band * 1.1 and right - left > widest[state]:
+                widest[state], pictures[state] = right - left, picture
+            return bottom > self.band * 1.1
+        for _ in range(5):
+            self.point_at(*ON_NOTCH)
+            wait_until(note, "the opening card", pause=0)
+            wait_until(self.is_open, "the open card")
+            if {"hovered", "widened"} <= pictures.keys():
+                return pictures
+            # A busy machine skips frames.
+            self.leave()
+        raise TimeoutError(f"of the opening only seen: {', '.join(pictures)}")
 
     def leave(self):
         """Takes the pointer away and waits for the resting island."""

@@ -9,6 +9,7 @@ import urllib.request
 
 from . import processes
 
+_NODE = os.environ.get("CORVANE_NODE", "node")
 _SERVER = pathlib.Path(__file__).resolve().parents[1] / "localnet" / "server.mjs"
 # Not through a proxy that the environment names.
 _OPENER = urllib.request.build_opener(urllib.request.ProxyHandler({}))
@@ -35,7 +36,7 @@ class Localnet:
         self._files.cleanup()
 
     def start(self):
-        command = ["node", str(_SERVER), "--port", str(self._port), "--endpoints",
+        command = [_NODE, str(_SERVER), "--port", str(self._port), "--endpoints",
                    str(self.endpoints), "--parent", str(os.getpid())]
         self._process = processes.start(command, os.environ, self.folder / "messages",
                                         stdout=subprocess.PIPE)

@@ -28,12 +28,10 @@ class Picture:
     def same_as(self, other):
         return self._data == other._data
 
-    def colours(self):
-        """How often each colour occurs."""
-        counts = {}
-        for blue, green, red, _ in struct.iter_unpack("BBBB", self._data):
-            counts[red, green, blue] = counts.get((red, green, blue), 0) + 1
-        return counts
+    def colours(self, x, y, width, height):
+        """The set of colours in a part of the screen."""
+        return {self.at(column, row) for row in range(y, y + height)
+                for column in range(x, x + width)}
 
     def dark_run(self, y, middle, limit=40):
         """(left, right) of the row's run of nearly black pixels round the column `middle`, or
@@ -115,6 +113,15 @@ class Screen:
             xtest.fake_input(self.display, event, 1)
         self.display.sync()
 
+    def tap(self, x, y, away_x, away_y):
+        """Jumps there, clicks and jumps away, in one message to the server."""
+        fake = xtest.fake_input
+        fake(self.display, X.MotionNotify, x=round(x), y=round(y))
+        fake(self.display, X.ButtonPress, 1)
+        fake(self.display, X.ButtonRelease, 1)
+        fake(self.display, X.MotionNotify, x=round(away_x), y=round(away_y))
+        self.display.sync()
+
     def window_named(self, name):
         """The visible child of the root window with this title, or None."""
         for window in self.root.query_tree().children:
@@ -146,12 +153,10 @@ class Backdrop:
         red, green, blue = colour
         self._window = root.create_window(
             0, 0, screen.width, screen.height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent,
-            background_pixel=red << 16 | green << 8 | blue,
-            event_mask=X.ButtonPressMask | X.ExposureMask)
-        atom = self._display.intern_atom
-        self._window.change_property(atom("_NET_WM_WINDOW_TYPE"), Xatom.ATOM, 32,
-                                     [atom("_NET_WM_WINDOW_TYPE_DESKTOP")])
-        self._window.set_wm_name("Backdrop")
+            background_pixel=red << 16 | green << 8 | blue, event_mask=X.ButtonPressMask,
+            # Without the window manager between, a click has arrived once the server has answered.
+            override_redirect=True)
+        self._window.configure(stack_mode=X.Below)
         self._window.map()
         self._display.sync()
         self._clicks = 0

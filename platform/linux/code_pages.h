@@ -1,0 +1,10 @@
+#pragma once
+
+namespace corvane::platform {
+
+/// Hands the memory back into which this process has mapped program code. Code that runs again is
+/// mapped again from the page cache, some microseconds a piece; what only the start or an open card
+/// needed stays away. Touches nothing but pages that are never written.
+void releaseCodePages() noexcept;
+
+} // namespace corvane::platform

@@ -1,0 +1,94 @@
+"""The program starts, shows the resting island and opens it, whatever is missing around it."""
+
+import os
+import subprocess
+import unittest
+
+from support import PROGRAM, IslandTest, wait_until
+
+
+class CommandLineTest(unittest.TestCase):
+    def test_tells_without_a_display_and_refuses_to_lose_coins(self):
+        environment = {key: value for key, value in os.environ.items()
+                       if key not in ("DISPLAY", "WAYLAND_DISPLAY", "CORVANE_ENDPOINTS")}
+        for arguments, status, text in (
+                (["--help"], 0, "--endpoints"),
+                (["--version"], 0, "Corvane "),
+                (["--no-such-option"], 2, "--help"),
+                (["--endpoints", "/no/such/file"], 2, "/no/such/file"),
+                (["--demo-keychain"], 2, "--endpoints"),
+                (["--watch", "not-an-address"], 2, "address")):
+            with self.subTest(arguments):
+                ended = subprocess.run([PROGRAM, *arguments], env=environment, timeout=10,
+                                       capture_output=True, text=True, check=False)
+                self.assertEqual(ended.returncode, status, ended.stderr)
+                self.assertIn(text, ended.stderr if status else ended.stdout)
+                self.assertNotIn("demo address", ended.stdout)
+
+
+class FullDesktopTest(IslandTest):
+    def test_no_network_shows_the_card_without_figures(self):
+        self.localnet.stop()
+        self.addCleanup(self.localnet.start)
+        with self.run_corvane() as corvane:
+            corvane.hover()
+            corvane.wait_for("TOTAL BALANCE", "—", "≈ —", "SOL —")
+            corvane.leave()
+
+    def test_damaged_settings_are_set_aside(self):
+        damaged = '{"corvane.displayUSD": fal'
+        with self.run_corvane(damaged) as corvane:
+            kept = [file.read_text() for file in corvane.settings_file.parent.iterdir()
+                    if file != corvane.settings_file]
+            self.assertIn(damaged, kept)
+            corvane.hover()
+            corvane.wait_for("$0.00")
+            # What it writes from now on is whole again; the demo's key has taken the empty place.
+            self.assertEqual(corvane.settings()["corvane.address"], corvane.address)
+
+    def test_unknown_locale(self):
+        with self.run_corvane(environment={"LANG": "xx_YY.UTF-8", "LC_ALL": "xx_YY"}) as corvane:
+            corvane.hover()
+            corvane.wait_for("$1,234.05")
+
+    def test_ends_when_told(self):
+        with self.run_corvane() as corvane:
+            corvane.stop()
+            self.assertIsNone(self.desktop.screen.window_named("Corvane"))
+
+
+class NoBusTest(IslandTest):
+    desktop_kind = {"bus": False}
+
+    def test_starts_and_opens(self):
+        for demo in (True, False):
+            with self.subTest(demo=demo), self.run_corvane(demo=demo) as corvane:
+                self.assert_opens_and_folds(corvane)
+
+
+class NoWindowManagerTest(IslandTest):
+    desktop_kind = {"window_manager": False}
+
+    def test_starts_and_opens(self):
+        with self.run_corvane() as corvane:
+            self.assert_opens_and_folds(corvane)
+
+
+class BareServerTest(IslandTest):
+    """Neither window manager nor compositor, and a screen without a notch."""
+
+    desktop_kind = {"window_manager": False, "compositor": False}
+
+    def test_desktop_shows_round_the_island(self):
+        backdrop = self.desktop.backdrop.colour
+        with self.run_corvane(notch=None) as corvane:
+            round_the_tab = ((-340, 10), (-90, 10), (90, 10), (340, 10), (0, 60), (0, 380))
+            for place in round_the_tab:
+                self.assertEqual(self.colour_at(*place), backdrop, place)
+            corvane.hover()
+            corvane.settled()
+            for place in ((-340, 10), (340, 10), (-340, 200), (340, 200), (0, 380)):
+                self.assertEqual(self.colour_at(*place), backdrop, place)
+            corvane.leave()
+            for place in round_the_tab:
+                wait_until(lambda at=place: self.colour_at(*at) == backdrop, f"the desktop at {place}")

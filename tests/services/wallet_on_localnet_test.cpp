@@ -1,0 +1,421 @@
+// The whole path from a key to a settled transfer: a real keyring, the real HTTP client, and the
+// real Solana runtime behind its JSON-RPC port.
+
+#include "core/wallet_model.h"
+#include "keyring_desktop.h"
+#include "keys/base58.h"
+#include "keys/secret_key_text.h"
+#include "platform/linux/curl_http_client.h"
+#include "platform/linux/icu_number_formatter.h"
+#include "platform/linux/json_settings.h"
+#include "platform/linux/local_file_system.h"
+#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/secret_service_keychain.h"
+#include "platform/sodium_signing_keys.h"
+#include "platform/thread_background_tasks.h"
+#include "scripted_authenticator.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLoggingCategory>
+
+#include <gtest/gtest.h>
+#include <sodium.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+namespace corvane::tests {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qint64 fee = 5'000;
+constexpr qint64 funds = 2'000'000'000;
+const QString recipient = u"9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM"_s;
+const QString sendFailed = u"send failed — check balance covers amount + fee"_s;
+
+/// Runs the event loop until `done`.
+template <typename Done>
+bool spinUntil(Done done)
+{
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    return true;
+}
+
+template <typename Value>
+Value finish(QCoro::Task<Value> task)
+{
+    std::optional<Value> result;
+    task.then([&](Value value) { result.emplace(std::move(value)); });
+    EXPECT_TRUE(spinUntil([&] { return result.has_value(); })) << "no answer";
+    return *std::move(result);
+}
+
+bool isSignature(const QString &text)
+{
+    const auto bytes = keys::Base58::decode(text);
+    return bytes && bytes->size() == 64;
+}
+
+/// Ed25519 whose signatures can be spoilt.
+class SpoilableKeys final : public platform::SigningKeys
+{
+public:
+    bool spoilt = false;
+
+    [[nodiscard]] platform::SecretBytes makeSeed() override { return m_keys.makeSeed(); }
+    [[nodiscard]] std::optional<PublicKey>
+    publicKey(const platform::SecretBytes &seed) const override
+    {
+        return m_keys.publicKey(seed);
+    }
+    [[nodiscard]] std::optional<Signature>
+    sign(const platform::SecretBytes &seed, std::span<const std::uint8_t> message) const override
+    {
+        auto signature = m_keys.sign(seed, message);
+        if (signature && spoilt) {
+            signature->back() ^= 1;
+        }
+        return signature;
+    }
+
+private:
+    platform::SodiumSigningKeys m_keys;
+};
+
+/// Looks for a seed, in all forms in which it could have been written down, through all memory of
+/// this process that can be read.
+class SeedSearch
+{
+public:
+    explicit SeedSearch(const platform::SecretBytes &seed)
+    {
+        add(seed.clone());
+        addText(keys::Base58::encodeSecret(seed.bytes()));
+        const platform::SigningKeys::PublicKey publicKey =
+            platform::SodiumSigningKeys().publicKey(seed).value();
+        addText(keys::backupText(seed, publicKey));
+        platform::SecretBytes hex(2 * seed.size() + 1);
+        sodium_bin2hex(reinterpret_cast<char *>(hex.bytes().data()), hex.size(),
+                       seed.bytes().data(), seed.size());
+        addText(platform::SecretBytes::copyOf(hex.bytes().first(hex.size() - 1)));
+        // Without the last group, which depends on what follows.
+        platform::SecretBytes base64(sodium_base64_ENCODED_LEN(30, sodium_base64_VARIANT_ORIGINAL));
+        sodium_bin2base64(reinterpret_cast<char *>(base64.bytes().data()), base64.size(),
+                          seed.bytes().data(), 30, sodium_base64_VARIANT_ORIGINAL);
+        addText(platform::SecretBytes::copyOf(base64.bytes().first(40)));
+    }
+
+    /// The number of places outside of `allowed` and of the search's own guarded pages.
+    [[nodiscard]] int placesOutside(std::span<const std::uint8_t> allowed) const
+    {
+        int places = 0;
+        std::ifstream maps("/proc/self/maps");
+        for (std::string line; std::getline(maps, line);) {
+            std::uintptr_t start = 0;
+            std::uintptr_t end = 0;
+            char readable = 0;
+            const bool isSpecial = line.find("[v") != std::string::npos;
+            if (std::sscanf(line.c_str(), "%lx-%lx %c", &start, &end, &readable) == 3 &&
+                readable == 'r' && !isSpecial) {
+                const auto *first = reinterpret_cast<const std::uint8_t *>(start);
+                for (const platform::SecretBytes &form : m_forms) {
+                    places += placesOf(form, {first, end - start}, allowed);
+                }
+            }
+        }
+        return places;
+    }
+
+    /// True when any form occurs in what was written somewhere.
+    [[nodiscard]] bool occursIn(const QByteArray &written) const
+    {
+        return std::ranges::any_of(m_forms, [&](const platform::SecretBytes &form) {
+            const auto *bytes = reinterpret_cast<const char *>(form.bytes().data());
+            return written.contains(QByteArrayView(bytes, static_cast<qsizetype>(form.size())));
+        });
+    }
+
+private:
+    void add(platform::SecretBytes form) { m_forms.push_back(std::move(form)); }
+    /// As bytes, and as QString holds it.
+    void addText(platform::SecretBytes text)
+    {
+        platform::SecretBytes wide(2 * text.size());
+        for (std::size_t index = 0; index < text.size(); ++index) {
+            wide.bytes()[2 * index] = text.bytes()[index];
+        }
+        add(std::move(wide));
+        add(std::move(text));
+    }
+
+    [[nodiscard]] int placesOf(const platform::SecretBytes &form,
+                               std::span<const std::uint8_t> memory,
+                               std::span<const std::uint8_t> allowed) const
+    {
+        const auto isIn = [](const std::uint8_t *place, std::span<const std::uint8_t> range) {
+            return place >= range.data() && place < range.data() + range.size();
+        };
+        int places = 0;
+        while (const void *hit =
+                   memmem(memory.data(), memory.size(), form.bytes().data(), form.size())) {
+            const auto *place = static_cast<const std::uint8_t *>(hit);
+            const bool isOwn = std::ranges::any_of(
+                m_forms, [&](const auto &own) { return isIn(place, own.bytes()); });
+            places += isOwn || isIn(place, allowed) ? 0 : 1;
+            memory = memory.subspan(static_cast<std::size_t>(place - memory.data()) + 1);
+        }
+        return places;
+    }
+
+    std::vector<platform::SecretBytes> m_forms;
+};
+
+class WalletOnLocalnetTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        static int argumentCount = 1;
+        static char name[] = "wallet_on_localnet_test";
+        static char *arguments[] = {name, nullptr};
+        application = std::make_unique<QCoreApplication>(argumentCount, arguments);
+        bus = std::make_unique<SessionBus>();
+    }
+    static void TearDownTestSuite()
+    {
+        bus.reset();
+        application.reset();
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_desktop.startKeyring());
+        const auto line = m_localnet.readLine();
+        ASSERT_TRUE(line) << "the local cluster does not start";
+        m_url = QJsonDocument::fromJson(QByteArray::fromStdString(*line))[u"url"_s].toString();
+        m_endpoints.mainnet = m_url + u"/mainnet"_s;
+        m_endpoints.devnet = m_url + u"/devnet"_s;
+        m_endpoints.walletApp = m_url + u"/wallet"_s;
+        m_endpoints.coingecko = m_url + u"/coingecko"_s;
+        m_endpoints.binance = m_url + u"/binance"_s;
+        m_endpoints.coinbase = m_url + u"/coinbase"_s;
+        launch();
+    }
+
+    /// Starts the wallet anew; what it knows of its key then comes from the keyring.
+    void launch()
+    {
+        m_model.reset();
+        m_keychain = std::make_unique<platform::SecretServiceKeychain>(
+            m_owner, m_desktop.file("accounts.json"));
+        m_model = std::make_unique<core::WalletModel>(
+            core::WalletServices{m_queue, m_http, m_settings, *m_keychain, m_keys, m_background,
+                                 m_formatter, m_files, m_endpoints});
+    }
+
+    void createFundedWallet()
+    {
+        ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(m_model->createWallet()));
+        m_address = m_model->address();
+        static_cast<void>(finish(m_model->rpc(u"requestAirdrop"_s, {m_address, double(funds)})));
+        ASSERT_EQ(lamports(m_address), funds);
+    }
+
+    qint64 lamports(const QString &address)
+    {
+        const auto reply = finish(m_model->rpc(u"getBalance"_s, {address}));
+        const auto *result = std::get_if<QJsonValue>(&reply);
+        return result != nullptr ? result->toObject()[u"value"_s].toInteger() : -1;
+    }
+
+    /// The signature, or the error's description.
+    QString send(double amount)
+    {
+        const auto result = finish(m_model->sendSOL(recipient, amount));
+        const auto *error = std::get_if<core::SendError>(&result);
+        return error != nullptr ? error->description() : std::get<QString>(result);
+    }
+
+    void control(const QString &verb, const QJsonObject &body)
+    {
+        platform::HttpRequest request;
+        request.method = platform::HttpMethod::Post;
+        request.url = QUrl(m_url + u"/control/"_s + verb);
+        request.headers = {{"Content-Type", "application/json"}};
+        request.body = QJsonDocument(body).toJson();
+        const auto pending = m_http.send(request);
+        ASSERT_TRUE(spinUntil([&] { return pending.await_ready(); }));
+        const auto result = pending.await_resume();
+        ASSERT_EQ(std::get<platform::HttpReply>(result).status, 200) << qPrintable(verb);
+    }
+
+    static inline std::unique_ptr<QCoreApplication> application;
+    static inline std::unique_ptr<SessionBus> bus;
+
+    KeyringDesktop m_desktop{*bus};
+    ChildProcess m_localnet{{NODE, LOCALNET_SERVER}};
+    QString m_url;
+    ScriptedAuthenticator m_owner;
+    platform::QtMainQueue m_queue;
+    platform::CurlHttpClient m_http;
+    platform::JsonSettings m_settings{m_desktop.file("settings.json")};
+    SpoilableKeys m_keys;
+    platform::ThreadBackgroundTasks m_background;
+    platform::IcuNumberFormatter m_formatter{"en_US"};
+    platform::LocalFileSystem m_files;
+    core::Endpoints m_endpoints;
+    QString m_address;
+    std::unique_ptr<platform::SecretServiceKeychain> m_keychain;
+    std::unique_ptr<core::WalletModel> m_model;
+};
+
+TEST_F(WalletOnLocalnetTest, MovesExactlyTheAmountAndTheFee)
+{
+    createFundedWallet();
+    launch();
+    EXPECT_EQ(m_model->signingPubkey(), m_address);
+    EXPECT_FALSE(m_model->sessionSecret());
+
+    // One proof of presence opens the island and the key.
+    const auto context = m_owner.makeContext({});
+    m_owner.evaluate(context, u"unlock Corvane"_s, [](bool) {});
+    m_owner.reasons.clear();
+    m_model->unlockSigningKey(context);
+    ASSERT_TRUE(spinUntil([&] { return m_model->sessionSecret().has_value(); }));
+    const QString signature = send(0.25);
+    EXPECT_TRUE(isSignature(signature)) << qPrintable(signature);
+    EXPECT_EQ(lamports(recipient), 250'000'000);
+    EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
+    EXPECT_TRUE(m_owner.reasons.isEmpty());
+    ASSERT_TRUE(spinUntil([&] { return m_model->sol() == 1.749995; })) << "the refresh follows";
+
+    // Locked again, a transfer asks by itself, and a refusal changes nothing.
+    launch();
+    m_owner.agrees = false;
+    EXPECT_EQ(send(0.1), u"touch id cancelled — nothing was sent"_s);
+    EXPECT_EQ(m_owner.reasons, QStringList{u"send 0.1000 SOL"_s});
+    EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
+    m_owner.agrees = true;
+    EXPECT_TRUE(isSignature(send(0.1)));
+    EXPECT_EQ(lamports(m_address), funds - 350'000'000 - 2 * fee);
+
+    // Imported on another machine, the backup is the same key.
+    const auto backup = finish(m_model->backupSecret());
+    ASSERT_TRUE(backup);
+    const QString text = QString::fromLatin1(reinterpret_cast<const char *>(backup->bytes().data()),
+                                             static_cast<qsizetype>(backup->size()));
+    m_model->removeWallet();
+    launch();
+    EXPECT_FALSE(m_model->signingPubkey());
+    const auto imported = m_model->importSigningKey(text);
+    EXPECT_EQ(std::get<QString>(imported), m_address);
+}
+
+TEST_F(WalletOnLocalnetTest, TellsWhatTheClusterRefused)
+{
+    createFundedWallet();
+    EXPECT_EQ(send(3), sendFailed) << "more than there is";
+    EXPECT_EQ(send(2), sendFailed) << "nothing left for the fee";
+
+    m_keys.spoilt = true;
+    EXPECT_EQ(send(0.1), sendFailed) << "a signature that does not verify";
+    m_keys.spoilt = false;
+
+    // The cluster hands out a blockhash that it then forgets.
+    const auto reply = finish(m_model->rpc(u"getLatestBlockhash"_s, {}));
+    const QJsonObject stale{
+        {u"jsonrpc"_s, u"2.0"_s}, {u"id"_s, 1}, {u"result"_s, std::get<QJsonValue>(reply)}};
+    control(u"expire-blockhashes"_s, {});
+    control(u"fault"_s,
+            {{u"match"_s, u"getLatestBlockhash"_s},
+             {u"kind"_s, u"body"_s},
+             {u"count"_s, 1},
+             {u"body"_s, QString::fromUtf8(QJsonDocument(stale).toJson(QJsonDocument::Compact))}});
+    EXPECT_EQ(send(0.1), sendFailed) << "a stale blockhash";
+    EXPECT_EQ(lamports(m_address), funds);
+    EXPECT_EQ(lamports(recipient), 0);
+
+    control(u"fault"_s, {{u"match"_s, u"getLatestBlockhash"_s}, {u"kind"_s, u"drop"_s}});
+    EXPECT_EQ(send(0.1), u"couldn't fetch a recent blockhash"_s);
+    control(u"clear-faults"_s, {});
+
+    // The transfer settles, but nobody hears of it.
+    control(u"fault"_s,
+            {{u"match"_s, u"sendTransaction"_s}, {u"kind"_s, u"drop-after"_s}, {u"count"_s, 1}});
+    EXPECT_EQ(send(0.1), sendFailed);
+    EXPECT_EQ(lamports(recipient), 100'000'000);
+    EXPECT_EQ(lamports(m_address), funds - 100'000'000 - fee);
+}
+
+TEST_F(WalletOnLocalnetTest, LeavesTheSeedNowhereButInItsGuardedPages)
+{
+    const platform::SecretBytes seed = m_keys.makeSeed();
+    const SeedSearch search(seed);
+    {
+        const QByteArray planted(reinterpret_cast<const char *>(seed.bytes().data()), 32);
+        const QByteArray plantedHex = planted.toHex();
+        EXPECT_GE(search.placesOutside(seed.bytes()), 2) << "the search does not find anything";
+        sodium_memzero(const_cast<char *>(planted.data()), 32);
+        sodium_memzero(const_cast<char *>(plantedHex.data()), 64);
+    }
+    // The dynamic loader may have spilled registers of the code that made the forms.
+    sodium_stackzero(1U << 16);
+    ASSERT_EQ(search.placesOutside(seed.bytes()), 0);
+
+    static QByteArray logged;
+    logged.clear();
+    QLoggingCategory::setFilterRules(u"*=true"_s);
+    const auto previousHandler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+            logged += text.toUtf8() + '\n';
+        });
+    qDebug("the log is read");
+
+    // Pasted, stored, used, revealed, read back from the keyring and used again.
+    {
+        const platform::SecretBytes text = keys::Base58::encodeSecret(seed.bytes());
+        platform::SecretBytes pasted(2 * text.size());
+        for (std::size_t index = 0; index < text.size(); ++index) {
+            pasted.bytes()[2 * index] = text.bytes()[index];
+        }
+        const QStringView view(reinterpret_cast<const char16_t *>(pasted.bytes().data()),
+                               static_cast<qsizetype>(text.size()));
+        ASSERT_TRUE(std::holds_alternative<QString>(m_model->importSigningKey(view)));
+    }
+    m_address = m_model->address();
+    static_cast<void>(finish(m_model->rpc(u"requestAirdrop"_s, {m_address, double(funds)})));
+    ASSERT_TRUE(isSignature(send(0.1)));
+    ASSERT_TRUE(finish(m_model->backupSecret()));
+    launch();
+    ASSERT_TRUE(isSignature(send(0.2)));
+    ASSERT_TRUE(m_model->sessionSecret());
+    qInstallMessageHandler(previousHandler);
+    QLoggingCategory::setFilterRules({});
+    EXPECT_TRUE(logged.contains("the log is read"));
+    EXPECT_FALSE(search.occursIn(logged));
+    for (const char *name : {"settings.json", "accounts.json"}) {
+        QFile file(m_desktop.file(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        const QByteArray written = file.readAll();
+        EXPECT_TRUE(written.contains(m_address.toLatin1())) << name;
+        EXPECT_FALSE(search.occursIn(written)) << name;
+    }
+    // The session's guarded page holds it, and the test's own; nothing else does.
+    EXPECT_EQ(search.placesOutside(m_model->sessionSecret()->bytes()), 1);
+    EXPECT_EQ(search.placesOutside(seed.bytes()), 1);
+}
+
+} // namespace
+} // namespace corvane::tests
