@@ -42,4 +42,11 @@ IslandRoot {
             island: root.island
         }
     }
+
+    sendPane: Component {
+        SendPane {
+            model: root.model
+            island: root.island
+        }
+    }
 }

@@ -77,9 +77,9 @@ bool SettingsCardModel::rpcIsPublic() const
     return m_wallet != nullptr && m_wallet->rpcSourceLabel().contains(QStringLiteral("PUBLIC"));
 }
 
-QStringList SettingsCardModel::networks() const
+QList<QString> SettingsCardModel::networks() const
 {
-    QStringList titles;
+    QList<QString> titles;
     for (const core::SolNetwork network : core::allSolNetworks) {
         titles.append(networkTitle(network));
     }

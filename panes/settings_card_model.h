@@ -6,9 +6,10 @@
 
 #include <QCoroTask>
 
+#include <QList>
 #include <QObject>
 #include <QQmlParserStatus>
-#include <QStringList>
+#include <QString>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::panes {
@@ -30,7 +31,7 @@ class SettingsCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString rpcPlaceholder READ rpcPlaceholder NOTIFY changed FINAL)
     Q_PROPERTY(QString rpcSource READ rpcSource NOTIFY changed FINAL)
     Q_PROPERTY(bool rpcIsPublic READ rpcIsPublic NOTIFY changed FINAL)
-    Q_PROPERTY(QStringList networks READ networks CONSTANT FINAL)
+    Q_PROPERTY(QList<QString> networks READ networks CONSTANT FINAL)
     /// Index of the current one among `networks`.
     Q_PROPERTY(int network READ network WRITE setNetwork NOTIFY changed FINAL)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
@@ -56,7 +57,7 @@ public:
     [[nodiscard]] QString rpcPlaceholder() const;
     [[nodiscard]] QString rpcSource() const;
     [[nodiscard]] bool rpcIsPublic() const;
-    [[nodiscard]] QStringList networks() const;
+    [[nodiscard]] QList<QString> networks() const;
     [[nodiscard]] int network() const;
     void setNetwork(int network);
     [[nodiscard]] bool hasKey() const;

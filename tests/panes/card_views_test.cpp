@@ -3,6 +3,7 @@
 
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "panes/send_pane_model.h"
 #include "tests/panes/card_fixture.h"
 
 #include <QQmlComponent>
@@ -245,6 +246,55 @@ TEST_P(CardViewsTest, Receive)
     EXPECT_GT(card.implicitHeight(), 162);
     press(u"COPY ADDRESS"_s);
     expectCleanLayout(u"receive-copied"_s);
+}
+
+TEST_P(CardViewsTest, SendWithoutAKey)
+{
+    launchIsland();
+    show(u"SendPane"_s);
+    expectCleanLayout(u"send-none"_s);
+    EXPECT_TRUE(texts().contains(u"no wallet yet — create or import one first"_s));
+    EXPECT_EQ(control(u"SEND"_s), nullptr);
+}
+
+TEST_P(CardViewsTest, Send)
+{
+    const QString signature(88, u'W');
+    http.answer(tests::balance, R"({"result": {"value": 999999999000000000}})");
+    http.answer(u"getLatestBlockhash"_s,
+                R"({"result": {"value": {"blockhash": "11111111111111111111111111111111"}}})");
+    http.answer(u"sendTransaction"_s, R"({"error": {"code": 1, "message": "no"}})");
+    launchWithKey();
+    QQuickItem &card = show(u"SendPane"_s);
+    expectCleanLayout(u"send"_s);
+    const double plain = card.implicitHeight();
+    EXPECT_FALSE(control(u"SEND"_s)->isEnabled());
+
+    auto *pane = card.findChild<SendPaneModel *>();
+    ASSERT_NE(pane, nullptr);
+    pane->setRecipient(u"not an address"_s);
+    pane->setAmount(u"0"_s);
+    expectCleanLayout(u"send-wrong"_s);
+    pane->setRecipient(tests::addressB);
+    press(u"MAX"_s);
+    expectCleanLayout(u"send-ready"_s);
+    EXPECT_EQ(pane->amount(), u"999999998.9999"_s);
+    EXPECT_TRUE(control(u"SEND"_s)->isEnabled());
+
+    press(u"SEND"_s);
+    EXPECT_FALSE(control(u"SENDING"_s)->isEnabled());
+    expectCleanLayout(u"send-sending"_s);
+    queue.drain();
+    expectCleanLayout(u"send-failed"_s);
+    EXPECT_GT(card.implicitHeight(), plain);
+
+    http.answer(u"sendTransaction"_s, R"({"result": ")" + signature.toLatin1() + R"("})");
+    press(u"SEND"_s);
+    queue.drain();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return texts().contains(u"SENT ✓"_s); }));
+    expectCleanLayout(u"send-sent"_s);
+    EXPECT_TRUE(texts().contains(u"VIEW ON SOLSCAN"_s));
+    EXPECT_GT(card.implicitHeight(), plain);
 }
 
 } // namespace

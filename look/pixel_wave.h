@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+#include <memory>
+
+namespace corvane::look {
+
+/// How bright square `index` (0 to 5) of the wave is, `seconds` after the wave was first shown.
+[[nodiscard]] double pixelWaveOpacity(int index, double seconds);
+
+/// A row of six squares through which light runs from left to right. It starts dim each time it is
+/// shown and costs nothing while nothing shows it.
+class PixelWave : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color MEMBER m_color FINAL)
+
+public:
+    static constexpr int squareCount = 6;
+    static constexpr double squareSize = 6;
+    static constexpr double spacing = 4;
+
+    explicit PixelWave(QQuickItem *parent = nullptr);
+    ~PixelWave() override;
+    [[nodiscard]] bool isRunning() const;
+    void paint(QPainter *painter) override;
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+
+private:
+    class Ticker;
+
+    QColor m_color = Qt::white;
+    std::unique_ptr<Ticker> m_ticker;
+};
+
+} // namespace corvane::look

@@ -1,0 +1,196 @@
+import Corvane.Look
+import Corvane.Panes
+import QtQuick
+
+// The fields of a transfer, its button, and what became of the last one.
+Item {
+    id: root
+
+    required property SendPaneModel card
+
+    implicitHeight: recipient.implicitHeight + 10 + amount.implicitHeight + 10 + action.height + (root.card.sent ? 10 + sentRow.height : 0) + (error.text === "" ? 0 : 10 + error.implicitHeight)
+
+    LabelledField {
+        id: recipient
+
+        width: parent.width
+        height: implicitHeight
+        label: "TO"
+        placeholder: "recipient solana address"
+        text: root.card.recipient
+        invalid: root.card.recipientIsWrong
+        onEdited: text => root.card.recipient = text
+    }
+
+    LabelledField {
+        id: amount
+
+        anchors.top: recipient.bottom
+        anchors.topMargin: 10
+        width: 160
+        height: implicitHeight
+        label: "AMOUNT (SOL)"
+        placeholder: "0.00"
+        text: root.card.amount
+        invalid: root.card.amountIsWrong
+        onEdited: text => root.card.amount = text
+    }
+
+    Item {
+        id: beside
+
+        anchors.left: amount.right
+        anchors.leftMargin: 8
+        anchors.right: parent.right
+        anchors.bottom: amount.bottom
+        height: amount.field.implicitHeight
+
+        OutlineButton {
+            id: max
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.card.hasMax
+            title: "MAX"
+            font: Theme.term(8, Theme.Bold)
+            color: Theme.green
+            horizontalPadding: 8
+            verticalPadding: 5
+            onTriggered: root.card.max()
+        }
+
+        Label {
+            anchors.left: root.card.hasMax ? max.right : parent.left
+            anchors.leftMargin: root.card.hasMax ? 8 : 0
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.card.equivalence
+            elide: Text.ElideRight
+            font: Theme.term(9)
+            color: Theme.muted
+        }
+    }
+
+    Item {
+        id: action
+
+        anchors.top: amount.bottom
+        anchors.topMargin: 10
+        width: parent.width
+        height: 2 + send.implicitHeight
+
+        PixelWave {
+            anchors.verticalCenter: button.verticalCenter
+            visible: root.card.sending
+            color: Theme.green
+            Accessible.role: Accessible.Animation
+            Accessible.name: root.card.sendLabel
+        }
+
+        Label {
+            anchors.verticalCenter: button.verticalCenter
+            visible: !root.card.sending
+            text: "one click — your fingerprint already unlocked the key"
+            font: Theme.term(8)
+            color: Theme.muted
+        }
+
+        Item {
+            id: button
+
+            y: 2
+            anchors.right: parent.right
+            width: send.implicitWidth
+            height: send.implicitHeight
+            scale: shrink.value
+
+            AnimatedValue {
+                id: shrink
+
+                target: root.card.sending ? 0.94 : 1
+                Component.onCompleted: shrink.useSpring(0.3, 0.6)
+            }
+
+            PillButton {
+                id: send
+
+                label: root.card.sendLabel
+                icon: "paperplane.fill"
+                filled: true
+                enabled: root.card.ready
+                opacity: root.card.ready ? 1 : 0.4
+                onTriggered: root.card.send()
+            }
+
+            SendBurst {
+                anchors.centerIn: parent
+                width: implicitWidth
+                height: implicitHeight
+                color: Theme.green
+                trigger: root.card.burst
+            }
+        }
+    }
+
+    Item {
+        id: sentRow
+
+        anchors.top: action.bottom
+        anchors.topMargin: 10
+        width: parent.width
+        height: sentText.implicitHeight
+
+        Label {
+            id: sentText
+
+            scale: appearance.value
+            opacity: Math.max(0, Math.min(1, appearance.value))
+            visible: opacity > 0
+            text: "SENT ✓"
+            font: Theme.term(9, Theme.Heavy)
+            color: Theme.green
+            Accessible.role: Accessible.AlertMessage
+
+            AnimatedValue {
+                id: appearance
+
+                target: root.card.sent ? 1 : 0
+                Component.onCompleted: appearance.useSpring(0.3, 0.6)
+            }
+        }
+
+        Label {
+            id: signature
+
+            anchors.left: sentText.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.card.sent
+            text: root.card.shortSignature
+            font: Theme.term(8)
+            color: Theme.muted
+        }
+
+        LinkText {
+            anchors.left: signature.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.card.hasLink
+            title: "VIEW ON SOLSCAN"
+            color: Theme.green
+            onTriggered: root.card.openLink()
+        }
+    }
+
+    Label {
+        id: error
+
+        anchors.top: root.card.sent ? sentRow.bottom : action.bottom
+        anchors.topMargin: 10
+        width: parent.width
+        text: root.card.errorMsg
+        wrapMode: Text.WordWrap
+        font: Theme.term(8)
+        color: Theme.red
+        Accessible.role: Accessible.AlertMessage
+    }
+}

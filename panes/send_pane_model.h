@@ -1,0 +1,118 @@
+#pragma once
+
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
+
+#include <QCoroTask>
+
+#include <QObject>
+#include <QQmlParserStatus>
+#include <QStringView>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+#include <optional>
+
+namespace corvane::panes {
+
+/// An amount as people type it: a decimal number with a point or a comma, nothing around it. None
+/// for anything else.
+[[nodiscard]] std::optional<double> parseAmount(QStringView text);
+
+/// A transfer from its first letter to the link that shows it.
+///
+/// | state   | button            | next                                                           |
+/// |---------|-------------------|----------------------------------------------------------------|
+/// | idle    | SEND when ready   | send: sending                                                  |
+/// | sending | SENDING, disabled | accepted: idle, fields empty, sent line; failed: idle, an error
+/// |
+///
+/// Main thread.
+class SendPaneModel : public QObject, public QQmlParserStatus
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
+    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    Q_PROPERTY(QString networkName READ networkName NOTIFY changed FINAL)
+    Q_PROPERTY(bool isMainnet READ isMainnet NOTIFY changed FINAL)
+    Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
+    Q_PROPERTY(QString recipient READ recipient WRITE setRecipient NOTIFY changed FINAL)
+    Q_PROPERTY(bool recipientIsWrong READ recipientIsWrong NOTIFY changed FINAL)
+    /// SOL, as typed.
+    Q_PROPERTY(QString amount READ amount WRITE setAmount NOTIFY changed FINAL)
+    Q_PROPERTY(bool amountIsWrong READ amountIsWrong NOTIFY changed FINAL)
+    /// The balance is known, so that all of it can be sent.
+    Q_PROPERTY(bool hasMax READ hasMax NOTIFY changed FINAL)
+    /// The amount in QUIB and dollars; empty while there is none.
+    Q_PROPERTY(QString equivalence READ equivalence NOTIFY changed FINAL)
+    Q_PROPERTY(bool ready READ isReady NOTIFY changed FINAL)
+    Q_PROPERTY(bool sending READ isSending NOTIFY changed FINAL)
+    Q_PROPERTY(QString sendLabel READ sendLabel NOTIFY changed FINAL)
+    Q_PROPERTY(bool sent READ isSent NOTIFY changed FINAL)
+    /// The transfer's signature, shortened.
+    Q_PROPERTY(QString shortSignature READ shortSignature NOTIFY changed FINAL)
+    Q_PROPERTY(bool hasLink READ hasLink NOTIFY changed FINAL)
+    Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY changed FINAL)
+    /// Transfers that were accepted.
+    Q_PROPERTY(int burst READ burst NOTIFY changed FINAL)
+
+public:
+    explicit SendPaneModel(QObject *parent = nullptr);
+
+    /// Sends what is typed. The button offers it only while `ready`.
+    Q_INVOKABLE void send();
+    /// Fills in the balance less what the fee may take.
+    Q_INVOKABLE void max();
+    Q_INVOKABLE void openLink();
+    /// To the balance pane, which is also where a wallet is set up.
+    Q_INVOKABLE void close();
+
+    [[nodiscard]] QString networkName() const;
+    [[nodiscard]] bool isMainnet() const;
+    [[nodiscard]] bool hasKey() const;
+    [[nodiscard]] QString recipient() const { return m_recipient; }
+    void setRecipient(const QString &recipient);
+    [[nodiscard]] bool recipientIsWrong() const;
+    [[nodiscard]] QString amount() const { return m_amount; }
+    void setAmount(const QString &amount);
+    [[nodiscard]] bool amountIsWrong() const;
+    [[nodiscard]] bool hasMax() const;
+    [[nodiscard]] QString equivalence() const;
+    [[nodiscard]] bool isReady() const;
+    [[nodiscard]] bool isSending() const { return m_sending; }
+    [[nodiscard]] QString sendLabel() const;
+    [[nodiscard]] bool isSent() const { return m_sentSig.has_value(); }
+    [[nodiscard]] QString shortSignature() const;
+    [[nodiscard]] bool hasLink() const { return link().has_value(); }
+    [[nodiscard]] QString errorMsg() const { return m_errorMsg; }
+    [[nodiscard]] int burst() const { return m_burst; }
+
+    void classBegin() override {}
+    void componentComplete() override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    [[nodiscard]] bool recipientIsValid() const;
+    /// More than nothing and, as far as the balance is known, not more than that.
+    [[nodiscard]] bool amountIsValid() const;
+    [[nodiscard]] std::optional<QUrl> link() const;
+    void finish(const core::SendResult<QString> &result);
+    /// Goes on when the pane is gone: the coins are on their way.
+    static QCoro::Task<> transfer(QPointer<SendPaneModel> pane, QPointer<core::WalletModel> wallet,
+                                  QPointer<island::IslandController> island, QString recipient,
+                                  double amount);
+
+    core::WalletModel *m_wallet = nullptr;
+    island::IslandController *m_island = nullptr;
+    QString m_recipient;
+    QString m_amount;
+    bool m_sending = false;
+    std::optional<QString> m_sentSig;
+    QString m_errorMsg;
+    int m_burst = 0;
+};
+
+} // namespace corvane::panes
