@@ -45,13 +45,13 @@ Item {
             opacity: 0.18 + 0.27 * root.glow
         }
 
-        Rectangle {
+        RoundedBox {
             anchors.fill: parent
+            anchors.margins: -1
             radius: 4
             color: root.filled ? Theme.green : Qt.alpha(Theme.green, 0.12 * root.glow)
-            border.width: root.filled ? 0 : 1
-            border.color: Qt.alpha(Theme.green, 0.6 + 0.3 * root.glow)
-            antialiasing: true
+            borderWidth: root.filled ? 0 : 1
+            borderColor: Qt.alpha(Theme.green, 0.6 + 0.3 * root.glow)
         }
 
         Row {

@@ -156,6 +156,53 @@ void NotchShape::paint(QPainter *painter)
     }
 }
 
+RoundedBox::RoundedBox(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+template <typename Value>
+void RoundedBox::assign(Value &member, const Value &value)
+{
+    if (member != value) {
+        member = value;
+        update();
+        Q_EMIT changed();
+    }
+}
+
+void RoundedBox::setColor(const QColor &color)
+{
+    assign(m_color, color);
+}
+
+void RoundedBox::setBorderColor(const QColor &color)
+{
+    assign(m_borderColor, color);
+}
+
+void RoundedBox::setBorderWidth(double width)
+{
+    assign(m_borderWidth, width);
+}
+
+void RoundedBox::setRadius(double radius)
+{
+    assign(m_radius, radius);
+}
+
+void RoundedBox::paint(QPainter *painter)
+{
+    const double half = m_borderWidth / 2;
+    const double inset = margin + half;
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setBrush(m_color);
+    painter->setPen(m_borderWidth > 0 ? QPen(m_borderColor, m_borderWidth) : QPen(Qt::NoPen));
+    painter->drawRoundedRect(boundingRect().adjusted(inset, inset, -inset, -inset), m_radius - half,
+                             m_radius - half);
+}
+
 SparklineShape::SparklineShape(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {

@@ -103,6 +103,47 @@ private:
     double m_lineWidth = 0;
 };
 
+/// A rounded rectangle that may be scaled. Qt Quick's own is put together of pieces by the software
+/// scene graph, and between these a scale opens seams. The item is one point larger than the box on
+/// every side, so that a scale does not cut the box's edges off.
+class RoundedBox : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed FINAL)
+    Q_PROPERTY(QColor borderColor READ borderColor WRITE setBorderColor NOTIFY changed FINAL)
+    /// In points; the border lies inside the box.
+    Q_PROPERTY(double borderWidth READ borderWidth WRITE setBorderWidth NOTIFY changed FINAL)
+    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed FINAL)
+
+public:
+    /// Room around the box inside the item, in points.
+    static constexpr double margin = 1;
+
+    explicit RoundedBox(QQuickItem *parent = nullptr);
+    [[nodiscard]] QColor color() const { return m_color; }
+    void setColor(const QColor &color);
+    [[nodiscard]] QColor borderColor() const { return m_borderColor; }
+    void setBorderColor(const QColor &color);
+    [[nodiscard]] double borderWidth() const { return m_borderWidth; }
+    void setBorderWidth(double width);
+    [[nodiscard]] double radius() const { return m_radius; }
+    void setRadius(double radius);
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    template <typename Value>
+    void assign(Value &member, const Value &value);
+
+    QColor m_color = Qt::transparent;
+    QColor m_borderColor = Qt::transparent;
+    double m_borderWidth = 0;
+    double m_radius = 0;
+};
+
 /// A price chart: its line, and the dithered area under it.
 class SparklineShape : public QQuickPaintedItem
 {
