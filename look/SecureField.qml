@@ -9,6 +9,9 @@ FieldFrame {
 
     line: input
     empty: input.empty
+    // Qt says nothing of a password field but that it is one.
+    Accessible.role: Accessible.Grouping
+    Accessible.name: root.placeholder
 
     SecretField {
         id: input
@@ -19,7 +22,6 @@ FieldFrame {
         color: Theme.ink
         selectionColor: Qt.alpha(Theme.green, 0.4)
         Accessible.role: Accessible.EditableText
-        Accessible.name: root.placeholder
         Accessible.passwordEdit: true
     }
 }

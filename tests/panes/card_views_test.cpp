@@ -2,10 +2,12 @@
 // or lies over something else. Run at two scale factors and with the fallback fonts.
 
 #include "assets/bundled_fonts.h"
+#include "look/secret_field.h"
 #include "look/theme.h"
 #include "panes/send_pane_model.h"
 #include "tests/panes/card_fixture.h"
 
+#include <QAccessible>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -201,6 +203,17 @@ TEST_P(CardViewsTest, Setup)
     expectCleanLayout(u"import"_s);
     EXPECT_TRUE(texts().contains(u"secret key"_s));
     EXPECT_FALSE(control(u"IMPORT"_s)->isEnabled());
+
+    auto *secret = card.findChild<look::SecretField *>();
+    ASSERT_NE(secret, nullptr);
+    secret->secret()->insert(0, u"hidden");
+    EXPECT_TRUE(control(u"IMPORT"_s)->isEnabled());
+    QAccessibleInterface *field = QAccessible::queryAccessibleInterface(secret);
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->role(), QAccessible::EditableText);
+    EXPECT_TRUE(field->state().passwordEdit);
+    EXPECT_EQ(field->parent()->text(QAccessible::Name), u"secret key"_s);
+    EXPECT_EQ(field->text(QAccessible::Value), QString());
 }
 
 TEST_P(CardViewsTest, Backup)
