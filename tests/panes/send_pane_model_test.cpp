@@ -221,6 +221,8 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     m_pane.send();
     EXPECT_FALSE(m_pane.isSent());
     EXPECT_FALSE(m_pane.hasLink());
+    queue.drain();
+    EXPECT_EQ(http.count(transaction), 2);
 }
 
 TEST_F(SendPaneModelTest, SaysWhyItFailedAndKeepsWhatWasTyped)
