@@ -134,6 +134,26 @@ TEST_F(ComponentsTest, APillHasAGapOnlyBesideAPictogram)
     EXPECT_EQ(withPictogram - plain, 10 + 4);
 }
 
+TEST_F(ComponentsTest, APillStaysWholeWhileItSwells)
+{
+    QQuickItem *pill = show("PillButton { x: 40; y: 50; label: \"SEND\"; filled: true }");
+    ASSERT_NE(pill, nullptr);
+    m_window.setColor(Qt::black);
+    QTest::mouseMove(&m_window, QPoint(62, 62));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pill->scale() == 1.05; }));
+    // Where its edges fall between pixels depends on its size.
+    for (int size = 20; size < 32; ++size) {
+        pill->setSize({50.0 + size, static_cast<double>(size)});
+        const QImage picture = m_window.grabWindow();
+        const QRect inside =
+            pill->mapRectToScene(pill->boundingRect()).toAlignedRect().adjusted(3, 6, -3, -6);
+        for (int y = inside.top(); y <= inside.bottom(); ++y) {
+            EXPECT_EQ(picture.pixelColor(inside.left(), y), Theme::green()) << size << ' ' << y;
+            EXPECT_EQ(picture.pixelColor(inside.right(), y), Theme::green()) << size << ' ' << y;
+        }
+    }
+}
+
 TEST_F(ComponentsTest, ContentThatLeavesIsUnloadedInTheEnd)
 {
     QQuickItem *reveal =
