@@ -32,6 +32,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -176,6 +177,11 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     const int status = QGuiApplication::exec();
     // The views read the model and the island until they are gone.
     content.unload();
+    if (background.isBusy()) {
+        // A prompt is still open in a thread that uses the keychain and the queue. Settings are
+        // written when they change, so there is nothing left to do but to go.
+        std::_Exit(status);
+    }
     return status;
 }
 

@@ -13,7 +13,6 @@ Presence {
     enterY: 8
     leaveBlur: 4
     leaveY: 4
-    present: false
 
     function follow() {
         if (root.revealed)

@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <cmath>
+
 namespace corvane::look {
 
 namespace {
@@ -17,10 +19,18 @@ QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
     return brush;
 }
 
-/// Device pixels a point. The software scene graph scales the painter, not the device.
-double deviceScale(const QPainter &painter)
+/// Fills `area` with the dither of `frame`. The software scene graph scales the painter, not the
+/// device, so that is where the device pixels of a point are found.
+void fillDithered(QPainter &painter, const QPainterPath &area, const QRectF &frame, double cell,
+                  const QColor &color, double topDensity, double bottomDensity)
 {
-    return painter.deviceTransform().m11();
+    const double scale = painter.deviceTransform().m11();
+    const QImage tile =
+        ditherTile(ditherPattern(frame.width(), frame.height(), cell, topDensity, bottomDensity),
+                   cell, color, scale);
+    if (!tile.isNull()) {
+        painter.fillPath(area, tileBrush(tile, scale, frame.topLeft()));
+    }
 }
 
 } // namespace
@@ -61,14 +71,11 @@ void DitherRect::setBottomDensity(double density)
 
 void DitherRect::paint(QPainter *painter)
 {
-    const DitherPattern pattern =
-        ditherPattern(width(), height(), m_cell, m_topDensity, m_bottomDensity);
-    const double scale = deviceScale(*painter);
-    const QImage tile = ditherTile(pattern, m_cell, m_color, scale);
-    if (!tile.isNull()) {
-        painter->fillRect(QRectF(0, 0, pattern.columns * m_cell, pattern.rows * m_cell),
-                          tileBrush(tile, scale, {}));
-    }
+    // A partial cell at the right or bottom edge is left out.
+    QPainterPath cells;
+    cells.addRect(0, 0, std::floor(width() / m_cell) * m_cell,
+                  std::floor(height() / m_cell) * m_cell);
+    fillDithered(*painter, cells, boundingRect(), m_cell, m_color, m_topDensity, m_bottomDensity);
 }
 
 QuibMark::QuibMark(QQuickItem *parent)
@@ -143,13 +150,7 @@ void NotchShape::paint(QPainter *painter)
     if (m_grainOpacity > 0) {
         QColor white(Qt::white);
         white.setAlphaF(static_cast<float>(grainWhite * m_grainOpacity));
-        const double scale = deviceScale(*painter);
-        const QImage tile =
-            ditherTile(ditherPattern(rect.width(), rect.height(), grainCell, 0, grainBottomDensity),
-                       grainCell, white, scale);
-        if (!tile.isNull()) {
-            painter->fillPath(outline, tileBrush(tile, scale, rect.topLeft()));
-        }
+        fillDithered(*painter, outline, rect, grainCell, white, 0, grainBottomDensity);
     }
     if (m_lineWidth > 0) {
         painter->strokePath(outline, QPen(m_lineColor, m_lineWidth));
@@ -238,14 +239,9 @@ void SparklineShape::paint(QPainter *painter)
     const QRectF rect = boundingRect();
     QColor area = m_color;
     area.setAlphaF(static_cast<float>(areaOpacity));
-    const double scale = deviceScale(*painter);
-    const QImage tile =
-        ditherTile(ditherPattern(rect.width(), rect.height(), cell, topDensity, bottomDensity),
-                   cell, area, scale);
     painter->setRenderHint(QPainter::Antialiasing);
-    if (!tile.isNull()) {
-        painter->fillPath(sparklinePath(rect, m_points, true), tileBrush(tile, scale, {}));
-    }
+    fillDithered(*painter, sparklinePath(rect, m_points, true), rect, cell, area, topDensity,
+                 bottomDensity);
     painter->strokePath(sparklinePath(rect, m_points, false), QPen(m_color, lineWidth));
 }
 

@@ -7,7 +7,13 @@ namespace corvane::platform {
 
 void ThreadBackgroundTasks::run(std::function<void()> work)
 {
-    std::thread(std::move(work)).detach();
+    ++*m_running;
+    std::thread([work = std::move(work), running = m_running]() mutable {
+        work();
+        // What the work has captured belongs to it.
+        work = nullptr;
+        --*running;
+    }).detach();
 }
 
 } // namespace corvane::platform

@@ -1,8 +1,10 @@
 #include "platform/linux/qt_main_queue.h"
+#include "platform/thread_background_tasks.h"
 #include "tests/platform/wait_until.h"
 
 #include <gtest/gtest.h>
 
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -119,6 +121,22 @@ TEST(QtMainQueue, DropsEverythingWithItself)
     ASSERT_TRUE(waitUntil([&] { return end; }));
     EXPECT_EQ(runs, 0);
     item->cancel();
+}
+
+TEST(ThreadBackgroundTasks, AreBusyUntilTheirWorkIsDone)
+{
+    platform::ThreadBackgroundTasks tasks;
+    EXPECT_FALSE(tasks.isBusy());
+    std::promise<void> answer;
+    std::thread::id ranOn;
+    tasks.run([&, answered = answer.get_future().share()] {
+        answered.wait();
+        ranOn = std::this_thread::get_id();
+    });
+    EXPECT_TRUE(tasks.isBusy());
+    answer.set_value();
+    ASSERT_TRUE(waitUntil([&] { return !tasks.isBusy(); }));
+    EXPECT_NE(ranOn, std::this_thread::get_id());
 }
 
 } // namespace
