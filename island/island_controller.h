@@ -46,15 +46,12 @@ struct IslandServices
 
 /// The island: its panel, its hover and unlock state, and the card that it shows.
 ///
-/// The hover state, told by three flags (times from the triggering sample):
-///
-/// | state    | hovering | widened | expanded | next |
-/// |----------|----------|---------|----------|----------------------------------------------------|
-/// | resting  | false    | false   | false    | pointer in: hovered, expands in 0.12 s | | hovered
-/// | true     | false   | false    | pointer out: resting; 0.12 s over: widened         | | widened
-/// | any      | true    | false    | 0.1 s over: expanded; pointer out: resting         | |
-/// expanded | any      | any     | true     | pointer out on the balance pane: closing in 0.32 s |
-/// | closing  | any      | any     | false    | narrow after 0.16 s, clicks pass after 0.7 s |
+/// The hover state is told by three flags. Times are from the sample that triggers them.
+/// - resting (none is set): pointer in: hovered, and widened in 0.12 s;
+/// - hovered (`hovering`): pointer out: resting;
+/// - widened (`widened`): expanded in 0.1 s; pointer out: resting;
+/// - expanded (`expanded`): pointer out on the balance pane: closing in 0.32 s;
+/// - closing (`widened` alone again): narrow after 0.16 s; clicks pass after 0.7 s.
 ///
 /// Views follow the flags with the animation of `transaction`. Main thread.
 class IslandController : public QObject

@@ -143,6 +143,7 @@ void IslandController::collapse()
     if (!m_expanded || m_pane != IslandPane::Balance || m_authInFlight) {
         return;
     }
+    panel().resignKeyWindow();
     m_transaction.run(standardSpring(),
                       [this] { publish(m_expanded, false, &IslandController::expandedChanged); });
     m_services.queue.after(narrowDelay, [controller = QPointer(this)] {

@@ -1,13 +1,8 @@
-// The unlock state machine of IslandController, and what changes the pane:
-//
-// | state     | islandUnlocked | authInFlight | wantsManualUnlock | next |
-// |-----------|----------------|--------------|-------------------|-----------------------------------|
-// | locked    | false          | false        | false             | an expansion prompts | |
-// prompting | false          | true         | any               | success: unlocked; else: refused
-// | | refused   | false          | false        | true              | only the button prompts | |
-// unlocked  | true           | false        | any               | stays so until the program quits
-// |
-//
+// The unlock state machine of IslandController, and what changes the pane.
+// - locked: an expansion prompts;
+// - prompting (`m_authInFlight`): success: unlocked; anything else: refused;
+// - refused (`m_wantsManualUnlock`): only the button prompts;
+// - unlocked (`m_islandUnlocked`): stays so until the program ends.
 // Where nobody can be asked, a request unlocks at once, without the key.
 
 #include "island/island_animations.h"

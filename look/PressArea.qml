@@ -9,11 +9,15 @@ MouseArea {
     property alias ringRadius: ring.radius
     signal triggered
 
+    // A MouseArea's own flag hides that of the control around it.
+    enabled: root.parent === null || root.parent.enabled
     hoverEnabled: true
-    activeFocusOnTab: true
+    activeFocusOnTab: root.enabled
     Accessible.role: Accessible.Button
     Accessible.name: root.label
-    Accessible.focusable: true
+    Accessible.focusable: root.enabled
+    // Qt 6.4 does not tell assistive technology that an item is disabled.
+    Accessible.description: root.enabled ? "" : "unavailable"
     Accessible.onPressAction: {
         if (root.enabled)
             root.triggered();

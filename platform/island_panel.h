@@ -41,6 +41,9 @@ public:
     virtual void orderFrontRegardless() = 0;
     /// Activates the program and gives the panel the keyboard.
     virtual void makeKeyWindow() = 0;
+    /// Gives the keyboard back to the window that had it before the panel, also when the panel took
+    /// it because a field in it was clicked. Nothing happens when the panel does not have it.
+    virtual void resignKeyWindow() = 0;
 };
 
 /// Makes the panel of the running desktop.

@@ -40,6 +40,10 @@ public:
 
     bool eventFilter(QObject *, QEvent *event) override
     {
+        if (event->type() == QEvent::MouseButtonPress && m_window) {
+            // What is pressed may take the keyboard.
+            m_window->rememberFocus();
+        }
         if (event->type() != QEvent::PlatformSurface) {
             return false;
         }
@@ -199,7 +203,17 @@ void XcbIslandPanel::restack()
 
 void XcbIslandPanel::makeKeyWindow()
 {
+    if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
+        window->rememberFocus();
+    }
     m_window.requestActivate();
+}
+
+void XcbIslandPanel::resignKeyWindow()
+{
+    if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
+        window->returnFocus();
+    }
 }
 
 XcbIslandPanelFactory::XcbIslandPanelFactory(const QtScreens &screens)

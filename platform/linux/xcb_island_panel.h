@@ -36,6 +36,7 @@ public:
     void setContentOutline(const QRectF &outline, double bottomRadius) override;
     void orderFrontRegardless() override;
     void makeKeyWindow() override;
+    void resignKeyWindow() override;
 
     [[nodiscard]] QQuickWindow &window() { return m_window; }
 

@@ -221,6 +221,38 @@ std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
     return frames;
 }
 
+std::uint32_t XcbPanelWindow::focus() const
+{
+    const Owned<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    return reply ? reply->focus : XCB_INPUT_FOCUS_NONE;
+}
+
+void XcbPanelWindow::rememberFocus()
+{
+    if (const std::uint32_t window = focus(); window != m_id) {
+        m_previousFocus = window;
+    }
+}
+
+void XcbPanelWindow::returnFocus()
+{
+    if (focus() != m_id) {
+        return;
+    }
+    const auto giveTo = [this](std::uint32_t window) {
+        const Owned<xcb_generic_error_t> refusal(xcb_request_check(
+            m_connection, xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_PARENT, window,
+                                                      XCB_CURRENT_TIME)));
+        return refusal == nullptr;
+    };
+    // It may have gone meanwhile; then typing goes to whatever the pointer is on.
+    if (m_previousFocus == XCB_INPUT_FOCUS_NONE || !giveTo(m_previousFocus)) {
+        giveTo(XCB_INPUT_FOCUS_POINTER_ROOT);
+    }
+    m_previousFocus = XCB_INPUT_FOCUS_NONE;
+}
+
 void XcbPanelWindow::raiseToTop()
 {
     const auto windows = stack();

@@ -41,6 +41,11 @@ public:
     /// What there is of the window at all; none is the whole of it.
     void setBoundingRegion(const std::optional<QList<QRect>> &region);
 
+    /// Notes which window has the keyboard, unless it is this one.
+    void rememberFocus();
+    /// Gives the keyboard to the noted window if this one has it.
+    void returnFocus();
+
     void raiseToTop();
     /// Raises the window above the topmost one that the window manager looks after, if that one
     /// covers it.
@@ -53,6 +58,8 @@ private:
     [[nodiscard]] std::vector<std::uint32_t> stack() const;
     /// The windows that the window manager looks after, or rather their frames.
     [[nodiscard]] std::vector<std::uint32_t> managedFrames() const;
+    /// The window that has the keyboard; it may also be one of the protocol's special values.
+    [[nodiscard]] std::uint32_t focus() const;
     void announceStackChange();
 
     xcb_connection_t *m_connection;
@@ -60,6 +67,7 @@ private:
     std::uint32_t m_root = 0;
     Observer m_observer;
     std::uint32_t m_compositor = 0;
+    std::uint32_t m_previousFocus = 0;
     std::uint32_t m_compositorAtom = 0;
     std::uint32_t m_stackingAtom = 0;
     std::uint32_t m_activeWindowAtom = 0;

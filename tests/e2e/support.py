@@ -1,6 +1,9 @@
 """What the end-to-end tests share."""
 
+import contextlib
+import os
 import pathlib
+import subprocess
 import sys
 import unittest
 
@@ -11,8 +14,13 @@ from desktop.corvane import PROGRAM  # noqa: E402
 
 processes.interrupt_on_terminate()
 
+SCREENSHOTS = pathlib.Path(os.environ.get("CORVANE_SCREENSHOTS", ROOT / "build/screenshots"))
 ADDRESS = "4uQeVj5tqViQh7yWWGStvkEG1Zmhx6uasJtWCJziofM"
 SHORT_ADDRESS = "4uQe…iofM"
+# The key whose seed is 1, 2, … 32, in the forms that other wallets give out.
+KEY_ADDRESS = "9C6hybhQ6Aycep9jaUnP6uL9ZYvDjUp1aSkFWPUFJtpj"
+KEY = "2Ana1pUpv2ZbMVkwF5FXapYeBEjdxDatLn7nvJkhgTSdZd8hbDHTd21as7EAsg7ypityqfsw2pMQKJcVDVcAEsd"
+SEED = "4wBqpZM9xaSheZzJSMawUKKwhdpChKbZ5eu5ky4Vigw"
 PRICE = {"price": 150.25, "change": 2.345, "chart": None}
 
 
@@ -28,6 +36,7 @@ class IslandTest(unittest.TestCase):
 
     def setUp(self):
         self.localnet.control("clear-faults")
+        self.localnet.control("clear-log")
         self.localnet.control("price", **PRICE)
         for cluster in ("mainnet", "devnet"):
             self.localnet.fund(ADDRESS, 8.2, "2", cluster)
@@ -37,6 +46,10 @@ class IslandTest(unittest.TestCase):
         if settings is None or isinstance(settings, dict):
             settings = {"corvane.address": ADDRESS, **(settings or {})}
         return Corvane(self.desktop, self.localnet, settings=settings, **more)
+
+    def save(self, picture, name):
+        """Keeps a picture for people to look at."""
+        picture.save(SCREENSHOTS / f"{name}@{self.desktop.scale}x.png")
 
     def colour_at(self, x, y):
         """The colour of the screen at a place given as for Corvane."""
@@ -49,5 +62,65 @@ class IslandTest(unittest.TestCase):
         corvane.leave()
 
 
+class WalletTest(IslandTest):
+    """Tests of a wallet whose key lies in a real keyring, behind polkit where with_polkit.py has
+    made one. Every test begins with an empty keyring."""
 
-__all__ = ["ADDRESS", "PROGRAM", "ROOT", "SHORT_ADDRESS", "IslandTest", "wait_until"]
+    desktop_kind = {"keyring": True}
+    tester = os.environ.get("CORVANE_TESTER")
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.empty_keyring()
+
+    @contextlib.contextmanager
+    def run_wallet(self, settings=None, manner="authenticate"):
+        """The program with its key in the keyring. Whoever is asked to prove presence answers in
+        this manner: authenticate, refuse, dismiss or hang."""
+        with self.run_corvane(settings or {"corvane.address": ""}, demo=False) as corvane:
+            with self.agent(corvane, manner):
+                yield corvane
+
+    @contextlib.contextmanager
+    def agent(self, corvane, manner):
+        """Someone at the keyboard for polkit's questions; the reasons that were shown to them."""
+        if not self.tester:
+            yield None
+            return
+        command = [os.environ["CORVANE_POLKIT_AGENT"], str(corvane.process_id), manner, self.tester,
+                   os.environ["CORVANE_TESTER_PASSWORD"]]
+        with open(self.desktop.folder / "agent", "w+", encoding="utf-8") as reasons:
+            agent = processes.start(command, self.desktop.environment,
+                                    self.desktop.folder / "agent.log", stdout=reasons)
+
+            def shown():
+                return (self.desktop.folder / "agent").read_text(encoding="utf-8").splitlines()
+            try:
+                wait_until(lambda: "ready" in shown(), "polkit's agent")
+                yield lambda: shown()[1:]
+            finally:
+                processes.stop(agent)
+
+    def import_key(self, corvane, text):
+        """Imports a key the way a person does, from the first card."""
+        corvane.hover()
+        corvane.press_button("IMPORT")
+        corvane.wait_for("IMPORT A WALLET")
+        corvane.fill("secret key", text)
+        corvane.press_button("IMPORT")
+        corvane.wait_for("TOTAL BALANCE")
+
+
+def solana(script, *arguments):
+    """What a piece of JavaScript prints that may use the cluster's own library."""
+    command = [os.environ.get("CORVANE_NODE", "node"), "--input-type=module", "--eval", script,
+               "--", *arguments]
+    done = subprocess.run(command, cwd=ROOT / "tools/localnet", capture_output=True, text=True,
+                          timeout=30, check=False)
+    if done.returncode != 0:
+        raise AssertionError(done.stderr)
+    return done.stdout.strip()
+
+
+__all__ = ["ADDRESS", "KEY", "KEY_ADDRESS", "PROGRAM", "ROOT", "SCREENSHOTS", "SEED", "SHORT_ADDRESS", "IslandTest", "WalletTest", "solana",
+           "wait_until"]

@@ -1,7 +1,7 @@
 """Pictures of every state and of the balance card in every dress, for people to look at in
 build/screenshots/, with the facts that a script can hold them to."""
 
-from support import ADDRESS, ROOT, IslandTest
+from support import ADDRESS, IslandTest
 
 INK, GREEN, RED, CARD = (244, 241, 233), (60, 208, 107), (232, 86, 86), (28, 28, 33)
 INVALID = ADDRESS[:-1] + "0"
@@ -25,9 +25,6 @@ def near(colour, other):
 
 
 class Pictures:
-    def save(self, picture, name):
-        picture.save(ROOT / f"build/screenshots/{name}@{self.desktop.scale}x.png")
-
     def test_states(self):
         with self.run_corvane() as corvane:
             states = corvane.watch_opening()

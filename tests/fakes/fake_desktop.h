@@ -114,6 +114,7 @@ public:
     }
     void orderFrontRegardless() override { ++m_state.orderedFront; }
     void makeKeyWindow() override { m_state.isKey = true; }
+    void resignKeyWindow() override { m_state.isKey = false; }
 
 private:
     State &m_state;

@@ -177,11 +177,11 @@ TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
     EXPECT_EQ(m_panels.state.level, platform::IslandPanel::activeLevel);
     queue.advance(60s);
     EXPECT_TRUE(m_island->expanded());
-    m_panels.state.isKey = false;
     m_island->setPane(IslandPane::Balance);
-    EXPECT_FALSE(m_panels.state.isKey);
+    EXPECT_TRUE(m_panels.state.isKey);
     queue.advance(500ms);
     EXPECT_FALSE(m_island->expanded());
+    EXPECT_FALSE(m_panels.state.isKey);
     queue.advance(1s);
     EXPECT_TRUE(isResting());
 }

@@ -13,7 +13,7 @@ _ACCESSIBLE = "org.a11y.atspi.Accessible"
 _CALL_MS = 5000
 _FLAGS = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
           | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-_SHOWING = 1 << 25
+_SHOWING, _FOCUSED = 1 << 25, 1 << 12
 
 
 @dataclass(frozen=True)
@@ -26,6 +26,15 @@ class Accessible:
     name: str
     role: str
     depth: int
+    focused: bool
+
+    @property
+    def description(self):
+        """None when it has gone meanwhile."""
+        try:
+            return self.tree.get(self.owner, self.path, "Description")
+        except GLib.Error:
+            return None
 
     def press(self):
         """Does what a screen reader's user does to a button."""
@@ -35,9 +44,13 @@ class Accessible:
             raise RuntimeError(f"{self.role} {self.name!r} cannot be pressed")
 
     def extents(self, scale):
-        """(x, y, width, height) on the screen, in pixels, of which `scale` make a point."""
-        points, = self.tree.call(self.owner, self.path, "org.a11y.atspi.Component", "GetExtents",
-                                 GLib.Variant("(u)", (0,)))
+        """(x, y, width, height) on the screen, in pixels, of which `scale` make a point. None when
+        it has gone meanwhile."""
+        try:
+            points, = self.tree.call(self.owner, self.path, "org.a11y.atspi.Component",
+                                     "GetExtents", GLib.Variant("(u)", (0,)))
+        except GLib.Error:
+            return None
         return tuple(round(value * scale) for value in points)
 
 
@@ -59,6 +72,12 @@ class AccessibleTree:
     def call(self, owner, path, interface, method, arguments=None):
         return self._bus.call_sync(owner, path, interface, method, arguments, None,
                                    Gio.DBusCallFlags.NONE, _CALL_MS, None).unpack()
+
+    def get(self, owner, path, what):
+        """A property of something that the bus names."""
+        value, = self.call(owner, path, "org.freedesktop.DBus.Properties", "Get",
+                           GLib.Variant("(ss)", (_ACCESSIBLE, what)))
+        return value
 
     def _children(self, owner, path):
         return self.call(owner, path, _ACCESSIBLE, "GetChildren")[0]
@@ -84,8 +103,7 @@ class AccessibleTree:
 
     def _collect(self, path, depth, found):
         try:
-            name, = self.call(self._owner, path, "org.freedesktop.DBus.Properties", "Get",
-                              GLib.Variant("(ss)", (_ACCESSIBLE, "Name")))
+            name = self.get(self._owner, path, "Name")
             role, = self.call(self._owner, path, _ACCESSIBLE, "GetRoleName")
             (states, _), = self.call(self._owner, path, _ACCESSIBLE, "GetState")
             children = self._children(self._owner, path)
@@ -93,7 +111,8 @@ class AccessibleTree:
             return  # it went while we were asking
         if depth > 1 and not states & _SHOWING:
             return
-        found.append(Accessible(self, self._owner, path, name, role, depth))
+        found.append(Accessible(self, self._owner, path, name, role, depth,
+                                bool(states & _FOCUSED)))
         for _, child in children:
             self._collect(child, depth + 1, found)
 
@@ -101,9 +120,9 @@ class AccessibleTree:
         """The names of all that shows, without the program and its window."""
         return [thing.name for thing in self.things() if thing.name and thing.depth > 1]
 
-    def find(self, name, role=None):
-        """The thing with this name, or for which `name`, a function, is true; None when nothing
-        shows that."""
+    def find(self, name, *roles):
+        """The thing with this name, or for which `name`, a function, is true, and with one of these
+        roles if there are any; None when nothing shows that."""
         matches = name if callable(name) else lambda text: text == name
         return next((thing for thing in self.things()
-                     if matches(thing.name) and role in (None, thing.role)), None)
+                     if matches(thing.name) and (not roles or thing.role in roles)), None)

@@ -18,7 +18,8 @@ CARD_WIDTH = 620
 ON_NOTCH = (0, 12)
 ASIDE = (-600, 500)
 DARK = 40  # no channel of a pixel that belongs to the island's black is brighter
-_STILL_SECONDS = 0.5  # longer than any pause in an animation
+_FIELDS = ("text", "panel")  # a masked field is told only by the panel round it
+_STILL_SECONDS = 0.4  # longer than any pause in an animation, shorter than a caret shows
 _PANEL_SIDE = 354  # from the middle of the screen to the panel's edge
 _PANEL_BODY = 360  # the panel's height below the top band
 
@@ -81,6 +82,10 @@ class Corvane:
         status = processes.stop(self._process) if self._process else None
         self._process = None
         return status
+
+    @property
+    def process_id(self):
+        return self._process.pid
 
     def messages(self):
         return self.log.read_text(errors="replace")
@@ -163,6 +168,46 @@ class Corvane:
         """Clicks the middle of something that the accessibility bus names."""
         x, y, width, height = thing.extents(self.desktop.scale)
         self.desktop.screen.click(x + width / 2, y + height / 2)
+
+    def double_click(self, thing):
+        """Clicks twice, as fast as a hand can."""
+        self.click(thing)
+        self.desktop.screen.click()
+
+    def press_button(self, name):
+        """Clicks the button with this name once it shows and has come to rest."""
+        self.click(self.still(name, "push button"))
+
+    def wait_enabled(self, name, enabled=True):
+        """Waits until the button with this name can be pressed, or cannot."""
+        says = "" if enabled else "unavailable"
+        wait_until(lambda: self.still(name, "push button").description == says,
+                   lambda: f"{name} {'enabled' if enabled else 'disabled'}")
+
+    def field(self, name):
+        """The text field with this label or placeholder."""
+        return self.still(lambda text: text.startswith(name), *_FIELDS)
+
+    def still(self, name, *roles):
+        """The thing with this name and one of these roles, once it stays where it is."""
+        latest = None
+
+        def resting():
+            nonlocal latest
+            thing = self.tree.find(name, *roles)
+            place = thing and thing.extents(1)
+            before, latest = latest, place and (thing.path, place)
+            return thing if place and latest == before else None
+        return wait_until(resting, lambda: f"{name} at rest among {self.tree.things()}", pause=0.05)
+
+    def fill(self, name, text):
+        """Clicks into a field and types over what it holds, key by key."""
+        self.click(self.field(name))
+        self.desktop.screen.press("a", "Control_L")
+        if text:
+            self.desktop.screen.type(text)
+        else:
+            self.desktop.screen.press("BackSpace")
 
     def hover(self):
         """Rests the pointer on the notch and waits for the card."""

@@ -16,16 +16,17 @@ _ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
 class VirtualDesktop:
     """Starts what is asked for when entered, and ends it when left, however it is left.
 
-    `size` is in pixels; `scale` of them make a point. Without a bus, programs are told of none.
+    `size` is in pixels; `scale` of them make a point. Without a bus, programs are told of none. The
+    keyring is a real one, empty and unlocked.
     """
 
     def __init__(self, size=(1920, 1080), scale=1, window_manager=True, compositor=True, bus=True,
-                 backdrop=True):
+                 backdrop=True, keyring=False):
         self._size, self.scale = size, scale
         self._wanted = {"window_manager": window_manager, "compositor": compositor, "bus": bus,
-                        "backdrop": backdrop}
+                        "backdrop": backdrop, "keyring": keyring}
         self._processes = []
-        self.screen = self.backdrop = self.bus_address = None
+        self.screen = self.backdrop = self.bus_address = self._keyring = None
 
     def __enter__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="corvane-desktop-"))
@@ -45,6 +46,8 @@ class VirtualDesktop:
         self.screen = Screen(self.environment["DISPLAY"])
         if self._wanted["bus"]:
             self.bus_address = self.environment[_ADDRESS] = self._start_bus()
+        if self._wanted["keyring"]:
+            self._start_keyring()
         if self._wanted["window_manager"]:
             self._run("openbox", "--sm-disable")
             wait_until(self.screen.has_window_manager, "the window manager")
@@ -101,6 +104,38 @@ class VirtualDesktop:
         bus = self._run("dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                         stdout=subprocess.PIPE)
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
+
+    def _start_keyring(self):
+        keyring = self._keyring = self._run("gnome-keyring-daemon", "--foreground", "--unlock",
+                            "--components=secrets", stdin=subprocess.PIPE)
+        keyring.stdin.write(b"a password of its own")
+        keyring.stdin.close()
+        ask = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+               "org.freedesktop.DBus.NameHasOwner", "string:org.freedesktop.secrets"]
+        wait_until(lambda: b"true" in subprocess.run(ask, env=self.environment, check=False,
+                                                     capture_output=True).stdout, "the keyring")
+
+    def empty_keyring(self):
+        """Forgets every key, and what programs remember of them."""
+        processes.stop(self._keyring)
+        self._processes.remove(self._keyring)
+        shutil.rmtree(self.environment["XDG_DATA_HOME"])
+        os.mkdir(self.environment["XDG_DATA_HOME"], mode=0o700)
+        self._start_keyring()
+
+    def lock_keyring(self):
+        """What programs store from now on is refused."""
+        subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.secrets",
+                        "/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
+                        "array:objpath:/org/freedesktop/secrets/collection/login"],
+                       env=self.environment, stdout=subprocess.DEVNULL, timeout=5, check=True)
+
+    def set_clipboard(self, text):
+        """Puts text on the clipboard, as another program does."""
+        # It stays behind to serve the text until somebody else has the clipboard.
+        subprocess.run(["xclip", "-selection", "clipboard", "-in"], env=self.environment,
+                       input=text.encode(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                       timeout=5, check=True)
 
     def clipboard(self):
         """The text in the clipboard."""

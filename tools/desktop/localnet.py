@@ -72,10 +72,18 @@ class Localnet:
 
     def airdrop(self, address, sol, cluster="mainnet"):
         """Lets the cluster itself pay, as a faucet does."""
-        answer = self._fetch(f"/{cluster}", {"jsonrpc": "2.0", "id": 1, "method": "requestAirdrop",
-                                             "params": [address, round(sol * 1e9)]})
+        self._ask(cluster, "requestAirdrop", address, round(sol * 1e9))
+
+    def lamports(self, address, cluster="mainnet"):
+        """What the cluster itself says an address holds."""
+        return self._ask(cluster, "getBalance", address)["value"]
+
+    def _ask(self, cluster, method, *params):
+        answer = self._fetch(f"/{cluster}", {"jsonrpc": "2.0", "id": 1, "method": method,
+                                             "params": params})
         if "result" not in answer:
-            raise RuntimeError(f"no airdrop: {answer}")
+            raise RuntimeError(f"{method}: {answer}")
+        return answer["result"]
 
     def requests(self, after=0):
         """The requests so far that have been answered or dropped."""

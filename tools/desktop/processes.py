@@ -20,8 +20,8 @@ def start(command, environment, log, **more):
     """Starts `command` with its messages in the file `log`."""
     with open(log, "ab") as messages:
         # In a session of its own a Ctrl-C reaches the script alone, which then ends all in order.
-        return subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL, stderr=messages,
-                                stdout=more.pop("stdout", messages), start_new_session=True,
+        more = {"stdin": subprocess.DEVNULL, "stdout": messages} | more
+        return subprocess.Popen(command, env=environment, stderr=messages, start_new_session=True,
                                 preexec_fn=end_with_parent, **more)
 
 

@@ -4,7 +4,7 @@ import struct
 import time
 import zlib
 
-from Xlib import X, Xatom, display, error
+from Xlib import XK, X, Xatom, display, error
 from Xlib.ext import xtest
 
 _BAND_BYTES = 100_000
@@ -106,9 +106,10 @@ class Screen:
                       here.root_y + (y - here.root_y) * step / steps)
             time.sleep(_STEP_SECONDS)
 
-    def click(self, x, y):
-        """Moves there and presses and releases the first button."""
-        self.move(x, y)
+    def click(self, x=None, y=None):
+        """Moves there, if a place is named, and presses and releases the first button."""
+        if x is not None:
+            self.move(x, y)
         for event in (X.ButtonPress, X.ButtonRelease):
             xtest.fake_input(self.display, event, 1)
         self.display.sync()
@@ -121,6 +122,36 @@ class Screen:
         fake(self.display, X.ButtonRelease, 1)
         fake(self.display, X.MotionNotify, x=round(away_x), y=round(away_y))
         self.display.sync()
+
+    def press(self, key, *modifiers):
+        """Presses and releases the key with this X name ("Return", "a"), while `modifiers`
+        ("Control_L") are held."""
+        keysym = XK.string_to_keysym(key)
+        self._stroke(keysym, [self.display.keysym_to_keycode(XK.string_to_keysym(held))
+                              for held in modifiers])
+
+    def type(self, text):
+        """Types characters that the keyboard has on a key, alone or with Shift."""
+        for character in text:
+            self._stroke(ord(character), [])
+
+    def _stroke(self, keysym, held):
+        places = self.display.keysym_to_keycodes(keysym)
+        keycode, level = min(places, key=lambda place: place[1], default=(0, 0))
+        if not keycode or level > 1:
+            raise ValueError(f"no key for the symbol {keysym:#x}")
+        if level == 1:
+            held = [*held, self.display.keysym_to_keycode(XK.XK_Shift_L)]
+        strokes = [(X.KeyPress, code) for code in [*held, keycode]]
+        strokes += [(X.KeyRelease, code) for code in [keycode, *reversed(held)]]
+        for event, code in strokes:
+            xtest.fake_input(self.display, event, code)
+        self.display.sync()
+        time.sleep(_STEP_SECONDS)
+
+    def keyboard_owner(self):
+        """The window that has the keyboard; a number where the protocol has a special value."""
+        return self.display.get_input_focus().focus
 
     def window_named(self, name):
         """The visible child of the root window with this title, or None."""

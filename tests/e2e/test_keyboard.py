@@ -1,0 +1,149 @@
+"""Hands on the keyboard alone: who has it, where Tab goes, how a field is edited."""
+
+from Xlib import X
+
+from support import SHORT_ADDRESS, IslandTest, wait_until
+
+TAB_ORDER = {
+    "balance": ["Refresh", "Settings", "$1,234.05", SHORT_ADDRESS, "RECEIVE", "SEND"],
+    "SEND": ["Refresh", "Settings", "Back to the balance", "TO", "AMOUNT (SOL)", "MAX"],
+    "RECEIVE": ["Refresh", "Settings", "Back to the balance", "COPY ADDRESS"],
+    "Settings": ["Refresh", "Settings", "WALLET ADDRESS (public key, watch-only)",
+                 "CUSTOM RPC URL (optional, wins over public RPC)", "NETWORK", "BACKUP", "REMOVE",
+                 "QUIT", "DONE"],
+}
+
+
+class KeyboardTest(IslandTest):
+    def setUp(self):
+        super().setUp()
+        self.screen = self.desktop.screen
+
+    def make_window(self):
+        """An ordinary window of another program, with the keyboard."""
+        window = self.screen.root.create_window(100, 600, 300, 200, 0, X.CopyFromParent)
+        window.map()
+        self.screen.display.sync()
+        wait_until(lambda: window.get_attributes().map_state == X.IsViewable, "a window")
+        window.set_input_focus(X.RevertToParent, X.CurrentTime)
+        wait_until(lambda: self.screen.keyboard_owner() == window, "its keyboard")
+        self.addCleanup(window.destroy)
+        return window
+
+    def focused(self, corvane):
+        return next((thing.name for thing in corvane.tree.things()
+                     if thing.focused and thing.name and thing.role != "frame"), None)
+
+    def test_takes_the_keyboard_and_gives_it_back(self):
+        other = self.make_window()
+        with self.run_corvane() as corvane:
+            island = self.screen.window_named("Corvane")
+            corvane.hover()
+            corvane.settled()
+            self.assertEqual(self.screen.keyboard_owner(), other, "opening takes nothing")
+            corvane.press_button("SEND")
+            wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
+            corvane.press_button("Back to the balance")
+            corvane.leave()
+            wait_until(lambda: self.screen.keyboard_owner() == other, "the keyboard back")
+
+            # Its owner is gone by then.
+            corvane.hover()
+            corvane.press_button("SEND")
+            wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
+            other.unmap()
+            self.screen.display.sync()
+            corvane.press_button("Back to the balance")
+            corvane.leave()
+            wait_until(lambda: self.screen.keyboard_owner() != island, "the keyboard let go")
+
+    def test_tab_goes_in_the_order_of_reading(self):
+        with self.run_corvane() as corvane:
+            for pane, order in TAB_ORDER.items():
+                with self.subTest(pane):
+                    corvane.hover()
+                    corvane.wait_for("TOTAL BALANCE", "$1,234.05")
+                    if pane == "balance":
+                        # Nothing on it takes the keyboard, so it is handed over.
+                        self.screen.window_named("Corvane").set_input_focus(X.RevertToParent,
+                                                                            X.CurrentTime)
+                    else:
+                        corvane.press_button(pane)
+                    corvane.settled()
+                    self.assertEqual(self.walk(corvane, len(order), "Tab"), order)
+                    back = self.walk(corvane, len(order) - 1, "Tab", "Shift_L")
+                    self.assertEqual(back, order[-2::-1])
+                    if pane != "balance":
+                        corvane.press_button("DONE" if pane == "Settings" else "Back to the balance")
+                    corvane.leave()
+
+    def walk(self, corvane, steps, *keys):
+        """The names that have the keyboard after each of so many presses."""
+        names = []
+        for _ in range(steps):
+            before = self.focused(corvane)
+            self.screen.press(*keys)
+            names.append(wait_until(lambda last=before: self.moved(corvane, last),
+                                    lambda: f"a step on from {names}"))
+        return names
+
+    def moved(self, corvane, before):
+        name = self.focused(corvane)
+        return name if name != before else None
+
+    def test_buttons_and_picker_follow_the_keys(self):
+        with self.run_corvane() as corvane:
+            corvane.hover()
+            corvane.press_button("Settings")
+            corvane.settled()
+            while self.focused(corvane) != "NETWORK":
+                self.screen.press("Tab")
+            self.screen.press("Right")
+            wait_until(lambda: corvane.settings().get("corvane.network") == "devnet", "devnet")
+            self.screen.press("Left")
+            wait_until(lambda: corvane.settings()["corvane.network"] == "mainnet", "mainnet")
+            while self.focused(corvane) != "DONE":
+                self.screen.press("Tab")
+            self.screen.press("Return")
+            corvane.wait_for("TOTAL BALANCE")
+
+    def test_fields_are_edited_as_elsewhere(self):
+        with self.run_corvane({"corvane.rpc": ""}) as corvane:
+            corvane.hover()
+            corvane.press_button("Settings")
+            rpc = "CUSTOM RPC URL (optional, wins over public RPC)"
+            corvane.fill(rpc, "one two")
+
+            def expect(text):
+                wait_until(lambda: corvane.settings().get("corvane.rpc") == text,
+                           lambda: f"{text!r}, not {corvane.settings().get('corvane.rpc')!r}")
+            press, write = self.screen.press, self.screen.type
+            expect("one two")
+            press("Home")
+            write("0 ")
+            expect("0 one two")
+            press("End")
+            press("Left", "Control_L")
+            write("and ")
+            expect("0 one and two")
+            press("Right", "Control_L", "Shift_L")
+            press("x", "Control_L")
+            expect("0 one and ")
+            self.assertEqual(self.desktop.clipboard(), "two")
+            press("z", "Control_L")
+            expect("0 one and two")
+            press("z", "Control_L", "Shift_L")
+            expect("0 one and ")
+            press("v", "Control_L")
+            press("v", "Control_L")
+            expect("0 one and twotwo")
+            press("BackSpace", "Control_L")
+            expect("0 one and ")
+            press("Home")
+            press("Delete", "Control_L")
+            expect("one and ")
+            press("a", "Control_L")
+            press("c", "Control_L")
+            self.assertEqual(self.desktop.clipboard(), "one and ")
+            press("Delete")
+            expect("")

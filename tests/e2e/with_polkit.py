@@ -1,0 +1,122 @@
+#!/usr/bin/python3
+"""with_polkit.py COMMAND...: runs a command as an ordinary user whose system bus has a real polkit
+that knows Corvane's actions, all in a mount namespace of its own. The user is made for it; the
+environment names them: CORVANE_TESTER and CORVANE_TESTER_PASSWORD.
+
+Without root, or without the right to mount, the command runs as it is and is told of no tester."""
+
+import ctypes
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tools"))
+from desktop import processes, wait_until  # noqa: E402
+
+USER, ID, PASSWORD = "corvane-tester", 61234, "open-sesame"
+PASSWORD_HASH = ("$6$corvane$YvmO9UBODFCu2X/ySzser2Hy.yhm2vYyg7ag6hu/X3GPgFe2MjEAJoulpo6dXb32vfAubQy"
+                 "bJCoOGTZxr9yCZ.")
+POLKIT = "/usr/lib/polkit-1/polkitd"
+BUS = pathlib.Path("/run/dbus")
+ACTIONS = pathlib.Path("/usr/share/polkit-1/actions")
+BUS_CONFIGURATION = """<busconfig><type>system</type>
+<listen>unix:path=/run/dbus/system_bus_socket</listen><auth>EXTERNAL</auth>
+<policy context="default"><allow user="*"/><allow own="*"/>
+<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/></policy></busconfig>"""
+_CLONE_NEWNS = 0x20000
+
+
+def mount(*arguments):
+    subprocess.run(["mount", *map(str, arguments)], check=True)
+
+
+def enter_namespace():
+    if os.geteuid() != 0 or not os.path.exists(POLKIT):
+        return False
+    if ctypes.CDLL(None).unshare(_CLONE_NEWNS) != 0:
+        return False
+    return subprocess.run(["mount", "--make-rprivate", "/"], check=False).returncode == 0
+
+
+def extend(folder, file, line):
+    """Shows a copy of `file` with one more line in its place."""
+    copy = folder / pathlib.Path(file).name
+    copy.write_text(pathlib.Path(file).read_text() + line + "\n")
+    mount("--bind", copy, file)
+
+
+def make_user(folder):
+    extend(folder, "/etc/passwd", f"{USER}:x:{ID}:{ID}::/tmp:/bin/sh")
+    extend(folder, "/etc/group", f"{USER}:x:{ID}:")
+    extend(folder, "/etc/shadow", f"{USER}:{PASSWORD_HASH}:19000:0:99999:7:::")
+
+
+def start_polkit(folder):
+    for place in (BUS, ACTIONS):
+        place.mkdir(parents=True, exist_ok=True)
+        mount("-t", "tmpfs", "-o", "mode=0755", "tmpfs", place)
+    action = ACTIONS / "org.corvane.policy"
+    shutil.copyfile(ROOT / "assets/org.corvane.policy", action)
+    action.chmod(0o644)
+    configuration = folder / "bus.conf"
+    configuration.write_text(BUS_CONFIGURATION)
+    log = folder / "messages"
+    bus = processes.start(["dbus-daemon", f"--config-file={configuration}", "--nofork",
+                           "--nopidfile"], os.environ, log)
+    wait_until((BUS / "system_bus_socket").exists, "the system bus")
+    polkit = processes.start([POLKIT, "--no-debug"], os.environ, log)
+    ask = ["dbus-send", "--system", "--print-reply", "--dest=org.freedesktop.PolicyKit1",
+           "/org/freedesktop/PolicyKit1/Authority",
+           "org.freedesktop.PolicyKit1.Authority.EnumerateActions", "string:C"]
+    wait_until(lambda: subprocess.run(ask, capture_output=True, check=False).returncode == 0,
+               lambda: f"polkit\n{log.read_text()}")
+    return polkit, bus
+
+
+def run(command, folder):
+    # Reached by another path, the checkout may lie in a folder that is closed to the user.
+    checkout, pictures = folder / "checkout", folder / "pictures"
+    for place in (checkout, pictures):
+        place.mkdir()
+    os.chown(pictures, ID, ID)
+    mount("--bind", ROOT, checkout)
+
+    def moved(text):
+        return text.replace(str(ROOT), str(checkout))
+    environment = {name: moved(value) for name, value in os.environ.items()}
+    environment |= {"CORVANE_TESTER": USER, "CORVANE_TESTER_PASSWORD": PASSWORD, "HOME": "/tmp",
+                    "CORVANE_SCREENSHOTS": str(pictures)}
+    pathlib.Path("/tmp/.X11-unix").mkdir(mode=0o1777, exist_ok=True)
+    as_user = ["setpriv", f"--reuid={ID}", f"--regid={ID}", "--clear-groups"]
+    status = subprocess.run([*as_user, *map(moved, command)], env=environment,
+                            cwd=moved(os.getcwd()), check=False).returncode
+    shutil.copytree(pictures, ROOT / "build/screenshots", dirs_exist_ok=True)
+    return status
+
+
+def main():
+    command = sys.argv[1:]
+    if not enter_namespace():
+        print("polkit is NOT used in this run: it needs root, polkit and the right to mount")
+        os.execvp(command[0], command)
+    processes.interrupt_on_terminate()
+    with tempfile.TemporaryDirectory(prefix="corvane-polkit-") as name:
+        folder = pathlib.Path(name)
+        folder.chmod(0o755)
+        started = ()
+        try:
+            make_user(folder)
+            started = start_polkit(folder)
+            return run(command, folder)
+        finally:
+            for process in started:
+                processes.stop(process)
+            subprocess.run(["umount", "--lazy", str(folder / "checkout")], check=False)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
