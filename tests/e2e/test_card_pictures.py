@@ -124,7 +124,10 @@ class CardPictures:
             self.skipTest("needs with_polkit.py and root")
         with self.run_wallet(manner="refuse") as corvane:
             corvane.hover()
-            self.look(corvane, "locked", "CORVANE LOCKED", "UNLOCK")
+            corvane.wait_for("CORVANE LOCKED")
+            corvane.still("UNLOCK", "push button")
+            # The mark on it never rests.
+            self.keep(corvane, "locked", corvane.capture())
 
 
 class CardPicturesAtScale1Test(CardPictures, WalletTest):

@@ -203,11 +203,14 @@ class Corvane:
     def fill(self, name, text):
         """Clicks into a field and types over what it holds, key by key."""
         self.click(self.field(name))
-        self.desktop.screen.press("a", "Control_L")
+        screen = self.desktop.screen
+        wait_until(lambda: screen.keyboard_owner() == screen.window_named("Corvane"),
+                   "the keyboard for the field")
+        screen.press("a", "Control_L")
         if text:
-            self.desktop.screen.type(text)
+            screen.type(text)
         else:
-            self.desktop.screen.press("BackSpace")
+            screen.press("BackSpace")
 
     def hover(self):
         """Rests the pointer on the notch and waits for the card."""
