@@ -192,4 +192,8 @@ Item {
             onTriggered: card.send()
         }
     }
+
+    Announcement {
+        text: card.announcement
+    }
 }

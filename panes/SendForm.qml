@@ -148,7 +148,7 @@ Item {
             text: "SENT ✓"
             font: Theme.term(9, Theme.Heavy)
             color: Theme.green
-            Accessible.role: Accessible.AlertMessage
+            Accessible.role: Accessible.Notification
 
             AnimatedValue {
                 id: appearance
@@ -181,16 +181,12 @@ Item {
         }
     }
 
-    Label {
+    ErrorLine {
         id: error
 
         anchors.top: root.card.sent ? sentRow.bottom : action.bottom
         anchors.topMargin: 10
         width: parent.width
         text: root.card.errorMsg
-        wrapMode: Text.WordWrap
-        font: Theme.term(8)
-        color: Theme.red
-        Accessible.role: Accessible.AlertMessage
     }
 }

@@ -67,14 +67,12 @@ Item {
             onEdited: text => card.address = text
         }
 
-        Label {
+        ErrorLine {
             id: addressError
 
             y: address.implicitHeight + 4
+            width: parent.width
             text: card.addressError
-            font: Theme.term(8)
-            color: Theme.red
-            Accessible.role: Accessible.AlertMessage
         }
     }
 

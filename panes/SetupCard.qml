@@ -33,7 +33,7 @@ Item {
         Component.onCompleted: faces.show(choiceFace)
     }
 
-    Label {
+    ErrorLine {
         id: error
 
         x: 28
@@ -41,10 +41,6 @@ Item {
         anchors.topMargin: 10
         width: root.width - 56
         text: card.errorMsg
-        wrapMode: Text.WordWrap
-        font: Theme.term(8)
-        color: Theme.red
-        Accessible.role: Accessible.AlertMessage
     }
 
     Component {

@@ -75,6 +75,12 @@ void BalanceCardModel::update()
         Q_EMIT figuresChanged();
         Q_EMIT chipChanged();
     }
+    const bool isKnown = m_figures.hasAddress && m_figures.headline.front() != unknownAmount;
+    if (isKnown == m_announcement.isEmpty()) {
+        m_announcement =
+            isKnown ? QStringLiteral("TOTAL BALANCE ") + m_figures.headline : QString();
+        Q_EMIT announcementChanged();
+    }
     if (m_wave != m_wallet->wave()) {
         m_wave = m_wallet->wave();
         Q_EMIT waveChanged();

@@ -26,6 +26,8 @@ class BalanceCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString headline READ headline NOTIFY figuresChanged FINAL)
     /// The balance in QUIB, and in USDC once it is known.
     Q_PROPERTY(QString holdings READ holdings NOTIFY figuresChanged FINAL)
+    /// What a screen reader says once the balance is known; later changes are not announced.
+    Q_PROPERTY(QString announcement READ announcement NOTIFY announcementChanged FINAL)
     Q_PROPERTY(QString solPrice READ solPrice NOTIFY figuresChanged FINAL)
     Q_PROPERTY(QList<double> wave READ wave NOTIFY waveChanged FINAL)
     Q_PROPERTY(bool hasAddress READ hasAddress NOTIFY figuresChanged FINAL)
@@ -44,6 +46,7 @@ public:
     [[nodiscard]] bool changeIsFall() const { return m_figures.changeIsFall; }
     [[nodiscard]] QString headline() const { return m_figures.headline; }
     [[nodiscard]] QString holdings() const { return m_figures.holdings; }
+    [[nodiscard]] QString announcement() const { return m_announcement; }
     [[nodiscard]] QString solPrice() const { return m_figures.solPrice; }
     [[nodiscard]] QList<double> wave() const { return m_wave; }
     [[nodiscard]] bool hasAddress() const { return m_figures.hasAddress; }
@@ -66,6 +69,7 @@ public:
 
 Q_SIGNALS:
     void figuresChanged();
+    void announcementChanged();
     void waveChanged();
     void chipChanged();
 
@@ -93,6 +97,7 @@ private:
     core::WalletModel *m_wallet = nullptr;
     island::IslandController *m_island = nullptr;
     Figures m_figures;
+    QString m_announcement;
     QList<double> m_wave;
     PassingFlag m_copied;
 };

@@ -19,7 +19,10 @@ class BalanceCardTest(IslandTest):
     def test_shows_the_figures_and_follows_them(self):
         with self.run_corvane() as corvane:
             self.assertEqual(corvane.tree.texts(), [], "the resting island shows no text")
+            corvane.tree.listen()
             corvane.hover()
+            wait_until(lambda: corvane.tree.heard() == ["TOTAL BALANCE $1,234.05"],
+                       lambda: f"a screen reader that says it, not {corvane.tree.heard()}")
             corvane.wait_for("QUIB", "DEMO", "TOTAL BALANCE", "MAINNET", "+2.35%", "$1,234.05",
                              "≈ 8,200 QUIB  ·  USDC 2.00", "SOL $150.25", SHORT_ADDRESS, "RECEIVE",
                              "SEND")

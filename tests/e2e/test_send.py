@@ -79,6 +79,7 @@ class SendTest(WalletTest):
         faults = {"sendTransaction": REFUSED, "getLatestBlockhash": "couldn't fetch a recent blockhash"}
         with self.run_wallet() as corvane:
             self.open_form(corvane)
+            corvane.tree.listen()
             corvane.fill("TO", RECIPIENT)
             corvane.fill("AMOUNT", "1.5")
             for match, error in faults.items():
@@ -94,6 +95,8 @@ class SendTest(WalletTest):
             corvane.press_button("SEND")
             corvane.wait_for("SENT ✓")
             self.assertFalse(set(faults.values()) & set(corvane.tree.texts()))
+            said = [*faults.values(), "SENT ✓"]
+            wait_until(lambda: corvane.tree.heard() == said, "a screen reader that says it all")
             self.assertEqual(self.localnet.lamports(RECIPIENT), 2_500_000_000)
 
     def test_slow_cluster_gets_one_transfer(self):

@@ -3,9 +3,12 @@
 It talks to the bus itself: the usual client library keeps a cache that only a main loop refreshes.
 """
 
+import contextlib
 from dataclasses import dataclass
 
 from gi.repository import Gio, GLib
+
+from .waiting import wait_until
 
 _ROOT = "/org/a11y/atspi/accessible/root"
 _REGISTRY = "org.a11y.atspi.Registry"
@@ -65,9 +68,31 @@ class AccessibleTree:
         self._bus = Gio.DBusConnection.new_for_address_sync(address, _FLAGS, None, None)
         self._process_id = process_id
         self._owner = None
+        self._heard = []
 
     def close(self):
         self._bus.close_sync(None)
+
+    def listen(self):
+        """Begins to note what a screen reader would say of its own accord."""
+        wait_until(self.things, "the program on the accessibility bus")
+        self.call(_REGISTRY, "/org/a11y/atspi/registry", _REGISTRY, "RegisterEvent",
+                  GLib.Variant("(sass)", ("object:state-changed:showing", [], "")))
+        self._bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", "StateChanged", None, None,
+                                   Gio.DBusSignalFlags.NONE, self._note)
+
+    def _note(self, _bus, owner, path, _interface, _signal, arguments):
+        what, shows = arguments.unpack()[:2]
+        if owner == self._owner and what == "showing" and shows:
+            with contextlib.suppress(GLib.Error):  # it has gone meanwhile
+                role, = self.call(owner, path, _ACCESSIBLE, "GetRoleName")
+                if role == "notification":
+                    self._heard.append(self.get(owner, path, "Name"))
+
+    def heard(self):
+        """The names of the notifications that have come up since `listen`."""
+        self.things()
+        return self._heard
 
     def call(self, owner, path, interface, method, arguments=None):
         return self._bus.call_sync(owner, path, interface, method, arguments, None,
@@ -94,6 +119,8 @@ class AccessibleTree:
     def things(self):
         """Everything that shows now, in the order of the tree. Empty while the program is not on
         the bus."""
+        while GLib.MainContext.default().iteration(False):
+            pass  # what has come up is noted while it is still there
         self._owner = self._owner or self._find_program()
         if self._owner is None:
             return []
