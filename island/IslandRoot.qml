@@ -104,6 +104,7 @@ Item {
     AnimatedValue {
         id: shadowValue
 
+        fades: true
         transaction: root.island.transaction
         target: root.island.expanded ? 0.55 : root.island.widened ? 0.25 : 0
     }
@@ -111,6 +112,7 @@ Item {
     AnimatedValue {
         id: lineValue
 
+        fades: true
         transaction: root.island.transaction
         target: root.island.expanded ? 1 : 0
     }

@@ -22,6 +22,7 @@ Item {
         id: restingRow
 
         target: 1
+        fades: true
         Component.onCompleted: {
             restingRow.useEaseOut(0.12);
             restingRow.jumpTo(root.island.expanded ? 0 : 1);

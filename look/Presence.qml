@@ -18,6 +18,8 @@ Item {
     property real leaveBlur: 0
     property real leaveY: 0
 
+    readonly property real drift: Theme.reducedMotion ? 0 : 1 - root.amount
+
     // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
     readonly property real amount: Math.max(0, Math.min(1, presence.value))
     readonly property AnimatedValue motion: presence
@@ -49,15 +51,16 @@ Item {
         id: presence
 
         target: 0
+        fades: true
         Component.onCompleted: presence.jumpTo(root.present ? 1 : 0)
     }
 
     ContentFx {
         width: root.width
         height: root.height
-        y: (1 - root.amount) * (root.present ? root.enterY : root.leaveY)
+        y: root.drift * (root.present ? root.enterY : root.leaveY)
         opacity: root.amount
-        blur: (1 - root.amount) * (root.present ? root.enterBlur : root.leaveBlur)
+        blur: root.drift * (root.present ? root.enterBlur : root.leaveBlur)
         visible: root.item !== null && (root.present || root.amount > 0)
 
         Item {

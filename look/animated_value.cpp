@@ -1,6 +1,15 @@
 #include "look/animated_value.h"
 
+#include "look/theme.h"
+
 namespace corvane::look {
+
+namespace {
+
+/// Seconds of a fade where motion is reduced.
+constexpr double reducedFade = 0.15;
+
+} // namespace
 
 /// Hands the frame clock's time to the value; runs until stopped.
 class AnimatedValue::Ticker final : public QAbstractAnimation
@@ -88,8 +97,12 @@ void AnimatedValue::componentComplete()
     m_settingUp = false;
 }
 
-void AnimatedValue::setOut(const Animation &animation)
+void AnimatedValue::setOut(const Animation &wanted)
 {
+    Animation animation = wanted;
+    if (Theme::reducesMotion()) {
+        animation = m_fades ? Animation::easeOut(reducedFade) : Animation();
+    }
     if (animation.isImmediate() && animation.delay() <= 0) {
         stop();
         setMotion({m_target, 0});

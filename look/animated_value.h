@@ -31,6 +31,9 @@ class AnimatedValue : public QObject, public QQmlParserStatus
                    transactionChanged FINAL)
     /// Distance from the target at which a spring counts as arrived.
     Q_PROPERTY(double tolerance MEMBER m_tolerance FINAL)
+    /// The value is an opacity. Where motion is reduced it still changes gradually, and every other
+    /// value at once.
+    Q_PROPERTY(bool fades MEMBER m_fades FINAL)
 
 public:
     explicit AnimatedValue(QObject *parent = nullptr);
@@ -71,6 +74,7 @@ private:
 
     double m_target = 0;
     double m_tolerance = 0.0005;
+    bool m_fades = false;
     Motion m_motion;
     Motion m_start;
     Animation m_running;

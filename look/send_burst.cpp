@@ -1,5 +1,6 @@
 #include "look/send_burst.h"
 
+#include "look/theme.h"
 #include "look/timing_curve.h"
 
 #include <QAbstractAnimation>
@@ -91,7 +92,7 @@ void SendBurst::setTrigger(int trigger)
         return;
     }
     m_trigger = trigger;
-    if (trigger >= 1) {
+    if (trigger >= 1 && !Theme::reducesMotion()) {
         if (!m_burst.isPending()) {
             m_now = 0;
         }

@@ -41,6 +41,19 @@ Theme *Theme::create(QQmlEngine *, QJSEngine *)
     return existing;
 }
 
+void Theme::setAppearance(const platform::AppearanceSettings &appearance)
+{
+    if (appearance != m_appearance) {
+        m_appearance = appearance;
+        Q_EMIT appearanceChanged();
+    }
+}
+
+bool Theme::reducesMotion()
+{
+    return existing != nullptr && existing->isMotionReduced();
+}
+
 QFont Theme::pixel(double size, double tracking) const
 {
     static const QStringList names{

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/appearance.h"
 #include "platform/font_registry.h"
 
 #include <QColor>
@@ -22,12 +23,14 @@ class Theme : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QColor ink READ ink CONSTANT FINAL)
-    Q_PROPERTY(QColor muted READ muted CONSTANT FINAL)
+    Q_PROPERTY(QColor muted READ muted NOTIFY appearanceChanged FINAL)
     Q_PROPERTY(QColor green READ green CONSTANT FINAL)
-    Q_PROPERTY(QColor red READ red CONSTANT FINAL)
+    Q_PROPERTY(QColor red READ red NOTIFY appearanceChanged FINAL)
     Q_PROPERTY(QColor card READ card CONSTANT FINAL)
     Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
-    Q_PROPERTY(QColor line READ line CONSTANT FINAL)
+    Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged FINAL)
+    /// Nothing moves about; what comes and goes fades.
+    Q_PROPERTY(bool reducedMotion READ isMotionReduced NOTIFY appearanceChanged FINAL)
 
 public:
     enum Weight { Regular = QFont::Normal, Bold = QFont::Bold, Heavy = QFont::ExtraBold };
@@ -39,20 +42,36 @@ public:
     /// Hands the existing object to the QML engine.
     static Theme *create(QQmlEngine *engine, QJSEngine *scripts);
 
+    /// Follows what the user has asked of every program. Colours that are hard to tell from the
+    /// ground stand out more in high contrast.
+    void setAppearance(const platform::AppearanceSettings &appearance);
+    [[nodiscard]] bool isMotionReduced() const { return m_appearance.reducedMotion; }
+    /// What the existing theme says; false while there is none.
+    [[nodiscard]] static bool reducesMotion();
+
     /// Primary text, headings, hovered pictograms.
     [[nodiscard]] static QColor ink() { return {244, 241, 233}; }
     /// Secondary text, idle pictograms.
-    [[nodiscard]] static QColor muted() { return {140, 136, 126}; }
+    [[nodiscard]] QColor muted() const
+    {
+        return m_appearance.highContrast ? QColor(214, 210, 200) : QColor(140, 136, 126);
+    }
     /// The accent: buttons, glow, the mark, a rising price.
     [[nodiscard]] static QColor green() { return {60, 208, 107}; }
     /// Errors, destructive actions, a falling price.
-    [[nodiscard]] static QColor red() { return {232, 86, 86}; }
+    [[nodiscard]] QColor red() const
+    {
+        return m_appearance.highContrast ? QColor(255, 138, 138) : QColor(232, 86, 86);
+    }
     /// Fills of fields and panels.
     [[nodiscard]] static QColor card() { return {28, 28, 33}; }
     /// The ground of a QR code, which cameras read.
     [[nodiscard]] static QColor paper() { return {255, 255, 255}; }
     /// Hairline outlines, laid over whatever is beneath.
-    [[nodiscard]] static QColor line() { return QColor::fromRgbF(1, 1, 1, 0.12F); }
+    [[nodiscard]] QColor line() const
+    {
+        return QColor::fromRgbF(1, 1, 1, m_appearance.highContrast ? 0.6F : 0.12F);
+    }
 
     /// The pixel typeface at `size` points with `tracking` points between letters; without one of
     /// its fonts the heavy monospaced face of the desktop.
@@ -63,8 +82,12 @@ public:
                                          double tracking = 0) const;
     [[nodiscard]] Q_INVOKABLE static QFont underlined(QFont font);
 
+Q_SIGNALS:
+    void appearanceChanged();
+
 private:
     const platform::FontRegistry &m_fonts;
+    platform::AppearanceSettings m_appearance;
 };
 
 } // namespace corvane::look

@@ -5,13 +5,14 @@ import QtQuick
 Item {
     id: root
 
-    scale: 0.86 + 0.14 * shown.value
+    scale: Theme.reducedMotion ? 1 : 0.86 + 0.14 * shown.value
     opacity: Math.max(0, Math.min(1, shown.value))
 
     AnimatedValue {
         id: shown
 
         target: 0
+        fades: true
         Component.onCompleted: {
             shown.useSpring(0.45, 0.7, 0.12);
             shown.target = 1;

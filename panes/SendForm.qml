@@ -142,7 +142,7 @@ Item {
         Label {
             id: sentText
 
-            scale: appearance.value
+            scale: Theme.reducedMotion ? 1 : appearance.value
             opacity: Math.max(0, Math.min(1, appearance.value))
             visible: opacity > 0
             text: "SENT ✓"
@@ -154,6 +154,7 @@ Item {
                 id: appearance
 
                 target: root.card.sent ? 1 : 0
+                fades: true
                 Component.onCompleted: appearance.useSpring(0.3, 0.6)
             }
         }
