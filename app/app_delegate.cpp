@@ -105,7 +105,7 @@ void AppDelegate::open(island::IslandPane pane)
     if (needsKey && (!model().hasSigningKey() || model().hasPendingBackup())) {
         pane = IslandPane::Balance;
     }
-    island().expand();
+    island().present();
     if (pane != island().pane()) {
         island().setPane(pane);
     }
@@ -114,7 +114,7 @@ void AppDelegate::open(island::IslandPane pane)
 bool AppDelegate::perform(const platform::InstanceRequest &request)
 {
     if (request.action.isEmpty()) {
-        island().expand();
+        island().present();
         return true;
     }
     if (request.action == openAction) {

@@ -136,7 +136,8 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
 /// A demo and the user's own wallet run beside each other.
 QString instanceName(bool demo)
 {
-    return demo ? QStringLiteral("org.corvane.Corvane.Demo") : QStringLiteral("org.corvane.Corvane");
+    return demo ? QStringLiteral("org.corvane.Corvane.Demo")
+                : QStringLiteral("org.corvane.Corvane");
 }
 
 int run(const app::Options &options, const core::Endpoints &endpoints,

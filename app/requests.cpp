@@ -45,9 +45,9 @@ std::optional<Farewell> handOver(const Options &options, platform::Instance &ins
         platform::Instance::Claim::Refused) {
         return std::nullopt;
     }
-    const bool answered = instance.send(options.open ? platform::InstanceRequest{openAction,
-                                                                                 options.open}
-                                                     : platform::InstanceRequest{});
+    const bool answered =
+        instance.send(options.open ? platform::InstanceRequest{openAction, options.open}
+                                   : platform::InstanceRequest{});
     if (!answered) {
         return Farewell{QStringLiteral("Corvane is running already, but does not answer.\n"), 1};
     }

@@ -29,7 +29,8 @@ void paintStatusMark(QPainter &painter, const QRectF &rect)
         mark.addRect(cell);
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.strokePath(mark, QPen(edgeColor, 2 * edge, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.strokePath(mark,
+                       QPen(edgeColor, 2 * edge, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.fillPath(mark, fillColor);
 }
 

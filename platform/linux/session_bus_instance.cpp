@@ -59,8 +59,8 @@ void refuse(const Invocation &invocation, int code, const char *why)
 
 void accept(const Invocation &invocation)
 {
-    g_dbus_method_invocation_return_value(
-        G_DBUS_METHOD_INVOCATION(g_object_ref(invocation.get())), nullptr);
+    g_dbus_method_invocation_return_value(G_DBUS_METHOD_INVOCATION(g_object_ref(invocation.get())),
+                                          nullptr);
 }
 
 /// What an ActivateAction asks for; none when its parameter has a form that no action takes.
@@ -147,9 +147,9 @@ public:
         }
         GioPtr<GError> error;
         const bool waits = patience > 0ms;
-        const GioPtr<GVariant> reply = calls.call(
-            m_connection.get(), busName, busPath, busName, "RequestName",
-            g_variant_new("(su)", name, waits ? guint32{0} : doNotQueue), "(u)", error);
+        const GioPtr<GVariant> reply =
+            calls.call(m_connection.get(), busName, busPath, busName, "RequestName",
+                       g_variant_new("(su)", name, waits ? guint32{0} : doNotQueue), "(u)", error);
         if (reply == nullptr) {
             return Claim::Unavailable;
         }
@@ -232,8 +232,8 @@ private:
     }
 
     static void handleCall(GDBusConnection *, const gchar *, const gchar *, const gchar *,
-                           const gchar *method, GVariant *arguments,
-                           GDBusMethodInvocation *taken, gpointer service)
+                           const gchar *method, GVariant *arguments, GDBusMethodInvocation *taken,
+                           gpointer service)
     {
         Invocation invocation(taken, g_object_unref);
         const std::string_view name(method);

@@ -7,8 +7,8 @@
 namespace corvane::platform {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, for as long as it exists. A
-/// signal that was ignored at the start, as by nohup, stays so. At most one at a time; made after the
-/// application object.
+/// signal that was ignored at the start, as by nohup, stays so. At most one at a time; made after
+/// the application object.
 class TerminationSignals
 {
 public:
