@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QIcon>
 #include <QIconEngine>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QMenu>
 #include <QPainter>
@@ -60,6 +61,24 @@ private:
     StatusPicture m_picture;
 };
 
+/// A menu whose key equivalents work while it is open; Qt knows them only for menus of windows.
+class KeyedMenu final : public QMenu
+{
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const QKeySequence pressed(event->keyCombination());
+        for (QAction *action : actions()) {
+            if (action->shortcut() == pressed) {
+                close();
+                action->trigger();
+                return;
+            }
+        }
+        QMenu::keyPressEvent(event);
+    }
+};
+
 /// The icon and its menu, made when there is a place for them; what they load is not small.
 class Tray
 {
@@ -93,7 +112,7 @@ public:
     }
 
 private:
-    QMenu m_menu;
+    KeyedMenu m_menu;
     QSystemTrayIcon m_icon;
 };
 
