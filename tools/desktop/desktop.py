@@ -108,6 +108,12 @@ class VirtualDesktop:
                               capture_output=True, text=True, timeout=5, check=False)
         return read.stdout if read.returncode == 0 else None
 
+    def lose_display(self):
+        """Ends the X server under everybody's feet."""
+        self._processes[0].kill()
+        self._processes[0].wait()
+        self.backdrop = self.screen = None
+
     def close(self):
         if self.backdrop:
             self.backdrop.close()

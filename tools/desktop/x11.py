@@ -4,7 +4,7 @@ import struct
 import time
 import zlib
 
-from Xlib import X, Xatom, display, error
+from Xlib import X, XK, Xatom, display, error
 from Xlib.ext import xtest
 
 _BAND_BYTES = 100_000
@@ -111,6 +111,15 @@ class Screen:
         self.move(x, y)
         for event in (X.ButtonPress, X.ButtonRelease):
             xtest.fake_input(self.display, event, 1)
+        self.display.sync()
+
+    def press_keys(self, *names):
+        """Presses the keys with these names of X together."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(name)) for name in names]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
         self.display.sync()
 
     def tap(self, x, y, away_x, away_y):
