@@ -13,7 +13,7 @@ namespace corvane::look {
 namespace {
 
 const QColor fillColor(255, 255, 255);
-const QColor edgeColor(0, 0, 0, 165);
+const QColor edgeColor(0, 0, 0, 190);
 /// Room for the edge, as a share of the side.
 constexpr double edgeShare = 1.0 / 18.0;
 

@@ -1,5 +1,6 @@
 #include "platform/linux/local_application_bundle.h"
 #include "platform/linux/xdg_autostart.h"
+#include "tests/platform/wait_until.h"
 
 #include <QDir>
 #include <QFile>
@@ -144,6 +145,19 @@ TEST_F(InstallationTest, CopiesABundleWithItsLinksAndPermissions)
     EXPECT_TRUE(bundle.remove(to));
     EXPECT_FALSE(bundle.remove(to));
     EXPECT_TRUE(names(path("Applications")).isEmpty());
+}
+
+TEST_F(InstallationTest, StartsTheOtherBundle)
+{
+    const QString program = path("Other.app/bin/corvane");
+    write(program, "#!/bin/sh\necho \"$0 $*\" > \"$0.new\" && mv \"$0.new\" \"$0.started\"\n");
+    QFile::setPermissions(program, QFile::Permissions(0x7755));
+    LocalApplicationBundle bundle(path("This.app/bin/corvane"), {QStringLiteral("--take-over")});
+    bundle.openNewInstance(path("Missing.app"));
+    bundle.openNewInstance(path("Other.app"));
+    const QString started = program + QStringLiteral(".started");
+    ASSERT_TRUE(tests::waitUntil([&] { return QFile::exists(started); }));
+    EXPECT_EQ(contents(started), (program + QStringLiteral(" --take-over\n")).toUtf8());
 }
 
 TEST_F(InstallationTest, WhatCannotBeRemovedStaysAsItWas)

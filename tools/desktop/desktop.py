@@ -100,6 +100,7 @@ class VirtualDesktop:
     def _start_bus(self):
         bus = self._run("dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                         stdout=subprocess.PIPE)
+        self._bus = bus
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
     def clipboard(self):
@@ -110,9 +111,17 @@ class VirtualDesktop:
 
     def lose_display(self):
         """Ends the X server under everybody's feet."""
+        if self.backdrop:
+            self.backdrop.close()
+        self.screen.close()
+        self.backdrop = self.screen = None
         self._processes[0].kill()
         self._processes[0].wait()
-        self.backdrop = self.screen = None
+
+    def lose_bus(self):
+        """Ends the session bus under everybody's feet."""
+        self._bus.kill()
+        self._bus.wait()
 
     def close(self):
         if self.backdrop:

@@ -44,6 +44,7 @@ class StatusNotifierHost:
     def __init__(self, bus_address, has_host=True):
         self._address, self._has_host = bus_address, has_host
         self._items = []
+        self.asked = []  # names of the properties that have been read
         self._context = GLib.MainContext()
         self._loop = GLib.MainLoop(self._context)
 
@@ -59,7 +60,8 @@ class StatusNotifierHost:
     def __exit__(self, *_):
         self._loop.quit()
         self._thread.join(5)
-        self._bus.close_sync(None)
+        if not self._bus.is_closed():
+            self._bus.close_sync(None)
 
     def _run(self, ready):
         self._context.push_thread_default()
@@ -78,6 +80,7 @@ class StatusNotifierHost:
         invocation.return_value(None)
 
     def _on_read(self, _bus, _sender, _path, _interface, name):
+        self.asked.append(name)
         return {"RegisteredStatusNotifierItems": GLib.Variant("as", [o + p for o, p in self._items]),
                 "IsStatusNotifierHostRegistered": GLib.Variant("b", self._has_host),
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
@@ -91,11 +94,6 @@ class StatusNotifierHost:
         self._has_host = True
         self._bus.emit_signal(None, "/StatusNotifierWatcher", _WATCHER,
                               "StatusNotifierHostRegistered", None)
-
-    @property
-    def items(self):
-        """(owner, path) of the items that have registered."""
-        return list(self._items)
 
     def item(self):
         """The properties of the one item, once it has registered."""
