@@ -1,5 +1,9 @@
 #include "app/app_delegate.h"
 
+#include "app/requests.h"
+#include "look/status_mark.h"
+#include "platform/settings_store.h"
+
 #include <chrono>
 
 namespace corvane::app {
@@ -8,14 +12,16 @@ namespace {
 
 /// After this long it is a rest and not a pause.
 constexpr auto restDelay = std::chrono::seconds(10);
+/// True once the tour has been shown.
+const QString onboardedSetting = QStringLiteral("corvane.onboarded.v1");
 
 } // namespace
 
 AppDelegate::AppDelegate(core::WalletServices walletServices, island::IslandServices islandServices,
-                         std::function<void()> rested)
+                         ShellServices shellServices)
     : m_walletServices(std::move(walletServices))
     , m_islandServices(std::move(islandServices))
-    , m_rested(std::move(rested))
+    , m_shellServices(std::move(shellServices))
 {}
 
 AppDelegate::~AppDelegate()
@@ -23,6 +29,9 @@ AppDelegate::~AppDelegate()
     if (m_restWork) {
         m_restWork->cancel();
     }
+    // The island reads the wallet until it is gone, and the menu acts on both.
+    m_statusItem.reset();
+    m_island.reset();
 }
 
 void AppDelegate::applicationDidFinishLaunching()
@@ -33,6 +42,99 @@ void AppDelegate::applicationDidFinishLaunching()
     QObject::connect(m_island.get(), &island::IslandController::expandedChanged, m_island.get(),
                      [this] { scheduleRest(); });
     scheduleRest();
+    makeStatusItem();
+    registerAsLoginItem();
+    if (!m_walletServices.settings.boolean(onboardedSetting).value_or(false)) {
+        showTour();
+    }
+}
+
+void AppDelegate::makeStatusItem()
+{
+    m_statusItem = m_shellServices.statusBar.makeStatusItem(
+        &look::paintStatusMark,
+        {
+            {QStringLiteral("CORVANE — your quibs, in the notch"), nullptr, {}},
+            {},
+            {QStringLiteral("Refresh now"), [this] { refreshNow(); }, QStringLiteral("r")},
+            {QStringLiteral("Settings…"), [this] { openSettings(); }, QStringLiteral(",")},
+            {QStringLiteral("Welcome tour…"), [this] { showTour(); }, {}},
+            {},
+            {QStringLiteral("Quit Corvane"), [this] { quit(); }, QStringLiteral("q")},
+        });
+}
+
+void AppDelegate::registerAsLoginItem()
+{
+    const QString path = m_shellServices.bundle.path();
+    if (!path.endsWith(QLatin1String(".app")) || !path.startsWith(QLatin1String("/Applications"))) {
+        return;
+    }
+    if (!m_shellServices.loginItem.isEnabled()) {
+        // After a failure the next launch tries again.
+        m_shellServices.loginItem.enable();
+    }
+}
+
+void AppDelegate::refreshNow()
+{
+    model().refresh();
+}
+
+void AppDelegate::openSettings()
+{
+    island().setPane(island::IslandPane::Settings);
+}
+
+void AppDelegate::showTour()
+{
+    if (m_shellServices.showOnboarding) {
+        m_shellServices.showOnboarding(island());
+    }
+}
+
+void AppDelegate::quit()
+{
+    m_islandServices.application.terminate();
+}
+
+void AppDelegate::open(island::IslandPane pane)
+{
+    using island::IslandPane;
+    const bool needsKey = pane == IslandPane::Send || pane == IslandPane::Receive;
+    if (needsKey && (!model().hasSigningKey() || model().hasPendingBackup())) {
+        pane = IslandPane::Balance;
+    }
+    island().present();
+    if (pane != island().pane()) {
+        island().setPane(pane);
+    }
+}
+
+bool AppDelegate::perform(const platform::InstanceRequest &request)
+{
+    if (request.action.isEmpty()) {
+        island().present();
+        return true;
+    }
+    if (request.action == openAction) {
+        const auto pane = paneNamed(request.parameter.value_or(QString()));
+        if (pane) {
+            open(*pane);
+        }
+        return pane.has_value();
+    }
+    if (request.parameter) {
+        return false;
+    }
+    if (request.action == refreshAction) {
+        refreshNow();
+    } else if (request.action == quitAction) {
+        quit();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void AppDelegate::scheduleRest()
@@ -42,9 +144,25 @@ void AppDelegate::scheduleRest()
     }
     m_restWork = m_islandServices.queue.after(restDelay, [this] {
         if (!m_island->expanded()) {
-            m_rested();
+            m_shellServices.rested();
         }
     });
+}
+
+core::WalletModel &AppDelegate::model() const
+{
+    if (!m_model) {
+        qFatal("the wallet is used before the launch");
+    }
+    return *m_model;
+}
+
+island::IslandController &AppDelegate::island() const
+{
+    if (!m_island) {
+        qFatal("the island is used before the launch");
+    }
+    return *m_island;
 }
 
 } // namespace corvane::app

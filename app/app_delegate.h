@@ -2,33 +2,68 @@
 
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
+#include "platform/application_bundle.h"
+#include "platform/instance.h"
+#include "platform/login_item.h"
+#include "platform/status_item.h"
 
 #include <functional>
 #include <memory>
 
 namespace corvane::app {
 
-/// Owns what lives from launch to exit. Main thread.
+/// What the application needs besides a wallet and an island. Everything outlives the delegate.
+struct ShellServices
+{
+    platform::StatusBar &statusBar;
+    platform::LoginItem &loginItem;
+    platform::ApplicationBundle &bundle;
+    /// Opens the tour, or brings it to the front. May be empty: there is none then.
+    std::function<void(island::IslandController &)> showOnboarding;
+    /// Called some time after the start and after each folding, when the island has come to rest.
+    std::function<void()> rested;
+};
+
+/// Owns what lives from launch to exit. Main thread. Whatever is done before the launch has
+/// finished, other than launching, is a programming error and stops the process.
 class AppDelegate
 {
 public:
-    /// `rested` is called some time after the start and after each folding, when the island has
-    /// come to rest.
     AppDelegate(core::WalletServices walletServices, island::IslandServices islandServices,
-                std::function<void()> rested);
+                ShellServices shellServices);
     ~AppDelegate();
 
-    /// Creates the wallet and the island and shows it. Called once, before the event loop runs.
+    /// Creates the wallet and the island, shows it and the status item, registers the installed
+    /// program to start at login, and opens the tour unless it has been shown before. Called once,
+    /// before the event loop runs.
     void applicationDidFinishLaunching();
 
+    // The status item's menu.
+    void refreshNow();
+    void openSettings();
+    void showTour();
+    void quit();
+
+    /// Opens the island on `pane` as the user would: asking for presence first where that is due,
+    /// and on the balance instead while the wallet has nothing to send or receive with.
+    void open(island::IslandPane pane);
+    /// Does what another start of the program asks for; false when it is nothing known.
+    [[nodiscard]] bool perform(const platform::InstanceRequest &request);
+
 private:
+    void makeStatusItem();
+    void registerAsLoginItem();
     void scheduleRest();
+    [[nodiscard]] core::WalletModel &model() const;
+    [[nodiscard]] island::IslandController &island() const;
+
+    std::unique_ptr<core::WalletModel> m_model;
+    std::unique_ptr<island::IslandController> m_island;
+    std::unique_ptr<platform::StatusItem> m_statusItem;
 
     core::WalletServices m_walletServices;
     island::IslandServices m_islandServices;
-    std::unique_ptr<core::WalletModel> m_model;
-    std::unique_ptr<island::IslandController> m_island;
-    std::function<void()> m_rested;
+    ShellServices m_shellServices;
     std::shared_ptr<platform::WorkItem> m_restWork;
 };
 

@@ -3,6 +3,7 @@
 #include "app/frame_log.h"
 #include "app/island_content.h"
 #include "app/options.h"
+#include "app/requests.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
 #include "platform/linux/canberra_sound_player.h"
@@ -12,6 +13,7 @@
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/icu_number_formatter.h"
 #include "platform/linux/json_settings.h"
+#include "platform/linux/local_application_bundle.h"
 #include "platform/linux/local_file_system.h"
 #include "platform/linux/no_authenticator.h"
 #include "platform/linux/polkit_authenticator.h"
@@ -20,14 +22,18 @@
 #include "platform/linux/qt_clipboard.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_screens.h"
+#include "platform/linux/qt_status_bar.h"
 #include "platform/linux/secret_service_keychain.h"
+#include "platform/linux/session_bus_instance.h"
+#include "platform/linux/termination_signals.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
+#include "platform/linux/xdg_autostart.h"
 #include "platform/sodium_signing_keys.h"
 #include "platform/thread_background_tasks.h"
 
+#include <QApplication>
 #include <QFile>
-#include <QGuiApplication>
 #include <QQuickWindow>
 #include <QStandardPaths>
 
@@ -127,7 +133,15 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
 }
 
-int run(const app::Options &options, const core::Endpoints &endpoints)
+/// A demo and the user's own wallet run beside each other.
+QString instanceName(bool demo)
+{
+    return demo ? QStringLiteral("org.corvane.Corvane.Demo")
+                : QStringLiteral("org.corvane.Corvane");
+}
+
+int run(const app::Options &options, const core::Endpoints &endpoints,
+        std::unique_ptr<platform::Instance> claimed)
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
@@ -149,34 +163,55 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     platform::CanberraSoundPlayer sounds(background);
     platform::DesktopLinkOpener links;
     platform::QtApplication terminator;
+    const platform::TerminationSignals signals([&terminator] { terminator.terminate(); });
+    platform::QtStatusBar statusBar;
+    const QString executable = QCoreApplication::applicationFilePath();
+    platform::XdgAutostart loginItem(
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), executable);
+    platform::LocalApplicationBundle bundle(executable, app::relaunchArguments(options));
     const platform::FontconfigFontRegistry fonts;
     const look::Theme theme(fonts);
+    std::unique_ptr<app::AppDelegate> delegate;
     app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
 
     const auto makeContent = [&](island::IslandController &island) {
         QQuickItem *root = content.make(island);
         // Nothing of the resting island is text, so the fonts need not delay its first frame.
+        const auto firstFrame = [&] {
+            assets::registerBundledFonts();
+            if (options.open) {
+                delegate->open(*app::paneNamed(*options.open));
+            }
+        };
         QObject::connect(
             root, &QQuickItem::windowChanged, root,
-            [](QQuickWindow *window) {
+            [firstFrame](QQuickWindow *window) {
                 if (window != nullptr) {
                     app::logFrames(*window);
-                    QObject::connect(window, &QQuickWindow::frameSwapped, window,
-                                     &assets::registerBundledFonts, Qt::SingleShotConnection);
+                    QObject::connect(window, &QQuickWindow::frameSwapped, window, firstFrame,
+                                     Qt::SingleShotConnection);
                 }
             },
             Qt::SingleShotConnection);
         return root;
     };
-    app::AppDelegate delegate({queue, http, settings, *keyServices.keychain, signingKeys,
-                               background, formatter, files, endpoints},
-                              {queue, screens, pointer, panels, *keyServices.authenticator,
+    delegate = std::make_unique<app::AppDelegate>(
+        core::WalletServices{queue, http, settings, *keyServices.keychain, signingKeys, background,
+                             formatter, files, endpoints},
+        island::IslandServices{queue, screens, pointer, panels, *keyServices.authenticator,
                                clipboard, sounds, links, terminator, makeContent},
-                              &platform::releaseCodePages);
-    delegate.applicationDidFinishLaunching();
-    const int status = QGuiApplication::exec();
+        app::ShellServices{statusBar, loginItem, bundle, nullptr, &platform::releaseCodePages});
+    delegate->applicationDidFinishLaunching();
+    // Answers on the queue, and so must end before it.
+    auto instance = std::move(claimed);
+    instance->serve(queue, [&delegate](const platform::InstanceRequest &request) {
+        return delegate->perform(request);
+    });
+    const int status = QApplication::exec();
+    instance.reset();
     // The views read the model and the island until they are gone.
     content.unload();
+    delegate.reset();
     if (background.isBusy()) {
         // A prompt is still open in a thread that uses the keychain and the queue. Settings are
         // written when they change, so there is nothing left to do but to go.
@@ -201,6 +236,11 @@ int main(int argc, char *argv[])
         return say(farewell->text, farewell->status);
     }
     const auto &options = std::get<app::Options>(parsed);
+    std::unique_ptr<platform::Instance> instance =
+        std::make_unique<platform::SessionBusInstance>(instanceName(options.demoKeychain));
+    if (const auto farewell = app::handOver(options, *instance)) {
+        return say(farewell->text, farewell->status);
+    }
     const auto endpoints = chosenEndpoints(options);
     if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
         return say(farewell->text, farewell->status);
@@ -217,7 +257,7 @@ int main(int argc, char *argv[])
     prepareEnvironment();
     QCoreApplication::setApplicationName(QStringLiteral("corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
-    QGuiApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return run(options, endpointSet);
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return run(options, endpointSet, std::move(instance));
 }

@@ -1,9 +1,11 @@
 #include "app/options.h"
 
+#include "app/requests.h"
 #include "keys/base58.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFileInfo>
 
 namespace corvane::app {
 
@@ -36,6 +38,18 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
         QStringLiteral("Use the base addresses in the JSON object in FILE instead of the built-in "
                        "ones (also: CORVANE_ENDPOINTS)."),
         QStringLiteral("FILE"));
+    const QCommandLineOption open(
+        QStringLiteral("open"),
+        QStringLiteral("Open the island on PANE (balance, send, receive or settings); start the "
+                       "program if it does not run."),
+        QStringLiteral("PANE"));
+    const QCommandLineOption refresh(QStringLiteral("refresh"),
+                                     QStringLiteral("Refresh the figures of the running program."));
+    const QCommandLineOption quit(QStringLiteral("quit"),
+                                  QStringLiteral("End the running program."));
+    const QCommandLineOption takeOver(
+        QStringLiteral("take-over"),
+        QStringLiteral("Wait up to 10 seconds for the running program's end, and run then."));
     const QCommandLineOption demo(
         QStringLiteral("demo-keychain"),
         QStringLiteral("Run on a fresh throw-away key in memory, with settings of its own. The "
@@ -47,7 +61,7 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("A Solana wallet that lives in the notch of your screen."));
-    parser.addOptions({help, version, endpoints, demo, watch});
+    parser.addOptions({open, refresh, quit, takeOver, endpoints, demo, watch, help, version});
     if (!parser.parse(arguments)) {
         return Farewell{parser.errorText() + QStringLiteral("\nTry --help.\n"), usageError};
     }
@@ -63,7 +77,25 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
                         usageError};
     }
 
+    if (parser.isSet(open) + parser.isSet(refresh) + parser.isSet(quit) > 1) {
+        return Farewell{QStringLiteral("--open, --refresh and --quit exclude each other\n"),
+                        usageError};
+    }
+
     Options options;
+    if (parser.isSet(refresh)) {
+        options.command = Options::Command::Refresh;
+    } else if (parser.isSet(quit)) {
+        options.command = Options::Command::Quit;
+    }
+    if (parser.isSet(open)) {
+        options.open = parser.value(open);
+        if (!paneNamed(*options.open)) {
+            return Farewell{QStringLiteral("--open needs balance, send, receive or settings\n"),
+                            usageError};
+        }
+    }
+    options.takeOver = parser.isSet(takeOver);
     options.demoKeychain = parser.isSet(demo);
     if (parser.isSet(endpoints)) {
         options.endpointsFile = parser.value(endpoints);
@@ -78,6 +110,19 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
         options.watch = address;
     }
     return options;
+}
+
+QStringList relaunchArguments(const Options &options)
+{
+    QStringList arguments{QStringLiteral("--take-over")};
+    if (options.endpointsFile) {
+        arguments << QStringLiteral("--endpoints")
+                  << QFileInfo(*options.endpointsFile).absoluteFilePath();
+    }
+    if (options.demoKeychain) {
+        arguments << QStringLiteral("--demo-keychain");
+    }
+    return arguments;
 }
 
 } // namespace corvane::app

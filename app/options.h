@@ -11,6 +11,14 @@ namespace corvane::app {
 /// What the command line and the environment ask for.
 struct Options
 {
+    /// Whether to run, or only to ask something of the instance that runs.
+    enum class Command { Run, Refresh, Quit };
+
+    Command command = Command::Run;
+    /// Name of the pane to open, here or in the instance that runs.
+    std::optional<QString> open;
+    /// Wait for the end of the instance that runs.
+    bool takeOver = false;
     /// File with other base addresses than the built-in ones.
     std::optional<QString> endpointsFile;
     /// Run on a throw-away key in memory, with settings of its own.
@@ -25,6 +33,9 @@ struct Farewell
     QString text;
     int status = 0;
 };
+
+/// Starts the program again as `options` have it; what they want done once is left out.
+[[nodiscard]] QStringList relaunchArguments(const Options &options);
 
 /// Reads `arguments` (the program's name first). The endpoints file may also come from the
 /// environment variable CORVANE_ENDPOINTS, given as `environmentEndpoints`.

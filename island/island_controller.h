@@ -17,6 +17,7 @@
 #include <QSizeF>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -78,6 +79,9 @@ public:
     void show();
     /// Opens the island on the current pane. `show` must have been called.
     void expand();
+    /// Opens the island although the pointer is elsewhere. It stays until the pointer has been
+    /// there and left, or for some seconds when that does not come.
+    void present();
     /// Folds the island, unless it shows another pane than the balance or is asking for presence.
     void collapse();
     /// Asks the user to prove presence, unless that has been done. `then` runs after a success, and
@@ -138,6 +142,7 @@ private:
     void evaluateHover();
     void pointerIsInside();
     void pointerIsOutside();
+    [[nodiscard]] bool isPresented() const;
     void screensChanged();
     void finishUnlock(bool success, const std::shared_ptr<platform::AuthenticationContext> &context,
                       const std::function<void()> &then);
@@ -162,6 +167,8 @@ private:
     core::WalletModel &m_model;
     IslandServices m_services;
     look::Transaction m_transaction;
+    /// Until when `present` keeps the island open without the pointer.
+    std::optional<std::chrono::nanoseconds> m_presentedUntil;
     std::unique_ptr<platform::IslandPanel> m_panel;
     std::shared_ptr<platform::WorkItem> m_expandWork;
     std::shared_ptr<platform::WorkItem> m_collapseWork;

@@ -25,6 +25,9 @@ constexpr auto narrowDelay = 160ms;
 constexpr auto restAfterNarrowing = 400ms;
 constexpr auto restAfterFolding = 700ms;
 
+/// How long an island that was opened without the pointer waits for it: time to read the figures.
+constexpr auto presentationTime = 6s;
+
 void cancel(std::shared_ptr<platform::WorkItem> &work)
 {
     if (work) {
@@ -71,6 +74,7 @@ void IslandController::evaluateHover()
 void IslandController::pointerIsInside()
 {
     cancel(m_collapseWork);
+    m_presentedUntil.reset();
     if (!m_expanded && !m_widened && !m_hovering) {
         m_transaction.run(swellSpring(), [this] {
             publish(m_hovering, true, &IslandController::hoveringChanged);
@@ -95,6 +99,11 @@ void IslandController::pointerIsOutside()
             publish(m_hovering, false, &IslandController::hoveringChanged);
         });
     }
+    if (isPresented()) {
+        // Also when a folding that was under way has won over it.
+        expand();
+        return;
+    }
     if (m_widened && !m_expanded) {
         m_transaction.run(widenSpring(),
                           [this] { publish(m_widened, false, &IslandController::widenedChanged); });
@@ -114,6 +123,18 @@ void IslandController::pointerIsOutside()
             controller->collapse();
         }
     });
+}
+
+bool IslandController::isPresented() const
+{
+    return m_presentedUntil && m_services.queue.now() < *m_presentedUntil;
+}
+
+void IslandController::present()
+{
+    cancel(m_collapseWork);
+    m_presentedUntil = m_services.queue.now() + presentationTime;
+    expand();
 }
 
 void IslandController::expand()

@@ -1,8 +1,18 @@
 #include "platform/linux/qt_application.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QSessionManager>
 
 namespace corvane::platform {
+
+QtApplication::QtApplication()
+{
+    const auto neverRestart = [](QSessionManager &session) {
+        session.setRestartHint(QSessionManager::RestartNever);
+    };
+    QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, qGuiApp, neverRestart);
+    QObject::connect(qGuiApp, &QGuiApplication::saveStateRequest, qGuiApp, neverRestart);
+}
 
 void QtApplication::terminate()
 {

@@ -168,6 +168,29 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
     EXPECT_EQ(queue.pendingTimers(), 2U);
 }
 
+TEST_F(IslandControllerTest, StaysOpenForAWhileWhenPresentedToAPointerElsewhere)
+{
+    show();
+    m_island->present();
+    queue.advance(5s);
+    EXPECT_TRUE(m_island->expanded());
+    queue.advance(3s);
+    EXPECT_TRUE(isResting());
+
+    // A pointer that has come keeps to the usual rules.
+    m_island->present();
+    queue.advance(500ms);
+    moveTo(card);
+    moveTo(away);
+    queue.advance(400ms);
+    EXPECT_FALSE(m_island->expanded());
+
+    // In the middle of the folding.
+    m_island->present();
+    queue.advance(1s);
+    EXPECT_TRUE(m_island->expanded());
+}
+
 TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
 {
     show();

@@ -5,8 +5,9 @@ from .accessible import AccessibleTree
 from .corvane import Corvane
 from .desktop import VirtualDesktop
 from .localnet import Localnet
+from .tray import StatusNotifierHost, XEmbedTray
 from .waiting import wait_until
 from .x11 import Backdrop, Picture, Screen
 
 __all__ = ["AccessibleTree", "Backdrop", "Corvane", "Localnet", "Picture", "Screen",
-           "VirtualDesktop", "wait_until"]
+           "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]

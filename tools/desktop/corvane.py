@@ -32,9 +32,9 @@ class Corvane:
     """
 
     def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
-                 arguments=(), environment=None):
+                 arguments=(), environment=None, program=PROGRAM):
         self.desktop, self.notch = desktop, notch
-        self._command = [str(PROGRAM), *(["--endpoints", str(localnet.endpoints)] if localnet else []),
+        self._command = [str(program), *(["--endpoints", str(localnet.endpoints)] if localnet else []),
                          *(["--demo-keychain"] if demo else []), *arguments]
         self.environment = desktop.environment | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         if notch:
@@ -259,6 +259,14 @@ class Corvane:
             raise RuntimeError(f"Corvane ended with {self._process.poll()}\n{self.messages()}")
         return self.desktop.screen.window_named("Corvane") and self.is_resting()
 
-    def wait_for_end(self):
-        """The status with which it ends by itself, however long that takes."""
-        return self._process.wait()
+    def wait_for_end(self, seconds=None):
+        """The status with which it ends by itself, however long that takes, or within a bound."""
+        return self._process.wait(seconds)
+
+    def send_signal(self, number):
+        self._process.send_signal(number)
+
+    def start_again(self, *arguments):
+        """Starts it a second time, to the end; with its status and what it said."""
+        return subprocess.run([*self._command, *arguments], env=self.environment, timeout=20,
+                              capture_output=True, text=True, check=False)

@@ -103,6 +103,7 @@ class VirtualDesktop:
     def _start_bus(self):
         bus = self._run("dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                         stdout=subprocess.PIPE)
+        self._bus = bus
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
     def _start_keyring(self):
@@ -142,6 +143,20 @@ class VirtualDesktop:
         read = subprocess.run(["xclip", "-selection", "clipboard", "-out"], env=self.environment,
                               capture_output=True, text=True, timeout=5, check=False)
         return read.stdout if read.returncode == 0 else None
+
+    def lose_display(self):
+        """Ends the X server under everybody's feet."""
+        if self.backdrop:
+            self.backdrop.close()
+        self.screen.close()
+        self.backdrop = self.screen = None
+        self._processes[0].kill()
+        self._processes[0].wait()
+
+    def lose_bus(self):
+        """Ends the session bus under everybody's feet."""
+        self._bus.kill()
+        self._bus.wait()
 
     def close(self):
         if self.backdrop:

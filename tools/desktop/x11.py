@@ -114,6 +114,15 @@ class Screen:
             xtest.fake_input(self.display, event, 1)
         self.display.sync()
 
+    def press_keys(self, *names):
+        """Presses the keys with these names of X together."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(name)) for name in names]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
+        self.display.sync()
+
     def tap(self, x, y, away_x, away_y):
         """Jumps there, clicks and jumps away, in one message to the server."""
         fake = xtest.fake_input

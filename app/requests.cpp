@@ -1,0 +1,62 @@
+#include "app/requests.h"
+
+#include <chrono>
+
+namespace corvane::app {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// How long a relaunch waits for the end of the instance that started it.
+constexpr auto takeOverPatience = 10s;
+
+} // namespace
+
+std::optional<island::IslandPane> paneNamed(const QString &name)
+{
+    using island::IslandPane;
+    constexpr std::pair<QLatin1String, IslandPane> panes[] = {
+        {QLatin1String("balance"), IslandPane::Balance},
+        {QLatin1String("send"), IslandPane::Send},
+        {QLatin1String("receive"), IslandPane::Receive},
+        {QLatin1String("settings"), IslandPane::Settings},
+    };
+    for (const auto &[known, pane] : panes) {
+        if (name == known) {
+            return pane;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Farewell> handOver(const Options &options, platform::Instance &instance)
+{
+    if (options.command != Options::Command::Run) {
+        const bool refreshes = options.command == Options::Command::Refresh;
+        if (instance.send({refreshes ? refreshAction : quitAction, std::nullopt})) {
+            return Farewell{};
+        }
+        return Farewell{QStringLiteral("Corvane is not running, or cannot be reached over the "
+                                       "session bus.\n"),
+                        1};
+    }
+    if (instance.claim(options.takeOver ? takeOverPatience : 0s) !=
+        platform::Instance::Claim::Refused) {
+        return std::nullopt;
+    }
+    const bool answered =
+        instance.send(options.open ? platform::InstanceRequest{openAction, options.open}
+                                   : platform::InstanceRequest{});
+    if (!answered) {
+        return Farewell{QStringLiteral("Corvane is running already, but does not answer.\n"), 1};
+    }
+    if (options.watch) {
+        return Farewell{QStringLiteral("Corvane is running already; --watch works at its start "
+                                       "only.\n"),
+                        1};
+    }
+    return Farewell{};
+}
+
+} // namespace corvane::app

@@ -1,0 +1,197 @@
+#include "app/app_delegate.h"
+
+#include "keys/key_vault.h"
+#include "tests/core/wallet_fixture.h"
+#include "tests/fakes/fake_desktop.h"
+#include "tests/fakes/fake_shell.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace corvane::app {
+namespace {
+
+using namespace std::chrono_literals;
+using island::IslandPane;
+
+class AppDelegateTest : public tests::WalletTest
+{
+protected:
+    void launchApplication(bool onboarded = true)
+    {
+        settings.values.insert_or_assign(QStringLiteral("corvane.onboarded.v1"), onboarded);
+        settings.values.insert_or_assign(QStringLiteral("corvane.address"), tests::addressA);
+        m_screens.screens = {tests::plainScreen({0, 0, 1512, 982})};
+        m_authenticator.available = false;
+        m_delegate = std::make_unique<AppDelegate>(
+            core::WalletServices{queue, http, settings, keychain, signingKeys, background,
+                                 formatter, files, endpoints},
+            island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
+                                   m_clipboard, m_sounds, m_links, m_application,
+                                   [this](island::IslandController &island) {
+                                       m_island = &island;
+                                       return nullptr;
+                                   }},
+            ShellServices{m_statusBar, m_loginItem, m_bundle,
+                          [this](island::IslandController &island) {
+                              EXPECT_EQ(&island, m_island);
+                              ++m_tours;
+                          },
+                          [] {}});
+        m_delegate->applicationDidFinishLaunching();
+        queue.drain();
+        http.forgetRequests();
+    }
+
+    void choose(const QString &title)
+    {
+        const auto item = std::ranges::find(m_statusBar.menu, title, &platform::MenuItem::title);
+        ASSERT_NE(item, m_statusBar.menu.end());
+        item->action();
+        queue.drain();
+    }
+
+    tests::FakeScreens m_screens;
+    tests::FakePointer m_pointer;
+    tests::FakePanelFactory m_panels;
+    tests::FakeAuthenticator m_authenticator;
+    tests::FakeClipboard m_clipboard;
+    tests::FakeSoundPlayer m_sounds;
+    tests::FakeLinkOpener m_links;
+    tests::FakeApplication m_application;
+    tests::FakeStatusBar m_statusBar;
+    tests::FakeLoginItem m_loginItem;
+    tests::FakeBundle m_bundle;
+    int m_tours = 0;
+    island::IslandController *m_island = nullptr;
+    std::unique_ptr<AppDelegate> m_delegate;
+};
+
+TEST_F(AppDelegateTest, TheMenuActsOnTheWalletAndTheIsland)
+{
+    launchApplication();
+    EXPECT_EQ(m_panels.state.orderedFront, 1);
+
+    choose(QStringLiteral("Refresh now"));
+    // The chart comes only with a refresh that is forced.
+    EXPECT_EQ(std::ranges::count(http.names(), tests::chart), 1);
+    choose(QStringLiteral("Settings…"));
+    EXPECT_TRUE(m_island->expanded());
+    EXPECT_EQ(m_island->pane(), IslandPane::Settings);
+    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_EQ(m_tours, 0);
+    choose(QStringLiteral("Welcome tour…"));
+    EXPECT_EQ(m_tours, 1);
+    choose(QStringLiteral("Quit Corvane"));
+    EXPECT_EQ(m_application.terminations, 1);
+}
+
+TEST_F(AppDelegateTest, OpensTheTourOnceByItself)
+{
+    launchApplication(false);
+    EXPECT_EQ(m_tours, 1);
+}
+
+TEST_F(AppDelegateTest, RegistersOnlyTheInstalledProgramAndOnlyOnce)
+{
+    struct Case
+    {
+        const char *path;
+        bool enabled;
+        int registrations;
+    };
+    for (const auto &[path, enabled, registrations] : {
+             Case{"/Applications/Corvane.app", false, 1},
+             Case{"/ApplicationsOfMine/Corvane.app", false, 1},
+             Case{"/Applications/Corvane.app", true, 0},
+             Case{"/Applications/corvane", false, 0},
+             Case{"/home/ada/Corvane.app", false, 0},
+         }) {
+        m_bundle.bundlePath = QString::fromLatin1(path);
+        m_loginItem.enabled = enabled;
+        m_loginItem.registrations = 0;
+        launchApplication();
+        EXPECT_EQ(m_loginItem.registrations, registrations) << path;
+    }
+}
+
+TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
+{
+    struct Case
+    {
+        platform::InstanceRequest request;
+        bool known;
+        IslandPane pane;
+    };
+    const auto open = [](const char *pane) {
+        return platform::InstanceRequest{QStringLiteral("open"), QString::fromLatin1(pane)};
+    };
+    const std::vector<Case> cases{
+        {{}, true, IslandPane::Balance},
+        {open("settings"), true, IslandPane::Settings},
+        {{}, true, IslandPane::Settings},
+        {open("balance"), true, IslandPane::Balance},
+        {open("send"), true, IslandPane::Balance}, // there is no key to send with
+        {open("receive"), true, IslandPane::Balance},
+        {open("Settings"), false, IslandPane::Balance},
+        {open(""), false, IslandPane::Balance},
+        {{QStringLiteral("open"), std::nullopt}, false, IslandPane::Balance},
+        {{QStringLiteral("explode"), std::nullopt}, false, IslandPane::Balance},
+        {{QStringLiteral("quit"), QStringLiteral("now")}, false, IslandPane::Balance},
+    };
+    launchApplication();
+    for (const auto &[request, known, pane] : cases) {
+        const auto what =
+            (request.action + u' ' + request.parameter.value_or(QString())).toStdString();
+        EXPECT_EQ(m_delegate->perform(request), known) << what;
+        queue.advance(300ms);
+        EXPECT_TRUE(m_island->expanded()) << what;
+        EXPECT_EQ(m_island->pane(), pane) << what;
+    }
+    EXPECT_EQ(m_application.terminations, 0);
+    EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
+    EXPECT_EQ(m_application.terminations, 1);
+}
+
+TEST_F(AppDelegateTest, OpensThePanesOfAWalletWithAKey)
+{
+    ASSERT_EQ(keys::KeyVault(keychain).storeStatus(signingKeys.makeSeed(), tests::addressA),
+              platform::keychainSuccess);
+    launchApplication();
+    for (const auto &[name, pane] :
+         {std::pair("send", IslandPane::Send), std::pair("receive", IslandPane::Receive)}) {
+        EXPECT_TRUE(m_delegate->perform({QStringLiteral("open"), QString::fromLatin1(name)}));
+        EXPECT_EQ(m_island->pane(), pane);
+    }
+}
+
+/// The mark stands out from any panel: somewhere it is much lighter or much darker than it.
+TEST_F(AppDelegateTest, ThePictureIsSeenOnEveryPanel)
+{
+    launchApplication();
+    for (const int side : {16, 22, 24, 32, 44, 64}) {
+        for (const int panel : {0, 128, 255}) {
+            QImage image(side, side, QImage::Format_RGB32);
+            image.fill(qRgb(panel, panel, panel));
+            {
+                QPainter painter(&image);
+                m_statusBar.picture(painter, QRectF(0, 0, side, side));
+            }
+            int marked = 0;
+            for (int pixel = 0; pixel < side * side; ++pixel) {
+                const int grey = qGray(image.pixel(pixel % side, pixel / side));
+                marked += std::abs(grey - panel) > 100 ? 1 : 0;
+            }
+            EXPECT_GT(marked, side * side / 5) << side << " on " << panel;
+            // The ring stands free of its dot, and inside of the picture.
+            EXPECT_EQ(qGray(image.pixel(0, 0)), panel);
+        }
+    }
+}
+
+} // namespace
+} // namespace corvane::app

@@ -1,0 +1,99 @@
+#include "app/requests.h"
+
+#include "tests/fakes/fake_shell.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane::app {
+namespace {
+
+using namespace std::chrono_literals;
+using Claim = platform::Instance::Claim;
+
+std::variant<Options, Farewell> parse(const QStringList &arguments)
+{
+    return parseOptions(QStringList{QStringLiteral("corvane")} + arguments, {});
+}
+
+TEST(RequestsTest, AStartRunsOrHandsOver)
+{
+    struct Case
+    {
+        QStringList arguments;
+        Claim claim;
+        bool answers;
+        /// Action and parameter that the running instance gets; empty for none, "-" to activate.
+        QString sent;
+        /// None: this start runs.
+        std::optional<int> status;
+    };
+    const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
+    const std::vector<Case> cases{
+        {{}, Claim::Granted, false, {}, std::nullopt},
+        {{}, Claim::Unavailable, false, {}, std::nullopt},
+        {{text("--open"), text("send")}, Claim::Granted, false, {}, std::nullopt},
+        {{}, Claim::Refused, true, text("-"), 0},
+        {{}, Claim::Refused, false, text("-"), 1},
+        {{text("--take-over")}, Claim::Refused, true, text("-"), 0},
+        {{text("--open"), text("send")}, Claim::Refused, true, text("open send"), 0},
+        {{text("--watch"), text("So11111111111111111111111111111111111111112")},
+         Claim::Refused,
+         true,
+         text("-"),
+         1},
+        {{text("--refresh")}, Claim::Granted, true, text("refresh"), 0},
+        {{text("--refresh")}, Claim::Granted, false, text("refresh"), 1},
+        {{text("--quit")}, Claim::Granted, true, text("quit"), 0},
+    };
+    for (const Case &start : cases) {
+        SCOPED_TRACE(start.arguments.join(u' ').toStdString());
+        tests::FakeInstance instance;
+        instance.answerToClaim = start.claim;
+        instance.answers = start.answers;
+        const auto parsed = parse(start.arguments);
+        ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+        const auto farewell = handOver(std::get<Options>(parsed), instance);
+
+        ASSERT_EQ(farewell.has_value(), start.status.has_value());
+        if (farewell) {
+            EXPECT_EQ(farewell->status, *start.status);
+            EXPECT_EQ(farewell->text.isEmpty(), farewell->status == 0);
+        }
+        QStringList sent;
+        for (const auto &request : instance.sent) {
+            sent << (request.action.isEmpty() ? QStringLiteral("-") : request.action);
+            if (request.parameter) {
+                sent << *request.parameter;
+            }
+        }
+        EXPECT_EQ(sent.join(u' '), start.sent);
+        // What only asks does not become the instance to run.
+        EXPECT_EQ(instance.patience.has_value(),
+                  std::get<Options>(parsed).command == Options::Command::Run);
+        if (instance.patience) {
+            EXPECT_EQ(*instance.patience, std::get<Options>(parsed).takeOver ? 10s : 0s);
+        }
+    }
+}
+
+TEST(RequestsTest, RefusesWhatCannotBeMeant)
+{
+    for (const char *line :
+         {"--open", "--open wallet", "--open Send", "--refresh --quit", "--open send --quit"}) {
+        const auto parsed = parse(QString::fromLatin1(line).split(u' '));
+        const auto *farewell = std::get_if<Farewell>(&parsed);
+        ASSERT_NE(farewell, nullptr) << line;
+        EXPECT_EQ(farewell->status, 2) << line;
+    }
+}
+
+TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)
+{
+    const auto parsed =
+        parse(QString::fromLatin1("--demo-keychain --endpoints /e.json --open send").split(u' '));
+    EXPECT_EQ(relaunchArguments(std::get<Options>(parsed)).join(u' '),
+              QStringLiteral("--take-over --endpoints /e.json --demo-keychain"));
+}
+
+} // namespace
+} // namespace corvane::app

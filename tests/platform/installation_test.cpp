@@ -1,0 +1,184 @@
+#include "platform/linux/local_application_bundle.h"
+#include "platform/linux/xdg_autostart.h"
+#include "tests/platform/wait_until.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace corvane::platform {
+namespace {
+
+void write(const QString &path, const QByteArray &text)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+/// Names in a folder, hidden ones too.
+QStringList names(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                  QDir::NoDotAndDotDot);
+}
+
+class InstallationTest : public testing::Test
+{
+protected:
+    [[nodiscard]] QString path(const char *name) const
+    {
+        return m_folder.filePath(QString::fromUtf8(name));
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
+{
+    const QString entry = path("autostart/org.corvane.Corvane.desktop");
+    for (const char *name :
+         {"/Applications/Corvane.app/bin/corvane", "/My Apps/Corvane.app/bin/corvane",
+          R"(/a"b`c$d\e/corvane)", "/100%/%U/corvane", "/äöü/…/corvane"}) {
+        XdgAutostart item(m_folder.path(), QString::fromUtf8(name));
+        EXPECT_FALSE(item.isEnabled()) << name; // none yet, then the one of another path
+        EXPECT_TRUE(item.enable());
+        EXPECT_TRUE(item.isEnabled()) << name;
+        EXPECT_EQ(names(path("autostart")).size(), 1);
+    }
+    // As the Desktop Entry Specification has it: quoted first, then escaped as a string.
+    XdgAutostart(m_folder.path(), QStringLiteral(R"(/a"b$c\d 5%/x)")).enable();
+    EXPECT_TRUE(contents(entry).contains(R"(Exec="/a\\"b\\$c\\\\d 5%%/x")"
+                                         "\n"))
+        << contents(entry).toStdString();
+}
+
+TEST_F(InstallationTest, AutostartFollowsWhatTheUserHasChosen)
+{
+    struct Case
+    {
+        const char *lines;
+        bool enabled;
+        bool enables;
+    };
+    const QString entry = path("autostart/org.corvane.Corvane.desktop");
+    const QByteArray head = "[Other]\nHidden=true\n[Desktop Entry]\n";
+    for (const auto &[lines, enabled, enables] : {
+             Case{"Exec=/opt/corvane", true, true},
+             Case{"Exec = \"/opt/corvane\" --open balance", true, true},
+             Case{"Exec=/opt/corvane\nHidden=false", true, true},
+             Case{"Exec=/old/corvane", false, true},
+             Case{"Exec=/opt/corvane-old", false, true},
+             Case{"Name=Corvane", false, true},
+             Case{"Exec=/opt/corvane\nHidden=true", false, false},
+             Case{"Exec=/opt/corvane\nX-GNOME-Autostart-enabled=false", false, false},
+         }) {
+        write(entry, head + lines + "\n");
+        XdgAutostart item(m_folder.path(), QStringLiteral("/opt/corvane"));
+        EXPECT_EQ(item.isEnabled(), enabled) << lines;
+        EXPECT_EQ(item.enable(), enables) << lines;
+        EXPECT_EQ(item.isEnabled(), enables) << lines;
+    }
+    // No folder can be made where a file is.
+    write(path("file"), {});
+    EXPECT_FALSE(XdgAutostart(path("file"), QStringLiteral("/opt/corvane")).enable());
+}
+
+TEST_F(InstallationTest, FindsTheBundleAroundTheProgram)
+{
+    for (const auto &[program, bundle] :
+         {std::pair("/Applications/Corvane.app/bin/corvane", "/Applications/Corvane.app"),
+          std::pair("/a.app/b.app/c/corvane", "/a.app/b.app"),
+          std::pair("/usr/bin/corvane", "/usr/bin"),
+          std::pair("/opt/corvane.app.old/corvane", "/opt/corvane.app.old")}) {
+        EXPECT_EQ(LocalApplicationBundle(QString::fromLatin1(program), {}).path(),
+                  QString::fromLatin1(bundle));
+    }
+}
+
+TEST_F(InstallationTest, CopiesABundleWithItsLinksAndPermissions)
+{
+    const QString from = path("My Corvane.app");
+    write(from + QStringLiteral("/bin/corvane"), "#!/bin/sh\n");
+    write(from + QStringLiteral("/share/readme"), "read me");
+    QFile::setPermissions(from + QStringLiteral("/bin/corvane"), QFile::Permissions(0x7755));
+    QFile::link(QStringLiteral("bin/corvane"), from + QStringLiteral("/AppRun"));
+    QFile::link(QStringLiteral("nowhere"), from + QStringLiteral("/dangling"));
+    QFile::setPermissions(from + QStringLiteral("/share"), QFile::Permissions(0x5555));
+
+    LocalApplicationBundle bundle(from + QStringLiteral("/bin/corvane"), {});
+    const QString to = path("Applications/Corvane.app");
+    EXPECT_FALSE(bundle.copy(from, to)); // no such folder
+    ASSERT_TRUE(QDir().mkpath(path("Applications")));
+    ASSERT_TRUE(bundle.copy(from, to));
+    EXPECT_EQ(names(path("Applications")), QStringList{QStringLiteral("Corvane.app")});
+    EXPECT_EQ(names(to), names(from));
+    EXPECT_TRUE(QFileInfo(to + QStringLiteral("/bin/corvane")).isExecutable());
+    EXPECT_EQ(contents(to + QStringLiteral("/AppRun")), "#!/bin/sh\n");
+    EXPECT_TRUE(QFileInfo(to + QStringLiteral("/AppRun")).isSymLink());
+    EXPECT_TRUE(bundle.exists(to + QStringLiteral("/dangling")));
+    EXPECT_EQ(QFileInfo(to + QStringLiteral("/share")).permissions(),
+              QFileInfo(from + QStringLiteral("/share")).permissions());
+
+    // What is there already is not touched, and what cannot be copied leaves nothing.
+    EXPECT_FALSE(bundle.copy(from, to));
+    ASSERT_EQ(mkfifo(QFile::encodeName(from + QStringLiteral("/bin/pipe")).constData(), 0600), 0);
+    EXPECT_FALSE(bundle.copy(from, path("Applications/Other.app")));
+    EXPECT_EQ(names(path("Applications")), QStringList{QStringLiteral("Corvane.app")});
+
+    // A folder that its owner has closed goes too; of a link only the link.
+    QFile::link(to, path("Applications/Link.app"));
+    EXPECT_TRUE(bundle.remove(path("Applications/Link.app")));
+    EXPECT_TRUE(bundle.exists(to));
+    EXPECT_TRUE(bundle.remove(to));
+    EXPECT_FALSE(bundle.remove(to));
+    EXPECT_TRUE(names(path("Applications")).isEmpty());
+}
+
+TEST_F(InstallationTest, StartsTheOtherBundle)
+{
+    const QString program = path("Other.app/bin/corvane");
+    write(program, "#!/bin/sh\necho \"$0 $*\" > \"$0.new\" && mv \"$0.new\" \"$0.started\"\n");
+    QFile::setPermissions(program, QFile::Permissions(0x7755));
+    LocalApplicationBundle bundle(path("This.app/bin/corvane"), {QStringLiteral("--take-over")});
+    bundle.openNewInstance(path("Missing.app"));
+    bundle.openNewInstance(path("Other.app"));
+    const QString started = program + QStringLiteral(".started");
+    ASSERT_TRUE(tests::waitUntil([&] { return QFile::exists(started); }));
+    EXPECT_EQ(contents(started), (program + QStringLiteral(" --take-over\n")).toUtf8());
+}
+
+TEST_F(InstallationTest, WhatCannotBeRemovedStaysAsItWas)
+{
+    if (geteuid() == 0) {
+        // Nothing is forbidden to root, so the test goes on as somebody else.
+        ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0777), 0);
+        ASSERT_EQ(seteuid(65534), 0);
+    }
+    write(path("Applications/Corvane.app/bin/corvane"), "old");
+    const QString folder = path("Applications");
+    QFile::setPermissions(folder, QFile::Permissions(0x5555));
+    LocalApplicationBundle bundle(path("Corvane.app/bin/corvane"), {});
+    EXPECT_FALSE(bundle.remove(folder + QStringLiteral("/Corvane.app")));
+    EXPECT_EQ(contents(folder + QStringLiteral("/Corvane.app/bin/corvane")), "old");
+    QFile::setPermissions(folder, QFile::Permissions(0x7777));
+    EXPECT_EQ(names(folder), QStringList{QStringLiteral("Corvane.app")});
+    if (getuid() == 0) {
+        EXPECT_EQ(seteuid(0), 0);
+    }
+}
+
+} // namespace
+} // namespace corvane::platform
