@@ -21,6 +21,9 @@ public:
     /// Creates the wallet and the island and shows it. Called once, before the event loop runs.
     void applicationDidFinishLaunching();
 
+    /// Exists once the application has launched.
+    [[nodiscard]] island::IslandController &island() { return *m_island; }
+
 private:
     void scheduleRest();
 

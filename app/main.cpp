@@ -2,9 +2,11 @@
 #include "app/demo_wallet.h"
 #include "app/frame_log.h"
 #include "app/island_content.h"
+#include "app/onboarding_content.h"
 #include "app/options.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "onboarding/onboarding.h"
 #include "platform/linux/canberra_sound_player.h"
 #include "platform/linux/code_pages.h"
 #include "platform/linux/curl_http_client.h"
@@ -21,6 +23,7 @@
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_screens.h"
 #include "platform/linux/secret_service_keychain.h"
+#include "platform/linux/xcb_floating_window.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
 #include "platform/sodium_signing_keys.h"
@@ -124,8 +127,30 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
         settings.setString(addressSetting, demo.address);
     }
+    // Who looks around is not taken on a tour, unless the settings say that there is to be one.
+    const QString onboarded = onboarding::Onboarding::shownSetting();
+    settings.setBoolean(onboarded, settings.boolean(onboarded).value_or(true));
     return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
 }
+
+/// The program as it is built: not in an application directory, from which it could be moved.
+class BareExecutable final : public platform::ApplicationBundle
+{
+public:
+    [[nodiscard]] QString path() const override { return QCoreApplication::applicationDirPath(); }
+    [[nodiscard]] bool exists(const QString &) const override { return false; }
+    bool remove(const QString &) override { return false; }
+    bool copy(const QString &, const QString &) override { return false; }
+    void openNewInstance(const QString &) override {}
+};
+
+/// A desktop that starts nothing at login.
+class NoLoginItem final : public platform::LoginItem
+{
+public:
+    [[nodiscard]] bool isEnabled() const override { return false; }
+    bool enable() override { return false; }
+};
 
 int run(const app::Options &options, const core::Endpoints &endpoints)
 {
@@ -174,7 +199,20 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
                                clipboard, sounds, links, terminator, makeContent},
                               &platform::releaseCodePages);
     delegate.applicationDidFinishLaunching();
+
+    BareExecutable bundle;
+    NoLoginItem loginItem;
+    platform::XcbFloatingWindowFactory windows(screens);
+    std::optional<onboarding::Onboarding> tour(
+        std::in_place,
+        onboarding::OnboardingServices{
+            queue, settings, bundle, loginItem, terminator, windows,
+            [&](onboarding::Onboarding &it) { return app::makeOnboardingView(content.engine(), it); }});
+    if (!settings.boolean(onboarding::Onboarding::shownSetting()).value_or(false)) {
+        tour->show(delegate.island());
+    }
     const int status = QGuiApplication::exec();
+    tour.reset();
     // The views read the model and the island until they are gone.
     content.unload();
     if (background.isBusy()) {

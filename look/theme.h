@@ -28,6 +28,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor card READ card CONSTANT FINAL)
     Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
     Q_PROPERTY(QColor line READ line CONSTANT FINAL)
+    Q_PROPERTY(QColor glass READ glass CONSTANT FINAL)
 
 public:
     enum Weight { Regular = QFont::Normal, Bold = QFont::Bold, Heavy = QFont::ExtraBold };
@@ -53,6 +54,10 @@ public:
     [[nodiscard]] static QColor paper() { return {255, 255, 255}; }
     /// Hairline outlines, laid over whatever is beneath.
     [[nodiscard]] static QColor line() { return QColor::fromRgbF(1, 1, 1, 0.12F); }
+
+    /// Backdrop of a translucent window. On a desktop that blurs nothing, text on it must still be
+    /// readable over a white page.
+    [[nodiscard]] static QColor glass() { return QColor::fromRgbF(0.13F, 0.13F, 0.14F, 0.72F); }
 
     /// The pixel typeface at `size` points with `tracking` points between letters; without one of
     /// its fonts the heavy monospaced face of the desktop.

@@ -4,7 +4,7 @@ import struct
 import time
 import zlib
 
-from Xlib import X, Xatom, display, error
+from Xlib import XK, X, Xatom, display, error
 from Xlib.ext import xtest
 
 _BAND_BYTES = 100_000
@@ -121,6 +121,18 @@ class Screen:
         fake(self.display, X.ButtonRelease, 1)
         fake(self.display, X.MotionNotify, x=round(away_x), y=round(away_y))
         self.display.sync()
+
+    def press(self, key, *modifiers):
+        """Presses and releases the key with this X name ("Return", "a"), while `modifiers`
+        ("Control_L") are held."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(name))
+                 for name in (*modifiers, key)]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
+        self.display.sync()
+        time.sleep(_STEP_SECONDS)
 
     def window_named(self, name):
         """The visible child of the root window with this title, or None."""
