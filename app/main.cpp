@@ -128,8 +128,10 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
         settings.setString(addressSetting, demo.address);
     }
     // Who looks around is not taken on a tour, unless the settings say that there is to be one.
-    const QString onboarded = onboarding::Onboarding::shownSetting();
-    settings.setBoolean(onboarded, settings.boolean(onboarded).value_or(true));
+    if (const QString onboarded = onboarding::Onboarding::shownSetting();
+        !settings.boolean(onboarded)) {
+        settings.setBoolean(onboarded, true);
+    }
     return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
 }
 

@@ -9,10 +9,15 @@
 
 namespace corvane::onboarding {
 
+using island::IslandController;
+
 namespace {
 
 /// Time for the new instance to set out, and for this one to show that something happens.
 constexpr std::chrono::milliseconds terminationDelay{800};
+
+/// How long the island is held to opening at the end of the tour.
+constexpr std::chrono::seconds openingTime{2};
 
 /// The window's place: the middle of the screen, in whole points.
 QRectF centredFrame(const std::optional<platform::Screen> &screen)
@@ -37,10 +42,14 @@ QString Onboarding::shownSetting()
     return QStringLiteral("corvane.onboarded.v1");
 }
 
-void Onboarding::show(island::IslandController &island)
+void Onboarding::show(IslandController &island)
 {
     if (!m_window) {
         m_island = &island;
+        connect(&island, &IslandController::widenedChanged, this, &Onboarding::keepOpening,
+                Qt::UniqueConnection);
+        connect(&island, &IslandController::expandedChanged, this, &Onboarding::stopOpening,
+                Qt::UniqueConnection);
         m_window =
             m_services.windows.makeWindow(QStringLiteral("Welcome to Corvane"),
                                           centredFrame(island.screen()), m_services.makeContent(*this));
@@ -63,8 +72,25 @@ void Onboarding::finish()
         });
     }
     if (m_island) {
+        m_openingEnd = m_services.queue.now() + openingTime;
         m_island->expand();
     }
+}
+
+void Onboarding::keepOpening()
+{
+    if (m_services.queue.now() < m_openingEnd && !m_island->widened() && !m_island->expanded()) {
+        m_services.queue.post([island = m_island] {
+            if (island) {
+                island->expand();
+            }
+        });
+    }
+}
+
+void Onboarding::stopOpening()
+{
+    m_openingEnd = {};
 }
 
 void Onboarding::close()

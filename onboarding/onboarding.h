@@ -13,6 +13,7 @@
 #include <QSizeF>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -71,11 +72,18 @@ public:
     [[nodiscard]] const OnboardingServices &services() const { return m_services; }
 
 private:
+    /// The pointer is still on the last button, which folds up again what has begun to open, if the
+    /// island happens to look at the pointer just then.
+    void keepOpening();
+    void stopOpening();
+
     OnboardingServices m_services;
     std::unique_ptr<platform::FloatingWindow> m_window;
     /// The window of a finished tour, until it can go.
     std::unique_ptr<platform::FloatingWindow> m_finished;
     QPointer<island::IslandController> m_island;
+    /// Until then the island has to open; in the past at other times.
+    std::chrono::nanoseconds m_openingEnd{0};
 };
 
 } // namespace corvane::onboarding
