@@ -113,6 +113,15 @@ class Screen:
             xtest.fake_input(self.display, event, 1)
         self.display.sync()
 
+    def drag(self, x, y, to_x, to_y):
+        """Moves there and drags with the first button to another place."""
+        self.move(x, y)
+        xtest.fake_input(self.display, X.ButtonPress, 1)
+        self.display.sync()
+        self.move(to_x, to_y)
+        xtest.fake_input(self.display, X.ButtonRelease, 1)
+        self.display.sync()
+
     def tap(self, x, y, away_x, away_y):
         """Jumps there, clicks and jumps away, in one message to the server."""
         fake = xtest.fake_input
