@@ -207,9 +207,10 @@ int run(const app::Options &options, const core::Endpoints &endpoints)
     platform::XcbFloatingWindowFactory windows(screens);
     std::optional<onboarding::Onboarding> tour(
         std::in_place,
-        onboarding::OnboardingServices{
-            queue, settings, bundle, loginItem, terminator, windows,
-            [&](onboarding::Onboarding &it) { return app::makeOnboardingView(content.engine(), it); }});
+        onboarding::OnboardingServices{queue, settings, bundle, loginItem, terminator, windows,
+                                       [&](onboarding::Onboarding &it) {
+                                           return app::makeOnboardingView(content.engine(), it);
+                                       }});
     if (!settings.boolean(onboarding::Onboarding::shownSetting()).value_or(false)) {
         tour->show(delegate.island());
     }

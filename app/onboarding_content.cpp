@@ -14,8 +14,9 @@ std::unique_ptr<QQuickItem> makeOnboardingView(QQmlEngine &engine,
     assets::registerBundledFonts();
     QQmlComponent component(
         &engine, QUrl(QStringLiteral("qrc:/qt/qml/Corvane/Onboarding/OnboardingView.qml")));
-    std::unique_ptr<QQuickItem> view(qobject_cast<QQuickItem *>(component.createWithInitialProperties(
-        {{QStringLiteral("onboarding"), QVariant::fromValue(&onboarding)}})));
+    std::unique_ptr<QQuickItem> view(
+        qobject_cast<QQuickItem *>(component.createWithInitialProperties(
+            {{QStringLiteral("onboarding"), QVariant::fromValue(&onboarding)}})));
     if (!view) {
         qFatal("the onboarding's views do not load: %s", qPrintable(component.errorString()));
     }

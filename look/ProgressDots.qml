@@ -25,7 +25,8 @@ Row {
             required property int index
             readonly property real amount: Math.max(0, Math.min(1, here.value))
 
-            width: 5 + 11 * here.value
+            // Between pixels the edges of what moves would leave traces.
+            width: Math.round((5 + 11 * here.value) * Screen.devicePixelRatio) / Screen.devicePixelRatio
             height: 5
             color: Qt.alpha(Theme.line, 0.18 * (1 - dot.amount))
 

@@ -15,8 +15,8 @@ class Glow : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QQuickPaintedItem *source READ source WRITE setSource NOTIFY sourceChanged REQUIRED
-                   FINAL)
+    Q_PROPERTY(
+        QQuickPaintedItem *source READ source WRITE setSource NOTIFY sourceChanged REQUIRED FINAL)
     /// Blur radius in points, twice the Gaussian's sigma.
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY radiusChanged REQUIRED FINAL)
 

@@ -17,8 +17,7 @@ class InstallPageModel : public QObject, public QQmlParserStatus
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(
-        corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
+    Q_PROPERTY(corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
     /// While the page is on the screen, what it shows is read anew now and then.
     Q_PROPERTY(bool shown READ isShown WRITE setShown NOTIFY shownChanged FINAL)
     Q_PROPERTY(bool applicationsDone READ applicationsDone NOTIFY changed FINAL)

@@ -19,8 +19,7 @@ class IslandDemoModel : public QObject, public QQmlParserStatus
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(
-        corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
+    Q_PROPERTY(corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
     /// The phases only pass while the page is on the screen.
     Q_PROPERTY(bool shown READ isShown WRITE setShown NOTIFY shownChanged FINAL)
     /// Wide as the strip in the menu bar, from the second phase on.

@@ -50,9 +50,9 @@ void Onboarding::show(IslandController &island)
                 Qt::UniqueConnection);
         connect(&island, &IslandController::expandedChanged, this, &Onboarding::stopOpening,
                 Qt::UniqueConnection);
-        m_window =
-            m_services.windows.makeWindow(QStringLiteral("Welcome to Corvane"),
-                                          centredFrame(island.screen()), m_services.makeContent(*this));
+        m_window = m_services.windows.makeWindow(QStringLiteral("Welcome to Corvane"),
+                                                 centredFrame(island.screen()),
+                                                 m_services.makeContent(*this));
         // Who leaves the tour half-way is not asked to take it again.
         m_services.settings.setBoolean(shownSetting(), true);
     }
@@ -115,9 +115,8 @@ bool Onboarding::moveToApplications()
         return false;
     }
     bundle.openNewInstance(destination);
-    m_services.queue.after(terminationDelay, [&application = m_services.application] {
-        application.terminate();
-    });
+    m_services.queue.after(terminationDelay,
+                           [&application = m_services.application] { application.terminate(); });
     return true;
 }
 

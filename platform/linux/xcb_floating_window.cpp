@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -128,12 +129,24 @@ QList<QRect> roundedArea(const QRect &area, double radius)
 class XcbFloatingWindow::Window final : public QQuickWindow
 {
 public:
-    Window()
+    Window() { connect(this, &QWindow::screenChanged, this, &Window::applyShape); }
+
+    /// Shows the window, which forgets its place with its native window.
+    void showInPlace()
     {
-        connect(this, &QWindow::screenChanged, this, &Window::applyShape);
+        if (!isVisible() && m_place) {
+            setPosition(*m_place);
+        }
+        show();
     }
 
 protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        m_place = position();
+        QQuickWindow::closeEvent(event);
+    }
+
     bool event(QEvent *event) override
     {
         const bool handled = QQuickWindow::event(event);
@@ -160,6 +173,8 @@ private:
         blurBehind(x11->connection(), id, region);
         xcb_flush(x11->connection());
     }
+
+    std::optional<QPoint> m_place;
 };
 
 XcbFloatingWindow::XcbFloatingWindow(const QString &title, const QRect &geometry,
@@ -189,7 +204,7 @@ XcbFloatingWindow::~XcbFloatingWindow() = default;
 
 void XcbFloatingWindow::makeKeyAndOrderFront()
 {
-    m_window->show();
+    m_window->showInPlace();
     m_window->raise();
     m_window->requestActivate();
 }

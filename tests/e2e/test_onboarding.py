@@ -19,10 +19,11 @@ PAGES = (
 )
 INK, GREEN = (244, 241, 233), (60, 208, 107)
 HEADINGS = {page[0] for page in PAGES}
-# Of the island in miniature, in points: how wide and how high at least, and the caption.
-PHASES = (("resting", 92, 16, "it rests in the notch — a quiet green pulse"),
-          ("stretched", 250, 16, "hover: it stretches along the menu bar"),
-          ("unfurled", 250, 80, "…then unfurls. balance, send, receive — right there."))
+# Of the island in miniature, in points: its size, a text on it, and the caption.
+PHASES = (("resting", (92, 16), None, "it rests in the notch — a quiet green pulse"),
+          ("stretched", (250, 16), None, "hover: it stretches along the menu bar"),
+          ("unfurled", (250, 95), "$1,234.56",
+           "…then unfurls. balance, send, receive — right there."))
 
 
 class Tour(IslandTest):
@@ -162,25 +163,30 @@ class TourPictures:
         wait_until(same, "a page at rest", pause=0.3)
         return pictures[-1]
 
-    def demo(self, corvane, width, least, caption):
-        """The demo in the phase with this caption, as soon as its island has its size."""
+    def demo(self, corvane, size, text, caption):
+        """The demo in the phase with this caption, as soon as its island has its size and the text
+        on it its full brightness."""
         scale = self.desktop.scale
         middle = self.place[0] + self.place[2] // 2
         wait_until(lambda: corvane.tree.find(caption), caption, pause=0)
-        top = corvane.tree.find("THE ISLAND").extents(scale)
+        heading = corvane.tree.find("THE ISLAND").extents(scale)
         # The stage lies 18 points below the heading and is 210 high; its island hangs at the top.
-        stage = top[1] + top[3] + 18 * scale
+        stage = heading[1] + heading[3] + 18 * scale
+        seen = None
 
         def grown():
+            nonlocal seen
             picture = self.capture()
             run = picture.dark_run(stage + 2 * scale, middle, limit=4)
             bottom = stage
             while max(picture.at(middle + 20 * scale, bottom)) < 4:
                 bottom += 1
-            high = (bottom - stage) / scale
-            fits = abs(high - least) <= 1 if least == 16 else high >= least
-            return picture if run and abs(run[1] - run[0] - width * scale) <= 2 and fits else None
-        return wait_until(grown, f"the demo's island of {width} by {least}", pause=0)
+            seen = run and ((run[1] - run[0]) / scale, (bottom - stage) / scale)
+            writing = corvane.tree.find(text) if text else None
+            bright = writing and INK in picture.colours(*writing.extents(scale))
+            fits = seen and all(abs(now - final) <= 1 for now, final in zip(seen, size))
+            return picture if fits and (bright or not text) else None
+        return wait_until(grown, lambda: f"{text} on an island of {size}, not {seen}", pause=0)
 
     def test_pages(self):
         with self.run_tour() as corvane:
@@ -191,8 +197,8 @@ class TourPictures:
                     self.click(corvane, "CONTINUE")
                     self.wait_for_page(corvane, number)
                 if number == 2:
-                    for name, width, least, caption in PHASES:
-                        self.save(self.demo(corvane, width, least, caption), f"demo-{name}")
+                    for name, *phase in PHASES:
+                        self.save(self.demo(corvane, *phase), f"demo-{name}")
                     continue
                 # The mark on the first page breathes; nothing else moves there.
                 picture = self.settled() if number > 0 else self.capture()

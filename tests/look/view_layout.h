@@ -29,7 +29,10 @@ public:
         }
         return std::nullopt;
     }
-    [[nodiscard]] QString monospacedFamily() const override { return QStringLiteral("DejaVu Sans Mono"); }
+    [[nodiscard]] QString monospacedFamily() const override
+    {
+        return QStringLiteral("DejaVu Sans Mono");
+    }
 
 private:
     bool m_bundled;
