@@ -176,7 +176,7 @@ Item {
                 width: 46
                 height: 13
                 radius: 4
-                color: "transparent"
+                color: Qt.alpha("black", 0)
                 border.width: 1
                 border.color: Qt.alpha(Theme.green, 0.6)
                 antialiasing: true

@@ -64,7 +64,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: root.cornerRadius
-        color: "transparent"
+        color: Qt.alpha("black", 0)
         border.width: 1
         border.color: Theme.line
         antialiasing: true
