@@ -12,8 +12,8 @@ namespace {
 
 /// After this long it is a rest and not a pause.
 constexpr auto restDelay = std::chrono::seconds(10);
-/// True once the tour has been shown.
-const QString onboardedSetting = QStringLiteral("corvane.onboarded.v1");
+/// The first frame goes before.
+constexpr auto appearanceDelay = std::chrono::seconds(1);
 
 } // namespace
 
@@ -26,8 +26,10 @@ AppDelegate::AppDelegate(core::WalletServices walletServices, island::IslandServ
 
 AppDelegate::~AppDelegate()
 {
-    if (m_restWork) {
-        m_restWork->cancel();
+    for (const auto &work : {m_restWork, m_appearanceWork}) {
+        if (work) {
+            work->cancel();
+        }
     }
     // The island reads the wallet until it is gone, and the menu acts on both.
     m_statusItem.reset();
@@ -42,9 +44,19 @@ void AppDelegate::applicationDidFinishLaunching()
     QObject::connect(m_island.get(), &island::IslandController::expandedChanged, m_island.get(),
                      [this] { scheduleRest(); });
     scheduleRest();
+    // Asked anew whenever the island is about to open, so that nothing has to listen at rest.
+    QObject::connect(m_island.get(), &island::IslandController::hoveringChanged, m_island.get(),
+                     [this] {
+                         if (m_island->hovering()) {
+                             followAppearance();
+                         }
+                     });
+    m_appearanceWork =
+        m_islandServices.queue.after(appearanceDelay, [this] { followAppearance(); });
     makeStatusItem();
     registerAsLoginItem();
-    if (!m_walletServices.settings.boolean(onboardedSetting).value_or(false)) {
+    if (!m_walletServices.settings.boolean(onboarding::Onboarding::shownSetting())
+             .value_or(false)) {
         showTour();
     }
 }
@@ -88,9 +100,7 @@ void AppDelegate::openSettings()
 
 void AppDelegate::showTour()
 {
-    if (m_shellServices.showOnboarding) {
-        m_shellServices.showOnboarding(island());
-    }
+    m_shellServices.onboarding.show(island());
 }
 
 void AppDelegate::quit()
@@ -100,11 +110,6 @@ void AppDelegate::quit()
 
 void AppDelegate::open(island::IslandPane pane)
 {
-    using island::IslandPane;
-    const bool needsKey = pane == IslandPane::Send || pane == IslandPane::Receive;
-    if (needsKey && (!model().hasSigningKey() || model().hasPendingBackup())) {
-        pane = IslandPane::Balance;
-    }
     island().present();
     if (pane != island().pane()) {
         island().setPane(pane);
@@ -135,6 +140,14 @@ bool AppDelegate::perform(const platform::InstanceRequest &request)
         return false;
     }
     return true;
+}
+
+void AppDelegate::followAppearance()
+{
+    m_shellServices.appearance.read(
+        [&theme = m_shellServices.theme](const platform::AppearanceSettings &settings) {
+            theme.setAppearance(settings);
+        });
 }
 
 void AppDelegate::scheduleRest()

@@ -2,6 +2,9 @@
 
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
+#include "look/theme.h"
+#include "onboarding/onboarding.h"
+#include "platform/appearance.h"
 #include "platform/application_bundle.h"
 #include "platform/instance.h"
 #include "platform/login_item.h"
@@ -18,8 +21,9 @@ struct ShellServices
     platform::StatusBar &statusBar;
     platform::LoginItem &loginItem;
     platform::ApplicationBundle &bundle;
-    /// Opens the tour, or brings it to the front. May be empty: there is none then.
-    std::function<void(island::IslandController &)> showOnboarding;
+    platform::Appearance &appearance;
+    look::Theme &theme;
+    onboarding::Onboarding &onboarding;
     /// Called some time after the start and after each folding, when the island has come to rest.
     std::function<void()> rested;
 };
@@ -44,8 +48,7 @@ public:
     void showTour();
     void quit();
 
-    /// Opens the island on `pane` as the user would: asking for presence first where that is due,
-    /// and on the balance instead while the wallet has nothing to send or receive with.
+    /// Opens the island on `pane` as the user would: asking for presence first where that is due.
     void open(island::IslandPane pane);
     /// Does what another start of the program asks for; false when it is nothing known.
     [[nodiscard]] bool perform(const platform::InstanceRequest &request);
@@ -54,6 +57,8 @@ private:
     void makeStatusItem();
     void registerAsLoginItem();
     void scheduleRest();
+    /// Looks as the user has asked every program to look.
+    void followAppearance();
     [[nodiscard]] core::WalletModel &model() const;
     [[nodiscard]] island::IslandController &island() const;
 
@@ -65,6 +70,7 @@ private:
     island::IslandServices m_islandServices;
     ShellServices m_shellServices;
     std::shared_ptr<platform::WorkItem> m_restWork;
+    std::shared_ptr<platform::WorkItem> m_appearanceWork;
 };
 
 } // namespace corvane::app

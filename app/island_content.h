@@ -23,6 +23,9 @@ public:
     /// process.
     [[nodiscard]] QQuickItem *make(island::IslandController &island);
 
+    /// For what is shown beside the island; it shares what the engine has loaded.
+    [[nodiscard]] QQmlEngine &engine() { return m_engine; }
+
     /// Destroys the root view; must come before the end of what it shows.
     void unload();
 

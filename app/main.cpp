@@ -2,13 +2,16 @@
 #include "app/demo_wallet.h"
 #include "app/frame_log.h"
 #include "app/island_content.h"
+#include "app/onboarding_content.h"
 #include "app/options.h"
 #include "app/requests.h"
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "onboarding/onboarding.h"
 #include "platform/linux/canberra_sound_player.h"
 #include "platform/linux/code_pages.h"
 #include "platform/linux/curl_http_client.h"
+#include "platform/linux/desktop_appearance.h"
 #include "platform/linux/desktop_link_opener.h"
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/icu_number_formatter.h"
@@ -26,6 +29,7 @@
 #include "platform/linux/secret_service_keychain.h"
 #include "platform/linux/session_bus_instance.h"
 #include "platform/linux/termination_signals.h"
+#include "platform/linux/xcb_floating_window.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
 #include "platform/linux/xdg_autostart.h"
@@ -130,6 +134,11 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
         settings.setString(addressSetting, demo.address);
     }
+    // Who looks around is not taken on a tour, unless the settings say that there is to be one.
+    if (const QString onboarded = onboarding::Onboarding::shownSetting();
+        !settings.boolean(onboarded)) {
+        settings.setBoolean(onboarded, true);
+    }
     return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
 }
 
@@ -140,8 +149,54 @@ QString instanceName(bool demo)
                 : QStringLiteral("org.corvane.Corvane");
 }
 
+/// The adapters to the desktop, in the order in which they need each other.
+struct Desktop
+{
+    explicit Desktop(const app::Options &options)
+        : loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+                    executable)
+        , bundle(executable, app::relaunchArguments(options))
+    {}
+
+    const QString executable = QCoreApplication::applicationFilePath();
+    platform::QtMainQueue queue;
+    platform::ThreadBackgroundTasks background;
+    platform::CurlHttpClient http;
+    platform::IcuNumberFormatter formatter;
+    platform::LocalFileSystem files;
+    platform::QtScreens screens;
+    platform::XcbPointerMonitor pointer{screens};
+    platform::XcbIslandPanelFactory panels{screens};
+    platform::XcbFloatingWindowFactory windows{screens};
+    platform::QtClipboard clipboard;
+    platform::CanberraSoundPlayer sounds{background};
+    platform::DesktopLinkOpener links;
+    platform::DesktopAppearance appearance{background, queue};
+    platform::QtApplication application;
+    platform::TerminationSignals signals{[this] { application.terminate(); }};
+    platform::QtStatusBar statusBar;
+    platform::XdgAutostart loginItem;
+    platform::LocalApplicationBundle bundle;
+    platform::FontconfigFontRegistry fonts;
+};
+
+/// Calls `act` once, after the first frame of the window that `root` will be shown in.
+void afterFirstFrame(QQuickItem &root, const std::function<void()> &act)
+{
+    QObject::connect(
+        &root, &QQuickItem::windowChanged, &root,
+        [act](QQuickWindow *window) {
+            if (window != nullptr) {
+                app::logFrames(*window);
+                QObject::connect(window, &QQuickWindow::frameSwapped, window, act,
+                                 Qt::SingleShotConnection);
+            }
+        },
+        Qt::SingleShotConnection);
+}
+
 int run(const app::Options &options, const core::Endpoints &endpoints,
-        std::unique_ptr<platform::Instance> claimed)
+        std::unique_ptr<platform::Instance> instance)
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
@@ -151,68 +206,47 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
         settings.setString(addressSetting, *options.watch);
     }
 
-    platform::QtMainQueue queue;
-    platform::CurlHttpClient http;
-    platform::ThreadBackgroundTasks background;
-    const platform::IcuNumberFormatter formatter;
-    const platform::LocalFileSystem files;
-    platform::QtScreens screens;
-    platform::XcbPointerMonitor pointer(screens);
-    platform::XcbIslandPanelFactory panels(screens);
-    platform::QtClipboard clipboard;
-    platform::CanberraSoundPlayer sounds(background);
-    platform::DesktopLinkOpener links;
-    platform::QtApplication terminator;
-    const platform::TerminationSignals signals([&terminator] { terminator.terminate(); });
-    platform::QtStatusBar statusBar;
-    const QString executable = QCoreApplication::applicationFilePath();
-    platform::XdgAutostart loginItem(
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), executable);
-    platform::LocalApplicationBundle bundle(executable, app::relaunchArguments(options));
-    const platform::FontconfigFontRegistry fonts;
-    const look::Theme theme(fonts);
-    std::unique_ptr<app::AppDelegate> delegate;
+    Desktop desktop(options);
+    look::Theme theme(desktop.fonts);
     app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
-
+    onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
+                                 desktop.application, desktop.windows,
+                                 [&content](onboarding::Onboarding &onboarding) {
+                                     return app::makeOnboardingView(content.engine(), onboarding);
+                                 }});
+    std::optional<app::AppDelegate> delegate;
     const auto makeContent = [&](island::IslandController &island) {
         QQuickItem *root = content.make(island);
-        // Nothing of the resting island is text, so the fonts need not delay its first frame.
-        const auto firstFrame = [&] {
+        afterFirstFrame(*root, [&] {
+            // Nothing of the resting island is text, so the fonts need not delay its first frame.
             assets::registerBundledFonts();
             if (options.open) {
                 delegate->open(*app::paneNamed(*options.open));
             }
-        };
-        QObject::connect(
-            root, &QQuickItem::windowChanged, root,
-            [firstFrame](QQuickWindow *window) {
-                if (window != nullptr) {
-                    app::logFrames(*window);
-                    QObject::connect(window, &QQuickWindow::frameSwapped, window, firstFrame,
-                                     Qt::SingleShotConnection);
-                }
-            },
-            Qt::SingleShotConnection);
+        });
         return root;
     };
-    delegate = std::make_unique<app::AppDelegate>(
-        core::WalletServices{queue, http, settings, *keyServices.keychain, signingKeys, background,
-                             formatter, files, endpoints},
-        island::IslandServices{queue, screens, pointer, panels, *keyServices.authenticator,
-                               clipboard, sounds, links, terminator, makeContent},
-        app::ShellServices{statusBar, loginItem, bundle, nullptr, &platform::releaseCodePages});
+    delegate.emplace(
+        core::WalletServices{desktop.queue, desktop.http, settings, *keyServices.keychain,
+                             signingKeys, desktop.background, desktop.formatter, desktop.files,
+                             endpoints},
+        island::IslandServices{desktop.queue, desktop.screens, desktop.pointer, desktop.panels,
+                               *keyServices.authenticator, desktop.clipboard, desktop.sounds,
+                               desktop.links, desktop.application, makeContent},
+        app::ShellServices{desktop.statusBar, desktop.loginItem, desktop.bundle, desktop.appearance,
+                           theme, tour, &platform::releaseCodePages});
     delegate->applicationDidFinishLaunching();
-    // Answers on the queue, and so must end before it.
-    auto instance = std::move(claimed);
-    instance->serve(queue, [&delegate](const platform::InstanceRequest &request) {
+    instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
         return delegate->perform(request);
     });
     const int status = QApplication::exec();
+    // It answers on the queue, and so must end before it.
     instance.reset();
     // The views read the model and the island until they are gone.
+    tour.dismiss();
     content.unload();
     delegate.reset();
-    if (background.isBusy()) {
+    if (desktop.background.isBusy()) {
         // A prompt is still open in a thread that uses the keychain and the queue. Settings are
         // written when they change, so there is nothing left to do but to go.
         std::_Exit(status);

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFontDatabase>
 
+#include <utility>
+
 // Resources of a static library are dropped by the linker unless somebody names them; the macro
 // must stand outside any namespace.
 static void initialiseResources()
@@ -14,6 +16,10 @@ namespace corvane::assets {
 
 void registerBundledFonts()
 {
+    static bool registered = false;
+    if (std::exchange(registered, true)) {
+        return;
+    }
     initialiseResources();
     const QDir folder(QStringLiteral(":/corvane/fonts"));
     const QStringList names = folder.entryList();

@@ -14,7 +14,9 @@ set(CORVANE_PICTOGRAMS
     "key.fill=fill/key-fill"
     "lock.fill=fill/lock-fill"
     "paperplane.fill=fill/paper-plane-tilt-fill"
+    "qrcode=bold/qr-code-bold"
     "sparkles=fill/sparkle-fill"
     "sunrise.fill=fill/sun-horizon-fill"
     "touchid=bold/fingerprint-bold"
+    "xmark=bold/x-bold"
 )

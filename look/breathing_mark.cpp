@@ -61,18 +61,17 @@ void BreathingMark::setPace(double seconds)
 void BreathingMark::tick()
 {
     if (m_shown.isValid() && m_pace > 0) {
-        update();
+        step();
         m_timer.start(qRound(m_pace * 1000 / 2), Qt::PreciseTimer, this);
     }
 }
 
 void BreathingMark::paint(QPainter *painter)
 {
-    const double elapsed = m_shown.isValid() ? static_cast<double>(m_shown.elapsed()) / 1000 : 0;
-    const Breath breath = breathAt(elapsed, m_period);
-    const double inset = m_size * (1 - breath.scale) / 2;
+    const Breath now = breath();
+    const double inset = m_size * (1 - now.scale) / 2;
     QColor color = m_color;
-    color.setAlphaF(static_cast<float>(breath.opacity));
+    color.setAlphaF(static_cast<float>(now.opacity));
     paintQuibMark(*painter, boundingRect().adjusted(inset, inset, -inset, -inset), color);
 }
 
@@ -87,11 +86,23 @@ void BreathingMark::itemChange(ItemChange change, const ItemChangeData &data)
 void BreathingMark::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == m_timer.timerId()) {
-        update();
+        step();
         if (m_pace > 0) {
             m_timer.stop();
         }
     }
+}
+
+void BreathingMark::step()
+{
+    update();
+    Q_EMIT breathed();
+}
+
+Breath BreathingMark::breath() const
+{
+    const double elapsed = m_shown.isValid() ? static_cast<double>(m_shown.elapsed()) / 1000 : 0;
+    return breathAt(elapsed, m_period);
 }
 
 void BreathingMark::startOrStop()

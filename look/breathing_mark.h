@@ -27,6 +27,8 @@ class BreathingMark : public QQuickPaintedItem
     /// Seconds between the ticks that the owner promises to send; 0, when the mark keeps its own
     /// time.
     Q_PROPERTY(double pace READ pace WRITE setPace NOTIFY paceChanged FINAL)
+    /// Opacity of the mark at its latest step, for what shines along with it.
+    Q_PROPERTY(double brightness READ brightness NOTIFY breathed FINAL)
 
 public:
     explicit BreathingMark(QQuickItem *parent = nullptr);
@@ -38,6 +40,7 @@ public:
     void setPeriod(double seconds);
     [[nodiscard]] double pace() const { return m_pace; }
     void setPace(double seconds);
+    [[nodiscard]] double brightness() const { return breath().opacity; }
     /// The owner's tick: steps the mark now, and once more before the next tick.
     Q_INVOKABLE void tick();
     void paint(QPainter *painter) override;
@@ -47,6 +50,7 @@ Q_SIGNALS:
     void colorChanged();
     void periodChanged();
     void paceChanged();
+    void breathed();
 
 protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
@@ -54,6 +58,8 @@ protected:
 
 private:
     void startOrStop();
+    void step();
+    [[nodiscard]] Breath breath() const;
 
     double m_size = 0;
     QColor m_color = Qt::white;

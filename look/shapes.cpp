@@ -10,6 +10,9 @@ namespace corvane::look {
 
 namespace {
 
+/// Edge length in points from which on the mark is drawn without seams.
+constexpr double seamlessWidth = 40;
+
 /// The classic 4 × 4 index matrix; index v fills its cell from the density (v + 0.5) / 16 on, so
 /// that neither 0 nor 1 falls on a threshold.
 constexpr std::array<std::array<int, 4>, 4> bayerIndices{{
@@ -111,9 +114,20 @@ std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect)
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
 {
     painter.setRenderHint(QPainter::Antialiasing);
+    const auto cells = quibMarkRects(rect);
+    if (rect.width() >= seamlessWidth) {
+        // Where cells meet between pixels one would see it in a mark of this size.
+        QPainterPath path;
+        path.setFillRule(Qt::WindingFill);
+        for (const QRectF &cell : cells) {
+            path.addRect(cell);
+        }
+        painter.fillPath(path, color);
+        return;
+    }
     // One by one: a path of this many spans would be handed to other threads, and each breath at
     // rest would wake them.
-    for (const QRectF &cell : quibMarkRects(rect)) {
+    for (const QRectF &cell : cells) {
         painter.fillRect(cell, color);
     }
 }

@@ -16,6 +16,9 @@ namespace {
 
 /// The Gaussian is invisible beyond this many sigmas.
 constexpr double reach = 3.4;
+/// Up to this many columns a shadow is kept whole: it costs little, and buttons swell, which would
+/// open seams between pieces.
+constexpr int smallTotal = 512;
 
 /// Which columns of the shadow are kept as pixels: all of them, or, for wide shadows, both ends and
 /// one column that stands for the even middle.
@@ -29,7 +32,7 @@ struct Columns
 Columns columnsFor(int total, double sigmaPixels)
 {
     const int end = static_cast<int>(std::ceil(2 * reach * sigmaPixels));
-    if (total <= 2 * end + 1) {
+    if (total <= std::max(2 * end + 1, smallTotal)) {
         return {(total + 1) / 2, 0};
     }
     return {end, total - 2 * end};

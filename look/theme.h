@@ -29,6 +29,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor card READ card CONSTANT FINAL)
     Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
     Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged FINAL)
+    Q_PROPERTY(QColor glass READ glass CONSTANT FINAL)
     /// Nothing moves about; what comes and goes fades.
     Q_PROPERTY(bool reducedMotion READ isMotionReduced NOTIFY appearanceChanged FINAL)
 
@@ -72,6 +73,10 @@ public:
     {
         return QColor::fromRgbF(1, 1, 1, m_appearance.highContrast ? 0.6F : 0.12F);
     }
+
+    /// Backdrop of a translucent window. On a desktop that blurs nothing, text on it must still be
+    /// readable over a white page.
+    [[nodiscard]] static QColor glass() { return QColor::fromRgbF(0.13F, 0.13F, 0.14F, 0.72F); }
 
     /// The pixel typeface at `size` points with `tracking` points between letters; without one of
     /// its fonts the heavy monospaced face of the desktop.

@@ -1,8 +1,8 @@
 #include "app/app_delegate.h"
 
-#include "keys/key_vault.h"
 #include "tests/core/wallet_fixture.h"
 #include "tests/fakes/fake_desktop.h"
+#include "tests/fakes/fake_font_registry.h"
 #include "tests/fakes/fake_shell.h"
 
 #include <QImage>
@@ -36,11 +36,7 @@ protected:
                                        m_island = &island;
                                        return nullptr;
                                    }},
-            ShellServices{m_statusBar, m_loginItem, m_bundle,
-                          [this](island::IslandController &island) {
-                              EXPECT_EQ(&island, m_island);
-                              ++m_tours;
-                          },
+            ShellServices{m_statusBar, m_loginItem, m_bundle, m_appearance, m_theme, m_tour,
                           [] {}});
         m_delegate->applicationDidFinishLaunching();
         queue.drain();
@@ -66,7 +62,13 @@ protected:
     tests::FakeStatusBar m_statusBar;
     tests::FakeLoginItem m_loginItem;
     tests::FakeBundle m_bundle;
-    int m_tours = 0;
+    tests::FakeAppearance m_appearance;
+    tests::FakeFontRegistry m_fonts = tests::FakeFontRegistry::bundled();
+    look::Theme m_theme{m_fonts};
+    tests::FakeFloatingWindows m_windows;
+    onboarding::Onboarding m_tour{
+        {queue, settings, m_bundle, m_loginItem, m_application, m_windows,
+         [](onboarding::Onboarding &) { return std::make_unique<QQuickItem>(); }}};
     island::IslandController *m_island = nullptr;
     std::unique_ptr<AppDelegate> m_delegate;
 };
@@ -83,9 +85,9 @@ TEST_F(AppDelegateTest, TheMenuActsOnTheWalletAndTheIsland)
     EXPECT_TRUE(m_island->expanded());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
     EXPECT_TRUE(m_panels.state.isKey);
-    EXPECT_EQ(m_tours, 0);
+    EXPECT_EQ(m_windows.existing, 0);
     choose(QStringLiteral("Welcome tour…"));
-    EXPECT_EQ(m_tours, 1);
+    EXPECT_TRUE(m_windows.visible);
     choose(QStringLiteral("Quit Corvane"));
     EXPECT_EQ(m_application.terminations, 1);
 }
@@ -93,7 +95,21 @@ TEST_F(AppDelegateTest, TheMenuActsOnTheWalletAndTheIsland)
 TEST_F(AppDelegateTest, OpensTheTourOnceByItself)
 {
     launchApplication(false);
-    EXPECT_EQ(m_tours, 1);
+    EXPECT_TRUE(m_windows.visible);
+    EXPECT_TRUE(settings.boolean(onboarding::Onboarding::shownSetting()).value_or(false));
+}
+
+TEST_F(AppDelegateTest, AsksForTheAppearanceWhenTheIslandIsAboutToOpen)
+{
+    launchApplication();
+    queue.advance(1s);
+    EXPECT_FALSE(m_theme.isMotionReduced());
+    m_appearance.settings = {.reducedMotion = true, .highContrast = true};
+    const QColor muted = m_theme.muted();
+    m_pointer.moveTo({756, 975});
+    queue.drain();
+    EXPECT_TRUE(m_theme.isMotionReduced());
+    EXPECT_GT(m_theme.muted().lightness(), muted.lightness());
 }
 
 TEST_F(AppDelegateTest, RegistersOnlyTheInstalledProgramAndOnlyOnce)
@@ -111,7 +127,7 @@ TEST_F(AppDelegateTest, RegistersOnlyTheInstalledProgramAndOnlyOnce)
              Case{"/Applications/corvane", false, 0},
              Case{"/home/ada/Corvane.app", false, 0},
          }) {
-        m_bundle.bundlePath = QString::fromLatin1(path);
+        m_bundle.runningFrom = QString::fromLatin1(path);
         m_loginItem.enabled = enabled;
         m_loginItem.registrations = 0;
         launchApplication();
@@ -135,13 +151,13 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
         {open("settings"), true, IslandPane::Settings},
         {{}, true, IslandPane::Settings},
         {open("balance"), true, IslandPane::Balance},
-        {open("send"), true, IslandPane::Balance}, // there is no key to send with
-        {open("receive"), true, IslandPane::Balance},
-        {open("Settings"), false, IslandPane::Balance},
-        {open(""), false, IslandPane::Balance},
-        {{QStringLiteral("open"), std::nullopt}, false, IslandPane::Balance},
-        {{QStringLiteral("explode"), std::nullopt}, false, IslandPane::Balance},
-        {{QStringLiteral("quit"), QStringLiteral("now")}, false, IslandPane::Balance},
+        {open("send"), true, IslandPane::Send},
+        {open("receive"), true, IslandPane::Receive},
+        {open("Settings"), false, IslandPane::Receive},
+        {open(""), false, IslandPane::Receive},
+        {{QStringLiteral("open"), std::nullopt}, false, IslandPane::Receive},
+        {{QStringLiteral("explode"), std::nullopt}, false, IslandPane::Receive},
+        {{QStringLiteral("quit"), QStringLiteral("now")}, false, IslandPane::Receive},
     };
     launchApplication();
     for (const auto &[request, known, pane] : cases) {
@@ -155,18 +171,6 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
     EXPECT_EQ(m_application.terminations, 0);
     EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
     EXPECT_EQ(m_application.terminations, 1);
-}
-
-TEST_F(AppDelegateTest, OpensThePanesOfAWalletWithAKey)
-{
-    ASSERT_EQ(keys::KeyVault(keychain).storeStatus(signingKeys.makeSeed(), tests::addressA),
-              platform::keychainSuccess);
-    launchApplication();
-    for (const auto &[name, pane] :
-         {std::pair("send", IslandPane::Send), std::pair("receive", IslandPane::Receive)}) {
-        EXPECT_TRUE(m_delegate->perform({QStringLiteral("open"), QString::fromLatin1(name)}));
-        EXPECT_EQ(m_island->pane(), pane);
-    }
 }
 
 /// The mark stands out from any panel: somewhere it is much lighter or much darker than it.

@@ -84,7 +84,7 @@ class StatusNotifierTest(ShellTest):
                        "the menu")
             self.desktop.screen.capture(480, 480, 400, 160).save(
                 ROOT / "build/screenshots/status-menu.png")
-            self.desktop.screen.press_keys("Control_L", "comma")
+            self.desktop.screen.press("comma", "Control_L")
             wait_until(corvane.is_open, "the settings")
 
     def test_panels_that_come_late_and_go(self):
@@ -129,7 +129,7 @@ class XEmbedTest(ShellTest):
                 backdrop = self.desktop.backdrop.colour
                 below = TRAY[0] + side // 2 + 20, TRAY[1] + side + 10
                 wait_until(lambda: screen.capture(*below, 1, 1).at(*below) != backdrop, "the menu")
-                screen.press_keys("Control_L", "q")
+                screen.press("q", "Control_L")
                 self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
 
 

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "platform/appearance.h"
 #include "platform/application_bundle.h"
+#include "platform/floating_window.h"
 #include "platform/instance.h"
 #include "platform/login_item.h"
 #include "platform/status_item.h"
 
+#include <QPointer>
+#include <QQuickItem>
 #include <QStringList>
+
+#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -34,24 +40,89 @@ public:
     bool enable() override
     {
         ++registrations;
-        return false;
+        return enabled = true;
     }
 
     bool enabled = false;
     int registrations = 0;
 };
 
-/// A bundle that can be asked for its path only.
+/// A disk that holds bundles, and notes what is done to them.
 class FakeBundle final : public platform::ApplicationBundle
 {
 public:
-    [[nodiscard]] QString path() const override { return bundlePath; }
-    [[nodiscard]] bool exists(const QString &) const override { qFatal("unexpected"); }
-    bool remove(const QString &) override { qFatal("unexpected"); }
-    bool copy(const QString &, const QString &) override { qFatal("unexpected"); }
-    void openNewInstance(const QString &) override { qFatal("unexpected"); }
+    [[nodiscard]] QString path() const override { return runningFrom; }
+    [[nodiscard]] bool exists(const QString &path) const override { return present.contains(path); }
+    bool remove(const QString &path) override
+    {
+        done.append(QStringLiteral("remove ") + path);
+        return removable && present.removeAll(path) > 0;
+    }
+    bool copy(const QString &from, const QString &to) override
+    {
+        done.append(QStringLiteral("copy ") + from);
+        EXPECT_FALSE(exists(to)) << "a copy over what is there";
+        if (copyable) {
+            present.append(to);
+        }
+        return copyable;
+    }
+    void openNewInstance(const QString &path) override
+    {
+        done.append(QStringLiteral("open ") + path);
+    }
 
-    QString bundlePath = QStringLiteral("/home/ada/corvane/build/app");
+    QString runningFrom = QStringLiteral("/home/ada/build/app");
+    QStringList present;
+    bool removable = true;
+    bool copyable = true;
+    QStringList done;
+};
+
+/// Makes windows that note what is done to them.
+class FakeFloatingWindows final : public platform::FloatingWindowFactory
+{
+public:
+    [[nodiscard]] std::unique_ptr<platform::FloatingWindow>
+    makeWindow(const QString &title, const QRectF &frame,
+               std::unique_ptr<QQuickItem> content) override
+    {
+        class Window final : public platform::FloatingWindow
+        {
+        public:
+            Window(FakeFloatingWindows &desktop, std::unique_ptr<QQuickItem> content)
+                : m_desktop(desktop)
+                , m_content(std::move(content))
+            {}
+            ~Window() override { --m_desktop.existing; }
+            void makeKeyAndOrderFront() override { m_desktop.visible = true; }
+            void orderOut() override { m_desktop.visible = false; }
+
+        private:
+            FakeFloatingWindows &m_desktop;
+            std::unique_ptr<QQuickItem> m_content;
+        };
+        titles.append(title);
+        latestFrame = frame;
+        latestContent = content.get();
+        ++existing;
+        return std::make_unique<Window>(*this, std::move(content));
+    }
+
+    QStringList titles;
+    QRectF latestFrame;
+    QPointer<QQuickItem> latestContent;
+    int existing = 0;
+    bool visible = false;
+};
+
+/// A desktop with settings of appearance.
+class FakeAppearance final : public platform::Appearance
+{
+public:
+    void read(Reply reply) override { reply(settings); }
+
+    platform::AppearanceSettings settings;
 };
 
 /// A session in which another instance may run and may answer.

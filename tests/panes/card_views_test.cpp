@@ -5,6 +5,7 @@
 #include "look/secret_field.h"
 #include "look/theme.h"
 #include "panes/send_pane_model.h"
+#include "tests/look/view_layout.h"
 #include "tests/panes/card_fixture.h"
 
 #include <QAccessible>
@@ -20,64 +21,6 @@ namespace corvane::panes {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-class Fonts final : public platform::FontRegistry
-{
-public:
-    explicit Fonts(bool bundled)
-        : m_bundled(bundled)
-    {}
-    [[nodiscard]] std::optional<QString> familyOf(const QString &name) const override
-    {
-        if (m_bundled && name == "Silkscreen-Regular"_L1) {
-            return u"Silkscreen"_s;
-        }
-        if (m_bundled && name == "JetBrainsMono-Regular"_L1) {
-            return u"JetBrains Mono"_s;
-        }
-        return std::nullopt;
-    }
-    [[nodiscard]] QString monospacedFamily() const override { return u"DejaVu Sans Mono"_s; }
-
-private:
-    bool m_bundled;
-};
-
-/// What is written at one place.
-struct Writing
-{
-    QQuickItem *item;
-    QString text;
-    QRectF place;
-};
-
-/// Every text and editable line below `item` that is seen, in the coordinates of `card`.
-void collect(QQuickItem &item, QQuickItem &card, QList<Writing> &found)
-{
-    if (!item.isVisible() || item.opacity() == 0) {
-        return;
-    }
-    if (item.inherits("QQuickText") && !item.property("text").toString().isEmpty()) {
-        const double width = item.property("contentWidth").toDouble();
-        const double left = item.property("effectiveHorizontalAlignment").toInt() == Qt::AlignRight
-                                ? item.width() - width
-                                : 0;
-        const QRectF place(left, 0, width, item.property("contentHeight").toDouble());
-        found.append({&item, item.property("text").toString(), item.mapRectToItem(&card, place)});
-    } else if (item.property("empty").toBool()) {
-        // Its placeholder is seen in its place.
-    } else if (item.inherits("corvane::look::SecretLabel") ||
-               item.inherits("corvane::look::SecretField") ||
-               item.inherits("corvane::look::RollingText") ||
-               item.inherits("corvane::panes::QRCode")) {
-        const QRectF place(0, 0, item.width(), item.height());
-        found.append({&item, QString::fromLatin1(item.metaObject()->className()),
-                      item.mapRectToItem(&card, place)});
-    }
-    for (QQuickItem *child : item.childItems()) {
-        collect(*child, card, found);
-    }
-}
 
 class CardViewsTest : public tests::CardTest, public testing::WithParamInterface<bool>
 {
@@ -108,16 +51,9 @@ protected:
         return *m_card;
     }
 
-    /// The control below the card that assistive technology knows under `name`.
     [[nodiscard]] QQuickItem *control(const QString &name) const
     {
-        const auto items = m_card->findChildren<QQuickItem *>();
-        for (QQuickItem *item : items) {
-            if (item->isVisible() && item->property("label").toString() == name) {
-                return item;
-            }
-        }
-        return nullptr;
+        return tests::control(*m_card, name);
     }
 
     void press(const QString &name)
@@ -127,47 +63,19 @@ protected:
         ASSERT_TRUE(QMetaObject::invokeMethod(item, "triggered"));
     }
 
-    [[nodiscard]] QStringList texts() const
-    {
-        QList<Writing> writings;
-        collect(*m_card, *m_card, writings);
-        QStringList all;
-        for (const Writing &writing : writings) {
-            all.append(writing.text);
-        }
-        return all;
-    }
+    [[nodiscard]] QStringList texts() const { return tests::texts(*m_card); }
 
     /// Nothing is cut, leaves the card, or lies over something else. Saves a picture into the
     /// folder CORVANE_PICTURES, for a look at it.
     void expectCleanLayout(const QString &state)
     {
-        if (const QString folder = qEnvironmentVariable("CORVANE_PICTURES"); !folder.isEmpty()) {
-            QTest::qWait(1200);
-            m_window.resize(620, static_cast<int>(std::ceil(m_card->implicitHeight())));
-            m_window.grabWindow().save(
-                u"%1/%2-%3-%4.png"_s.arg(folder, state, GetParam() ? u"bundled"_s : u"fallback"_s,
-                                         QString::number(m_window.devicePixelRatio())));
-        }
-        QList<Writing> writings;
-        collect(*m_card, *m_card, writings);
-        ASSERT_FALSE(writings.isEmpty());
-        const QRectF inside(0, 0, 620, m_card->implicitHeight());
-        for (const Writing &writing : writings) {
-            EXPECT_FALSE(writing.item->property("truncated").toBool())
-                << writing.text.toStdString() << " is cut";
-            EXPECT_TRUE(inside.adjusted(-0.5, -0.5, 0.5, 0.5).contains(writing.place))
-                << writing.text.toStdString() << " leaves the card";
-            for (const Writing &other : writings) {
-                const QRectF shared = writing.place.intersected(other.place);
-                EXPECT_TRUE(writing.item >= other.item || shared.width() < 0.5 ||
-                            shared.height() < 0.5)
-                    << writing.text.toStdString() << " lies over " << other.text.toStdString();
-            }
-        }
+        const double height = m_card->implicitHeight();
+        tests::savePicture(m_window, {620, static_cast<int>(std::ceil(height))},
+                           state + (GetParam() ? u"-bundled"_s : u"-fallback"_s));
+        tests::expectCleanLayout(*m_card, {0, 0, 620, height});
     }
 
-    Fonts m_fonts{GetParam()};
+    tests::CardFonts m_fonts{GetParam()};
     look::Theme m_theme{m_fonts};
     QQmlEngine m_engine;
     QQuickWindow m_window;

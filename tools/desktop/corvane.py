@@ -15,6 +15,7 @@ PROGRAM = pathlib.Path(os.environ.get("CORVANE_BINARY", _ROOT / "build/release/a
 
 NOTCH = (180, 38)
 CARD_WIDTH = 620
+ONBOARDED = "corvane.onboarded.v1"
 ON_NOTCH = (0, 12)
 ASIDE = (-600, 500)
 DARK = 40  # no channel of a pixel that belongs to the island's black is brighter
@@ -27,12 +28,14 @@ _PANEL_BODY = 360  # the panel's height below the top band
 class Corvane:
     """Runs the program on a desktop while entered.
 
-    `settings` is what the settings file holds beforehand: an object, or text to write as it is.
+    `settings` is what the settings file holds beforehand: an object, or text to write as it is. An
+    object is told as well that the tour of a first run has been shown, or what `onboarded` says;
+    None tells nothing.
     All places are in points from the middle of the screen's top edge.
     """
 
     def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
-                 arguments=(), environment=None, program=PROGRAM):
+                 arguments=(), environment=None, program=PROGRAM, onboarded=True):
         self.desktop, self.notch = desktop, notch
         self._command = [str(program), *(["--endpoints", str(localnet.endpoints)] if localnet else []),
                          *(["--demo-keychain"] if demo else []), *arguments]
@@ -44,6 +47,8 @@ class Corvane:
         self.settings_file = folder / ("corvane-demo" if demo else "corvane") / "settings.json"
         self.band = notch[1] if notch else 32
         self._middle = desktop.screen.width // 2
+        if not isinstance(settings, str) and onboarded is not None:
+            settings = {ONBOARDED: onboarded, **(settings or {})}
         self._demo, self._initial = demo, settings
         self._process = self._tree = self.address = None
 

@@ -114,13 +114,13 @@ class Screen:
             xtest.fake_input(self.display, event, 1)
         self.display.sync()
 
-    def press_keys(self, *names):
-        """Presses the keys with these names of X together."""
-        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(name)) for name in names]
-        for code in codes:
-            xtest.fake_input(self.display, X.KeyPress, code)
-        for code in reversed(codes):
-            xtest.fake_input(self.display, X.KeyRelease, code)
+    def drag(self, x, y, to_x, to_y):
+        """Moves there and drags with the first button to another place."""
+        self.move(x, y)
+        xtest.fake_input(self.display, X.ButtonPress, 1)
+        self.display.sync()
+        self.move(to_x, to_y)
+        xtest.fake_input(self.display, X.ButtonRelease, 1)
         self.display.sync()
 
     def tap(self, x, y, away_x, away_y):

@@ -1,0 +1,38 @@
+import Corvane.Look
+import QtQuick
+
+// The round button that closes the window.
+Item {
+    id: root
+
+    signal triggered
+
+    implicitWidth: 12
+    implicitHeight: 12
+
+    Rectangle {
+        anchors.fill: parent
+        radius: width / 2
+        color: Theme.red
+        antialiasing: true
+    }
+
+    Pictogram {
+        anchors.centerIn: parent
+        visible: area.containsMouse || area.activeFocus
+        name: "xmark"
+        fontSize: 6
+        color: "black"
+    }
+
+    PressArea {
+        id: area
+
+        anchors.fill: parent
+        // Twelve points are hard to hit.
+        anchors.margins: -5
+        label: "Close"
+        ringRadius: 13
+        onTriggered: root.triggered()
+    }
+}

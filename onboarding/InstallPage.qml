@@ -1,0 +1,68 @@
+import Corvane.Look
+import Corvane.Onboarding
+import QtQuick
+
+// Whether the application is where it stays, and starts by itself.
+Item {
+    id: root
+
+    required property Onboarding onboarding
+
+    InstallPageModel {
+        id: page
+
+        onboarding: root.onboarding
+        shown: root.visible && root.Window.visibility !== Window.Hidden
+    }
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 16
+
+        Label {
+            text: "INSTALL"
+            font: Theme.pixel(18, 3)
+            color: Theme.ink
+        }
+
+        Label {
+            text: "two things make the island permanent:"
+            font: Theme.term(11)
+            color: Theme.muted
+        }
+
+        StatusRow {
+            id: applications
+
+            done: page.applicationsDone
+            pendingIcon: "folder.fill"
+            title: "LIVES IN APPLICATIONS"
+            detail: page.applicationsDetail
+        }
+
+        PillButton {
+            x: applications.textX
+            visible: page.movable
+            label: page.moveLabel
+            icon: "arrow.down.circle.fill"
+            filled: true
+            onTriggered: page.move()
+        }
+
+        StatusRow {
+            done: page.loginDone
+            pendingIcon: "sunrise.fill"
+            title: "STARTS AT LOGIN"
+            detail: page.loginDetail
+        }
+    }
+
+    component StatusRow: PictogramRow {
+        required property bool done
+        required property string pendingIcon
+
+        icon: done ? "checkmark.circle.fill" : pendingIcon
+        iconSize: 17
+        iconColor: done ? Theme.green : Theme.muted
+    }
+}

@@ -1,0 +1,54 @@
+import Corvane.Look
+import Corvane.Onboarding
+import QtQuick
+
+// The island in miniature, on a screen in miniature.
+Item {
+    id: root
+
+    required property Onboarding onboarding
+
+    IslandDemoModel {
+        id: demo
+
+        onboarding: root.onboarding
+        shown: root.visible && root.Window.visibility !== Window.Hidden
+    }
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 18
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "THE ISLAND"
+            font: Theme.pixel(18, 3)
+            color: Theme.ink
+        }
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 400
+            height: 210
+            radius: 16
+            color: Qt.alpha(Theme.line, 0.05)
+            border.width: 1
+            border.color: Qt.alpha(Theme.line, 0.08)
+            antialiasing: true
+
+            MockIsland {
+                anchors.horizontalCenter: parent.horizontalCenter
+                stretched: demo.stretched
+                unfurled: demo.unfurled
+                transaction: demo.transaction
+            }
+        }
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: demo.caption
+            font: Theme.term(10)
+            color: Theme.muted
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import Corvane.Look
+import QtQuick
+
+// A pictogram, a title, and below the title what there is to say about it.
+Item {
+    id: root
+
+    required property string icon
+    required property real iconSize
+    required property color iconColor
+    required property string title
+    required property string detail
+
+    readonly property real textX: 34
+
+    implicitWidth: root.textX + Math.max(title.implicitWidth, detail.implicitWidth)
+    implicitHeight: title.implicitHeight + 3 + detail.height
+
+    Pictogram {
+        x: (22 - implicitWidth) / 2
+        name: root.icon
+        fontSize: root.iconSize
+        color: root.iconColor
+    }
+
+    Label {
+        id: title
+
+        x: root.textX
+        text: root.title
+        font: Theme.term(11, Theme.Heavy)
+        color: Theme.ink
+    }
+
+    Label {
+        id: detail
+
+        x: root.textX
+        anchors.top: title.bottom
+        anchors.topMargin: 3
+        width: root.width - root.textX
+        height: implicitHeight
+        text: root.detail
+        wrapMode: Text.WordWrap
+        font: Theme.term(9)
+        color: Theme.muted
+    }
+}

@@ -1,0 +1,58 @@
+pragma ComponentBehavior: Bound
+
+import Corvane.Look
+import Corvane.Onboarding
+import QtQuick
+
+// What the wallet does, point by point.
+Item {
+    id: root
+
+    Column {
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        spacing: 16
+
+        Label {
+            text: "YOUR WALLET"
+            font: Theme.pixel(18, 3)
+            color: Theme.ink
+        }
+
+        Point {
+            icon: "key.fill"
+            title: "FORGED HERE, LOCKED HERE"
+            detail: "create a fresh wallet (or import one). the key lives in the macOS keychain — never in a file, never online."
+        }
+
+        Point {
+            icon: "touchid"
+            title: "FINGERPRINT AT THE DOOR"
+            detail: "the island opens with touch id. one print unlocks the session — sends are one click after that."
+        }
+
+        Point {
+            icon: "paperplane.fill"
+            title: "SEND WITH A BURST"
+            detail: "recipient, amount, send. signed on-device, confirmed on-chain, celebrated with pixels and a chime."
+        }
+
+        Point {
+            icon: "qrcode"
+            title: "RECEIVE WITH A QR"
+            detail: "your address as a scannable code, one tap to copy."
+        }
+
+        Point {
+            icon: "exclamationmark.triangle.fill"
+            title: "BACK UP THE KEY"
+            detail: "you'll get ONE backup screen at creation. save it — it is the wallet."
+        }
+    }
+
+    component Point: PictogramRow {
+        width: parent.width
+        iconSize: 15
+        iconColor: Theme.green
+    }
+}

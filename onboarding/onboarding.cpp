@@ -1,0 +1,105 @@
+#include "onboarding/onboarding.h"
+
+#include "onboarding/applications_folder.h"
+
+#include <QQuickItem>
+
+#include <chrono>
+#include <cmath>
+
+namespace corvane::onboarding {
+
+using island::IslandController;
+
+namespace {
+
+/// Time for the new instance to set out, and for this one to show that something happens.
+constexpr std::chrono::milliseconds terminationDelay{800};
+
+/// The window's place: the middle of the screen, in whole points.
+QRectF centredFrame(const std::optional<platform::Screen> &screen)
+{
+    const QPointF centre = screen ? screen->frame.center() : QPointF();
+    const QSizeF size = Onboarding::windowSize;
+    return {std::round(centre.x() - size.width() / 2), std::round(centre.y() - size.height() / 2),
+            size.width(), size.height()};
+}
+
+} // namespace
+
+Onboarding::Onboarding(OnboardingServices services, QObject *parent)
+    : QObject(parent)
+    , m_services(std::move(services))
+{}
+
+Onboarding::~Onboarding() = default;
+
+QString Onboarding::shownSetting()
+{
+    return QStringLiteral("corvane.onboarded.v1");
+}
+
+void Onboarding::show(IslandController &island)
+{
+    if (!m_window) {
+        m_island = &island;
+        m_window = m_services.windows.makeWindow(QStringLiteral("Welcome to Corvane"),
+                                                 centredFrame(island.screen()),
+                                                 m_services.makeContent(*this));
+        // Who leaves the tour half-way is not asked to take it again.
+        m_services.settings.setBoolean(shownSetting(), true);
+    }
+    m_window->makeKeyAndOrderFront();
+}
+
+void Onboarding::finish()
+{
+    if (m_window) {
+        m_window->orderOut();
+        // A button of the window is still handling its click.
+        m_finished = std::move(m_window);
+        m_services.queue.post([self = QPointer(this)] {
+            if (self) {
+                self->m_finished.reset();
+            }
+        });
+    }
+    if (m_island) {
+        m_island->present();
+    }
+}
+
+void Onboarding::close()
+{
+    if (m_window) {
+        m_window->orderOut();
+    }
+}
+
+void Onboarding::dismiss()
+{
+    m_window.reset();
+    m_finished.reset();
+}
+
+bool Onboarding::moveToApplications()
+{
+    const QString destination = QStringLiteral("/Applications/Corvane.app");
+    platform::ApplicationBundle &bundle = m_services.bundle;
+    const QString running = bundle.path();
+    if (!isApplicationBundle(running) || isInApplications(running)) {
+        return false;
+    }
+    if (bundle.exists(destination) && !bundle.remove(destination)) {
+        return false;
+    }
+    if (!bundle.copy(running, destination)) {
+        return false;
+    }
+    bundle.openNewInstance(destination);
+    m_services.queue.after(terminationDelay,
+                           [&application = m_services.application] { application.terminate(); });
+    return true;
+}
+
+} // namespace corvane::onboarding

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "look/transaction.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::onboarding {
+
+/// Which page of the tour is shown, and what its buttons say. Main thread.
+class OnboardingPager : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// Index of the page shown.
+    Q_PROPERTY(int page READ page NOTIFY pageChanged FINAL)
+    Q_PROPERTY(int lastPage MEMBER m_lastPage NOTIFY changed REQUIRED FINAL)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY changed FINAL)
+    Q_PROPERTY(QString forwardLabel READ forwardLabel NOTIFY changed FINAL)
+    Q_PROPERTY(QString forwardIcon READ forwardIcon NOTIFY changed FINAL)
+    /// Where the user is, in words, for assistive technology.
+    Q_PROPERTY(QString position READ position NOTIFY changed FINAL)
+    Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
+
+public:
+    explicit OnboardingPager(QObject *parent = nullptr);
+
+    /// To the page before, if there is one.
+    Q_INVOKABLE void back();
+    /// To the next page; from the last one the tour is finished.
+    Q_INVOKABLE void forward();
+    /// To the next page, if there is one.
+    Q_INVOKABLE void next();
+
+    [[nodiscard]] int page() const { return m_page; }
+    [[nodiscard]] bool canGoBack() const { return m_page > 0; }
+    [[nodiscard]] QString forwardLabel() const;
+    [[nodiscard]] QString forwardIcon() const;
+    [[nodiscard]] QString position() const;
+    [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
+
+Q_SIGNALS:
+    void pageChanged();
+    /// Something that depends on the page has changed.
+    void changed();
+    void finished();
+
+private:
+    void turnTo(int page);
+    [[nodiscard]] bool isLast() const { return m_page == m_lastPage; }
+
+    int m_page = 0;
+    int m_lastPage = 0;
+    look::Transaction m_transaction;
+};
+
+} // namespace corvane::onboarding

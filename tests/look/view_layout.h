@@ -1,0 +1,133 @@
+#pragma once
+
+#include "platform/font_registry.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+// What tests hold the layout of a whole view to, with the fonts of the program and without.
+
+namespace corvane::tests {
+
+/// The fonts that come with the program, or a desktop that has none of them.
+class CardFonts final : public platform::FontRegistry
+{
+public:
+    explicit CardFonts(bool bundled)
+        : m_bundled(bundled)
+    {}
+    [[nodiscard]] std::optional<QString> familyOf(const QString &name) const override
+    {
+        if (m_bundled && name == QLatin1String("Silkscreen-Regular")) {
+            return QStringLiteral("Silkscreen");
+        }
+        if (m_bundled && name == QLatin1String("JetBrainsMono-Regular")) {
+            return QStringLiteral("JetBrains Mono");
+        }
+        return std::nullopt;
+    }
+    [[nodiscard]] QString monospacedFamily() const override
+    {
+        return QStringLiteral("DejaVu Sans Mono");
+    }
+
+private:
+    bool m_bundled;
+};
+
+/// What is written at one place.
+struct Writing
+{
+    QQuickItem *item;
+    QString text;
+    QRectF place;
+};
+
+/// Every text and editable line below `item` that is seen, in the coordinates of `view`.
+inline void collect(QQuickItem &item, QQuickItem &view, QList<Writing> &found)
+{
+    if (!item.isVisible() || item.opacity() == 0) {
+        return;
+    }
+    if (item.inherits("QQuickText") && !item.property("text").toString().isEmpty()) {
+        const double width = item.property("contentWidth").toDouble();
+        const double left = item.property("effectiveHorizontalAlignment").toInt() == Qt::AlignRight
+                                ? item.width() - width
+                                : 0;
+        const QRectF place(left, 0, width, item.property("contentHeight").toDouble());
+        found.append({&item, item.property("text").toString(), item.mapRectToItem(&view, place)});
+    } else if (item.property("empty").toBool()) {
+        // Its placeholder is seen in its place.
+    } else if (item.inherits("corvane::look::SecretLabel") ||
+               item.inherits("corvane::look::SecretField") ||
+               item.inherits("corvane::look::RollingText") ||
+               item.inherits("corvane::panes::QRCode")) {
+        const QRectF place(0, 0, item.width(), item.height());
+        found.append({&item, QString::fromLatin1(item.metaObject()->className()),
+                      item.mapRectToItem(&view, place)});
+    }
+    for (QQuickItem *child : item.childItems()) {
+        collect(*child, view, found);
+    }
+}
+
+[[nodiscard]] inline QStringList texts(QQuickItem &view)
+{
+    QList<Writing> writings;
+    collect(view, view, writings);
+    QStringList all;
+    for (const Writing &writing : writings) {
+        all.append(writing.text);
+    }
+    return all;
+}
+
+/// The control in `view` that assistive technology knows under `name`.
+[[nodiscard]] inline QQuickItem *control(const QQuickItem &view, const QString &name)
+{
+    const auto items = view.findChildren<QQuickItem *>();
+    for (QQuickItem *item : items) {
+        if (item->isVisible() && item->property("label").toString() == name) {
+            return item;
+        }
+    }
+    return nullptr;
+}
+
+/// Nothing that is written is cut, leaves `inside`, or lies over something else.
+inline void expectCleanLayout(QQuickItem &view, const QRectF &inside)
+{
+    QList<Writing> writings;
+    collect(view, view, writings);
+    ASSERT_FALSE(writings.isEmpty());
+    for (const Writing &writing : writings) {
+        EXPECT_FALSE(writing.item->property("truncated").toBool())
+            << writing.text.toStdString() << " is cut";
+        EXPECT_TRUE(inside.adjusted(-0.5, -0.5, 0.5, 0.5).contains(writing.place))
+            << writing.text.toStdString() << " leaves the view";
+        for (const Writing &other : writings) {
+            const QRectF shared = writing.place.intersected(other.place);
+            EXPECT_TRUE(writing.item >= other.item || shared.width() < 0.5 || shared.height() < 0.5)
+                << writing.text.toStdString() << " lies over " << other.text.toStdString();
+        }
+    }
+}
+
+/// Saves what the window shows, once it has come to rest, into the folder CORVANE_PICTURES if there
+/// is one: for a look at it.
+inline void savePicture(QQuickWindow &window, const QSize &size, const QString &name)
+{
+    const QString folder = qEnvironmentVariable("CORVANE_PICTURES");
+    if (folder.isEmpty()) {
+        return;
+    }
+    QTest::qWait(1200);
+    window.resize(size);
+    window.grabWindow().save(QStringLiteral("%1/%2-%3.png")
+                                 .arg(folder, name, QString::number(window.devicePixelRatio())));
+}
+
+} // namespace corvane::tests

@@ -1,0 +1,135 @@
+#include "onboarding/install_page_model.h"
+#include "onboarding/island_demo_model.h"
+#include "tests/onboarding/onboarding_fixture.h"
+
+namespace corvane::onboarding {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using tests::OnboardingTest;
+
+class PageModels : public OnboardingTest
+{
+protected:
+    template <typename Model>
+    void complete(Model &model)
+    {
+        model.setProperty("onboarding", QVariant::fromValue(&*m_onboarding));
+        model.componentComplete();
+    }
+};
+
+TEST_F(PageModels, InstallRowsSayWhereItLives)
+{
+    const QString download = u"currently running from the download location"_s;
+    struct Case
+    {
+        QString path;
+        QString detail;
+        bool done;
+        bool movable;
+    };
+    const Case cases[] = {
+        {u"/home/ada/build/app"_s, u"dev build — install with the installer script"_s, true, false},
+        {u"/home/ada/Downloads/Corvane.app"_s, download, false, true},
+        {u"/home/ada/Applications/Corvane.app"_s, download, false, true},
+        {u"/Applications/Corvane.app"_s, u"installed"_s, true, false},
+        {u"/Applications/Tools/Corvane.app"_s, u"installed"_s, true, false},
+        {u"/Applications/tools/bin"_s, u"installed"_s, true, false},
+    };
+    for (const Case &expected : cases) {
+        SCOPED_TRACE(expected.path.toStdString());
+        m_bundle.runningFrom = expected.path;
+        InstallPageModel page;
+        complete(page);
+        EXPECT_EQ(page.applicationsDetail(), expected.detail);
+        EXPECT_EQ(page.applicationsDone(), expected.done);
+        EXPECT_EQ(page.isMovable(), expected.movable);
+    }
+}
+
+TEST_F(PageModels, LoginRowFollowsWhileThePageIsShown)
+{
+    const auto timers = queue.pendingTimers();
+    {
+        InstallPageModel page;
+        page.setShown(true);
+        complete(page);
+        EXPECT_FALSE(page.loginDone());
+        EXPECT_EQ(page.loginDetail(), u"registers itself automatically once installed"_s);
+        m_loginItem.enabled = true;
+        queue.advance(2s);
+        EXPECT_TRUE(page.loginDone());
+        EXPECT_EQ(page.loginDetail(), u"registered — it's there after every restart"_s);
+
+        // Out of sight it costs nothing, and it is up to date as soon as it is seen again.
+        page.setShown(false);
+        EXPECT_EQ(queue.pendingTimers(), timers);
+        m_loginItem.enabled = false;
+        queue.advance(10s);
+        EXPECT_TRUE(page.loginDone());
+        page.setShown(true);
+        EXPECT_FALSE(page.loginDone());
+    }
+    EXPECT_EQ(queue.pendingTimers(), timers);
+}
+
+TEST_F(PageModels, MoveButtonSaysThatItIsAtWork)
+{
+    m_bundle.runningFrom = u"/home/ada/Downloads/Corvane.app"_s;
+    InstallPageModel page;
+    complete(page);
+    EXPECT_EQ(page.moveLabel(), u"MOVE TO APPLICATIONS"_s);
+    QStringList labels;
+    QObject::connect(&page, &InstallPageModel::changed, [&] { labels.append(page.moveLabel()); });
+    m_bundle.copyable = false;
+    page.move();
+    EXPECT_EQ(labels, (QStringList{u"MOVING…"_s, u"MOVE TO APPLICATIONS"_s}));
+    EXPECT_TRUE(page.isMovable());
+    m_bundle.copyable = true;
+    page.move();
+    EXPECT_EQ(page.moveLabel(), u"MOVING…"_s);
+}
+
+TEST_F(PageModels, DemoGoesRoundWhileItIsShown)
+{
+    const auto timers = queue.pendingTimers();
+    {
+        IslandDemoModel demo;
+        complete(demo);
+        queue.advance(5s);
+        EXPECT_FALSE(demo.isStretched()) << "nobody looks";
+        look::Animation animation;
+        QObject::connect(&demo, &IslandDemoModel::phaseChanged,
+                         [&] { animation = demo.transaction()->current(); });
+        demo.setShown(true);
+        queue.advance(1499ms);
+        EXPECT_FALSE(demo.isStretched());
+        queue.advance(1ms);
+        EXPECT_EQ(animation, look::Animation::spring(0.42, 0.88));
+        struct Phase
+        {
+            bool stretched;
+            bool unfurled;
+            QString caption;
+        };
+        const Phase phases[] = {
+            {true, false, u"hover: it stretches along the menu bar"_s},
+            {true, true, u"…then unfurls. balance, send, receive — right there."_s},
+            {false, false, u"it rests in the notch — a quiet green pulse"_s},
+        };
+        for (int round = 0; round < 2; ++round) {
+            for (const Phase &phase : phases) {
+                EXPECT_EQ(demo.isStretched(), phase.stretched);
+                EXPECT_EQ(demo.isUnfurled(), phase.unfurled);
+                EXPECT_EQ(demo.caption(), phase.caption);
+                queue.advance(1500ms);
+            }
+        }
+    }
+    EXPECT_EQ(queue.pendingTimers(), timers);
+}
+
+} // namespace
+} // namespace corvane::onboarding

@@ -1,0 +1,96 @@
+#include "platform/linux/xcb_floating_window.h"
+#include "tests/platform/wait_until.h"
+#include "tests/platform/x11_display.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace corvane::tests {
+namespace {
+
+using platform::XcbFloatingWindow;
+using Kind = X11Display::Kind;
+
+TEST(RoundedArea, CoversThePixelsOfTheCornersOnceAndNoOthers)
+{
+    for (const double radius : {0.0, 1.0, 12.0, 18.5, 24.0}) {
+        SCOPED_TRACE(radius);
+        const QRect area(3, 5, 60, 80);
+        const auto rows = platform::roundedArea(area, radius);
+        int next = area.top();
+        for (const QRect &row : rows) {
+            EXPECT_EQ(row.top(), next);
+            next = row.bottom() + 1;
+            EXPECT_EQ(row.left() - area.left(), area.right() - row.right());
+            // The pixel at the end of the row lies partly inside the corner's circle.
+            const double across = radius - (row.left() - area.left()) - 1;
+            const double up = radius - (row.top() - area.top()) - 1;
+            if (row.top() < area.center().y() && across > 0 && up > 0) {
+                EXPECT_LE(std::hypot(across, up), radius);
+                EXPECT_GE(std::hypot(across + 1, up), radius);
+            }
+        }
+        EXPECT_EQ(next, area.bottom() + 1);
+    }
+}
+
+class X11FloatingWindow : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_window->makeKeyAndOrderFront();
+        ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
+    }
+
+    [[nodiscard]] xcb_window_t id() { return static_cast<xcb_window_t>(window().winId()); }
+    [[nodiscard]] QQuickWindow &window() { return m_window->window(); }
+
+    const QRect m_geometry{40, 60, 200, 240};
+    X11Display m_display;
+    std::unique_ptr<XcbFloatingWindow> m_window = std::make_unique<XcbFloatingWindow>(
+        QStringLiteral("tour"), m_geometry, std::make_unique<QQuickItem>());
+};
+
+TEST_F(X11FloatingWindow, IsCutToItsCornersAndFloats)
+{
+    const double scale = window().devicePixelRatio();
+    const QRect pixels({0, 0}, (QSizeF(m_geometry.size()) * scale).toSize());
+    EXPECT_EQ(m_display.shape(id(), XCB_SHAPE_SK_BOUNDING),
+              platform::roundedArea(pixels, XcbFloatingWindow::cornerRadius * scale));
+    EXPECT_TRUE(m_display.hasProperty(id(), "_KDE_NET_WM_BLUR_BEHIND_REGION"));
+    EXPECT_EQ(window().contentItem()->childItems().constLast()->size(), m_geometry.size());
+
+    const auto other = m_display.makeWindow(QRect(0, 0, 600, 700), Kind::Managed);
+    ASSERT_TRUE(waitUntil([&] { return m_display.hasProperty(other, "WM_STATE"); }));
+    m_display.raise(other);
+    EXPECT_TRUE(waitUntil([&] { return m_display.isAbove(id(), other); }));
+}
+
+TEST_F(X11FloatingWindow, ComesBackWhereItWasHoweverItWasHidden)
+{
+    ASSERT_TRUE(waitUntil([&] { return window().isActive(); }));
+    window().setPosition(120, 90);
+    ASSERT_TRUE(waitUntil([&] { return window().position() == QPoint(120, 90); }));
+    for (const bool byUser : {false, true}) {
+        SCOPED_TRACE(byUser);
+        if (byUser) {
+            window().close();
+        } else {
+            m_window->orderOut();
+        }
+        EXPECT_FALSE(window().isVisible());
+        m_window->makeKeyAndOrderFront();
+        ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()) && window().isActive(); }));
+        EXPECT_EQ(window().position(), QPoint(120, 90));
+        EXPECT_EQ(m_display.extents(id(), XCB_SHAPE_SK_BOUNDING).size(),
+                  (QSizeF(m_geometry.size()) * window().devicePixelRatio()).toSize());
+    }
+}
+
+} // namespace
+} // namespace corvane::tests
