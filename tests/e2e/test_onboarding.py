@@ -1,7 +1,7 @@
 """The tour of a first run, with a real pointer and a real keyboard, and pictures of its pages in
 build/screenshots/."""
 
-from support import ROOT, IslandTest, wait_until
+from support import IslandTest, wait_until
 
 WINDOW = (520, 640)
 FLAG = "corvane.onboarded.v1"
@@ -146,7 +146,7 @@ class BareServerTourTest(TourTest):
 
 class TourPictures:
     def save(self, picture, name):
-        picture.save(ROOT / f"build/screenshots/tour-{name}@{self.desktop.scale}x.png")
+        super().save(picture, f"tour-{name}")
 
     def capture(self):
         x, y, width, height = self.place

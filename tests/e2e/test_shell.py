@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 from session_manager import SessionManager
-from support import ADDRESS, PROGRAM, ROOT, IslandTest, wait_until
+from support import ADDRESS, PROGRAM, SCREENSHOTS, IslandTest, wait_until
 
 from desktop import Corvane, StatusNotifierHost, XEmbedTray, processes
 from desktop.tray import pixmap_on
@@ -58,7 +58,7 @@ class StatusNotifierTest(ShellTest):
                 for pixmap in item["IconPixmap"]:
                     side = pixmap[0]
                     picture = pixmap_on(pixmap, colour)
-                    picture.save(ROOT / f"build/screenshots/status-{side}-on-{name}.png")
+                    picture.save(SCREENSHOTS / f"status-{side}-on-{name}.png")
                     # Dot and ring are white; the corners are the panel's.
                     self.assertGreater(min(picture.at(side // 2, side // 2)), 240)
                     self.assertGreater(min(picture.at(side // 2, round(side * 2 / 18))), 200)
@@ -83,7 +83,7 @@ class StatusNotifierTest(ShellTest):
             wait_until(lambda: self.desktop.screen.capture(520, 505, 1, 1).at(520, 505) != backdrop,
                        "the menu")
             self.desktop.screen.capture(480, 480, 400, 160).save(
-                ROOT / "build/screenshots/status-menu.png")
+                SCREENSHOTS / "status-menu.png")
             self.desktop.screen.press("comma", "Control_L")
             wait_until(corvane.is_open, "the settings")
 
@@ -119,7 +119,7 @@ class XEmbedTest(ShellTest):
                     wait_until(is_drawn, "the mark in the tray")
                     picture = screen.capture(*TRAY, side, side)
                     picture.save(
-                        ROOT / f"build/screenshots/tray-on-{name}@{self.desktop.scale}x.png")
+                        SCREENSHOTS / f"tray-on-{name}@{self.desktop.scale}x.png")
                     self.assertEqual(picture.at(*TRAY), colour)
                     self.assertGreater(
                         min(picture.at(TRAY[0] + side // 2, TRAY[1] + side // 8)), 200)

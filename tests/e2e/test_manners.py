@@ -1,0 +1,78 @@
+"""What the user has asked of every program: less motion, more contrast."""
+
+from gi.repository import Gio, GLib
+
+from support import IslandTest, wait_until
+
+PORTAL = "org.freedesktop.portal.Desktop"
+INTERFACE = """<node><interface name='org.freedesktop.portal.Settings'><method name='ReadAll'>
+<arg type='as' direction='in'/><arg type='a{sa{sv}}' direction='out'/></method></interface></node>"""
+MUTED, BRIGHT = (140, 136, 126), (214, 210, 200)
+
+
+class MannersTest(IslandTest):
+    def serve_portal(self, settings):
+        """A portal with these settings on the session bus."""
+        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        bus = Gio.DBusConnection.new_for_address_sync(self.desktop.bus_address, flags, None, None)
+        self.addCleanup(bus.close_sync, None)
+
+        def answer(_bus, _caller, _path, _interface, _method, _arguments, invocation):
+            invocation.return_value(GLib.Variant("(a{sa{sv}})", (settings,)))
+        bus.register_object("/org/freedesktop/portal/desktop",
+                            Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], answer)
+        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                      "RequestName", GLib.Variant("(su)", (PORTAL, 0)), None,
+                      Gio.DBusCallFlags.NONE, 5000, None)
+
+    def widths_while_opening(self, corvane):
+        """Every width that the island has been seen in between rest and open."""
+        seen = set()
+
+        def opened():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            left, right, bottom = corvane.outline(corvane.capture())
+            seen.add(round(right - left))
+            return bottom > corvane.band + 100 and right - left > 615
+        corvane.point_at(0, 12)
+        wait_until(opened, "the open card", pause=0)
+        return seen
+
+    def colours(self, corvane):
+        x, y, width, height = corvane.still("TOTAL BALANCE", "label").extents(self.desktop.scale)
+        return self.desktop.screen.capture(x, y, width, height).colours(x, y, width, height)
+
+    def test_motion_and_contrast_as_everywhere(self):
+        with self.run_corvane() as corvane:
+            self.assertGreater(len(self.widths_while_opening(corvane)), 4, "it unfolds gradually")
+            wait_until(lambda: MUTED in self.colours(corvane), "muted labels")
+            corvane.leave()
+        for settings in (
+                {"org.gnome.desktop.interface": {"enable-animations": GLib.Variant("b", False)},
+                 "org.freedesktop.appearance": {"contrast": GLib.Variant("u", 1)}},
+                {"org.kde.kdeglobals.KDE": {"AnimationDurationFactor": GLib.Variant("s", "0")},
+                 "org.gnome.desktop.a11y.interface": {"high-contrast": GLib.Variant("b", True)}}):
+            with self.subTest(list(settings)):
+                self.serve_portal(settings)
+                with self.run_corvane() as corvane:
+                    corvane.tree.things()
+                    # Folded once, it has certainly asked.
+                    self.widths_while_opening(corvane)
+                    corvane.leave()
+                    widths = self.widths_while_opening(corvane)
+                    self.assertLessEqual(len(widths), 3, f"at rest, wide, hovered: {widths}")
+                    wait_until(lambda: BRIGHT in self.colours(corvane), "bright labels")
+                    corvane.leave()
+                self.doCleanups()
+
+    def test_setting_of_a_desktop_without_a_portal(self):
+        folder = self.desktop.folder / "xdg_config_home/glib-2.0/settings"
+        folder.mkdir(parents=True)
+        (folder / "keyfile").write_text("[org/gnome/desktop/interface]\nenable-animations=false\n")
+        with self.run_corvane(environment={"GSETTINGS_BACKEND": "keyfile"}) as corvane:
+            self.widths_while_opening(corvane)
+            corvane.leave()
+            self.assertLessEqual(len(self.widths_while_opening(corvane)), 3)
+            corvane.leave()
