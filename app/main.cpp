@@ -58,24 +58,33 @@ int say(const QString &text, int status)
     return status;
 }
 
-/// The built-in endpoints, or those in the file that the user named.
+/// The built-in endpoints, or those in the file that the user named; none that could cost a demo's
+/// visitor coins.
 std::variant<core::Endpoints, app::Farewell> chosenEndpoints(const app::Options &options)
 {
-    if (!options.endpointsFile) {
-        return core::Endpoints();
+    core::Endpoints endpoints;
+    if (options.endpointsFile) {
+        QFile file(*options.endpointsFile);
+        if (!file.open(QIODevice::ReadOnly)) {
+            return app::Farewell{QStringLiteral("cannot read %1: %2\n")
+                                     .arg(*options.endpointsFile, file.errorString()),
+                                 usageError};
+        }
+        auto loaded = core::Endpoints::load(file.readAll());
+        if (const auto *error = std::get_if<QString>(&loaded)) {
+            return app::Farewell{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
+                                 usageError};
+        }
+        endpoints = std::get<core::Endpoints>(std::move(loaded));
     }
-    QFile file(*options.endpointsFile);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (options.demoKeychain && !options.watch && !app::isLocalCluster(endpoints)) {
         return app::Farewell{
-            QStringLiteral("cannot read %1: %2\n").arg(*options.endpointsFile, file.errorString()),
+            QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
+                           "coins paid to its key are lost when it ends; or --watch to look "
+                           "at an address\n"),
             usageError};
     }
-    auto loaded = core::Endpoints::load(file.readAll());
-    if (const auto *error = std::get_if<QString>(&loaded)) {
-        return app::Farewell{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
-                             usageError};
-    }
-    return std::get<core::Endpoints>(loaded);
+    return endpoints;
 }
 
 QString settingsPath(bool demo)
@@ -270,22 +279,15 @@ int main(int argc, char *argv[])
         return say(farewell->text, farewell->status);
     }
     const auto &options = std::get<app::Options>(parsed);
+    const bool runs = options.command == app::Options::Command::Run;
+    const auto endpoints = runs ? chosenEndpoints(options) : core::Endpoints();
+    if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
+        return say(farewell->text, farewell->status);
+    }
     std::unique_ptr<platform::Instance> instance =
         std::make_unique<platform::SessionBusInstance>(instanceName(options.demoKeychain));
     if (const auto farewell = app::handOver(options, *instance)) {
         return say(farewell->text, farewell->status);
-    }
-    const auto endpoints = chosenEndpoints(options);
-    if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
-        return say(farewell->text, farewell->status);
-    }
-
-    const auto &endpointSet = std::get<core::Endpoints>(endpoints);
-    if (options.demoKeychain && !options.watch && !app::isLocalCluster(endpointSet)) {
-        return say(QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
-                                  "coins paid to its key are lost when it ends; or --watch to look "
-                                  "at an address\n"),
-                   usageError);
     }
 
     prepareEnvironment();
@@ -293,5 +295,5 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    return run(options, endpointSet, std::move(instance));
+    return run(options, std::get<core::Endpoints>(endpoints), std::move(instance));
 }

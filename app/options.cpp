@@ -121,6 +121,10 @@ QStringList relaunchArguments(const Options &options)
     }
     if (options.demoKeychain) {
         arguments << QStringLiteral("--demo-keychain");
+        // On real clusters a demo starts only with an address to watch.
+        if (options.watch) {
+            arguments << QStringLiteral("--watch") << *options.watch;
+        }
     }
     return arguments;
 }

@@ -34,7 +34,7 @@ struct Farewell
     int status = 0;
 };
 
-/// Starts the program again as `options` have it; what they want done once is left out.
+/// What starts the program again as `options` have it; what they want done once is left out.
 [[nodiscard]] QStringList relaunchArguments(const Options &options);
 
 /// Reads `arguments` (the program's name first). The endpoints file may also come from the
