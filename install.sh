@@ -48,10 +48,20 @@ as_user() {
     fi
 }
 
-# is_running: whether $user runs the installed program, also one that has been replaced since.
+# is_running: whether $user runs the installed program, also one that has been replaced since. Told by
+# its command line, because the program hides from its own user which file it is.
 is_running() {
-    [ -z "${DESTDIR:-}" ] && [ -n "$(find /proc -mindepth 2 -maxdepth 2 -name exe -user "$user" \
-        -lname "$app/bin/corvane*" 2>/dev/null)" ]
+    [ -z "${DESTDIR:-}" ] || return
+    local process name program
+    for process in /proc/[0-9]*; do
+        read -r name <"$process/comm" && [ "$name" = corvane ] &&
+            grep -q "^Uid:[[:space:]]$(id -u "$user")[[:space:]]" "$process/status" &&
+            read -r -d '' program <"$process/cmdline" || continue
+        case $program in
+            corvane | "$app"/* | /usr/local/bin/corvane) return ;;
+        esac
+    done 2>/dev/null
+    return 1
 }
 
 # require_root WHAT: says what sudo will be asked for, and fails where there is none.
