@@ -105,7 +105,10 @@ if [ "$uninstall" ]; then
         done
         ! is_running || say "it is still running, and ends with your session at the latest"
     fi
-    [ -z "$item" ] || as_user rm -f "$item"
+    if [ "$item" ]; then
+        as_user rm -f "$item"
+        as_user rmdir --ignore-fail-on-non-empty "${item%/*}"
+    fi
     if [ "$files" ]; then
         require_root "taking it away" --uninstall
         "${root[@]}" "$placement" remove || fail "not everything could be taken away" \
