@@ -1,0 +1,189 @@
+"""What is installed, and that it goes away again. Where a tool is missing, the test says so."""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+BUILD = pathlib.Path(os.environ.get("CORVANE_BUILD", ROOT / "build/release"))
+BUNDLE = BUILD / "Corvane.app"
+APP = "Applications/Corvane.app"
+POLICY = "usr/share/polkit-1/actions/org.corvane.policy"
+
+
+def run(*command, environment=None, check=True):
+    """What the command says, on both streams."""
+    ended = subprocess.run(command, env=os.environ | {"LC_ALL": "C.UTF-8"} | (environment or {}),
+                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    if check and ended.returncode != 0:
+        raise AssertionError(f"{command} ended with {ended.returncode}:\n{ended.stdout}")
+    return ended.stdout if check else (ended.returncode, ended.stdout)
+
+
+def needs(tool):
+    return unittest.skipUnless(shutil.which(tool), f"{tool} is not installed")
+
+
+class Folder(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="corvane packaging ")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+
+class Descriptions(Folder):
+    @needs("desktop-file-validate")
+    def test_desktop_entry(self):
+        self.assertEqual(run("desktop-file-validate", *BUNDLE.glob("share/applications/*")), "")
+
+    @needs("appstreamcli")
+    def test_metadata(self):
+        told = run("appstreamcli", "validate", "--no-net", "--pedantic", "--no-color",
+                   *BUNDLE.glob("share/metainfo/*"))
+        # The application's id is shared with its login item and its name on the bus.
+        self.assertEqual(re.findall(r"^[EWIP]: \S+ (\S+)", told, re.M), ["cid-contains-uppercase-letter"])
+
+    @needs("man")
+    def test_manual_page(self):
+        page = next(BUNDLE.glob("share/man/man1/*"))
+        self.assertEqual(run("sh", "-c", 'man --warnings -E UTF-8 -l -Tutf8 -Z "$1" >/dev/null', "sh", page), "")
+        text = run("sh", "-c", 'man -E ascii -l "$1" | col -b', "sh", page)
+        options = re.findall(r"--[a-z-]+", run(BUNDLE / "bin/corvane", "--help"))
+        self.assertIn("--endpoints", options)
+        self.assertEqual([option for option in options if option not in text], [])
+
+    def test_runs_from_anywhere(self):
+        elsewhere = self.folder / "a copy" / "Corvane.app"
+        shutil.copytree(BUNDLE, elsewhere)
+        version = run(elsewhere / "bin/corvane", "--version").split()[1]
+        for file in BUNDLE.glob("share/metainfo/*"):
+            self.assertIn(f'<release version="{version}"', file.read_text())
+
+
+class Installation(Folder):
+    def install(self, *arguments, check=True):
+        return run(ROOT / "install.sh", *arguments, check=check, environment={
+            "DESTDIR": str(self.folder), "XDG_CONFIG_HOME": "/config"})
+
+    def put(self, bundle=BUNDLE, check=True):
+        return self.install("--bundle", str(bundle), check=check)
+
+    def tree(self):
+        """Every path below the folder with what it holds: a link's target or a file's bytes."""
+        return {str(path.relative_to(self.folder)):
+                os.readlink(path) if path.is_symlink() else path.read_bytes() if path.is_file() else None
+                for path in self.folder.rglob("*")}
+
+    def write(self, path, text=""):
+        path = self.folder / path
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+        return path
+
+    def newer_bundle(self):
+        newer = self.folder / "newer"
+        shutil.copytree(BUNDLE, newer)
+        (newer / "share/icons/hicolor/16x16/apps/org.corvane.Corvane.png").unlink()
+        return newer
+
+    def test_puts_everything_in_place_and_takes_it_away(self):
+        self.put()
+        installed = self.tree()
+        self.assertEqual(installed[POLICY], (BUNDLE / "share/polkit-1/actions/org.corvane.policy").read_bytes())
+        links = [path for path in self.folder.rglob("*") if path.is_symlink()]
+        self.assertEqual({str(link.relative_to(self.folder)) for link in links},
+                         {"usr/local/bin/corvane"} | {
+                             ("usr/share/" if path.parts[0] == "metainfo" else "usr/local/share/") + str(path)
+                             for path in (file.relative_to(BUNDLE / "share") for file in BUNDLE.rglob("share/**/*")
+                                          if file.is_file())
+                             if path.parts[0] not in ("doc", "polkit-1")})
+        for link in links:
+            self.assertTrue((self.folder / os.readlink(link).lstrip("/")).is_file(), link)
+        for path in self.folder.rglob("*"):
+            self.assertFalse(not path.is_symlink() and path.stat().st_mode & 0o022, path)
+
+        self.put()
+        self.assertEqual(self.tree(), installed)
+
+        self.write("config/autostart/org.corvane.Corvane.desktop", f'Exec="/{APP}/bin/corvane"\n')
+        other = self.write("usr/local/share/applications/other.desktop")
+        self.assertIn("settings", self.install("--uninstall"))
+        self.assertEqual([path for path in self.folder.rglob("*") if not path.is_dir()], [other])
+        self.assertFalse((self.folder / "Applications").exists())
+        self.assertIn("not installed", self.install("--uninstall"))
+
+    def test_upgrades(self):
+        self.put()
+        with open(self.folder / APP / "bin/corvane", "rb") as running:
+            old = os.fstat(running.fileno()).st_ino
+            self.put(self.newer_bundle())
+            self.assertEqual(running.read(4), b"\x7fELF")
+        self.assertNotEqual((self.folder / APP / "bin/corvane").stat().st_ino, old)
+        self.assertNotIn("usr/local/share/icons/hicolor/16x16/apps/org.corvane.Corvane.png", self.tree())
+        self.assertEqual(os.listdir(self.folder / "Applications"), ["Corvane.app"])
+
+    def test_survives_failures(self):
+        newer = self.newer_bundle()
+        self.put()
+        man = self.folder / "usr/local/share/man/man1"
+        shutil.rmtree(man)
+        man.write_text("a file where a folder has to be")
+        before = self.tree()
+        for killed_between_renames in (False, True):
+            if killed_between_renames:
+                (self.folder / APP).rename(self.folder / "Applications/.Corvane.app.old")
+            status, told = self.put(newer, check=False)
+            self.assertNotEqual(status, 0)
+            self.assertIn("as it was before", told)
+            self.assertEqual(self.tree(), before)
+
+    def test_a_failed_first_installation_leaves_nothing(self):
+        self.write("usr/local/share/man", "a file where a folder has to be")
+        before = self.tree()
+        self.assertNotEqual(self.put(check=False)[0], 0)
+        self.assertEqual({path for path in self.tree() if not (self.folder / path).is_dir()},
+                         {path for path in before if not (self.folder / path).is_dir()})
+
+    def test_leaves_what_is_not_its_own(self):
+        for path in ("usr/local/bin/corvane", POLICY, f"{APP}/bin/other",
+                     "config/autostart/org.corvane.Corvane.desktop"):
+            with self.subTest(path):
+                file = self.write(path, "Exec=/opt/another\n")
+                before = self.tree()
+                if not path.startswith("config"):
+                    status, told = self.put(check=False)
+                    self.assertNotEqual(status, 0)
+                    self.assertIn("move it away", told)
+                self.assertIn("not installed", self.install("--uninstall"))
+                self.assertEqual(self.tree(), before)
+                file.unlink()
+                shutil.rmtree(self.folder / APP, ignore_errors=True)
+
+
+@needs("lintian")
+@needs("dpkg-shlibdeps")
+class DebianPackage(Folder):
+    def test_package(self):
+        run("cpack", "-G", "DEB", "-B", str(self.folder), "--config", BUILD / "CPackConfig.cmake")
+        package, = self.folder.glob("*.deb")
+        told = run("lintian", "--display-info", "--pedantic", "--fail-on", "error,warning,info,pedantic",
+                   "--allow-root", package)
+        self.assertEqual(re.findall("^[EWIP]: .*", told, re.M), [])
+        self.assertEqual(run("dpkg-deb", "--field", package, "Version").strip(),
+                         run(BUNDLE / "bin/corvane", "--version").split()[1] + "-1")
+        contents = self.folder / "contents"
+        run("dpkg-deb", "--extract", package, contents)
+        same = {path.relative_to(BUNDLE): path.read_bytes() for path in BUNDLE.rglob("*") if path.is_file()}
+        for path, content in same.items():
+            self.assertEqual((contents / APP / path).read_bytes(), content)
+            if path.parts[0] == "share":
+                self.assertEqual((contents / "usr" / path).read_bytes(), content)
+        self.assertEqual(os.readlink(contents / "usr/bin/corvane"), f"/{APP}/bin/corvane")
+
+
+if __name__ == "__main__":
+    unittest.main()

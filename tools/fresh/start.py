@@ -1,0 +1,54 @@
+#!/usr/bin/python3
+"""Starts an installed Corvane on a virtual desktop, in the home of whoever calls this, and watches:
+the island is on the screen, the login item is there, a second start goes to the first, it quits."""
+
+import argparse
+import os
+import pathlib
+import subprocess
+import sys
+
+parser = argparse.ArgumentParser(description=__doc__)
+parser.add_argument("program")
+parser.add_argument("--home", type=pathlib.Path, default=pathlib.Path.home(),
+                    help="where to look for what the program writes")
+parser.add_argument("--meanwhile", metavar="COMMAND", help="run this while the program runs")
+options = parser.parse_args()
+
+os.environ["CORVANE_BINARY"] = options.program
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+from desktop import Corvane, VirtualDesktop, wait_until  # noqa: E402
+
+LOGIN_ITEM = options.home / ".config/autostart/org.corvane.Corvane.desktop"
+OWN_HOME = {"HOME": str(pathlib.Path.home()), "XDG_CONFIG_HOME": "", "XDG_DATA_HOME": "",
+            "XDG_CACHE_HOME": ""}
+
+
+def call(*arguments, environment):
+    """The status of a further start of the program, which must end by itself."""
+    return subprocess.run([options.program, *arguments], env=environment, timeout=20,
+                          check=False).returncode
+
+
+def expect(condition, what):
+    if not condition:
+        raise RuntimeError(f"not so: {what}")
+    print(f"seen: {what}", flush=True)
+
+
+with VirtualDesktop() as desktop, Corvane(desktop, demo=False, environment=OWN_HOME) as corvane:
+    print("seen: the island", flush=True)
+    if options.meanwhile:
+        subprocess.run(options.meanwhile, shell=True, check=True)
+    if "--open" in subprocess.run([options.program, "--help"], env=corvane.environment, check=True,
+                                  capture_output=True, text=True).stdout:
+        wait_until(LOGIN_ITEM.exists, "the login item")
+        expect("Exec=/Applications/Corvane.app/bin/corvane" in LOGIN_ITEM.read_text().replace('"', ""),
+               "the login item starts the installed program")
+        expect(call(environment=corvane.environment) == 0, "a further start ends with 0")
+        wait_until(corvane.is_open, "the island, opened by the further start")
+        expect(call("--quit", environment=corvane.environment) == 0, "--quit is obeyed")
+        expect(corvane.wait_for_end() == 0, "the program ended with 0")
+    else:
+        print("NOTE: not yet: login item, one instance, --quit", flush=True)
+        expect(corvane.is_resting(), "the resting island")

@@ -1,0 +1,179 @@
+#!/bin/bash
+# Puts the bundle where the desktop finds it, and takes it away again: the part of install.sh that
+# needs root. $DESTDIR goes before every path, for tests and packagers.
+#
+#   placement.sh put FOLDER   installs the bundle FOLDER, or replaces what is installed by it
+#   placement.sh remove       takes everything away
+#   placement.sh list         what `remove` would take away, one path a line
+
+set -euo pipefail
+umask 022
+export LC_ALL=C.UTF-8
+
+destination=${DESTDIR:-}
+app=/Applications/Corvane.app
+# Both hidden, so that no file manager offers them, and beside the bundle, so that it is replaced by
+# renaming: a program that runs keeps what it has opened.
+staged=$destination/Applications/.Corvane.app.new
+replaced=$destination/Applications/.Corvane.app.old
+# Copied while all else is linked: whoever may write to the bundle must not write polkit's rules.
+policy=usr/share/polkit-1/actions/org.corvane.policy
+# Debian 12's polkit and AppStream read /usr/share only.
+link_folders=(usr/local/bin usr/local/share/applications usr/local/share/icons/hicolor
+    usr/local/share/man/man1 usr/share/metainfo)
+
+fail() {
+    printf 'error: %s\n' "$*" >&2
+    exit 1
+}
+
+is_bundle() { [ -x "$1/bin/corvane" ] && [ -f "$1/share/applications/org.corvane.Corvane.desktop" ]; }
+
+is_ours() { [ -L "$1" ] && [[ $(readlink "$1") == "$app"/* ]]; }
+
+is_our_policy() { [ -f "$1" ] && grep -q 'action id="org\.corvane\.' "$1"; }
+
+# our_links: every link into the bundle, wherever it now points to.
+our_links() {
+    local folder
+    for folder in "${link_folders[@]}"; do
+        [ ! -d "$destination/$folder" ] || find "$destination/$folder" -type l -lname "$app/*"
+    done
+}
+
+# wanted_links: for the bundle $1 a line "PATH TARGET" for each link, both without $DESTDIR.
+wanted_links() {
+    local file
+    echo "/usr/local/bin/corvane $app/bin/corvane"
+    (cd "$1/share" && find applications icons man metainfo ! -type d) | while read -r file; do
+        case $file in
+            metainfo/*) echo "/usr/share/$file $app/share/$file" ;;
+            *) echo "/usr/local/share/$file $app/share/$file" ;;
+        esac
+    done
+}
+
+drop_dangling_links() {
+    our_links | while read -r link; do
+        [ -e "$destination$(readlink "$link")" ] || rm -f "$link"
+    done
+}
+
+drop_empty_folders() {
+    local folder
+    for folder in usr/local/share/{applications,icons,man/man1} usr/share/{metainfo,polkit-1}; do
+        [ ! -d "$destination/$folder" ] || find "$destination/$folder" -depth -type d -empty -delete
+    done
+    # A folder with other rights was not made here.
+    folder=$destination/Applications
+    [ ! -d "$folder" ] || [ "$(stat -c %a "$folder")" != 755 ] ||
+        rmdir --ignore-fail-on-non-empty "$folder"
+}
+
+# A cache that is not there needs no refresh: without one, the folders themselves are read.
+refresh_caches() {
+    local share=$destination/usr/local/share
+    if [ -f "$share/applications/mimeinfo.cache" ] && command -v update-desktop-database >/dev/null; then
+        update-desktop-database -q "$share/applications" || true
+    fi
+    if [ -d "$share/icons/hicolor" ]; then
+        touch "$share/icons/hicolor" # running desktops look at its time
+        if [ -f "$share/icons/hicolor/icon-theme.cache" ] && command -v gtk-update-icon-cache >/dev/null; then
+            gtk-update-icon-cache -q -t "$share/icons/hicolor" || true
+        fi
+    fi
+}
+
+# An earlier run may have been killed between two renames.
+recover() {
+    rm -rf "$staged"
+    [ ! -d "$replaced" ] || [ -e "$destination$app" ] || mv -T "$replaced" "$destination$app"
+    rm -rf "$replaced"
+}
+
+undo() {
+    local status=$?
+    trap - EXIT
+    if [ -d "$replaced" ]; then
+        rm -rf "${destination:?}$app" 2>/dev/null || true
+        [ -e "$destination$app" ] || mv -T "$replaced" "$destination$app"
+        rm -rf "$staged"
+        drop_dangling_links
+        echo "The installation is as it was before." >&2
+    elif [ "$fresh" = yes ]; then
+        remove
+        echo "Nothing is installed." >&2
+    else
+        rm -rf "$staged"
+        echo "The installation is as it was before." >&2
+    fi
+    exit "$status"
+}
+
+put() {
+    local bundle=$1 path target
+    is_bundle "$bundle" || fail "$bundle is not a bundle of Corvane"
+    recover
+    fresh=yes
+    if [ -e "$destination$app" ] || [ -L "$destination$app" ]; then
+        is_bundle "$destination$app" || fail "$destination$app is there and not Corvane; move it away first"
+        fresh=no
+    fi
+    while read -r path target; do
+        path=$destination$path
+        [ ! -e "$path" ] && [ ! -L "$path" ] || is_ours "$path" ||
+            fail "$path is there and not of this installation; move it away first"
+    done < <(wanted_links "$bundle")
+    [ ! -e "$destination/$policy" ] || is_our_policy "$destination/$policy" ||
+        fail "$destination/$policy is there and not of this installation; move it away first"
+
+    trap undo EXIT
+    trap 'exit 130' INT TERM HUP
+    mkdir -p "$destination/Applications"
+    cp -R -T "$bundle" "$staged"
+    chmod -R u=rwX,go=rX "$staged"
+    [ "$fresh" = yes ] || mv -T "$destination$app" "$replaced"
+    mv -T "$staged" "$destination$app"
+    while read -r path target; do
+        path=$destination$path
+        mkdir -p "${path%/*}"
+        [ "$(readlink "$path")" = "$target" ] || ln -sfn "$target" "$path"
+    done < <(wanted_links "$bundle")
+    drop_dangling_links
+    install -D -m 644 "$bundle/share/polkit-1/actions/org.corvane.policy" "$destination/$policy"
+    refresh_caches
+    trap - EXIT
+    rm -rf "$replaced"
+}
+
+remove() {
+    recover
+    our_links | while read -r link; do
+        rm -f "$link"
+    done
+    ! is_our_policy "$destination/$policy" || rm -f "$destination/$policy"
+    if is_bundle "$destination$app"; then
+        mv -T "$destination$app" "$staged"
+        rm -rf "$staged"
+    elif [ -e "$destination$app" ]; then
+        echo "$destination$app is not Corvane and stays" >&2
+    fi
+    refresh_caches
+    drop_empty_folders
+}
+
+list() {
+    local path
+    for path in "$destination$app" "$staged" "$replaced"; do
+        ! is_bundle "$path" || echo "$path"
+    done
+    our_links
+    ! is_our_policy "$destination/$policy" || echo "$destination/$policy"
+}
+
+case "${1:-} $#" in
+    'put 2') put "$2" ;;
+    'remove 1') remove ;;
+    'list 1') list ;;
+    *) fail "usage: placement.sh put FOLDER | remove | list" ;;
+esac
