@@ -47,6 +47,14 @@ constexpr const Icon &scalable = icons[6];
 /// Without a tile; desktops give it the colour of their text.
 constexpr Icon symbolic{16, 0, 0, 0, 1, 1};
 
+/// The outline that the island has, too.
+QColor hairline()
+{
+    QColor line = Theme::paper();
+    line.setAlphaF(0.12F);
+    return line;
+}
+
 QImage painted(const Icon &icon)
 {
     QImage picture(icon.size, icon.size, QImage::Format_ARGB32_Premultiplied);
@@ -57,7 +65,7 @@ QImage painted(const Icon &icon)
     painter.setBrush(Qt::black);
     painter.drawRoundedRect(icon.tileRect(), icon.radius, icon.radius);
     // The hairline parts the tile from a dark panel.
-    painter.setPen(Theme::line());
+    painter.setPen(hairline());
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(icon.tileRect().adjusted(0.5, 0.5, -0.5, -0.5), icon.radius - 0.5,
                             icon.radius - 0.5);
@@ -81,8 +89,8 @@ QByteArray vector(const Icon &icon, const QColor &colour)
                     .arg(icon.tileOffset + 0.5)
                     .arg(icon.tile - 1)
                     .arg(icon.radius - 0.5)
-                    .arg(Theme::line().name())
-                    .arg(Theme::line().alphaF(), 0, 'f', 2);
+                    .arg(hairline().name())
+                    .arg(hairline().alphaF(), 0, 'f', 2);
     }
     text += QStringLiteral("<path fill=\"%1\" d=\"").arg(colour.name());
     for (const QRectF &cell : quibMarkRects(icon.markRect())) {
