@@ -2,6 +2,7 @@
 
 #include "app/requests.h"
 #include "look/status_mark.h"
+#include "onboarding/applications_folder.h"
 #include "platform/settings_store.h"
 
 #include <chrono>
@@ -79,10 +80,8 @@ void AppDelegate::makeStatusItem()
 void AppDelegate::registerAsLoginItem()
 {
     const QString path = m_shellServices.bundle.path();
-    if (!path.endsWith(QLatin1String(".app")) || !path.startsWith(QLatin1String("/Applications"))) {
-        return;
-    }
-    if (!m_shellServices.loginItem.isEnabled()) {
+    if (onboarding::isApplicationBundle(path) && onboarding::isInApplications(path) &&
+        !m_shellServices.loginItem.isEnabled()) {
         // After a failure the next launch tries again.
         m_shellServices.loginItem.enable();
     }

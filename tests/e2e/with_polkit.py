@@ -1,10 +1,12 @@
 #!/usr/bin/python3
 """with_polkit.py COMMAND...: runs a command as an ordinary user whose system bus has a real polkit
-that knows Corvane's actions, all in a mount namespace of its own. The user is made for it; the
-environment names them: CORVANE_TESTER and CORVANE_TESTER_PASSWORD.
+that knows Corvane's actions, and whose applications folder is empty and their own, all in a mount
+namespace. The user is made for it; the environment names them: CORVANE_TESTER and
+CORVANE_TESTER_PASSWORD.
 
 Without root, or without the right to mount, the command runs as it is and is told of no tester."""
 
+import contextlib
 import ctypes
 import os
 import pathlib
@@ -22,6 +24,7 @@ PASSWORD_HASH = ("$6$corvane$YvmO9UBODFCu2X/ySzser2Hy.yhm2vYyg7ag6hu/X3GPgFe2MjE
                  "bJCoOGTZxr9yCZ.")
 POLKIT = "/usr/lib/polkit-1/polkitd"
 BUS = pathlib.Path("/run/dbus")
+APPLICATIONS = pathlib.Path("/Applications")
 ACTIONS = pathlib.Path("/usr/share/polkit-1/actions")
 BUS_CONFIGURATION = """<busconfig><type>system</type>
 <listen>unix:path=/run/dbus/system_bus_socket</listen><auth>EXTERNAL</auth>
@@ -77,6 +80,20 @@ def start_polkit(folder):
     return polkit, bus
 
 
+@contextlib.contextmanager
+def empty_applications():
+    """An empty applications folder, for everyone to write to, over the machine's own."""
+    missing = not APPLICATIONS.exists()
+    APPLICATIONS.mkdir(exist_ok=True)
+    mount("-t", "tmpfs", "-o", "mode=1777", "tmpfs", APPLICATIONS)
+    try:
+        yield
+    finally:
+        subprocess.run(["umount", "--lazy", str(APPLICATIONS)], check=False)
+        if missing:
+            APPLICATIONS.rmdir()
+
+
 def run(command, folder):
     # Reached by another path, the checkout may lie in a folder that is closed to the user.
     checkout, pictures = folder / "checkout", folder / "pictures"
@@ -111,7 +128,8 @@ def main():
         try:
             make_user(folder)
             started = start_polkit(folder)
-            return run(command, folder)
+            with empty_applications():
+                return run(command, folder)
         finally:
             for process in started:
                 processes.stop(process)

@@ -95,9 +95,18 @@ class StatusNotifierHost:
         self._bus.emit_signal(None, "/StatusNotifierWatcher", _WATCHER,
                               "StatusNotifierHostRegistered", None)
 
+    def _living_items(self):
+        """Those whose programs are still there."""
+        def lives(owner):
+            return self._call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                              "org.freedesktop.DBus", "NameHasOwner",
+                              GLib.Variant("(s)", (owner,)))[0]
+        self._items = [item for item in self._items if lives(item[0])]
+        return self._items
+
     def item(self):
         """The properties of the one item, once it has registered."""
-        owner, path = wait_until(lambda: self._items, "a status notifier item")[-1]
+        owner, path = wait_until(self._living_items, "a status notifier item")[-1]
         found, = self._call(owner, path, "org.freedesktop.DBus.Properties", "GetAll",
                             GLib.Variant("(s)", (_ITEM,)))
         return found
