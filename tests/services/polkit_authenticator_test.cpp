@@ -69,16 +69,17 @@ protected:
             GTEST_SKIP() << "polkit is NOT tested here; this needs " << *lacking;
         }
         desktop = std::make_unique<PolkitDesktop>();
+        folder.emplace(PolkitDesktop::user);
     }
 
     static inline std::optional<std::string> lacking;
     std::unique_ptr<PolkitDesktop> desktop;
-    TemporaryFolder folder{PolkitDesktop::user};
+    std::optional<TemporaryFolder> folder;
 };
 
 TEST_F(PolkitAuthenticatorTest, CannotEvaluateWithoutPolkitActionOrAgent)
 {
-    Wallet wallet(folder.path());
+    Wallet wallet(folder->path());
     ASSERT_TRUE(wallet.ready());
     const auto expectNobody = [&] {
         EXPECT_EQ(wallet.ask("can"), "no");
@@ -104,7 +105,7 @@ TEST_F(PolkitAuthenticatorTest, CannotEvaluateWithoutPolkitActionOrAgent)
 TEST_F(PolkitAuthenticatorTest, ShowsTheReasonAndRepliesWithTheOwnersAnswer)
 {
     ASSERT_TRUE(desktop->startPolkit());
-    Wallet wallet(folder.path());
+    Wallet wallet(folder->path());
     ASSERT_TRUE(wallet.ready());
     struct Case
     {
@@ -143,14 +144,14 @@ TEST_F(PolkitAuthenticatorTest, GivesUpOnAPersonWhoDoesNotAnswerAndOnAPolkitThat
 {
     ASSERT_TRUE(desktop->startPolkit());
     {
-        Wallet hasty(folder.path(), "500");
+        Wallet hasty(folder->path(), "500");
         ASSERT_TRUE(hasty.ready());
         const auto agent = hasty.agent("hang");
         EXPECT_EQ(hasty.ask("evaluate unlock Corvane"), "failure not passed");
         EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
         EXPECT_EQ(agent->readLine(), "cancelled");
     }
-    Wallet wallet(folder.path());
+    Wallet wallet(folder->path());
     ASSERT_TRUE(wallet.ready());
     const auto agent = wallet.agent("hang");
     wallet.tell("evaluate unlock Corvane");
@@ -171,7 +172,7 @@ TEST_F(PolkitAuthenticatorTest, GuardsTheKeyInARealKeyring)
                    ? items->front().value(QStringLiteral("protection")).toStdString()
                    : "not one item";
     };
-    Wallet wallet(folder.path());
+    Wallet wallet(folder->path());
     ASSERT_TRUE(wallet.ready());
 
     // Nobody can be asked: the key is stored all the same, and read without asking.
