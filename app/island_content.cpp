@@ -2,6 +2,7 @@
 
 #include <QQmlComponent>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QVariant>
 
 namespace corvane::app {
@@ -28,6 +29,14 @@ QQuickItem *IslandContent::make(island::IslandController &island)
         qFatal("the island's views do not load: %s", qPrintable(component.errorString()));
     }
     return m_root.get();
+}
+
+void IslandContent::releaseUnused()
+{
+    m_engine.collectGarbage();
+    if (m_root && m_root->window() != nullptr) {
+        m_root->window()->releaseResources();
+    }
 }
 
 void IslandContent::unload()

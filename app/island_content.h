@@ -26,6 +26,9 @@ public:
     /// For what is shown beside the island; it shares what the engine has loaded.
     [[nodiscard]] QQmlEngine &engine() { return m_engine; }
 
+    /// Gives up what was only needed while cards were shown, when the island has come to rest.
+    void releaseUnused();
+
     /// Destroys the root view; must come before the end of what it shows.
     void unload();
 

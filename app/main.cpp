@@ -235,15 +235,19 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
         });
         return root;
     };
-    delegate.emplace(
-        core::WalletServices{desktop.queue, desktop.http, settings, *keyServices.keychain,
-                             signingKeys, desktop.background, desktop.formatter, desktop.files,
-                             endpoints},
-        island::IslandServices{desktop.queue, desktop.screens, desktop.pointer, desktop.panels,
-                               *keyServices.authenticator, desktop.clipboard, desktop.sounds,
-                               desktop.links, desktop.application, makeContent},
-        app::ShellServices{desktop.statusBar, desktop.loginItem, desktop.bundle, desktop.appearance,
-                           theme, tour, &platform::releaseCodePages});
+    delegate.emplace(core::WalletServices{desktop.queue, desktop.http, settings,
+                                          *keyServices.keychain, signingKeys, desktop.background,
+                                          desktop.formatter, desktop.files, endpoints},
+                     island::IslandServices{desktop.queue, desktop.screens, desktop.pointer,
+                                            desktop.panels, *keyServices.authenticator,
+                                            desktop.clipboard, desktop.sounds, desktop.links,
+                                            desktop.application, makeContent},
+                     app::ShellServices{desktop.statusBar, desktop.loginItem, desktop.bundle,
+                                        desktop.appearance, theme, tour, [&content] {
+                                            content.releaseUnused();
+                                            platform::releaseFreeMemory();
+                                            platform::releaseCodePages();
+                                        }});
     delegate->applicationDidFinishLaunching();
     instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
         return delegate->perform(request);

@@ -1,5 +1,6 @@
 #include "platform/linux/code_pages.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 
 #include <cinttypes>
@@ -9,6 +10,11 @@
 #include <memory>
 
 namespace corvane::platform {
+
+void releaseFreeMemory() noexcept
+{
+    malloc_trim(0);
+}
 
 void releaseCodePages() noexcept
 {
@@ -20,7 +26,7 @@ void releaseCodePages() noexcept
     char line[512];
     std::uintptr_t start = 0;
     std::uintptr_t end = 0;
-    bool isCodeOfFile = false;
+    bool isOfFile = false;
     while (std::fgets(line, sizeof line, maps.get()) != nullptr) {
         char permissions[5] = {};
         std::uint64_t anonymous = 0;
@@ -29,9 +35,10 @@ void releaseCodePages() noexcept
         if (std::sscanf(line, "%" SCNxPTR "-%" SCNxPTR " %4s", &from, &to, permissions) == 3) {
             start = from;
             end = to;
-            isCodeOfFile =
-                std::strcmp(permissions, "r-xp") == 0 && std::strstr(line, " /usr/") != nullptr;
-        } else if (isCodeOfFile && std::sscanf(line, "Anonymous: %" SCNu64, &anonymous) == 1 &&
+            const bool isReadOnly =
+                std::strcmp(permissions, "r-xp") == 0 || std::strcmp(permissions, "r--p") == 0;
+            isOfFile = isReadOnly && std::strstr(line, " /usr/") != nullptr;
+        } else if (isOfFile && std::sscanf(line, "Anonymous: %" SCNu64, &anonymous) == 1 &&
                    anonymous == 0) {
             // Not one page differs from the file, so nothing is lost. Compiled scripts, for
             // example, do differ.
