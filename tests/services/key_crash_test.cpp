@@ -18,52 +18,28 @@ const std::string newAccount = "9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM";
 const std::string oldSeed(64, 'a');
 const std::string newSeed(64, 'b');
 
-class Wallet
+std::vector<std::string> walletCommand(const QString &accounts)
 {
-public:
-    explicit Wallet(const QString &accounts, std::map<std::string, std::string> environment = {})
-        : m_process({WALLET_ACTOR, accounts.toStdString(), "willing"}, std::move(environment))
-    {
-        m_ready = m_process.readLine() == "ready";
-    }
-
-    /// "died" instead of an answer when the process has gone.
-    std::string ask(const std::string &command)
-    {
-        m_process.write(command + '\n');
-        return m_process.readLine().value_or("died");
-    }
-    [[nodiscard]] bool ready() const { return m_ready; }
-
-private:
-    ChildProcess m_process;
-    bool m_ready = false;
-};
+    return {WALLET_ACTOR, accounts.toStdString(), "willing"};
+}
 
 /// Kills a program at the given step after it has been armed.
 class KillSwitch
 {
 public:
     KillSwitch(int step, const char *when)
-        : m_step(std::to_string(step))
-        , m_when(when)
+        : environment{{"LD_PRELOAD", KILL_POINTS},
+                      {"CORVANE_KILL_STEP", std::to_string(step)},
+                      {"CORVANE_KILL_WHEN", when},
+                      {"CORVANE_KILL_ARMED", m_folder.path() + "/armed"}}
     {}
-
-    [[nodiscard]] std::map<std::string, std::string> environment() const
-    {
-        return {{"LD_PRELOAD", KILL_POINTS},
-                {"CORVANE_KILL_STEP", m_step},
-                {"CORVANE_KILL_WHEN", m_when},
-                {"CORVANE_KILL_ARMED", armedFile()}};
-    }
-    void arm() const { std::ofstream file(armedFile()); }
+    void arm() const { std::ofstream file(environment.at("CORVANE_KILL_ARMED")); }
 
 private:
-    [[nodiscard]] std::string armedFile() const { return m_folder.path() + "/armed"; }
-
     TemporaryFolder m_folder;
-    std::string m_step;
-    std::string m_when;
+
+public:
+    const std::map<std::string, std::string> environment;
 };
 
 TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
@@ -73,8 +49,8 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
     ASSERT_TRUE(desktop.startKeyring());
     const QString accounts = desktop.file("accounts.json");
     const platform::RememberedAccounts memory(accounts);
-    Wallet wallet(accounts);
-    ASSERT_TRUE(wallet.ready());
+    ChildProcess wallet(walletCommand(accounts));
+    ASSERT_EQ(wallet.readLine(), "ready");
 
     for (const std::string &command :
          {"store " + newSeed + ' ' + newAccount, std::string("remove")}) {
@@ -89,8 +65,8 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
                 ASSERT_EQ(wallet.ask("store " + oldSeed + ' ' + oldAccount), "0");
                 EXPECT_TRUE(desktop.items(leftovers).value().isEmpty());
                 KillSwitch killSwitch(step, when);
-                Wallet victim(accounts, killSwitch.environment());
-                ASSERT_TRUE(victim.ready());
+                ChildProcess victim(walletCommand(accounts), killSwitch.environment);
+                ASSERT_EQ(victim.readLine(), "ready");
                 killSwitch.arm();
                 died = victim.ask(command) == "died";
 
@@ -115,7 +91,6 @@ TEST(KeyCrashTest, AKillLeavesTheOldKeyNoKeyOrTheNewKey)
                 EXPECT_EQ(secret, account == oldAccount ? oldSeed : newSeed);
             }
             EXPECT_GT(step, 10);
-            RecordProperty(command.substr(0, command.find(' ')) + '_' + when, step - 1);
         }
         EXPECT_TRUE(outcomes.contains(oldAccount));
         EXPECT_TRUE(outcomes.contains("none"));
@@ -127,8 +102,8 @@ TEST(KeyCrashTest, AKeyringKilledMeanwhileLeavesAWholeKeyOrNone)
 {
     const SessionBus bus;
     KeyringDesktop desktop(bus);
-    Wallet wallet(desktop.file("accounts.json"));
-    ASSERT_TRUE(wallet.ready());
+    ChildProcess wallet(walletCommand(desktop.file("accounts.json")));
+    ASSERT_EQ(wallet.readLine(), "ready");
     std::set<std::string> outcomes;
     bool died = true;
     int step = 0;
@@ -137,8 +112,7 @@ TEST(KeyCrashTest, AKeyringKilledMeanwhileLeavesAWholeKeyOrNone)
         SCOPED_TRACE(step);
         ASSERT_LT(step, 1000);
         KillSwitch killSwitch(step, "after");
-        ASSERT_TRUE(
-            desktop.startKeyring(KeyringDesktop::Start::Unlocked, killSwitch.environment()));
+        ASSERT_TRUE(desktop.startKeyring(KeyringDesktop::Start::Unlocked, killSwitch.environment));
         ASSERT_EQ(wallet.ask("store " + oldSeed + ' ' + oldAccount), "0");
         EXPECT_TRUE(desktop.items(leftovers).value().isEmpty());
         killSwitch.arm();
@@ -162,16 +136,15 @@ TEST(KeyCrashTest, AKeyringKilledMeanwhileLeavesAWholeKeyOrNone)
         desktop.killKeyring();
     }
     EXPECT_GT(step, 10);
-    RecordProperty("steps", step - 1);
     EXPECT_EQ(outcomes, (std::set<std::string>{oldAccount, newAccount, "none"}));
 }
 
 TEST(KeyCrashTest, AProgramWithoutABusHasNoKeychain)
 {
     const TemporaryFolder folder;
-    Wallet wallet(QString::fromStdString(folder.path() + "/accounts.json"),
-                  {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder.path() + "/none"}});
-    ASSERT_TRUE(wallet.ready());
+    ChildProcess wallet(walletCommand(QString::fromStdString(folder.path() + "/accounts.json")),
+                        {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder.path() + "/none"}});
+    ASSERT_EQ(wallet.readLine(), "ready");
     EXPECT_EQ(wallet.ask("account"), "none");
     EXPECT_EQ(wallet.ask("remove"), "kept");
     EXPECT_EQ(wallet.ask("store " + newSeed + ' ' + newAccount),
