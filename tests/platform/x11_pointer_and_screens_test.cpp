@@ -42,7 +42,7 @@ TEST_F(X11Pointer, TellsWhereThePointerIsWithoutAMonitor)
     }
 }
 
-TEST_F(X11Pointer, TellsOfMovementsOverForeignWindows)
+TEST_F(X11Pointer, MergesABurstOverAForeignWindowAndNeverLosesItsEnd)
 {
     m_display.makeWindow(QRect(0, 0, 640, 400), X11Display::Kind::Popup);
     int calls = 0;
@@ -53,21 +53,6 @@ TEST_F(X11Pointer, TellsOfMovementsOverForeignWindows)
     });
     ASSERT_NE(token, nullptr);
     EXPECT_EQ(m_monitor.addLocalMonitor([] {}), nullptr);
-
-    m_display.movePointer({20, 30});
-    EXPECT_TRUE(waitUntil([&] { return seen == pointOf({20, 30}); }));
-    EXPECT_EQ(m_monitor.location(), pointOf({20, 30}));
-}
-
-TEST_F(X11Pointer, MergesABurstAndNeverLosesItsEnd)
-{
-    int calls = 0;
-    std::optional<QPointF> seen;
-    const auto token = m_monitor.addGlobalMonitor([&] {
-        ++calls;
-        seen = m_monitor.location();
-    });
-    ASSERT_NE(token, nullptr);
     for (int round = 0; round < 5; ++round) {
         calls = 0;
         QElapsedTimer time;
