@@ -1,10 +1,10 @@
 #include "look/animated_value.h"
 
 #include "look/breath.h"
+#include "tests/fakes/table.h"
 
 #include <QAnimationDriver>
 #include <QCoreApplication>
-#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -111,18 +111,12 @@ TEST(Transaction, IsOverWhenItsChangeIsMade)
 
 TEST(Breath, GoesUpInOnePeriodAndDownInTheNext)
 {
-    struct Case
-    {
-        double seconds;
-        double opacity;
-        double scale;
-    };
-    for (const Case &expected : {Case{0, 0.55, 0.96}, Case{1.2, 0.775, 0.98}, Case{2.4, 1, 1},
-                                 Case{3.6, 0.775, 0.98}, Case{4.8, 0.55, 0.96}, Case{7.2, 1, 1}}) {
-        SCOPED_TRACE(expected.seconds);
-        const Breath breath = breathAt(expected.seconds, 2.4);
-        EXPECT_NEAR(breath.opacity, expected.opacity, 1e-6);
-        EXPECT_NEAR(breath.scale, expected.scale, 1e-6);
+    for (const auto &[seconds, opacity, scale] : tests::Table<double, double, double>{
+             {0, 0.55, 0.96}, {1.2, 0.775, 0.98}, {2.4, 1, 1}, {3.6, 0.775, 0.98}, {7.2, 1, 1}}) {
+        SCOPED_TRACE(seconds);
+        const Breath breath = breathAt(seconds, 2.4);
+        EXPECT_NEAR(breath.opacity, opacity, 1e-6);
+        EXPECT_NEAR(breath.scale, scale, 1e-6);
     }
 }
 

@@ -1,9 +1,12 @@
 #include "look/rolling_text.h"
+#include "tests/fakes/table.h"
 
 #include <gtest/gtest.h>
 
 namespace corvane::look {
 namespace {
+
+using namespace Qt::StringLiterals;
 
 QString steadiness(const QList<RollingSlot> &places)
 {
@@ -16,31 +19,23 @@ QString steadiness(const QList<RollingSlot> &places)
 
 TEST(RollingText, PairsPlacesFromTheRight)
 {
-    struct Case
-    {
-        QString from;
-        QString to;
-        QString marks;
-    };
-    const Case cases[] = {
-        {QStringLiteral("$150.25"), QStringLiteral("$150.25"), QStringLiteral("=======")},
-        {QStringLiteral("$150.25"), QStringLiteral("$151.35"), QStringLiteral("===~=~=")},
-        {QStringLiteral("$999.50"), QStringLiteral("$1000.50"), QStringLiteral("+~~~~===")},
-        {QStringLiteral("—"), QStringLiteral("$1"), QStringLiteral("+~")},
-        {QString(), QStringLiteral("12"), QStringLiteral("++")},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(qPrintable(expected.from + u'>' + expected.to));
-        const QList<RollingSlot> places = rollingSlots(expected.from, expected.to);
-        EXPECT_EQ(steadiness(places), expected.marks);
-        QString from;
-        QString to;
+    for (const auto &[from, to, marks] : tests::Table<QString, QString, QString>{
+             {u"$150.25"_s, u"$151.35"_s, u"===~=~="_s},
+             {u"$999.50"_s, u"$1000.50"_s, u"+~~~~==="_s},
+             {u"—"_s, u"$1"_s, u"+~"_s},
+             {QString(), u"12"_s, u"++"_s},
+         }) {
+        SCOPED_TRACE(qPrintable(from + u'>' + to));
+        const QList<RollingSlot> places = rollingSlots(from, to);
+        EXPECT_EQ(steadiness(places), marks);
+        QString left;
+        QString came;
         for (const RollingSlot &place : places) {
-            from += place.leaving ? QString(*place.leaving) : QString();
-            to += place.coming ? QString(*place.coming) : QString();
+            left += place.leaving ? QString(*place.leaving) : QString();
+            came += place.coming ? QString(*place.coming) : QString();
         }
-        EXPECT_EQ(from, expected.from);
-        EXPECT_EQ(to, expected.to);
+        EXPECT_EQ(left, from);
+        EXPECT_EQ(came, to);
     }
 }
 
@@ -50,9 +45,9 @@ TEST(RollingText, GivesAllDigitsTheSameWidth)
     QFont font;
     font.setPixelSize(24);
     text.setFont(font);
-    text.setText(QStringLiteral("$111.11"));
+    text.setText(u"$111.11"_s);
     const double ones = text.implicitWidth();
-    text.setText(QStringLiteral("$848.08"));
+    text.setText(u"$848.08"_s);
     EXPECT_EQ(text.implicitWidth(), ones);
 }
 
