@@ -10,13 +10,10 @@ class CardTest : public IslandTest
 protected:
     CardTest() { m_screens.screens = {plainScreen({0, 0, 1512, 982})}; }
 
-    /// Launches and gives `card` what a view would give it.
+    /// Gives `card` what a view would give it.
     template <typename Card>
     void open(Card &card)
     {
-        if (!m_island) {
-            launchIsland();
-        }
         card.setProperty("wallet", QVariant::fromValue(model.get()));
         card.setProperty("island", QVariant::fromValue(m_island.get()));
         if constexpr (requires { card.componentComplete(); }) {
@@ -64,6 +61,14 @@ protected:
         m_island.reset();
         model.reset();
     }
+};
+
+/// And one card of which the test knows the model.
+template <typename Card>
+class OneCardTest : public CardTest
+{
+protected:
+    Card m_card;
 };
 
 } // namespace corvane::tests
