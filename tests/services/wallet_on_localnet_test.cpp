@@ -51,8 +51,7 @@ Value finish(QCoro::Task<Value> task)
 
 bool isSignature(const QString &text)
 {
-    const auto bytes = keys::Base58::decode(text);
-    return bytes && bytes->size() == 64;
+    return keys::Base58::decode(text).value_or(std::vector<std::uint8_t>()).size() == 64;
 }
 
 /// Looks for a seed, in the forms in which it could have been written down, through all memory of
