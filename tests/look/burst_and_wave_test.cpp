@@ -56,19 +56,6 @@ TEST(Burst, IsClearedOneSecondAfterEachFiring)
     EXPECT_FALSE(burst.isPending());
 }
 
-TEST(Burst, SquaresFlyOutAndFade)
-{
-    const Particle particle{std::numbers::pi / 2, 40, 5, 0.06};
-    // Easing out: more than half of the way in half of the time.
-    for (const auto &[seconds, distance, opacity] : tests::Table<double, double, double>{
-             {0.06, 0, 1}, {0.06 + 0.375, 27.4, 0.315}, {0.81, 40, 0}, {1, 40, 0}}) {
-        const BurstSquare square = burstSquareAt(particle, seconds);
-        EXPECT_NEAR(square.offset.x(), 0, 1e-9);
-        EXPECT_NEAR(square.offset.y(), distance, 0.1) << "downwards is positive";
-        EXPECT_NEAR(square.opacity, opacity, 0.01);
-    }
-}
-
 using SendBurstTest = tests::ItemTest<SendBurst>;
 
 TEST_F(SendBurstTest, FiresOnlyWhenTheTriggerChangesToOneOrMore)

@@ -161,16 +161,6 @@ TEST_F(SecretFieldTest, IsNotKnownToInputMethodsAndAssistiveTechnology)
     }
 }
 
-TEST_F(SecretFieldTest, AClickSetsTheCaret)
-{
-    type("abcd");
-    QTest::mouseClick(&m_window, Qt::LeftButton, {}, {0, 5});
-    type("x");
-    EXPECT_EQ(m_secret.view(), u"xabcd");
-    QTest::mouseDClick(&m_window, Qt::LeftButton, {}, {10, 5});
-    EXPECT_EQ(m_item.selectionEnd() - m_item.selectionStart(), 5);
-}
-
 class SecretLabelTest : public SecretItemTest<SecretLabel>
 {
 protected:
