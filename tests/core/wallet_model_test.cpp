@@ -132,18 +132,6 @@ TEST_F(WalletTest, FetchesEverythingAgainOnEveryChoiceOfNetwork)
     }
 }
 
-TEST_F(WalletTest, ProbesOncePerWalletURLAndNeverForACustomEndpoint)
-{
-    launchAndSettle();
-    for (const QString &typed : {u"h"_s, u"ht"_s, u"ht"_s}) {
-        model->setWalletURL(typed);
-    }
-    model->setCustomRPC(u"http://mine.test"_s);
-    model->setDisplayUSD(false);
-    queue.drain();
-    EXPECT_EQ(http.names(), (Names{probe, probe, probe}));
-}
-
 TEST_F(WalletTest, TakesTheProxyForHealthyOnlyWithStatus200AndJson)
 {
     for (const auto &[reply, healthy] : Table<platform::HttpResult, bool>{
@@ -165,6 +153,7 @@ TEST_F(WalletTest, TakesTheProxyForHealthyOnlyWithStatus200AndJson)
         model->setWalletURL(u"http://me.test:1/x"_s);
         queue.drain();
         EXPECT_EQ(model->proxyOK(), healthy);
+        EXPECT_EQ(http.names(), (Names{probe, probe}));
         EXPECT_EQ(http.requests().back().url, QUrl(u"http://me.test:1/api/rpc"_s));
     }
 }
@@ -207,19 +196,6 @@ TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
         ASSERT_EQ(http.requests().size(), 1U);
         EXPECT_EQ(http.requests()[0].url, QUrl(endpoint));
     }
-}
-
-TEST_F(WalletTest, TellsWhenTheEndpointLabelChanges)
-{
-    launchAndSettle();
-    QStringList labels;
-    QObject::connect(model.get(), &WalletModel::rpcSourceLabelChanged, model.get(),
-                     [&] { labels.append(model->rpcSourceLabel()); });
-    http.answer(probe, "{}");
-    model->setWalletURL(u"http://me.test"_s);
-    queue.drain();
-    model->setCustomRPC(u"http://mine.test"_s);
-    EXPECT_EQ(labels, (QStringList{u"HELIUS · PROXIED VIA YOUR APP"_s, u"CUSTOM ENDPOINT"_s}));
 }
 
 } // namespace

@@ -39,6 +39,24 @@ protected:
         return std::string(m_island->hovering() ? "h" : "-") + (m_island->widened() ? "w" : "-") +
                (m_island->expanded() ? "e" : "-") + (m_panels.state.ignoresMouseEvents ? "p" : "-");
     }
+    /// Where the pointer goes, the wait after that, and the state then.
+    struct Step
+    {
+        std::optional<QPointF> pointer;
+        std::chrono::milliseconds wait;
+        const char *state;
+    };
+    void follow(std::initializer_list<Step> steps)
+    {
+        int number = 0;
+        for (const Step &step : steps) {
+            if (step.pointer) {
+                moveTo(*step.pointer);
+            }
+            queue.advance(step.wait);
+            EXPECT_EQ(state(), step.state) << "after step " << ++number;
+        }
+    }
     [[nodiscard]] bool isResting() const
     {
         return state() == "---p" && m_panels.state.level == platform::IslandPanel::restingLevel;
@@ -56,69 +74,32 @@ TEST_F(IslandControllerTest, OpensStepByStepAndFoldsBack)
     EXPECT_TRUE(isResting());
 
     const std::optional<QPointF> still;
-    for (const auto &[wait, pointer, expected] :
-         tests::Table<std::chrono::milliseconds, std::optional<QPointF>, const char *>{
-             {0ms, notch, "h--p"},
-             {119ms, still, "h--p"},
-             {1ms, still, "hw--"},
-             {99ms, still, "hw--"},
-             {1ms, still, "hwe-"},
-             {0ms, card, "hwe-"},
-             {0ms, away, "-we-"},
-             {319ms, still, "-we-"},
-             {1ms, still, "-w--"},
-             {160ms, still, "----"},
-             {540ms, still, "---p"}}) {
-        if (pointer) {
-            moveTo(*pointer);
-        }
-        queue.advance(wait);
-        EXPECT_EQ(state(), expected) << "after " << wait.count();
-    }
+    follow({{notch, 119ms, "h--p"},
+            {still, 1ms, "hw--"},
+            {still, 99ms, "hw--"},
+            {still, 1ms, "hwe-"},
+            {card, 1s, "hwe-"},
+            {away, 319ms, "-we-"},
+            {still, 1ms, "-w--"},
+            {still, 160ms, "----"},
+            {still, 540ms, "---p"}});
     EXPECT_TRUE(isResting());
 }
 
 TEST_F(IslandControllerTest, LetsThePointerChangeItsMind)
 {
+    const std::optional<QPointF> still;
     // Out again before the delay: nothing opens and clicks pass all the time.
-    moveTo(notch);
-    queue.advance(100ms);
-    moveTo(away);
-    EXPECT_TRUE(isResting());
-    queue.advance(1s);
-    EXPECT_TRUE(isResting());
-
+    follow({{notch, 100ms, "h--p"}, {away, 0ms, "---p"}, {still, 1s, "---p"}});
     // Out between widening and unfolding: it narrows, and the card never opens.
-    moveTo(notch);
-    queue.advance(130ms);
-    EXPECT_TRUE(m_island->widened());
-    moveTo(away);
-    EXPECT_FALSE(m_island->widened());
-    queue.advance(399ms);
-    EXPECT_FALSE(m_panels.state.ignoresMouseEvents);
-    queue.advance(1ms);
+    follow({{notch, 130ms, "hw--"}, {away, 399ms, "----"}, {still, 1ms, "---p"}});
     EXPECT_TRUE(isResting());
-
     // Sideways along the widened strip counts as out.
-    moveTo(notch);
-    queue.advance(130ms);
-    moveTo({500, 970});
-    EXPECT_FALSE(m_island->widened());
-    queue.advance(1s);
-
+    follow({{notch, 130ms, "hw--"}, {{{500, 970}}, 0ms, "----"}, {still, 1s, "---p"}});
     // Back in before it folds, also within the ten points around the card.
-    openIsland();
-    moveTo(away);
-    queue.advance(200ms);
-    moveTo({440, 700});
-    queue.advance(2s);
-    EXPECT_TRUE(m_island->expanded());
+    follow({{notch, 300ms, "hwe-"}, {away, 200ms, "-we-"}, {{{440, 700}}, 2s, "-we-"}});
     // Back in while it narrows: it opens again and stays clickable.
-    moveTo(away);
-    queue.advance(400ms);
-    moveTo(notch);
-    queue.advance(3s);
-    EXPECT_EQ(state(), "-we-");
+    follow({{away, 400ms, "-w--"}, {notch, 3s, "-we-"}});
 }
 
 TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
@@ -176,28 +157,19 @@ TEST_F(IslandControllerTest, RecordsTheAnimationOfEachChange)
 
 TEST_F(IslandControllerTest, FollowsTheScreens)
 {
-    moveTo(notch);
-    queue.advance(130ms);
-    ASSERT_TRUE(m_island->widened());
+    follow({{notch, 130ms, "hw--"}});
     m_screens.change({plainScreen({0, 0, 1920, 1080})});
     queue.drain();
     EXPECT_FALSE(m_island->widened());
     EXPECT_EQ(m_panels.state.frame, QRectF(606, 688, 708, 392));
     EXPECT_EQ(m_island->collapsedRect(), QRectF(880, 1048, 160, 32));
-    queue.advance(2s);
-
-    m_pointer.position = QPointF(960, 1060);
-    queue.advance(1s);
-    ASSERT_TRUE(m_island->expanded());
+    follow({{{{960, 1060}}, 1s, "hwe-"}});
     m_screens.change({});
     queue.drain();
     EXPECT_TRUE(m_island->expanded());
     EXPECT_EQ(m_panels.state.frame, QRectF(0, 0, 900, 400));
-    queue.advance(1s);
     m_screens.change({notchedScreen({0, 0, 1512, 982}, 180, 38)});
-    m_pointer.position = away;
-    queue.advance(3s);
-    EXPECT_TRUE(isResting());
+    follow({{away, 3s, "---p"}});
     EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
 }
 
