@@ -158,21 +158,9 @@ TEST_F(WalletTest, TakesTheProxyForHealthyOnlyWithStatus200AndJson)
     }
 }
 
-TEST_F(WalletTest, HasNoProxyForALocalWalletApp)
-{
-    files.paths = {u"/srv/wallet"_s};
-    http.answer(probe, "{}");
-    launchAndSettle();
-    ASSERT_TRUE(model->proxyOK());
-    model->setWalletURL(u"/srv/wallet"_s);
-    queue.drain();
-    EXPECT_FALSE(model->proxyOK());
-    EXPECT_TRUE(http.names().empty());
-    EXPECT_EQ(model->rpcURL(), QUrl(u"http://mainnet.test"_s));
-}
-
 TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
 {
+    files.paths = {u"/srv/wallet"_s};
     http.answer(u"getIt"_s, R"({"result": 7})");
     for (const auto &[customRPC, proxyOK, network, endpoint] :
          Table<QString, bool, SolNetwork, QString>{
@@ -195,7 +183,15 @@ TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
         EXPECT_TRUE(call.isReady());
         ASSERT_EQ(http.requests().size(), 1U);
         EXPECT_EQ(http.requests()[0].url, QUrl(endpoint));
-    }
+    } // A local web app has no proxy.
+    http.answer(probe, "{}");
+    launchAndSettle();
+    model->setCustomRPC(QString());
+    model->setNetwork(SolNetwork::Mainnet);
+    model->setWalletURL(u"/srv/wallet"_s);
+    queue.drain();
+    EXPECT_FALSE(model->proxyOK());
+    EXPECT_EQ(model->rpcURL(), QUrl(u"http://mainnet.test"_s));
 }
 
 } // namespace

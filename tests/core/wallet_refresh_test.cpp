@@ -192,19 +192,6 @@ TEST_F(Refresh, FallsBackFromOnePriceServiceToTheNext)
     }
 }
 
-TEST_F(Refresh, KeepsTheChartWhenNoNewOneComes)
-{
-    launchAndSettle();
-    for (const platform::HttpResult &reply :
-         {platform::HttpResult(HttpError::TimedOut),
-          platform::HttpResult(platform::HttpReply{200, R"({"prices": [[0, 7], [1, 8]]})"})}) {
-        http.answer(chart, reply);
-        model->refreshWave();
-        queue.drain();
-        EXPECT_EQ(model->wave(), (QList<double>{1, 2, 3}));
-    }
-}
-
 TEST_F(Refresh, StampsOnlyCyclesThatBroughtAPriceOrABalance)
 {
     http.answer(binance, HttpError::Unreachable);
@@ -254,44 +241,32 @@ TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
     EXPECT_EQ(http.count(chart), 3);
 }
 
-TEST_F(Refresh, SleepsOnlyAfterASlowCycleIsOver)
+TEST_F(Refresh, SleepsOnlyAfterASlowCycleAndPollsInOneLoopOnly)
 {
     http.hold(chart);
     launch();
     queue.advance(100s);
     EXPECT_EQ(http.count(coinGecko), 1);
-    http.release(chart, HttpError::TimedOut);
+    http.release(chart, R"({"prices": [[0, 7], [1, 8]]})");
+    EXPECT_TRUE(model->wave().isEmpty()) << "too short to be one";
     queue.advance(30s - 1ns);
     EXPECT_EQ(http.count(coinGecko), 1);
     queue.advance(1ns);
     EXPECT_EQ(http.count(coinGecko), 2);
-}
 
-TEST_F(Refresh, StartingToPollAgainReplacesTheLoop)
-{
-    launchAndSettle();
-    queue.advance(10s);
-    model->startPolling();
-    queue.drain();
-    EXPECT_EQ(http.count(coinGecko), 1) << "the new loop starts at once";
-    EXPECT_EQ(queue.pendingTimers(), 1U) << "the old loop's sleep is over";
-    queue.advance(30s);
-    EXPECT_EQ(http.count(coinGecko), 2);
-
-    // Also when the old loop is in the middle of a cycle, or has not even begun.
-    http.hold(coinGecko);
-    queue.advance(30s);
-    ASSERT_EQ(http.heldRequests(), 1U);
-    http.answer(coinGecko, R"({"solana": {"usd": 150}})");
+    // The old loop may be in the middle of a cycle, or not even have begun.
     http.forgetRequests();
     model->startPolling();
     model->startPolling();
     queue.drain();
-    EXPECT_EQ(http.count(coinGecko), 1);
-    http.release(coinGecko, R"({"solana": {"usd": 150}})");
-    queue.drain();
-    EXPECT_EQ(http.count(coinGecko), 1);
+    EXPECT_EQ(http.count(coinGecko), 1) << "the new loop starts at once";
+    while (http.heldRequests() > 0) {
+        http.release(chart, HttpError::TimedOut);
+        queue.drain();
+    }
     EXPECT_EQ(queue.pendingTimers(), 1U);
+    queue.advance(30s);
+    EXPECT_EQ(http.count(coinGecko), 2);
 }
 
 TEST_F(Refresh, AWalletThatIsGoneAsksNoMoreAndTakesNoReply)
