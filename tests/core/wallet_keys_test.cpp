@@ -1,6 +1,5 @@
 // The key's life in the wallet, and sending with it.
 
-#include "keys/base58.h"
 #include "tests/core/wallet_fixture.h"
 #include "tests/fakes/fake_desktop.h"
 
@@ -68,41 +67,7 @@ protected:
         const auto *error = std::get_if<SendError>(&result);
         return error != nullptr ? error->description() : u"sent "_s + std::get<QString>(result);
     }
-
-    [[nodiscard]] QJsonArray paramsOf(const QString &method) const
-    {
-        for (const platform::HttpRequest &request : http.requests()) {
-            const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-            if (body[u"method"_s] == method) {
-                return body[u"params"_s].toArray();
-            }
-        }
-        return {};
-    }
 };
-
-TEST_F(WalletKeysTest, CreatesAKeyThatIsUnlockedAndWaitsForItsBackup)
-{
-    const auto created = model->createWallet();
-    const auto *backup = std::get_if<SecretBytes>(&created);
-    ASSERT_NE(backup, nullptr);
-    const QString pubkey = model->signingPubkey().value_or(QString());
-    EXPECT_TRUE(WalletModel::isValidAddress(pubkey));
-    EXPECT_EQ(model->address(), pubkey);
-    EXPECT_EQ(settings.string(u"corvane.address"_s), pubkey);
-    EXPECT_EQ(keychain.copyAccount(keyService), pubkey);
-    ASSERT_TRUE(model->sessionSecret());
-    EXPECT_EQ(keychain.copyData(keyService, QString()), model->sessionSecret()->clone());
-    EXPECT_EQ(model->pendingBackup()->clone(), *backup);
-
-    // The backup is the seed followed by the public key, and leads back to the same key.
-    const auto bytes = keys::Base58::decode(textOf(*backup));
-    ASSERT_EQ(bytes->size(), 64U);
-    EXPECT_EQ(keys::Base58::encode(std::span(*bytes).subspan(32)), pubkey);
-    model->removeWallet();
-    EXPECT_EQ(std::get<QString>(model->importSigningKey(textOf(*backup))), pubkey);
-    EXPECT_FALSE(model->pendingBackup());
-}
 
 TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
 {
@@ -159,20 +124,6 @@ TEST_F(WalletKeysTest, AKeyRemovedMeanwhileStaysRemoved)
     queue.drain();
 }
 
-TEST_F(WalletKeysTest, RevealsTheBackupAfterAPromptOnly)
-{
-    lock();
-    keychain.refuses = true;
-    EXPECT_FALSE(finish(model->backupSecret()));
-    EXPECT_FALSE(model->sessionSecret());
-    keychain.refuses = false;
-    EXPECT_TRUE(finish(model->backupSecret()));
-    EXPECT_TRUE(model->sessionSecret());
-    EXPECT_EQ(keychain.prompts, QStringList(2, u"reveal your wallet backup key"_s));
-    EXPECT_TRUE(finish(model->backupSecret()));
-    EXPECT_EQ(keychain.prompts.size(), 2) << "unlocked, nobody is asked";
-}
-
 TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
 {
     lock();
@@ -227,33 +178,6 @@ TEST_F(WalletKeysTest, TurnsEveryRefusalOfTheClusterIntoItsText)
         EXPECT_EQ(send(addressA, 1), text);
         EXPECT_EQ(http.count(sendTransaction), text == noBlockhash ? 0 : 1);
     }
-}
-
-TEST_F(WalletKeysTest, SendsASignedTransferAndRefreshes)
-{
-    const QString pubkey = lock();
-    EXPECT_EQ(send(u" \t"_s + addressA, 1), u"sent signature"_s);
-    EXPECT_EQ(keychain.prompts, QStringList{u"send 1.0000 SOL"_s});
-    EXPECT_TRUE(model->sessionSecret());
-    EXPECT_EQ(http.names(),
-              (std::vector<QString>{latestBlockhash, sendTransaction, tests::coinGecko,
-                                    tests::balance, tests::tokens, tests::chart}));
-
-    EXPECT_EQ(paramsOf(latestBlockhash),
-              QJsonArray{(QJsonObject{{u"commitment"_s, u"finalized"_s}})});
-    const QJsonArray params = paramsOf(sendTransaction);
-    EXPECT_EQ(params[1], (QJsonObject{{u"encoding"_s, u"base64"_s},
-                                      {u"preflightCommitment"_s, u"confirmed"_s}}));
-    const QByteArray transaction = QByteArray::fromBase64(params[0].toString().toLatin1());
-    ASSERT_EQ(transaction.size(), 215);
-    const auto sender = keys::Base58::decode(pubkey);
-    constexpr qsizetype senderOffset = 65 + 4;
-    EXPECT_EQ(transaction.sliced(senderOffset, 32),
-              QByteArray(reinterpret_cast<const char *>(sender->data()), 32));
-    EXPECT_EQ(transaction.last(8), QByteArray::fromHex("00ca9a3b00000000"));
-
-    model->setNetwork(SolNetwork::Devnet);
-    EXPECT_EQ(model->explorerURL(u"abc"_s), QUrl(endpoints.explorer + u"/tx/abc?cluster=devnet"_s));
 }
 
 } // namespace

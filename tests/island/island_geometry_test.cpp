@@ -83,18 +83,5 @@ TEST(IslandGeometry, MeasuresThePanes)
     EXPECT_EQ(expandedHoverRect(*notched, IslandPane::Balance), QRectF(436, 696, 640, 286));
 }
 
-TEST(IslandGeometry, CountsTheMinimumEdgesAsInside)
-{
-    const QRectF rect(10, 20, 30, 40);
-    for (const auto &[point, inside] : {std::pair{QPointF(10, 20), true},
-                                        {QPointF(39.9, 59.9), true},
-                                        {QPointF(40, 30), false},
-                                        {QPointF(20, 60), false},
-                                        {QPointF(9.9, 30), false},
-                                        {QPointF(20, 19.9), false}}) {
-        EXPECT_EQ(containsPoint(rect, point), inside) << point.x() << "," << point.y();
-    }
-}
-
 } // namespace
 } // namespace corvane::island

@@ -126,16 +126,6 @@ TEST_F(SecretFieldTest, TakesFromTheClipboardAndGivesNothingBack)
     EXPECT_EQ(m_secret.view(), u"<pasted\n>");
 }
 
-TEST_F(SecretFieldTest, LeavesOtherKeysToOthers)
-{
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_F1}) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&m_item, &event);
-        EXPECT_FALSE(event.isAccepted()) << key;
-    }
-    EXPECT_TRUE(m_secret.isEmpty());
-}
-
 TEST_F(SecretFieldTest, ShowsBulletsOnly)
 {
     const auto picture = [this](const char *text) {
@@ -161,34 +151,14 @@ TEST_F(SecretFieldTest, IsNotKnownToInputMethodsAndAssistiveTechnology)
     }
 }
 
-class SecretLabelTest : public SecretItemTest<SecretLabel>
-{
-protected:
-    double digitWidth()
-    {
-        QFont font(u"DejaVu Sans Mono"_s);
-        font.setPixelSize(10);
-        m_item.setFont(font);
-        return QFontMetricsF(font).horizontalAdvance(u'0');
-    }
-};
-
-TEST_F(SecretLabelTest, WrapsWhereTheLineIsFull)
-{
-    const double advance = digitWidth();
-    const double line = m_item.implicitHeight();
-    m_item.setWidth(advance * 10.5);
-    m_secret.insert(0, u"0123456789");
-    EXPECT_EQ(m_item.implicitHeight(), line);
-    m_secret.insert(0, u"x");
-    EXPECT_EQ(m_item.implicitHeight(), 2 * line);
-    m_item.setWidth(advance * 11.5);
-    EXPECT_EQ(m_item.implicitHeight(), line);
-}
+using SecretLabelTest = SecretItemTest<SecretLabel>;
 
 TEST_F(SecretLabelTest, AsksToCopyWhatIsSelected)
 {
-    const double advance = digitWidth();
+    QFont font(u"DejaVu Sans Mono"_s);
+    font.setPixelSize(10);
+    m_item.setFont(font);
+    const double advance = QFontMetricsF(font).horizontalAdvance(u'0');
     m_secret.insert(0, u"0123456789");
     QSignalSpy copies(&m_item, &SecretLabel::copyRequested);
     press(Qt::Key_C, Qt::ControlModifier);

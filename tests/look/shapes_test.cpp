@@ -71,25 +71,6 @@ TEST(DitherRect, LeavesPartialCellsOutAndPaintsItsTileInDevicePixels)
     EXPECT_EQ(tile.pixelColor(0, 3).alpha(), 0);
 }
 
-TEST(QuibMark, IsARingAroundADot)
-{
-    // In a frame that is too wide the mark stays square and centred.
-    const auto rects = quibMarkRects({5, 5, 46, 26});
-    double area = 0;
-    for (const QRectF &rect : rects) {
-        EXPECT_TRUE(QRectF(15, 5, 26, 26).contains(rect));
-        area += rect.width() * rect.height() / 4;
-    }
-    EXPECT_EQ(area, 85) << "of 13 x 13, without overlaps";
-    const auto isFilled = [&](int x, int y) {
-        const QPointF middle(15 + 2 * x + 1, 5 + 2 * y + 1);
-        return std::ranges::any_of(rects,
-                                   [&](const QRectF &rect) { return rect.contains(middle); });
-    };
-    EXPECT_TRUE(isFilled(6, 6) && isFilled(0, 6) && isFilled(6, 0) && isFilled(1, 1));
-    EXPECT_FALSE(isFilled(0, 0) || isFilled(12, 12) || isFilled(6, 3) || isFilled(3, 6));
-}
-
 TEST(SparklineShape, SpansTheWidthWithinItsMargins)
 {
     const QRectF rect(10, 100, 90, 50);

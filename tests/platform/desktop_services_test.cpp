@@ -1,16 +1,12 @@
 #include "assets/bundled_fonts.h"
 #include "platform/linux/fontconfig_font_registry.h"
-#include "platform/linux/local_file_system.h"
 #include "platform/linux/no_authenticator.h"
-#include "platform/linux/qt_clipboard.h"
 #include "platform/linux/qt_screens.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
 #include "tests/platform/wait_until.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
-#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 
@@ -18,27 +14,6 @@ namespace corvane::tests {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-TEST(QtClipboard, ReplacesTheText)
-{
-    platform::QtClipboard clipboard;
-    for (const QString &text : {u"first"_s, u"second"_s, QString()}) {
-        clipboard.setText(text);
-        EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
-    }
-}
-
-TEST(LocalFileSystem, SeesFilesAndFolders)
-{
-    const platform::LocalFileSystem files;
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    EXPECT_TRUE(files.exists(file.fileName()));
-    EXPECT_FALSE(files.exists(file.fileName() + u".none"_s));
-    EXPECT_FALSE(files.exists(QString()));
-    EXPECT_TRUE(files.exists(files.homeDirectory()));
-    EXPECT_FALSE(files.homeDirectory().endsWith(u'/'));
-}
 
 TEST(NoAuthenticator, RefusesLaterAndKeepsTheContextUntilThen)
 {
