@@ -107,6 +107,8 @@ TEST(Balances, SumsTokenAccountsAndSkipsThoseWithoutAnAmount)
         EXPECT_EQ(readTokenBalance(json("{\"value\": " + value + "}")), total) << value.constData();
     }
     EXPECT_EQ(readTokenBalance(json("[]")), std::nullopt);
+    EXPECT_EQ(usdcMint(SolNetwork::Mainnet), u"EPjFWdd5AufqSSqeM2qN1xzybapC8G4wEGGkZwyTDt1v"_s);
+    EXPECT_EQ(usdcMint(SolNetwork::Devnet), u"4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU"_s);
 }
 
 TEST(PriceFeeds, ReadsEachServiceOrRefusesIt)

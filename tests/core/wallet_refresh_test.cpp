@@ -48,31 +48,6 @@ protected:
     }
 };
 
-TEST_F(Refresh, AsksForBothBalancesOneAfterTheOther)
-{
-    for (const auto &[network, mint] :
-         {std::pair(SolNetwork::Mainnet, u"EPjFWdd5AufqSSqeM2qN1xzybapC8G4wEGGkZwyTDt1v"_s),
-          std::pair(SolNetwork::Devnet, u"4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU"_s)}) {
-        launchAndSettle();
-        model->setNetwork(network);
-        queue.drain();
-        http.forgetRequests();
-        http.hold(balance);
-
-        model->refreshBalance();
-        queue.drain();
-        ASSERT_EQ(http.names(), Names{balance}) << "never in parallel";
-        EXPECT_EQ(paramsOf(http.requests()[0]), QJsonArray{addressA});
-        http.release(balance, HttpError::TimedOut);
-        queue.drain();
-        ASSERT_EQ(http.names(), (Names{balance, tokens})) << "also after a failure";
-        EXPECT_EQ(paramsOf(http.requests()[1]),
-                  (QJsonArray{addressA, QJsonObject{{u"mint"_s, mint}},
-                              QJsonObject{{u"encoding"_s, u"jsonParsed"_s}}}));
-        http.answer(balance, R"({"result": {"value": 1500000000}})");
-    }
-}
-
 TEST_F(Refresh, WritesEachBalanceThatCameInAndKeepsTheOther)
 {
     const QByteArray sol = R"({"result": {"value": 2000000000}})";
@@ -96,16 +71,6 @@ TEST_F(Refresh, WritesEachBalanceThatCameInAndKeepsTheOther)
         EXPECT_EQ(model->sol(), expectedSol);
         EXPECT_EQ(model->usdc(), expectedUsdc);
     }
-}
-
-TEST_F(Refresh, AsksNothingWithoutAValidAddress)
-{
-    launchAndSettle();
-    for (const QString &address : {u""_s, addressA + u"\n"_s, addressA.first(30)}) {
-        model->setAddress(address);
-        EXPECT_EQ(outcome(model->refreshBalance()), false);
-    }
-    EXPECT_TRUE(http.names().empty());
 }
 
 TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)

@@ -51,14 +51,14 @@ TEST(Transfer, LiesInItsMessageByteForByte)
     transfer.sender.fill(0x11);
     transfer.recipient.fill(0x22);
     transfer.recentBlockhash.fill(0x33);
-    transfer.amount = Lamports(1'000'000'000);
+    transfer.amount = Lamports(0x0102030405060708);
     const auto repeated = [](const char *byte) {
         return QByteArray(byte).repeated(32).toStdString();
     };
     const auto message = transferMessage(transfer);
     EXPECT_EQ(message,
               fromHex("01000103" + repeated("11") + repeated("22") + repeated("00") +
-                      repeated("33") + "0102" + "020001" + "0c" + "02000000" + "00ca9a3b00000000"));
+                      repeated("33") + "0102" + "020001" + "0c" + "02000000" + "0807060504030201"));
     EXPECT_EQ(message.size(), 150U);
 
     Signature signature{};

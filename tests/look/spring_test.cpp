@@ -2,10 +2,8 @@
 
 #include "look/animated_value.h"
 #include "look/animation.h"
-#include "look/breath.h"
 #include "look/spring.h"
 #include "look/timing_curve.h"
-#include "tests/fakes/table.h"
 
 #include <QAnimationDriver>
 #include <QCoreApplication>
@@ -167,15 +165,6 @@ TEST_F(AnimatedValueTest, MayBeSentOnByWhoHearsOfItsArrival)
     m_value.setTarget(1);
     frames(15);
     EXPECT_EQ(m_value.value(), 2);
-}
-
-TEST(Breath, GoesUpInOnePeriodAndDownInTheNext)
-{
-    for (const auto &[seconds, opacity, scale] : tests::Table<double, double, double>{
-             {0, 0.55, 0.96}, {1.2, 0.775, 0.98}, {2.4, 1, 1}, {3.6, 0.775, 0.98}, {7.2, 1, 1}}) {
-        EXPECT_NEAR(breathAt(seconds, 2.4).opacity, opacity, 1e-6) << seconds;
-        EXPECT_NEAR(breathAt(seconds, 2.4).scale, scale, 1e-6) << seconds;
-    }
 }
 
 } // namespace

@@ -155,18 +155,6 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
     EXPECT_TRUE(waitUntil([&] { return isAbove(frame) && isAbove(menu); }));
 }
 
-TEST_F(X11Panel, StaysAboveAWindowThatIsRaisedAfterItsAnnouncement)
-{
-    const auto window = m_display.makeWindow(beneath(), Kind::Popup);
-    m_display.announceStacking({window});
-    ASSERT_TRUE(waitUntil([&] { return isAbove(window); }));
-    m_display.announceStacking({window});
-    // Long enough for the panel to have looked at the old order.
-    static_cast<void>(waitUntil([] { return false; }, std::chrono::milliseconds(40)));
-    m_display.raise(window);
-    EXPECT_TRUE(waitUntil([&] { return isAbove(window); }));
-}
-
 TEST_F(X11Panel, GetsTheKeyboardOnlyWhenItIsAskedTo)
 {
     m_panel->setIgnoresMouseEvents(false);
