@@ -90,31 +90,6 @@ protected:
     std::unique_ptr<QQuickItem> m_root;
 };
 
-TEST_F(RootViewTest, DrawsEachStateAtItsSize)
-{
-    show();
-    // Twenty points left of the middle, where the notch's ear is.
-    EXPECT_TRUE(settlesAt({218, 0, 232, 38}, 8));
-    m_pointer.moveTo({756, 970});
-    queue.drain();
-    EXPECT_TRUE(settlesAt({218 - 232 * 0.0175, 0, 232 * 1.035, 38 * 1.035}, 8));
-    queue.advance(120ms);
-    EXPECT_TRUE(settlesAt({44, 0, 620, 38}, 16));
-    m_authenticator.answer(true);
-    queue.advance(100ms);
-    // A slot that nobody has filled has the size of its card.
-    EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 238}, 16));
-    m_island->setPane(IslandPane::Send);
-    EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 296}, 16));
-    m_island->setPane(IslandPane::Balance);
-    m_pointer.moveTo({100, 100});
-    queue.advance(2s);
-    EXPECT_TRUE(settlesAt({218, 0, 232, 38}, 8));
-    m_screens.change({tests::plainScreen({0, 0, 1920, 1080})});
-    queue.drain();
-    EXPECT_TRUE(settlesAt({274, 0, 160, 32}, 8));
-}
-
 TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
 {
     show();

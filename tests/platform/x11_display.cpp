@@ -31,7 +31,7 @@ X11Display::X11Display()
 
 X11Display::~X11Display()
 {
-    for (const auto &[window, count] : m_clicks) {
+    for (const xcb_window_t window : m_windows) {
         xcb_destroy_window(m_connection.get(), window);
     }
     sync();
@@ -54,17 +54,16 @@ xcb_atom_t X11Display::atom(const QByteArray &name)
 xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent)
 {
     const xcb_window_t window = xcb_generate_id(m_connection.get());
-    const std::array<std::uint32_t, 3> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U,
-                                              XCB_EVENT_MASK_BUTTON_PRESS};
+    const std::array<std::uint32_t, 2> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U};
     xcb_create_window(
         m_connection.get(), XCB_COPY_FROM_PARENT, window, parent == XCB_NONE ? m_root : parent,
         static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
         static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
     xcb_map_window(m_connection.get(), window);
     sync();
-    m_clicks[window] = 0;
+    m_windows.push_back(window);
     return window;
 }
 
@@ -124,16 +123,6 @@ void X11Display::click(QPoint pixel)
                             0);
     }
     sync();
-}
-
-int X11Display::clicks(xcb_window_t window)
-{
-    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
-        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) {
-            ++m_clicks[reinterpret_cast<const xcb_button_press_event_t *>(event.get())->event];
-        }
-    }
-    return m_clicks[window];
 }
 
 QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)

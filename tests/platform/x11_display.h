@@ -10,7 +10,6 @@
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
-#include <map>
 #include <vector>
 
 namespace corvane::tests {
@@ -44,8 +43,6 @@ public:
     /// Moves the pointer without its device.
     void warpPointer(QPoint pixel);
     void click(QPoint pixel);
-    /// The clicks that a window of this client has got so far.
-    [[nodiscard]] int clicks(xcb_window_t window);
 
     [[nodiscard]] QList<QRect> shape(xcb_window_t window, xcb_shape_kind_t kind);
     [[nodiscard]] QRect extents(xcb_window_t window, xcb_shape_kind_t kind);
@@ -64,7 +61,7 @@ private:
 
     xcb_window_t m_root = XCB_NONE;
     platform::xcb::Connection m_connection;
-    std::map<xcb_window_t, int> m_clicks;
+    std::vector<xcb_window_t> m_windows;
 };
 
 } // namespace corvane::tests

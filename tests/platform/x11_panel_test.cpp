@@ -88,39 +88,6 @@ protected:
     const double m_radius = 10;
 };
 
-TEST_F(X11Panel, TakesClicksWithinItsOutlineWhileActiveAndNoneAtRest)
-{
-    const auto window = m_display.makeWindow(beneath(), Kind::Popup);
-    m_panel->orderFrontRegardless();
-    ASSERT_TRUE(waitUntil([&] { return isAbove(window); }));
-    int passed = 0;
-    int taken = 0;
-    const auto click = [&](QPointF point, int &expected) {
-        m_display.click(pixel(point));
-        ++expected;
-        EXPECT_TRUE(waitUntil([&] {
-            return m_display.clicks(window) == passed && m_content.clicks == taken;
-        })) << point.x()
-            << ',' << point.y();
-    };
-    ASSERT_TRUE(takesClicksIn({}));
-    click({150, 10}, passed);
-    m_panel->setIgnoresMouseEvents(false);
-    ASSERT_TRUE(takesClicksIn({outlinePixels()}));
-    click({75, 5}, taken);
-    click({225, 20}, taken);
-    for (const QPointF &beside : {QPointF(60, 10), QPointF(240, 10), QPointF(150, 40)}) {
-        click(beside, passed);
-    }
-    // The open card takes them where there was margin before.
-    m_panel->setContentOutline(QRectF(0, 0, 300, 180), 20);
-    ASSERT_TRUE(takesClicksIn({QRect(QPoint(0, 0), QSize(300, 180) * scale())}));
-    click({60, 150}, taken);
-    m_panel->setIgnoresMouseEvents(true);
-    ASSERT_TRUE(takesClicksIn({}));
-    click({60, 150}, passed);
-}
-
 TEST_F(X11Panel, StaysAboveTheWindowManagersWindows)
 {
     const auto first = m_display.makeWindow(beneath(), Kind::Managed);
@@ -155,8 +122,9 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
     EXPECT_TRUE(waitUntil([&] { return isAbove(frame) && isAbove(menu); }));
 }
 
-TEST_F(X11Panel, GetsTheKeyboardOnlyWhenItIsAskedTo)
+TEST_F(X11Panel, TakesClicksWhileActiveAndTheKeyboardWhenAsked)
 {
+    ASSERT_TRUE(takesClicksIn({}));
     m_panel->setIgnoresMouseEvents(false);
     ASSERT_TRUE(takesClicksIn({outlinePixels()}));
     m_display.click(pixel({150, 10}));
