@@ -13,7 +13,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using platform::SecretBytes;
 using tests::addressA;
-using tests::textOf;
 
 const QString latestBlockhash = u"getLatestBlockhash"_s;
 const QString sendTransaction = u"sendTransaction"_s;
@@ -31,12 +30,12 @@ protected:
     }
 
     /// A stored key whose seed is not in memory, as after a start.
-    QString lock()
+    void lock()
     {
-        EXPECT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+        ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+        ASSERT_TRUE(model->sessionSecret());
         launchAndSettle();
-        EXPECT_FALSE(model->sessionSecret());
-        return model->signingPubkey().value_or(QString());
+        ASSERT_FALSE(model->sessionSecret());
     }
 
     void unlock()

@@ -176,7 +176,8 @@ TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
         EXPECT_TRUE(call.isReady());
         ASSERT_EQ(http.requests().size(), 1U);
         EXPECT_EQ(http.requests()[0].url, QUrl(endpoint));
-    } // A local web app has no proxy.
+    }
+    // A local web app has no proxy.
     http.answer(probe, "{}");
     launchAndSettle();
     model->setCustomRPC(QString());

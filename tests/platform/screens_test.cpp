@@ -111,16 +111,10 @@ TEST(IslandShape, RoundsTheLowerCornersOnly)
         region += part;
     }
     EXPECT_EQ(region.boundingRect(), area);
-    for (const auto &[point, isInside] : Table<QPoint, bool>{{{44, 0}, true},
-                                                             {{203, 0}, true},
-                                                             {{44, 19}, true},
-                                                             {{203, 19}, true},
-                                                             {{48, 27}, true},
-                                                             {{199, 27}, true},
-                                                             {{44, 31}, false},
-                                                             {{203, 31}, false}}) {
-        EXPECT_EQ(region.contains(point), isInside) << point.x() << ',' << point.y();
+    for (const QPoint inside : {QPoint(44, 0), QPoint(203, 19), QPoint(48, 27), QPoint(199, 27)}) {
+        EXPECT_TRUE(region.contains(inside)) << inside.x() << ',' << inside.y();
     }
+    EXPECT_FALSE(region.contains(QPoint(44, 31)) || region.contains(QPoint(203, 31)));
     EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), -3), QList<QRect>{QRect(0, 0, 10, 5)});
     EXPECT_TRUE(roundedBottom(QRect(), 4).isEmpty());
     for (const QRect &part : roundedBottom(QRect(0, 0, 10, 5), 100)) {
