@@ -70,14 +70,11 @@ TEST_F(SendPaneModelTest, IsReadyForAGoodRecipientAndAnAmountThatIsThere)
              {known, u" "_s + good + u'\t', u"1,5"_s, false, false, true},
              {known, good + u'\n', u"1"_s, true, false, false},
              {known, good.chopped(1) + u'0', u"1"_s, true, false, false},
-             {known, u" "_s, u"1"_s, true, false, false},
              {known, good, {}, false, false, false},
-             {known, good, u" 1.5"_s, false, true, false},
              {known, good, u"0"_s, false, true, false},
              {known, good, u"-1"_s, false, true, false},
              {known, good, u"1.500000001"_s, false, true, false},
              {unknown, good, u"1000000"_s, false, false, true},
-             {unknown, good, u"0"_s, false, true, false},
          }) {
         SCOPED_TRACE((recipient + u'|' + amount).toStdString());
         openPane(lamports);
@@ -118,7 +115,6 @@ TEST_F(SendPaneModelTest, TellsWhatTheAmountIsWorth)
                  {u"0,0014"_s, u"≈ 1 QUIB"_s, u"  ·  $0.22"_s},
                  {u"12.5"_s, u"≈ 12,500 QUIB"_s, u"  ·  $2,000.00"_s},
                  {u"0"_s, {}, {}},
-                 {u"-1"_s, {}, {}},
                  {u"x"_s, {}, {}},
              }) {
             m_card.setAmount(amount);
