@@ -17,7 +17,6 @@ export async function startNet(t) {
     await net.listen();
     t.after(() => net.close());
 
-    const get = (path) => fetch(net.url + path, { signal: AbortSignal.timeout(CALL_TIMEOUT_MS) });
     const post = (path, body) => fetch(net.url + path, {
         method: 'POST',
         headers: { 'Content-Type': 'application/json' },
@@ -32,7 +31,7 @@ export async function startNet(t) {
     };
     const lamports = async (address, path = '/mainnet') => (await rpc('getBalance', [address], path)).result.value;
     const tick = (ms) => { clock += ms; };
-    return { get, post, rpc, control, lamports, tick };
+    return { post, rpc, control, lamports, tick };
 }
 
 export function makeSigner() {

@@ -1,9 +1,7 @@
-#include "assets/bundled_fonts.h"
 #include "look/theme.h"
 #include "tests/fakes/fake_font_registry.h"
 #include "tests/fakes/table.h"
 
-#include <QFile>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -133,19 +131,6 @@ TEST_F(ComponentsTest, ContentThatLeavesIsUnloadedInTheEnd)
     EXPECT_NE(reveal->property("item").value<QQuickItem *>(), nullptr);
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return reveal->property("item").value<QQuickItem *>() == nullptr; }, 5000));
-}
-
-TEST(Pictograms, AreAllThere)
-{
-    assets::registerBundledFonts();
-    for (const char *name :
-         {"arrow.clockwise", "gearshape", "lock.fill", "touchid", "paperplane.fill", "sparkles",
-          "key.fill", "doc.on.doc", "chevron.up", "arrow.down.circle.fill", "arrow.right",
-          "checkmark.circle.fill", "cursorarrow.motionlines", "exclamationmark.triangle.fill",
-          "folder.fill", "sunrise.fill"}) {
-        EXPECT_TRUE(QFile::exists(u":/corvane/pictograms/%1.svg"_s.arg(QString::fromLatin1(name))))
-            << name;
-    }
 }
 
 } // namespace

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 namespace corvane::tests {
 namespace {
 
@@ -137,20 +135,6 @@ TEST_F(JsonSettingsTest, LivesInMemoryWhereItCannotWriteAndCatchesUp)
     ASSERT_TRUE(obstacle.remove());
     settings.setString(key, u"late"_s);
     EXPECT_EQ(JsonSettings(m_path).string(key), u"late"_s);
-}
-
-TEST_F(JsonSettingsTest, LeavesAFileAloneThatItMayNotRead)
-{
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "nothing is unreadable to root";
-    }
-    writeFile(R"({"corvane.rpc":"hidden"})");
-    ASSERT_TRUE(QFile::setPermissions(m_path, QFileDevice::Permissions()));
-    JsonSettings settings(m_path);
-    settings.setString(key, u"mine"_s);
-    EXPECT_EQ(settings.string(key), u"mine"_s);
-    ASSERT_TRUE(QFile::setPermissions(m_path, QFileDevice::ReadOwner));
-    EXPECT_EQ(textOf(m_path), R"({"corvane.rpc":"hidden"})");
 }
 
 } // namespace
