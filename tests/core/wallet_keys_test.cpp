@@ -1,7 +1,7 @@
 // The key's life in the wallet, and sending with it.
 
+#include "platform/linux/one_time_context.h"
 #include "tests/core/wallet_fixture.h"
-#include "tests/fakes/fake_desktop.h"
 
 #include <QCoroTask>
 
@@ -40,9 +40,9 @@ protected:
 
     void unlock()
     {
-        auto context = std::make_shared<tests::FakeAuthenticator::Context>();
-        context->hasPassed = true;
-        model->unlockSigningKey(std::move(context));
+        const auto context = std::make_shared<platform::OneTimeContext>();
+        context->pass();
+        model->unlockSigningKey(context);
     }
 
     /// What `task` gives after the background and the main queue have done their work.

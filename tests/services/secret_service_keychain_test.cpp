@@ -2,7 +2,7 @@
 #include "keys/base58.h"
 #include "keys/key_vault.h"
 #include "platform/linux/secret_service_keychain.h"
-#include "scripted_authenticator.h"
+#include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
 #include "tests/fakes/table.h"
 #include "tests/platform/wait_until.h"
@@ -40,7 +40,7 @@ protected:
 
     static inline std::unique_ptr<SessionBus> bus;
     KeyringDesktop desktop{*bus};
-    ScriptedAuthenticator owner;
+    FakeAuthenticator owner{true};
     SecretServiceKeychain keychain{
         owner, desktop.file("accounts.json"), {.quick = 1s, .unlock = 2s, .presence = 2s}};
     keys::KeyVault vault{keychain};

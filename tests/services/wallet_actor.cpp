@@ -9,7 +9,7 @@
 #include "platform/linux/polkit_authenticator.h"
 #include "platform/linux/process_hardening.h"
 #include "platform/linux/secret_service_keychain.h"
-#include "scripted_authenticator.h"
+#include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
 
 #include <QByteArray>
@@ -99,7 +99,7 @@ int main(int count, char **arguments)
     if (bus != nullptr) {
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     }
-    tests::ScriptedAuthenticator willing;
+    tests::FakeAuthenticator willing(true);
     const bool usesPolkit = std::string(arguments[2]) == "polkit";
     Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing,
                 QString::fromUtf8(arguments[1]));

@@ -13,7 +13,7 @@
 #include "platform/linux/secret_service_keychain.h"
 #include "platform/sodium_signing_keys.h"
 #include "platform/thread_background_tasks.h"
-#include "scripted_authenticator.h"
+#include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
 #include "tests/platform/wait_until.h"
 
@@ -202,7 +202,7 @@ protected:
     KeyringDesktop m_desktop{*bus};
     ChildProcess m_localnet{{NODE, LOCALNET_SERVER}};
     QString m_url;
-    ScriptedAuthenticator m_owner;
+    FakeAuthenticator m_owner{true};
     platform::QtMainQueue m_queue;
     platform::CurlHttpClient m_http;
     platform::JsonSettings m_settings{m_desktop.file("settings.json")};
