@@ -40,6 +40,8 @@ void IslandController::screensChanged()
     if (!m_expanded) {
         publish(m_widened, false, &IslandController::widenedChanged);
         publish(m_hovering, false, &IslandController::hoveringChanged);
+        // Nothing else would let clicks pass again if it had been about to open.
+        becomeRestingUnlessOpen();
     }
     if (m_panel) {
         m_panel->setFrame(stageRect());

@@ -54,7 +54,7 @@ double springSettlingTime(const Spring &spring, const Motion &start, double targ
     // envelope is multiplied by a growing line.
     const double zeta = spring.dampingFraction;
     const double rate = zeta < 1 ? zeta * omega : (zeta - std::sqrt(zeta * zeta - 1)) * omega;
-    constexpr double room = 8;
+    constexpr double room = 20;
     return std::log(room * reach / tolerance) / rate;
 }
 

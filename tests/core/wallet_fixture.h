@@ -2,7 +2,6 @@
 
 #include "core/wallet_model.h"
 
-#include "platform/in_memory_keychain.h"
 #include "platform/sodium_signing_keys.h"
 
 #include "tests/fakes/english_number_formatter.h"
@@ -11,6 +10,9 @@
 #include "tests/fakes/held_background_tasks.h"
 #include "tests/fakes/memory_file_system.h"
 #include "tests/fakes/memory_settings_store.h"
+#include "tests/fakes/secrets.h"
+#include "tests/fakes/stubborn_keychain.h"
+#include "tests/fakes/table.h"
 
 #include <gtest/gtest.h>
 
@@ -63,6 +65,7 @@ protected:
     /// Makes the wallet; nothing has been sent yet.
     void launch()
     {
+        model.reset();
         model = std::make_unique<core::WalletModel>(core::WalletServices{
             queue, http, settings, keychain, signingKeys, background, formatter, files, endpoints});
     }
@@ -80,7 +83,7 @@ protected:
     HandDrivenQueue queue;
     FakeHttpClient http{queue};
     MemorySettingsStore settings;
-    platform::InMemoryKeychain keychain;
+    StubbornKeychain keychain;
     platform::SodiumSigningKeys signingKeys;
     HeldBackgroundTasks background;
     EnglishNumberFormatter formatter;

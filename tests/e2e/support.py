@@ -87,7 +87,8 @@ class WalletTest(IslandTest):
         if not self.tester:
             yield None
             return
-        command = [os.environ["CORVANE_POLKIT_AGENT"], str(corvane.process_id), manner, self.tester,
+        command = ["/usr/bin/python3", str(ROOT / "tests/services/polkit_agent.py"),
+                   str(corvane.process_id), manner, self.tester,
                    os.environ["CORVANE_TESTER_PASSWORD"]]
         with open(self.desktop.folder / "agent", "w+", encoding="utf-8") as reasons:
             agent = processes.start(command, self.desktop.environment,

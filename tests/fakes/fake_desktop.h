@@ -5,6 +5,7 @@
 #include "platform/clipboard.h"
 #include "platform/island_panel.h"
 #include "platform/link_opener.h"
+#include "platform/linux/one_time_context.h"
 #include "platform/pointer_monitor.h"
 #include "platform/screens.h"
 #include "platform/sound_player.h"
@@ -133,22 +134,19 @@ public:
     FakePanel::State state;
 };
 
-/// An owner of the device who answers when the test says so.
+/// An owner of the device who answers when the test says so, or at once when it is made so.
 class FakeAuthenticator final : public platform::Authenticator
 {
 public:
-    class Context final : public platform::AuthenticationContext
-    {
-    public:
-        [[nodiscard]] bool passed() const override { return hasPassed; }
-        bool hasPassed = false;
-    };
+    explicit FakeAuthenticator(std::optional<bool> agreesAtOnce = std::nullopt)
+        : agrees(agreesAtOnce)
+    {}
 
     [[nodiscard]] std::shared_ptr<platform::AuthenticationContext>
     makeContext(const QString &cancelTitle) override
     {
         cancelTitles.append(cancelTitle);
-        return std::make_shared<Context>();
+        return std::make_shared<platform::OneTimeContext>();
     }
     [[nodiscard]] bool canEvaluate(const platform::AuthenticationContext &) override
     {
@@ -158,23 +156,29 @@ public:
                   Reply reply) override
     {
         reasons.append(reason);
-        m_context = std::static_pointer_cast<Context>(context);
+        m_context = std::static_pointer_cast<platform::OneTimeContext>(context);
         m_reply = std::move(reply);
+        if (agrees) {
+            answer(*agrees);
+        }
     }
 
     [[nodiscard]] bool isAsking() const { return static_cast<bool>(m_reply); }
     void answer(bool success)
     {
-        m_context->hasPassed = success;
+        if (success) {
+            m_context->pass();
+        }
         std::exchange(m_reply, nullptr)(success);
     }
 
     bool available = true;
+    std::optional<bool> agrees;
     QStringList cancelTitles;
     QStringList reasons;
 
 private:
-    std::shared_ptr<Context> m_context;
+    std::shared_ptr<platform::OneTimeContext> m_context;
     Reply m_reply;
 };
 

@@ -27,12 +27,7 @@ public:
     explicit FakeHttpClient(platform::MainQueue &queue)
         : m_queue(queue)
     {}
-    ~FakeHttpClient() override
-    {
-        for (const Held &held : std::exchange(m_held, {})) {
-            held.completion.resolve(platform::HttpError::Cancelled);
-        }
-    }
+    ~FakeHttpClient() override { cancelHeld(); }
 
     /// Answers every later request of this name.
     void answer(const QString &name, platform::HttpResult result)
@@ -62,6 +57,13 @@ public:
     void release(const QString &name, const QByteArray &body)
     {
         release(name, platform::HttpReply{200, body});
+    }
+
+    void cancelHeld()
+    {
+        for (const Held &held : std::exchange(m_held, {})) {
+            held.completion.resolve(platform::HttpError::Cancelled);
+        }
     }
 
     platform::Completion<platform::HttpResult> send(platform::HttpRequest request) override

@@ -2,6 +2,7 @@
 
 #include "platform/main_queue.h"
 
+#include <algorithm>
 #include <deque>
 #include <map>
 #include <mutex>
@@ -55,7 +56,14 @@ public:
             const auto [due, item] = *m_timers.begin();
             m_timers.erase(m_timers.begin());
             m_now = due;
-            item->fire(*this);
+            if (const Action action = item->action) {
+                if (item->interval > std::chrono::nanoseconds::zero()) {
+                    m_timers.emplace(m_now + item->interval, item);
+                } else {
+                    item->action = nullptr;
+                }
+                action();
+            }
             drain();
         }
         m_now = end;
@@ -64,48 +72,25 @@ public:
     /// Delayed and repeating actions that have neither run out nor been cancelled.
     [[nodiscard]] std::size_t pendingTimers() const
     {
-        std::size_t pending = 0;
-        for (const auto &[due, item] : m_timers) {
-            pending += item->live() ? 1U : 0U;
-        }
-        return pending;
+        return static_cast<std::size_t>(std::ranges::count_if(
+            m_timers, [](const auto &timer) { return static_cast<bool>(timer.second->action); }));
     }
 
 private:
-    class Item final : public platform::WorkItem, public std::enable_shared_from_this<Item>
+    struct Item final : platform::WorkItem
     {
-    public:
-        Item(std::chrono::nanoseconds interval, Action action)
-            : m_interval(interval)
-            , m_action(std::move(action))
-        {}
+        void cancel() override { action = nullptr; }
 
-        void cancel() override { m_action = nullptr; }
-        [[nodiscard]] bool live() const { return static_cast<bool>(m_action); }
-
-        void fire(HandDrivenQueue &queue)
-        {
-            if (!m_action) {
-                return;
-            }
-            const Action action = m_action;
-            if (m_interval > std::chrono::nanoseconds::zero()) {
-                queue.m_timers.emplace(queue.m_now + m_interval, shared_from_this());
-            } else {
-                m_action = nullptr;
-            }
-            action();
-        }
-
-    private:
-        std::chrono::nanoseconds m_interval;
-        Action m_action;
+        std::chrono::nanoseconds interval{0};
+        Action action;
     };
 
     std::shared_ptr<platform::WorkItem> schedule(std::chrono::nanoseconds delay,
                                                  std::chrono::nanoseconds interval, Action action)
     {
-        auto item = std::make_shared<Item>(interval, std::move(action));
+        auto item = std::make_shared<Item>();
+        item->interval = interval;
+        item->action = std::move(action);
         m_timers.emplace(m_now + delay, item);
         return item;
     }

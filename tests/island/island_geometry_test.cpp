@@ -1,5 +1,6 @@
 #include "island/island_geometry.h"
 #include "tests/fakes/fake_desktop.h"
+#include "tests/fakes/table.h"
 
 #include <gtest/gtest.h>
 
@@ -33,45 +34,41 @@ TEST(IslandGeometry, MeasuresTheRestingIsland)
     inconsistent.auxiliaryTopLeftArea->setWidth(1200);
     platform::Screen halfKnown = notchedScreen(frame, 180, 38);
     halfKnown.auxiliaryTopRightArea.reset();
-    struct Case
-    {
-        const char *name;
-        MaybeScreen screen;
-        double notch;
-        QRectF collapsed;
-        QRectF stage;
-    };
-    const Case cases[] = {
-        {"notch", notchedScreen(frame, 180, 38), 180, {620, 944, 232, 38}, {402, 584, 708, 398}},
-        {"narrow notch",
-         notchedScreen(frame, 100, 38),
-         100,
-         {660, 944, 160, 38},
-         {402, 584, 708, 398}},
-        {"fractional band",
-         notchedScreen(frame, 180, 37.5),
-         180,
-         {620, 944.5, 232, 37.5},
-         {402, 584.5, 708, 397.5}},
-        {"odd width rounds away from zero",
-         plainScreen({0, 0, 1511, 982}),
-         0,
-         {676, 950, 160, 32},
-         {402, 590, 708, 392}},
-        {"left of the primary",
-         plainScreen({-1511, 0, 1511, 982}),
-         0,
-         {-836, 950, 160, 32},
-         {-1110, 590, 708, 392}},
-        {"inconsistent areas", inconsistent, 0, {676, 944, 160, 38}, {402, 584, 708, 398}},
-        {"one area missing", halfKnown, 0, {676, 944, 160, 38}, {402, 584, 708, 398}},
-        {"no screen", {}, 0, {0, 0, 160, 32}, {0, 0, 900, 400}},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.name);
-        EXPECT_EQ(notchWidth(expected.screen), expected.notch);
-        EXPECT_EQ(collapsedRect(expected.screen), expected.collapsed);
-        EXPECT_EQ(stageRect(expected.screen), expected.stage);
+    for (const auto &[name, screen, notch, collapsed, stage] :
+         tests::Table<const char *, MaybeScreen, double, QRectF, QRectF>{
+             {"notch",
+              notchedScreen(frame, 180, 38),
+              180,
+              {620, 944, 232, 38},
+              {402, 584, 708, 398}},
+             {"narrow notch",
+              notchedScreen(frame, 100, 38),
+              100,
+              {660, 944, 160, 38},
+              {402, 584, 708, 398}},
+             {"fractional band",
+              notchedScreen(frame, 180, 37.5),
+              180,
+              {620, 944.5, 232, 37.5},
+              {402, 584.5, 708, 397.5}},
+             {"odd width rounds away from zero",
+              plainScreen({0, 0, 1511, 982}),
+              0,
+              {676, 950, 160, 32},
+              {402, 590, 708, 392}},
+             {"left of the primary",
+              plainScreen({-1511, 0, 1511, 982}),
+              0,
+              {-836, 950, 160, 32},
+              {-1110, 590, 708, 392}},
+             {"inconsistent areas", inconsistent, 0, {676, 944, 160, 38}, {402, 584, 708, 398}},
+             {"one area missing", halfKnown, 0, {676, 944, 160, 38}, {402, 584, 708, 398}},
+             {"no screen", {}, 0, {0, 0, 160, 32}, {0, 0, 900, 400}},
+         }) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(notchWidth(screen), notch);
+        EXPECT_EQ(collapsedRect(screen), collapsed);
+        EXPECT_EQ(stageRect(screen), stage);
     }
 }
 
@@ -84,19 +81,6 @@ TEST(IslandGeometry, MeasuresThePanes)
     EXPECT_EQ(paneSize(notched, IslandPane::Send), QSizeF(620, 334));
     EXPECT_EQ(paneSize({}, IslandPane::Settings), QSizeF(620, 338));
     EXPECT_EQ(expandedHoverRect(*notched, IslandPane::Balance), QRectF(436, 696, 640, 286));
-}
-
-TEST(IslandGeometry, CountsTheMinimumEdgesAsInside)
-{
-    const QRectF rect(10, 20, 30, 40);
-    for (const auto &[point, inside] : {std::pair{QPointF(10, 20), true},
-                                        {QPointF(39.9, 59.9), true},
-                                        {QPointF(40, 30), false},
-                                        {QPointF(20, 60), false},
-                                        {QPointF(9.9, 30), false},
-                                        {QPointF(20, 19.9), false}}) {
-        EXPECT_EQ(containsPoint(rect, point), inside) << point.x() << "," << point.y();
-    }
 }
 
 } // namespace

@@ -19,39 +19,17 @@ std::vector<std::uint8_t> fromHex(const std::string &hex)
 
 TEST(SigningKeys, AgreesWithRfc8032)
 {
-    struct Case
-    {
-        const char *seed;
-        const char *publicKey;
-        const char *message;
-        const char *signature;
-    };
-    // Section 7.1, TEST 1 to 3.
-    const Case cases[] = {
-        {"9d61b19deffd5a60ba844af492ec2cc44449c5697b326919703bac031cae7f60",
-         "d75a980182b10ab7d54bfed3c964073a0ee172f3daa62325af021a68f707511a", "",
-         "e5564300c360ac729086e2cc806e828a84877f1eb8e5d974d873e06522490155"
-         "5fb8821590a33bacc61e39701cf9b46bd25bf5f0595bbe24655141438e7a100b"},
-        {"4ccd089b28ff96da9db6c346ec114e0f5b8a319f35aba624da8cf6ed4fb8a6fb",
-         "3d4017c3e843895a92b70aa74d1b7ebc9c982ccf2ec4968cc0cd55f12af4660c", "72",
-         "92a009a9f0d4cab8720e820b5f642540a2b27b5416503f8fb3762223ebdb69da"
-         "085ac1e43e15996e458f3613d0f11d8c387b2eaeb4302aeeb00d291612bb0c00"},
-        {"c5aa8df43f9f837bedb7442f31dcb7b166d38535076f094b85ce3a2e0b4458f7",
-         "fc51cd8e6218a1a38da47ed00230f0580816ed13ba3303ac5deb911548908025", "af82",
-         "6291d657deec24024827e69c3abe01a30ce548a284743a445e3680d7db5ac3ac"
-         "18ff9b538d16f290ae67f760984dc6594a7c15e9716ed28dc027beceea1ec40a"},
-    };
     platform::SodiumSigningKeys keys;
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.message);
-        const auto seed = platform::SecretBytes::copyOf(fromHex(expected.seed));
-        const auto publicKey = keys.publicKey(seed);
-        ASSERT_TRUE(publicKey);
-        EXPECT_TRUE(std::ranges::equal(*publicKey, fromHex(expected.publicKey)));
-        const auto signature = keys.sign(seed, fromHex(expected.message));
-        ASSERT_TRUE(signature);
-        EXPECT_TRUE(std::ranges::equal(*signature, fromHex(expected.signature)));
-    }
+    // Section 7.1, TEST 2.
+    const auto seed = platform::SecretBytes::copyOf(
+        fromHex("4ccd089b28ff96da9db6c346ec114e0f5b8a319f35aba624da8cf6ed4fb8a6fb"));
+    EXPECT_TRUE(std::ranges::equal(
+        keys.publicKey(seed).value(),
+        fromHex("3d4017c3e843895a92b70aa74d1b7ebc9c982ccf2ec4968cc0cd55f12af4660c")));
+    EXPECT_TRUE(std::ranges::equal(
+        keys.sign(seed, fromHex("72")).value(),
+        fromHex("92a009a9f0d4cab8720e820b5f642540a2b27b5416503f8fb3762223ebdb69da"
+                "085ac1e43e15996e458f3613d0f11d8c387b2eaeb4302aeeb00d291612bb0c00")));
     for (const std::size_t size : {0U, 31U, 33U, 64U}) {
         EXPECT_FALSE(keys.publicKey(platform::SecretBytes(size)));
         EXPECT_FALSE(keys.sign(platform::SecretBytes(size), {}));
@@ -65,18 +43,14 @@ TEST(Transfer, LiesInItsMessageByteForByte)
     transfer.sender.fill(0x11);
     transfer.recipient.fill(0x22);
     transfer.recentBlockhash.fill(0x33);
-    transfer.amount = Lamports(1'000'000'000);
+    transfer.amount = Lamports(0x0102030405060708);
     const auto repeated = [](const char *byte) {
-        std::string text;
-        for (int count = 0; count < 32; ++count) {
-            text += byte;
-        }
-        return text;
+        return QByteArray(byte).repeated(32).toStdString();
     };
     const auto message = transferMessage(transfer);
     EXPECT_EQ(message,
               fromHex("01000103" + repeated("11") + repeated("22") + repeated("00") +
-                      repeated("33") + "0102" + "020001" + "0c" + "02000000" + "00ca9a3b00000000"));
+                      repeated("33") + "0102" + "020001" + "0c" + "02000000" + "0807060504030201"));
     EXPECT_EQ(message.size(), 150U);
 
     Signature signature{};
@@ -91,13 +65,8 @@ TEST(Transfer, LiesInItsMessageByteForByte)
 
 TEST(Transfer, WritesCompactLengths)
 {
-    for (const auto &[length, bytes] : {std::pair{0U, "00"},
-                                        {12U, "0c"},
-                                        {127U, "7f"},
-                                        {128U, "8001"},
-                                        {300U, "ac02"},
-                                        {16'383U, "ff7f"},
-                                        {16'384U, "808001"}}) {
+    for (const auto &[length, bytes] :
+         {std::pair{0U, "00"}, {127U, "7f"}, {128U, "8001"}, {300U, "ac02"}, {16'384U, "808001"}}) {
         std::vector<std::uint8_t> written;
         appendCompactLength(written, length);
         EXPECT_EQ(written, fromHex(bytes)) << length;

@@ -11,17 +11,16 @@ const { getTransferSolInstruction } = require('@solana-program/system');
 const CALL_TIMEOUT_MS = 10_000;
 
 /** A running instance that ends with test `t`; `tick(ms)` moves its clock, nothing else does. */
-export async function startNet(t, options = {}) {
+export async function startNet(t) {
     let clock = 1_700_000_000_000;
-    const net = new Localnet({ now: () => clock, slotMs: 400, ...options });
+    const net = new Localnet({ now: () => clock, slotMs: 400 });
     await net.listen();
     t.after(() => net.close());
 
-    const get = (path) => fetch(net.url + path, { signal: AbortSignal.timeout(CALL_TIMEOUT_MS) });
-    const post = (path, body, type = 'application/json') => fetch(net.url + path, {
+    const post = (path, body) => fetch(net.url + path, {
         method: 'POST',
-        headers: { 'Content-Type': type },
-        body: typeof body === 'string' ? body : JSON.stringify(body),
+        headers: { 'Content-Type': 'application/json' },
+        body: JSON.stringify(body),
         signal: AbortSignal.timeout(CALL_TIMEOUT_MS),
     });
     const rpc = async (method, params, path = '/mainnet') => (
@@ -32,7 +31,7 @@ export async function startNet(t, options = {}) {
     };
     const lamports = async (address, path = '/mainnet') => (await rpc('getBalance', [address], path)).result.value;
     const tick = (ms) => { clock += ms; };
-    return { net, get, post, rpc, control, lamports, tick };
+    return { post, rpc, control, lamports, tick };
 }
 
 export function makeSigner() {
@@ -55,12 +54,6 @@ export async function makeTransfer({ from, to, amount, blockhash }) {
     };
 }
 
-/** A transaction around changed message bytes that is signed correctly all the same. */
-export async function signMessage(signer, messageBytes) {
-    const signature = await kit.signBytes(signer.keyPair.privateKey, messageBytes);
-    return Buffer.concat([Buffer.from([1]), Buffer.from(signature), messageBytes]);
-}
-
-export function send(rpc, bytes, config = {}, path = '/mainnet') {
-    return rpc('sendTransaction', [bytes.toString('base64'), { encoding: 'base64', ...config }], path);
+export function send(rpc, bytes) {
+    return rpc('sendTransaction', [bytes.toString('base64'), { encoding: 'base64' }]);
 }

@@ -1,16 +1,14 @@
 #include "look/secret_field.h"
 #include "look/secret_label.h"
 #include "look/secret_text.h"
+#include "tests/fakes/table.h"
+#include "tests/look/item_fixture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMetaProperty>
 #include <QPainter>
-#include <QQuickWindow>
 #include <QSignalSpy>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 #include <vector>
 
@@ -19,11 +17,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-TEST(SecretText, IsEditedLikeAText)
+TEST(SecretText, IsEditedLikeATextAndWipesWhatIsRemoved)
 {
     SecretText secret;
     QSignalSpy changed(&secret, &SecretText::changed);
-    EXPECT_TRUE(secret.isEmpty());
     EXPECT_EQ(secret.insert(0, u"world"), 5);
     EXPECT_EQ(secret.insert(0, u"hello "), 6);
     EXPECT_EQ(secret.insert(11, u"!"), 1);
@@ -31,69 +28,49 @@ TEST(SecretText, IsEditedLikeAText)
     secret.remove(5, 6);
     EXPECT_EQ(secret.view(), u"hello!");
     EXPECT_EQ(changed.count(), 4);
+    // The units behind the end belong to the same guarded memory.
+    EXPECT_EQ(QStringView(secret.view().utf16(), 12), QStringView(u"hello!\0\0\0\0\0\0", 12));
     secret.clear();
-    EXPECT_TRUE(secret.view().isEmpty());
-    const std::vector<std::uint8_t> ascii{'k', 'e', 'y'};
-    secret.assign(ascii);
+    EXPECT_TRUE(secret.isEmpty());
+    secret.assign(std::vector<std::uint8_t>{'k', 'e', 'y'});
     EXPECT_EQ(secret.view(), u"key");
 }
 
 TEST(SecretText, GrowsAsFarAsItMay)
 {
     SecretText secret;
-    const QString text(300, u'x');
-    EXPECT_EQ(secret.insert(0, text), 300);
+    EXPECT_EQ(secret.insert(0, QString(300, u'x')), 300);
     secret.insert(150, u"y");
     EXPECT_EQ(secret.view(), QString(150, u'x') + u'y' + QString(150, u'x'));
     const qsizetype room = SecretText::capacity - 301;
     EXPECT_EQ(secret.insert(0, QString(SecretText::capacity, u'z')), room);
     EXPECT_EQ(secret.insert(0, u"z"), 0);
-    EXPECT_EQ(secret.size(), SecretText::capacity);
     EXPECT_EQ(secret.view().last(1), u"x");
 }
 
-TEST(SecretText, WipesWhatIsRemoved)
-{
-    SecretText secret;
-    secret.insert(0, u"abcdef");
-    secret.remove(2, 4);
-    // The units behind the end belong to the same guarded memory.
-    const QStringView beyond(secret.view().utf16(), 6);
-    EXPECT_EQ(beyond, QStringView(u"ab\0\0\0\0", 6));
-}
-
-/// An item alone in a window.
 template <typename Item>
-class SecretItemTest : public testing::Test
+class SecretItemTest : public tests::ItemTest<Item>
 {
 protected:
     SecretItemTest()
     {
-        m_item.setSecret(&m_secret);
-        m_item.setParentItem(m_window.contentItem());
-        m_item.setSize({300, 40});
-        m_window.resize(400, 200);
-        m_window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_window));
-        m_window.requestActivate();
-        m_item.forceActiveFocus();
+        this->m_item.setSecret(&m_secret);
+        this->m_item.setSize({300, 40});
     }
 
     void type(const char *text)
     {
         for (const char *c = text; *c != '\0'; ++c) {
-            QTest::sendKeyEvent(QTest::Click, &m_window, Qt::Key_unknown, QString(QLatin1Char(*c)),
-                                Qt::NoModifier);
+            QTest::sendKeyEvent(QTest::Click, &this->m_window, Qt::Key_unknown,
+                                QString(QLatin1Char(*c)), Qt::NoModifier);
         }
     }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        QTest::keyClick(&m_window, key, modifiers);
+        QTest::keyClick(&this->m_window, key, modifiers);
     }
 
     SecretText m_secret;
-    QQuickWindow m_window;
-    Item m_item;
 };
 
 using SecretFieldTest = SecretItemTest<SecretField>;
@@ -104,39 +81,31 @@ TEST_F(SecretFieldTest, TakesTheUsualEditingKeys)
     constexpr auto none = Qt::NoModifier;
     constexpr auto shift = Qt::ShiftModifier;
     constexpr auto ctrl = Qt::ControlModifier;
-    struct Case
-    {
-        const char *name;
-        Keys keys;
-        QString result;
-    };
     // Each starts with "abcd", the caret behind it, and ends with "x" typed.
-    const Case cases[] = {
-        {"nothing", {}, u"abcdx"_s},
-        {"backspace", {{Qt::Key_Backspace, none}}, u"abcx"_s},
-        {"backspace at the start", {{Qt::Key_Home, none}, {Qt::Key_Backspace, none}}, u"xabcd"_s},
-        {"delete", {{Qt::Key_Home, none}, {Qt::Key_Delete, none}}, u"xbcd"_s},
-        {"delete at the end", {{Qt::Key_Delete, none}}, u"abcdx"_s},
-        {"left", {{Qt::Key_Left, none}}, u"abcxd"_s},
-        {"left and right", {{Qt::Key_Left, none}, {Qt::Key_Right, none}}, u"abcdx"_s},
-        {"word left", {{Qt::Key_Left, ctrl}}, u"xabcd"_s},
-        {"word right", {{Qt::Key_Home, none}, {Qt::Key_Right, ctrl}}, u"abcdx"_s},
-        {"delete word left", {{Qt::Key_Left, none}, {Qt::Key_Backspace, ctrl}}, u"xd"_s},
-        {"select left", {{Qt::Key_Left, shift}, {Qt::Key_Left, shift}}, u"abx"_s},
-        {"select home", {{Qt::Key_Left, none}, {Qt::Key_Home, shift}}, u"xd"_s},
-        {"collapse left", {{Qt::Key_Home, shift}, {Qt::Key_Left, none}}, u"xabcd"_s},
-        {"select all", {{Qt::Key_A, ctrl}}, u"x"_s},
-        {"no undo", {{Qt::Key_Backspace, none}, {Qt::Key_Z, ctrl}}, u"abcx"_s},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.name);
+    for (const auto &[keys, result] : tests::Table<Keys, QString>{
+             {{{Qt::Key_Backspace, none}}, u"abcx"_s},
+             {{{Qt::Key_Home, none}, {Qt::Key_Backspace, none}}, u"xabcd"_s},
+             {{{Qt::Key_Home, none}, {Qt::Key_Delete, none}}, u"xbcd"_s},
+             {{{Qt::Key_Delete, none}}, u"abcdx"_s},
+             {{{Qt::Key_Left, none}}, u"abcxd"_s},
+             {{{Qt::Key_Left, none}, {Qt::Key_Right, none}}, u"abcdx"_s},
+             {{{Qt::Key_Left, ctrl}}, u"xabcd"_s},
+             {{{Qt::Key_Home, none}, {Qt::Key_Right, ctrl}}, u"abcdx"_s},
+             {{{Qt::Key_Left, none}, {Qt::Key_Backspace, ctrl}}, u"xd"_s},
+             {{{Qt::Key_Left, shift}, {Qt::Key_Left, shift}}, u"abx"_s},
+             {{{Qt::Key_Left, none}, {Qt::Key_Home, shift}}, u"xd"_s},
+             {{{Qt::Key_Home, shift}, {Qt::Key_Left, none}}, u"xabcd"_s},
+             {{{Qt::Key_A, ctrl}}, u"x"_s},
+             // There is no undo.
+             {{{Qt::Key_Backspace, none}, {Qt::Key_Z, ctrl}}, u"abcx"_s},
+         }) {
         m_secret.clear();
         type("abcd");
-        for (const auto &[key, modifiers] : expected.keys) {
+        for (const auto &[key, modifiers] : keys) {
             press(key, modifiers);
         }
         type("x");
-        EXPECT_EQ(m_secret.view(), expected.result);
+        EXPECT_EQ(m_secret.view(), result);
     }
 }
 
@@ -155,17 +124,6 @@ TEST_F(SecretFieldTest, TakesFromTheClipboardAndGivesNothingBack)
     press(Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(clipboard->text(), u"before"_s);
     EXPECT_EQ(m_secret.view(), u"<pasted\n>");
-}
-
-TEST_F(SecretFieldTest, LeavesOtherKeysToOthers)
-{
-    type("a");
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_F1}) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&m_item, &event);
-        EXPECT_FALSE(event.isAccepted()) << key;
-    }
-    EXPECT_EQ(m_secret.view(), u"a");
 }
 
 TEST_F(SecretFieldTest, ShowsBulletsOnly)
@@ -193,33 +151,7 @@ TEST_F(SecretFieldTest, IsNotKnownToInputMethodsAndAssistiveTechnology)
     }
 }
 
-TEST_F(SecretFieldTest, AClickSetsTheCaret)
-{
-    type("abcd");
-    QTest::mouseClick(&m_window, Qt::LeftButton, {}, {0, 5});
-    type("x");
-    EXPECT_EQ(m_secret.view(), u"xabcd");
-    QTest::mouseDClick(&m_window, Qt::LeftButton, {}, {10, 5});
-    EXPECT_EQ(m_item.selectionEnd() - m_item.selectionStart(), 5);
-}
-
 using SecretLabelTest = SecretItemTest<SecretLabel>;
-
-TEST_F(SecretLabelTest, WrapsWhereTheLineIsFull)
-{
-    QFont font(u"DejaVu Sans Mono"_s);
-    font.setPixelSize(10);
-    m_item.setFont(font);
-    const double line = m_item.implicitHeight();
-    const double advance = QFontMetricsF(font).horizontalAdvance(u'0');
-    m_item.setWidth(advance * 10.5);
-    m_secret.insert(0, u"0123456789");
-    EXPECT_EQ(m_item.implicitHeight(), line);
-    m_secret.insert(0, u"x");
-    EXPECT_EQ(m_item.implicitHeight(), 2 * line);
-    m_item.setWidth(advance * 11.5);
-    EXPECT_EQ(m_item.implicitHeight(), line);
-}
 
 TEST_F(SecretLabelTest, AsksToCopyWhatIsSelected)
 {

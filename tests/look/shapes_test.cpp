@@ -1,4 +1,8 @@
+#include "look/box_blur.h"
+#include "look/rolling_text.h"
 #include "look/shapes.h"
+#include "look/soft_shadow.h"
+#include "tests/fakes/table.h"
 
 #include <QColor>
 #include <QPainter>
@@ -9,6 +13,8 @@
 
 namespace corvane::look {
 namespace {
+
+using namespace Qt::StringLiterals;
 
 TEST(NotchShape, IsSquareAboveAndQuadraticBelow)
 {
@@ -22,10 +28,6 @@ TEST(NotchShape, IsSquareAboveAndQuadraticBelow)
     EXPECT_TRUE(path.contains(QPointF(10 + 4.2, 80 - 4.2)));
     EXPECT_FALSE(path.contains(QPointF(10 + 3.8, 80 - 3.8)));
     EXPECT_FALSE(path.contains(QPointF(210 - 3.8, 80 - 3.8)));
-}
-
-TEST(NotchShape, BoundsItsRadius)
-{
     EXPECT_TRUE(notchShapePath({0, 0, 50, 20}, 0).contains(QPointF(0.1, 19.9)));
     // Half the height is the most: the curve meets the side at mid-height.
     const QPainterPath round = notchShapePath({0, 0, 50, 20}, 400);
@@ -36,93 +38,101 @@ TEST(NotchShape, BoundsItsRadius)
 
 TEST(DitherRect, FillsTheShareOfCellsThatTheDensitySays)
 {
-    struct Case
-    {
-        double density;
-        int filledOfSixteen;
-    };
-    for (const Case &expected :
-         {Case{0, 0}, Case{0.03, 0}, Case{0.05, 1}, Case{0.28, 4}, Case{0.5, 8}, Case{1, 16}}) {
-        SCOPED_TRACE(expected.density);
-        const DitherPattern pattern = ditherPattern(8, 8, 2, expected.density, expected.density);
+    for (const auto &[density, filledOfSixteen] : std::initializer_list<std::pair<double, int>>{
+             {0, 0}, {0.03, 0}, {0.05, 1}, {0.28, 4}, {0.5, 8}, {1, 16}}) {
+        SCOPED_TRACE(density);
+        const DitherPattern pattern = ditherPattern(8, 8, 2, density, density);
         int filled = 0;
         for (int row = 0; row < 4; ++row) {
             for (int column = 0; column < 4; ++column) {
                 filled += pattern.isFilled(row, column) ? 1 : 0;
+                EXPECT_TRUE(density != 0.5 ||
+                            pattern.isFilled(row, column) == ((row + column) % 2 == 0));
             }
         }
-        EXPECT_EQ(filled, expected.filledOfSixteen);
-    }
-    const DitherPattern half = ditherPattern(8, 8, 2, 0.5, 0.5);
-    for (int row = 0; row < 4; ++row) {
-        for (int column = 0; column < 4; ++column) {
-            EXPECT_EQ(half.isFilled(row, column), (row + column) % 2 == 0);
-        }
+        EXPECT_EQ(filled, filledOfSixteen);
     }
 }
 
-TEST(DitherRect, LeavesPartialCellsOutAndRunsFromTheFirstToTheLastRow)
+TEST(DitherRect, LeavesPartialCellsOutAndPaintsItsTileInDevicePixels)
 {
     const DitherPattern pattern = ditherPattern(11, 7, 2, 1, 0);
     EXPECT_EQ(pattern.columns, 5);
     EXPECT_EQ(pattern.rows, 3);
     EXPECT_EQ(pattern.rowMasks.first(), 0b1111);
     EXPECT_EQ(pattern.rowMasks.last(), 0);
-    EXPECT_EQ(ditherPattern(8, 3, 2, 1, 0).rowMasks, QList<quint8>{0b1111});
     for (const auto &[width, height, cell] :
          {std::tuple{1.0, 9.0, 2.0}, {9.0, 1.0, 2.0}, {-4.0, 9.0, 2.0}, {9.0, 9.0, 0.0}}) {
         EXPECT_EQ(ditherPattern(width, height, cell, 1, 1).rows, 0);
     }
-}
-
-TEST(DitherRect, PaintsItsTileInDevicePixels)
-{
-    const QColor half(255, 0, 0, 128);
-    const DitherPattern pattern = ditherPattern(8, 4, 2, 1, 0);
-    const QImage tile = ditherTile(pattern, 2, half, 1.5);
+    const QImage tile = ditherTile(ditherPattern(8, 4, 2, 1, 0), 2, QColor(255, 0, 0, 128), 1.5);
     EXPECT_EQ(tile.size(), QSize(12, 6));
     EXPECT_EQ(tile.pixelColor(0, 2).alpha(), 128);
     EXPECT_EQ(tile.pixelColor(0, 3).alpha(), 0);
-    EXPECT_TRUE(ditherTile(ditherPattern(8, 4, 2, 0, 0), 2, half, 1).isNull());
-}
-
-TEST(QuibMark, IsARingAroundADot)
-{
-    const char *const rows[] = {"..#########..", ".###########.", "##.........##", "##.........##",
-                                "##.........##", "##...###...##", "##...###...##", "##...###...##",
-                                "##.........##", "##.........##", "##.........##", ".###########.",
-                                "..#########.."};
-    // In a frame that is too wide the mark stays square and centred.
-    const auto rects = quibMarkRects({5, 5, 46, 26});
-    for (int y = 0; y < quibMarkUnits; ++y) {
-        for (int x = 0; x < quibMarkUnits; ++x) {
-            const QPointF point(15 + 2 * x + 1, 5 + 2 * y + 1);
-            const auto filled = std::ranges::count_if(
-                rects, [&](const QRectF &rect) { return rect.contains(point); });
-            EXPECT_EQ(filled, rows[y][x] == '#' ? 1 : 0) << x << "," << y;
-        }
-    }
 }
 
 TEST(SparklineShape, SpansTheWidthWithinItsMargins)
 {
     const QRectF rect(10, 100, 90, 50);
     const QPainterPath line = sparklinePath(rect, {2, 4, 3, 2}, false);
+    const QPointF expected[] = {{10, 148}, {40, 102}, {70, 125}, {100, 148}};
     ASSERT_EQ(line.elementCount(), 4);
-    EXPECT_NEAR(line.elementAt(0).x, 10, 1e-9);
-    EXPECT_NEAR(line.elementAt(0).y, 148, 1e-9);
-    EXPECT_NEAR(line.elementAt(1).x, 40, 1e-9);
-    EXPECT_NEAR(line.elementAt(1).y, 102, 1e-9);
-    EXPECT_NEAR(line.elementAt(2).y, 125, 1e-9);
-    EXPECT_NEAR(line.elementAt(3).x, 100, 1e-9);
-
-    const QPainterPath area = sparklinePath(rect, {2, 4, 3, 2}, true);
-    EXPECT_TRUE(area.contains(QPointF(40, 149.5)));
-    EXPECT_FALSE(line.contains(QPointF(90, 149.5)));
-
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(QPointF(line.elementAt(i)), expected[i]) << i;
+    }
+    EXPECT_TRUE(sparklinePath(rect, {2, 4, 3, 2}, true).contains(QPointF(40, 149.5)));
     EXPECT_TRUE(sparklinePath(rect, {1}, true).isEmpty());
-    const QPainterPath flat = sparklinePath(rect, {5, 5, 5}, false);
-    EXPECT_NEAR(flat.elementAt(1).y, 148, 1e-9);
+    EXPECT_EQ(sparklinePath(rect, {5, 5, 5}, false).elementAt(1).y, 148);
+}
+
+TEST(BoxBlur, KeepsFilledAreasAndReadsNothingBeyondTheEdges)
+{
+    QImage plain(64, 64, QImage::Format_ARGB32_Premultiplied);
+    plain.fill(0xff204060);
+    EXPECT_EQ(boxBlurred(plain, 0.1), plain);
+    EXPECT_TRUE(boxBlurred({}, 3).isNull());
+    EXPECT_NEAR(boxBlurred(plain, 3).pixelColor(32, 32).green(), 0x40, 2);
+    // The sanitizers watch.
+    EXPECT_EQ(boxBlurred(plain, 90).size(), plain.size());
+    // An edge spreads as a Gaussian does.
+    QImage half(121, 121, QImage::Format_ARGB32_Premultiplied);
+    half.fill(Qt::transparent);
+    QPainter(&half).fillRect(60, 0, 61, 121, Qt::black);
+    EXPECT_NEAR(boxBlurred(half, 8).pixelColor(68, 60).alphaF(), blurredBar(8.5, 600, 8), 0.03);
+}
+
+TEST(SoftShadow, BlursABar)
+{
+    for (const auto &[place, share] : {std::pair{0.0, 0.5}, {300, 1}, {-44, 0}, {13, 0.8413}}) {
+        EXPECT_NEAR(blurredBar(place, 600, 13), share, 1e-3) << place;
+    }
+    EXPECT_LT(blurredBar(16, 32, 13), 0.8);
+}
+
+TEST(RollingText, PairsPlacesFromTheRightAndGivesAllDigitsTheSameWidth)
+{
+    for (const auto &[from, to, marks] : tests::Table<QString, QString, QString>{
+             {u"$150.25"_s, u"$151.35"_s, u"===~=~="_s},
+             {u"$999.50"_s, u"$1000.50"_s, u"+~~~~==="_s},
+             {QString(), u"12"_s, u"++"_s},
+         }) {
+        QString seen;
+        QString left;
+        QString came;
+        for (const RollingSlot &place : rollingSlots(from, to)) {
+            seen += place.isSteady() ? u'=' : place.leaving && place.coming ? u'~' : u'+';
+            left += place.leaving ? QString(*place.leaving) : QString();
+            came += place.coming ? QString(*place.coming) : QString();
+        }
+        EXPECT_EQ(seen, marks);
+        EXPECT_EQ(left, from);
+        EXPECT_EQ(came, to);
+    }
+    RollingText text;
+    text.setText(u"$111.11"_s);
+    const double ones = text.implicitWidth();
+    text.setText(u"$848.08"_s);
+    EXPECT_EQ(text.implicitWidth(), ones);
 }
 
 } // namespace

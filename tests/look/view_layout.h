@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/font_registry.h"
-
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -11,32 +9,6 @@
 // What tests hold the layout of a whole view to, with the fonts of the program and without.
 
 namespace corvane::tests {
-
-/// The fonts that come with the program, or a desktop that has none of them.
-class CardFonts final : public platform::FontRegistry
-{
-public:
-    explicit CardFonts(bool bundled)
-        : m_bundled(bundled)
-    {}
-    [[nodiscard]] std::optional<QString> familyOf(const QString &name) const override
-    {
-        if (m_bundled && name == QLatin1String("Silkscreen-Regular")) {
-            return QStringLiteral("Silkscreen");
-        }
-        if (m_bundled && name == QLatin1String("JetBrainsMono-Regular")) {
-            return QStringLiteral("JetBrains Mono");
-        }
-        return std::nullopt;
-    }
-    [[nodiscard]] QString monospacedFamily() const override
-    {
-        return QStringLiteral("DejaVu Sans Mono");
-    }
-
-private:
-    bool m_bundled;
-};
 
 /// What is written at one place.
 struct Writing

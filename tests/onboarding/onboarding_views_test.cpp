@@ -4,6 +4,7 @@
 
 #include "assets/bundled_fonts.h"
 #include "look/theme.h"
+#include "tests/fakes/fake_font_registry.h"
 #include "tests/look/view_layout.h"
 #include "tests/onboarding/onboarding_fixture.h"
 
@@ -72,7 +73,8 @@ protected:
         return shown;
     }
 
-    tests::CardFonts m_fonts{GetParam()};
+    tests::FakeFontRegistry m_fonts =
+        GetParam() ? tests::FakeFontRegistry::bundled() : tests::FakeFontRegistry({});
     look::Theme m_theme{m_fonts};
     QQmlEngine m_engine;
     QQuickWindow m_window;

@@ -1,39 +1,19 @@
 #pragma once
 
-#include "island/island_controller.h"
-
-#include "tests/core/wallet_fixture.h"
-#include "tests/fakes/fake_desktop.h"
-#include "tests/fakes/stubborn_keychain.h"
-
-#include <memory>
+#include "tests/island/island_fixture.h"
 
 namespace corvane::tests {
 
-/// A wallet, and an island with cards on it.
-class CardTest : public WalletTest
+/// An island with cards on it.
+class CardTest : public IslandTest
 {
 protected:
-    /// Makes the wallet and the island.
-    void launchIsland()
-    {
-        m_screens.screens = {plainScreen({0, 0, 1512, 982})};
-        model = std::make_unique<core::WalletModel>(core::WalletServices{
-            queue, http, settings, m_chain, signingKeys, background, formatter, files, endpoints});
-        queue.drain();
-        m_island = std::make_unique<island::IslandController>(
-            *model, island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                           m_clipboard, m_sounds, m_links, m_application, nullptr});
-        m_island->show();
-    }
+    CardTest() { m_screens.screens = {plainScreen({0, 0, 1512, 982})}; }
 
-    /// Launches and gives `card` what a view would give it.
+    /// Gives `card` what a view would give it.
     template <typename Card>
     void open(Card &card)
     {
-        if (!m_island) {
-            launchIsland();
-        }
         card.setProperty("wallet", QVariant::fromValue(model.get()));
         card.setProperty("island", QVariant::fromValue(m_island.get()));
         if constexpr (requires { card.componentComplete(); }) {
@@ -55,7 +35,6 @@ protected:
     QString launchLocked()
     {
         launchWithKey();
-        close();
         launchIsland();
         EXPECT_FALSE(model->sessionSecret());
         return model->signingPubkey().value_or(QString());
@@ -64,7 +43,7 @@ protected:
     /// The keychain is asked twice for every key, with and without protection.
     void refuseNextKey()
     {
-        m_chain.failures = {platform::keychainAuthFailed, platform::keychainAuthFailed};
+        keychain.failures = {platform::keychainAuthFailed, platform::keychainAuthFailed};
     }
 
     /// Lets the background and the main queue do their work.
@@ -82,17 +61,14 @@ protected:
         m_island.reset();
         model.reset();
     }
+};
 
-    StubbornKeychain m_chain;
-    FakeScreens m_screens;
-    FakePointer m_pointer;
-    FakePanelFactory m_panels;
-    FakeAuthenticator m_authenticator;
-    FakeClipboard m_clipboard;
-    FakeSoundPlayer m_sounds;
-    FakeLinkOpener m_links;
-    FakeApplication m_application;
-    std::unique_ptr<island::IslandController> m_island;
+/// And one card of which the test knows the model.
+template <typename Card>
+class OneCardTest : public CardTest
+{
+protected:
+    Card m_card;
 };
 
 } // namespace corvane::tests

@@ -9,135 +9,89 @@ namespace {
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using island::IslandPane;
+using tests::addressA;
 
-class SettingsCardModelTest : public tests::CardTest
+using SettingsCardModelTest = tests::OneCardTest<SettingsCardModel>;
+
+TEST_F(SettingsCardModelTest, FlagsWhatIsTypedAndNeverRejectsIt)
 {
-protected:
-    void openCard() { open(m_card); }
-
-    SettingsCardModel m_card;
-};
-
-TEST_F(SettingsCardModelTest, FlagsAnAddressThatIsNone)
-{
-    openCard();
-    const QString error = u"not a valid solana address"_s;
-    struct Case
-    {
-        QString typed;
-        QString error;
-    };
-    const Case cases[] = {
-        {u"E"_s, error},
-        {tests::addressA.chopped(1) + u'0', error},
-        {tests::addressA, {}},
-        {u" "_s + tests::addressA + u"\t"_s, {}},
-        {tests::addressA + u'\n', error},
-        {u"  "_s, {}},
-        {{}, {}},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.typed.toStdString());
+    launchIsland();
+    open(m_card);
+    const QString bad = u"not a valid solana address"_s;
+    for (const auto &[typed, error] : tests::Table<QString, QString>{
+             {addressA.chopped(1) + u'0', bad},
+             {addressA + u'\n', bad},
+             {u" "_s + addressA + u"\t"_s, {}},
+             {u"  "_s, {}},
+         }) {
         QSignalSpy changed(&m_card, &SettingsCardModel::changed);
-        m_card.setAddress(expected.typed);
+        m_card.setAddress(typed);
         EXPECT_GT(changed.count(), 0);
-        EXPECT_EQ(m_card.addressError(), expected.error);
-        // Flagged, never rejected.
-        EXPECT_EQ(m_card.address(), expected.typed);
-        EXPECT_EQ(settings.string(u"corvane.address"_s), expected.typed);
+        EXPECT_EQ(m_card.addressError(), error) << typed.toStdString();
+        EXPECT_EQ(m_card.address(), typed);
+        EXPECT_EQ(settings.string(u"corvane.address"_s), typed);
     }
-}
-
-TEST_F(SettingsCardModelTest, NamesTheEndpointInUse)
-{
-    openCard();
-    struct Case
-    {
-        QString typed;
-        QString source;
-        bool isPublic;
-    };
-    const Case cases[] = {
-        {{}, u"RPC: PUBLIC RPC (RATE-LIMITED)"_s, true},
-        {u"ftp://x"_s, u"RPC: PUBLIC RPC (RATE-LIMITED)"_s, true},
-        {u"https://x.test"_s, u"RPC: CUSTOM ENDPOINT"_s, false},
-        {u"https://rpc.helius.test"_s, u"RPC: HELIUS · CUSTOM ENDPOINT"_s, false},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.typed.toStdString());
-        m_card.setCustomRPC(expected.typed);
-        EXPECT_EQ(m_card.customRPC(), expected.typed);
-        EXPECT_EQ(m_card.rpcSource(), expected.source);
-        EXPECT_EQ(m_card.rpcIsPublic(), expected.isPublic);
+    for (const auto &[typed, source, isPublic] : tests::Table<QString, QString, bool>{
+             {u"ftp://x"_s, u"RPC: PUBLIC RPC (RATE-LIMITED)"_s, true},
+             {u"https://x.test"_s, u"RPC: CUSTOM ENDPOINT"_s, false},
+         }) {
+        m_card.setCustomRPC(typed);
+        EXPECT_EQ(m_card.customRPC(), typed);
+        EXPECT_EQ(m_card.rpcSource(), source);
+        EXPECT_EQ(m_card.rpcIsPublic(), isPublic);
     }
 }
 
 TEST_F(SettingsCardModelTest, SwitchesTheNetworkAndFetches)
 {
-    openCard();
-    EXPECT_EQ(m_card.networks(), (QStringList{u"MAINNET"_s, u"DEVNET"_s}));
-    EXPECT_EQ(m_card.network(), 0);
-    EXPECT_EQ(m_card.rpcPlaceholder(), endpoints.mainnet);
-    http.forgetRequests();
+    launchIsland();
+    open(m_card);
     m_card.setNetwork(0);
     queue.drain();
     EXPECT_EQ(http.names().size(), 0U);
-
     m_card.setNetwork(1);
     queue.drain();
     EXPECT_EQ(m_card.network(), 1);
     EXPECT_EQ(model->network(), core::SolNetwork::Devnet);
     EXPECT_EQ(m_card.rpcPlaceholder(), endpoints.devnet);
     EXPECT_EQ(http.count(tests::coinGecko), 1);
-}
 
-TEST_F(SettingsCardModelTest, SaysWhichKeyItHolds)
-{
-    openCard();
-    EXPECT_FALSE(m_card.hasKey());
-    EXPECT_EQ(m_card.walletText(), u"no wallet — create or import one on the balance card"_s);
-    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(tests::addressA)));
-    const QString key = *model->signingPubkey();
-    EXPECT_TRUE(m_card.hasKey());
-    EXPECT_EQ(m_card.walletText(),
-              u"WALLET: "_s + key.first(4) + u"…"_s + key.last(4) + u" · key in keychain"_s);
+    m_island->setPane(IslandPane::Settings);
+    http.forgetRequests();
+    m_card.done();
+    queue.drain();
+    EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+    EXPECT_EQ(http.count(tests::chart), 1) << "only a forced refresh fetches it at once";
+    m_card.quit();
+    EXPECT_EQ(m_application.terminations, 1);
 }
 
 TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
 {
-    launchWithKey();
-    openCard();
+    const QString key = launchWithKey();
+    open(m_card);
+    EXPECT_EQ(m_card.walletText(),
+              u"WALLET: "_s + key.first(4) + u"…"_s + key.last(4) + u" · key in keychain"_s);
     const QString really = u"REALLY REMOVE? (backup first!)"_s;
-    EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
     m_card.remove();
-    EXPECT_EQ(m_card.removeLabel(), really);
     queue.advance(2999ms);
     EXPECT_EQ(m_card.removeLabel(), really);
     queue.advance(1ms);
     EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
-    EXPECT_TRUE(m_card.hasKey());
-
     m_card.remove();
     EXPECT_TRUE(m_card.hasKey());
     queue.advance(2s);
     m_card.remove();
     EXPECT_FALSE(m_card.hasKey());
+    EXPECT_EQ(m_card.walletText(), u"no wallet — create or import one on the balance card"_s);
     EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
     EXPECT_EQ(m_card.address(), QString());
-    EXPECT_FALSE(m_chain.copyAccount(u"corvane.signing-key"_s));
-}
+    EXPECT_FALSE(keychain.copyAccount(u"corvane.signing-key"_s));
 
-TEST_F(SettingsCardModelTest, AnEarlierResetEndsALaterArming)
-{
-    launchWithKey();
-    openCard();
+    // A reset that is under way from before ends a new arming.
+    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(addressA)));
     m_card.remove();
     queue.advance(1s);
-    m_card.remove();
-    ASSERT_FALSE(m_card.hasKey());
-    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(tests::addressA)));
-    m_card.remove();
-    queue.advance(2s);
     EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
     EXPECT_TRUE(m_card.hasKey());
 }
@@ -146,27 +100,23 @@ TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
 {
     launchLocked();
     m_island->setPane(IslandPane::Settings);
-    openCard();
-    m_chain.refuses = true;
+    open(m_card);
+    keychain.refuses = true;
     m_card.backup();
     settle();
-    EXPECT_EQ(m_chain.prompts, QStringList{u"reveal your wallet backup key"_s});
+    EXPECT_EQ(keychain.prompts, QStringList{u"reveal your wallet backup key"_s});
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
 
-    m_chain.refuses = false;
-    look::Animation during;
-    QObject::connect(model.get(), &core::WalletModel::pendingBackupChanged, &m_card,
-                     [&] { during = m_island->transaction()->current(); });
+    keychain.refuses = false;
     m_card.backup();
     EXPECT_FALSE(model->hasPendingBackup());
     settle();
     EXPECT_TRUE(model->hasPendingBackup());
-    EXPECT_EQ(during, look::Animation::spring(0.42, 0.88));
     EXPECT_EQ(m_island->pane(), IslandPane::Balance);
 }
 
-TEST_F(SettingsCardModelTest, ABackupThatTakesLongerThanTheCardIsStillShown)
+TEST_F(SettingsCardModelTest, ABackupOutlivesTheCardButNotTheWallet)
 {
     launchLocked();
     {
@@ -176,32 +126,12 @@ TEST_F(SettingsCardModelTest, ABackupThatTakesLongerThanTheCardIsStillShown)
     }
     settle();
     EXPECT_TRUE(model->hasPendingBackup());
-}
 
-TEST_F(SettingsCardModelTest, ABackupThatTakesLongerThanTheWalletIsForgotten)
-{
     launchLocked();
-    openCard();
+    open(m_card);
     m_card.backup();
     close();
     settle();
-}
-
-TEST_F(SettingsCardModelTest, DoneGoesBackAndRefreshes)
-{
-    launchIsland();
-    m_island->setPane(IslandPane::Settings);
-    openCard();
-    http.forgetRequests();
-    m_card.done();
-    queue.drain();
-    EXPECT_EQ(m_island->pane(), IslandPane::Balance);
-    EXPECT_EQ(http.count(tests::coinGecko), 1);
-    // Only a forced refresh fetches the chart at once.
-    EXPECT_EQ(http.count(tests::chart), 1);
-    EXPECT_EQ(m_application.terminations, 0);
-    m_card.quit();
-    EXPECT_EQ(m_application.terminations, 1);
 }
 
 } // namespace

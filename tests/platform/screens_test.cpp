@@ -3,6 +3,8 @@
 #include "platform/linux/qt_screens.h"
 #include "platform/linux/screen_coordinates.h"
 
+#include "tests/fakes/table.h"
+
 #include <QRegion>
 
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 namespace corvane::tests {
 namespace {
 
+using namespace Qt::StringLiterals;
 using platform::addNotch;
 using platform::parseNotch;
 using platform::pixelsOf;
@@ -23,100 +26,60 @@ const QRect primary(0, 0, 1920, 1080);
 const QRect left(-1280, 200, 1280, 1024);
 const QRect above(300, -1440, 2560, 1440);
 
-ScreenCoordinates threeDisplays()
-{
-    return {primary, {{left, 1}, {primary, 2}, {above, 1.25}}};
-}
+const ScreenCoordinates threeDisplays(primary, {{left, 1}, {primary, 2}, {above, 1.25}});
 
 TEST(ScreenCoordinates, PutsTheOriginAtThePrimaryScreensBottomLeft)
 {
-    const ScreenCoordinates system = threeDisplays();
-    EXPECT_EQ(system.globalFromQt(QRectF(primary)), QRectF(0, 0, 1920, 1080));
-    EXPECT_EQ(system.globalFromQt(QRectF(left)), QRectF(-1280, -144, 1280, 1024));
-    EXPECT_EQ(system.globalFromQt(QRectF(above)), QRectF(300, 1080, 2560, 1440));
-    EXPECT_EQ(system.globalFromQt(QPointF(10, 20)), QPointF(10, 1060));
-
+    for (const auto &[qt, global] : Table<QRectF, QRectF>{
+             {primary, {0, 0, 1920, 1080}},
+             {left, {-1280, -144, 1280, 1024}},
+             {above, {300, 1080, 2560, 1440}},
+         }) {
+        EXPECT_EQ(threeDisplays.globalFromQt(qt), global);
+        EXPECT_EQ(threeDisplays.qtFromGlobal(global), qt);
+    }
+    EXPECT_EQ(threeDisplays.globalFromQt(QPointF(10, 20)), QPointF(10, 1060));
     const ScreenCoordinates moved(QRect(1280, 100, 800, 600), {});
     EXPECT_EQ(moved.globalFromQt(QRectF(1280, 100, 800, 600)), QRectF(0, 0, 800, 600));
 }
 
-TEST(ScreenCoordinates, GoesBackToQt)
-{
-    const ScreenCoordinates system = threeDisplays();
-    for (const QRect &rectangle : {primary, left, above, QRect(606, 0, 708, 392)}) {
-        EXPECT_EQ(system.qtFromGlobal(system.globalFromQt(QRectF(rectangle))), QRectF(rectangle));
-    }
-}
-
 TEST(ScreenCoordinates, FindsAPixelsDisplayAndItsScale)
 {
-    struct Case
-    {
-        QPoint pixel;
-        std::optional<QPointF> point;
-    };
-    const Case cases[] = {
-        {{0, 0}, QPointF(0, 1080)},
-        {{1920, 60}, QPointF(960, 1050)},
-        {{3839, 2159}, QPointF(1919.5, 0.5)},
-        {{3840, 0}, std::nullopt},
-        {{0, 2160}, std::nullopt},
-        {{-1, 200}, QPointF(-1, 880)},
-        {{-1280, 1223}, QPointF(-1280, -143)},
-        {{-1280, 1224}, std::nullopt},
-        {{300, -1440}, QPointF(300, 2520)},
-        {{425, -1315}, QPointF(400, 2420)},
-        {{-5, 0}, std::nullopt},
-    };
-    const ScreenCoordinates system = threeDisplays();
-    for (const Case &each : cases) {
-        EXPECT_EQ(system.globalFromPixel(each.pixel), each.point)
-            << each.pixel.x() << ',' << each.pixel.y();
+    for (const auto &[pixel, point] : Table<QPoint, std::optional<QPointF>>{
+             {{0, 0}, QPointF(0, 1080)},
+             {{3839, 2159}, QPointF(1919.5, 0.5)},
+             {{3840, 0}, std::nullopt},
+             {{0, 2160}, std::nullopt},
+             {{-1, 200}, QPointF(-1, 880)},
+             {{-1280, 1224}, std::nullopt},
+             {{425, -1315}, QPointF(400, 2420)},
+             {{-5, 0}, std::nullopt},
+         }) {
+        EXPECT_EQ(threeDisplays.globalFromPixel(pixel), point) << pixel.x() << ',' << pixel.y();
     }
     EXPECT_FALSE(ScreenCoordinates().globalFromPixel({0, 0}).has_value());
 }
 
 TEST(CameraNotch, ReadsWidthAndHeight)
 {
-    struct Case
-    {
-        QString text;
-        std::optional<QSizeF> size;
-    };
-    const Case cases[] = {
-        {QStringLiteral("180x38"), QSizeF(180, 38)},
-        {QStringLiteral("180.5x37.25"), QSizeF(180.5, 37.25)},
-        {QStringLiteral("1x200"), QSizeF(1, 200)},
-        {QStringLiteral("180x200.5"), std::nullopt},
-        {QStringLiteral("0x38"), std::nullopt},
-        {QStringLiteral("180x0"), std::nullopt},
-        {QStringLiteral("-180x38"), std::nullopt},
-        {QStringLiteral("180x-38"), std::nullopt},
-        {QStringLiteral("180"), std::nullopt},
-        {QStringLiteral("180x"), std::nullopt},
-        {QStringLiteral("x38"), std::nullopt},
-        {QStringLiteral("180x38x2"), std::nullopt},
-        {QStringLiteral("180 x 38"), std::nullopt},
-        {QStringLiteral("180X38"), std::nullopt},
-        {QStringLiteral("180x38\n"), std::nullopt},
-        {QStringLiteral("1e2x38"), std::nullopt},
-        {QStringLiteral("nanxinf"), std::nullopt},
-        {QString(), std::nullopt},
-    };
-    for (const Case &each : cases) {
-        EXPECT_EQ(parseNotch(each.text), each.size) << each.text.toStdString();
+    EXPECT_EQ(parseNotch(u"180.5x37.25"_s), QSizeF(180.5, 37.25));
+    EXPECT_EQ(parseNotch(u"1x200"_s), QSizeF(1, 200));
+    for (const QString &text :
+         {u"180x200.5"_s, u"0x38"_s, u"180x-38"_s, u"180"_s, u"180x"_s, u"x38"_s, u"180x38x2"_s,
+          u"180 x 38"_s, u"180X38"_s, u"180x38\n"_s, u"1e2x38"_s, u"nanxinf"_s, u""_s}) {
+        EXPECT_EQ(parseNotch(text), std::nullopt) << text.toStdString();
     }
 }
 
 TEST(CameraNotch, LeavesEqualAreasOnBothSides)
 {
-    Screen screen{QStringLiteral("eDP-1"), QRectF(-100, 50, 1512, 982), 0, {}, {}};
+    Screen screen{u"eDP-1"_s, QRectF(-100, 50, 1512, 982), 0, {}, {}};
     addNotch(screen, {180, 38});
     EXPECT_EQ(screen.safeAreaTop, 38);
     EXPECT_EQ(screen.auxiliaryTopLeftArea, QRectF(-100, 994, 666, 38));
     EXPECT_EQ(screen.auxiliaryTopRightArea, QRectF(746, 994, 666, 38));
 
-    Screen narrow{QStringLiteral("small"), QRectF(0, 0, 170, 982), 0, {}, {}};
+    Screen narrow{u"small"_s, QRectF(0, 0, 170, 982), 0, {}, {}};
     addNotch(narrow, {180, 38});
     EXPECT_EQ(narrow.safeAreaTop, 0);
     EXPECT_FALSE(narrow.auxiliaryTopLeftArea.has_value());
@@ -124,12 +87,11 @@ TEST(CameraNotch, LeavesEqualAreasOnBothSides)
 
 TEST(QtScreens, PutsTheNotchOnThePrimaryScreen)
 {
-    const platform::QtScreens screens(QStringLiteral("180x38"));
-    const auto main = screens.main();
+    const auto main = platform::QtScreens(u"180x38"_s).main();
     ASSERT_TRUE(main.has_value());
     EXPECT_EQ(main->frame.topLeft(), QPointF(0, 0));
     EXPECT_EQ(main->safeAreaTop, 38);
-    EXPECT_EQ(platform::QtScreens(QStringLiteral("broken")).main()->safeAreaTop, 0);
+    EXPECT_EQ(platform::QtScreens(u"broken"_s).main()->safeAreaTop, 0);
 }
 
 TEST(IslandShape, RoundsEdgesToPixels)
@@ -144,25 +106,15 @@ TEST(IslandShape, RoundsTheLowerCornersOnly)
 {
     const QRect area(44, 0, 160, 32);
     QRegion region;
-    int lastBottom = -1;
     for (const QRect &part : roundedBottom(area, 12)) {
-        EXPECT_GT(part.top(), lastBottom);
-        lastBottom = part.bottom();
+        EXPECT_FALSE(region.intersects(part));
         region += part;
     }
     EXPECT_EQ(region.boundingRect(), area);
-    for (const QPoint &inside : {QPoint(44, 0), QPoint(203, 0), QPoint(44, 19), QPoint(203, 19),
-                                 QPoint(124, 31), QPoint(48, 27), QPoint(199, 27)}) {
+    for (const QPoint inside : {QPoint(44, 0), QPoint(203, 19), QPoint(48, 27), QPoint(199, 27)}) {
         EXPECT_TRUE(region.contains(inside)) << inside.x() << ',' << inside.y();
     }
-    for (const QPoint &outside : {QPoint(44, 31), QPoint(203, 31), QPoint(46, 30)}) {
-        EXPECT_FALSE(region.contains(outside)) << outside.x() << ',' << outside.y();
-    }
-}
-
-TEST(IslandShape, BearsExtremeRadii)
-{
-    EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), 0), QList<QRect>{QRect(0, 0, 10, 5)});
+    EXPECT_FALSE(region.contains(QPoint(44, 31)) || region.contains(QPoint(203, 31)));
     EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), -3), QList<QRect>{QRect(0, 0, 10, 5)});
     EXPECT_TRUE(roundedBottom(QRect(), 4).isEmpty());
     for (const QRect &part : roundedBottom(QRect(0, 0, 10, 5), 100)) {

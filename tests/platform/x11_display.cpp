@@ -4,11 +4,26 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <numeric>
 #include <span>
 
 namespace corvane::tests {
 
+namespace {
+
 using platform::xcb::Owned;
+
+/// The answer to a question, such as xcb_query_tree_reply's to xcb_query_tree.
+template <typename Reply, typename Cookie>
+Owned<Reply> ask(xcb_connection_t *connection,
+                 Reply *(*answer)(xcb_connection_t *, Cookie, xcb_generic_error_t **),
+                 Cookie question)
+{
+    return Owned<Reply>(answer(connection, question, nullptr));
+}
+
+} // namespace
 
 X11Display::X11Display()
     : m_connection(platform::xcb::connectToDisplay(m_root))
@@ -16,7 +31,7 @@ X11Display::X11Display()
 
 X11Display::~X11Display()
 {
-    for (const auto &[window, count] : m_clicks) {
+    for (const xcb_window_t window : m_windows) {
         xcb_destroy_window(m_connection.get(), window);
     }
     sync();
@@ -25,45 +40,31 @@ X11Display::~X11Display()
 void X11Display::sync()
 {
     // An answer means that the server has seen everything before the question.
-    const Owned<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
-        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    ask(m_connection.get(), xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.get()));
 }
 
 xcb_atom_t X11Display::atom(const QByteArray &name)
 {
-    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        m_connection.get(),
-        xcb_intern_atom(m_connection.get(), 0, static_cast<std::uint16_t>(name.size()),
-                        name.constData()),
-        nullptr));
+    const auto length = static_cast<std::uint16_t>(name.size());
+    const auto reply = ask(m_connection.get(), xcb_intern_atom_reply,
+                           xcb_intern_atom(m_connection.get(), 0, length, name.constData()));
     return reply ? reply->atom : XCB_ATOM_NONE;
 }
 
 xcb_window_t X11Display::makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent)
 {
     const xcb_window_t window = xcb_generate_id(m_connection.get());
-    const std::array<std::uint32_t, 3> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U,
-                                              XCB_EVENT_MASK_BUTTON_PRESS};
+    const std::array<std::uint32_t, 2> values{0x00ffffff, kind == Kind::Popup ? 1U : 0U};
     xcb_create_window(
         m_connection.get(), XCB_COPY_FROM_PARENT, window, parent == XCB_NONE ? m_root : parent,
         static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
         static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
     xcb_map_window(m_connection.get(), window);
     sync();
-    m_clicks[window] = 0;
+    m_windows.push_back(window);
     return window;
-}
-
-bool X11Display::hasManagedWindows()
-{
-    const Owned<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(m_connection.get(),
-                               xcb_get_property(m_connection.get(), 0, m_root,
-                                                atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 1),
-                               nullptr));
-    return reply && reply->value_len > 0;
 }
 
 void X11Display::announceStacking(const std::vector<xcb_window_t> &windows)
@@ -124,20 +125,10 @@ void X11Display::click(QPoint pixel)
     sync();
 }
 
-int X11Display::clicks(xcb_window_t window)
-{
-    while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
-        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) {
-            ++m_clicks[reinterpret_cast<const xcb_button_press_event_t *>(event.get())->event];
-        }
-    }
-    return m_clicks[window];
-}
-
 QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)
 {
-    const Owned<xcb_shape_get_rectangles_reply_t> reply(xcb_shape_get_rectangles_reply(
-        m_connection.get(), xcb_shape_get_rectangles(m_connection.get(), window, kind), nullptr));
+    const auto reply = ask(m_connection.get(), xcb_shape_get_rectangles_reply,
+                           xcb_shape_get_rectangles(m_connection.get(), window, kind));
     QList<QRect> rectangles;
     if (reply) {
         for (const auto &each :
@@ -150,65 +141,59 @@ QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)
 
 QRect X11Display::extents(xcb_window_t window, xcb_shape_kind_t kind)
 {
-    QRect all;
-    const auto rectangles = shape(window, kind);
-    for (const QRect &each : rectangles) {
-        all |= each;
-    }
-    return all;
+    const QList<QRect> rectangles = shape(window, kind);
+    return std::accumulate(rectangles.begin(), rectangles.end(), QRect(), std::bit_or<>());
 }
 
-xcb_window_t X11Display::topLevel(xcb_window_t window)
+Owned<xcb_query_tree_reply_t> X11Display::tree(xcb_window_t window)
 {
-    for (;;) {
-        const Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-            m_connection.get(), xcb_query_tree(m_connection.get(), window), nullptr));
-        if (!tree || tree->parent == m_root || tree->parent == XCB_NONE) {
-            return window;
-        }
-        window = tree->parent;
-    }
+    return ask(m_connection.get(), xcb_query_tree_reply,
+               xcb_query_tree(m_connection.get(), window));
 }
 
 bool X11Display::isAbove(xcb_window_t window, xcb_window_t other)
 {
-    const Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-        m_connection.get(), xcb_query_tree(m_connection.get(), m_root), nullptr));
-    if (!tree) {
+    const auto everything = tree(m_root);
+    if (!everything) {
         return false;
     }
-    const std::span stack(xcb_query_tree_children(tree.get()), tree->children_len);
-    return std::find(stack.begin(), stack.end(), topLevel(window)) >
-           std::find(stack.begin(), stack.end(), topLevel(other));
+    const std::span stack(xcb_query_tree_children(everything.get()), everything->children_len);
+    const auto place = [&](xcb_window_t lowest) {
+        for (auto up = tree(lowest); up && up->parent != m_root; up = tree(lowest)) {
+            lowest = up->parent;
+        }
+        return std::ranges::find(stack, lowest);
+    };
+    return place(window) > place(other);
 }
 
 bool X11Display::isViewable(xcb_window_t window)
 {
-    const Owned<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
-        m_connection.get(), xcb_get_window_attributes(m_connection.get(), window), nullptr));
+    const auto reply = ask(m_connection.get(), xcb_get_window_attributes_reply,
+                           xcb_get_window_attributes(m_connection.get(), window));
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 QRect X11Display::geometry(xcb_window_t window)
 {
-    const Owned<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
-        m_connection.get(), xcb_get_geometry(m_connection.get(), window), nullptr));
+    const auto reply = ask(m_connection.get(), xcb_get_geometry_reply,
+                           xcb_get_geometry(m_connection.get(), window));
     return reply ? QRect(reply->x, reply->y, reply->width, reply->height) : QRect();
 }
 
 bool X11Display::hasProperty(xcb_window_t window, const QByteArray &name)
 {
-    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        m_connection.get(),
-        xcb_get_property(m_connection.get(), 0, window, atom(name), XCB_ATOM_ANY, 0, 1), nullptr));
-    return reply && reply->type != XCB_ATOM_NONE;
+    const auto reply =
+        ask(m_connection.get(), xcb_get_property_reply,
+            xcb_get_property(m_connection.get(), 0, window, atom(name), XCB_ATOM_ANY, 0, 1));
+    return reply && reply->value_len > 0;
 }
 
-xcb_window_t X11Display::owner(const QByteArray &selection)
+bool X11Display::isComposited()
 {
-    const Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        m_connection.get(), xcb_get_selection_owner(m_connection.get(), atom(selection)), nullptr));
-    return reply ? reply->owner : XCB_NONE;
+    const auto reply = ask(m_connection.get(), xcb_get_selection_owner_reply,
+                           xcb_get_selection_owner(m_connection.get(), atom("_NET_WM_CM_S0")));
+    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 } // namespace corvane::tests

@@ -10,8 +10,6 @@
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
-#include <map>
-#include <optional>
 #include <vector>
 
 namespace corvane::tests {
@@ -35,8 +33,6 @@ public:
 
     /// Maps a window; every later call sees it on the screen.
     xcb_window_t makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent = XCB_NONE);
-    /// True while the window manager knows of windows that it looks after.
-    [[nodiscard]] bool hasManagedWindows();
     /// Says, in the window manager's stead, which windows are managed, from bottom to top.
     void announceStacking(const std::vector<xcb_window_t> &windows);
     void raise(xcb_window_t window);
@@ -47,8 +43,6 @@ public:
     /// Moves the pointer without its device.
     void warpPointer(QPoint pixel);
     void click(QPoint pixel);
-    /// The clicks that a window of this client has got so far.
-    [[nodiscard]] int clicks(xcb_window_t window);
 
     [[nodiscard]] QList<QRect> shape(xcb_window_t window, xcb_shape_kind_t kind);
     [[nodiscard]] QRect extents(xcb_window_t window, xcb_shape_kind_t kind);
@@ -56,18 +50,18 @@ public:
     [[nodiscard]] bool isAbove(xcb_window_t window, xcb_window_t other);
     [[nodiscard]] bool isViewable(xcb_window_t window);
     [[nodiscard]] QRect geometry(xcb_window_t window);
+    /// True when the property is there and not empty.
     [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name);
-    /// The owner of a selection, such as the compositing manager's.
-    [[nodiscard]] xcb_window_t owner(const QByteArray &selection);
+    [[nodiscard]] bool isComposited();
 
 private:
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name);
-    [[nodiscard]] xcb_window_t topLevel(xcb_window_t window);
+    [[nodiscard]] platform::xcb::Owned<xcb_query_tree_reply_t> tree(xcb_window_t window);
     void sync();
 
     xcb_window_t m_root = XCB_NONE;
     platform::xcb::Connection m_connection;
-    std::map<xcb_window_t, int> m_clicks;
+    std::vector<xcb_window_t> m_windows;
 };
 
 } // namespace corvane::tests

@@ -19,16 +19,12 @@ using corvane::tests::X11Display;
 /// mapped while it starts, so it is offered several.
 bool managesWindows()
 {
-    constexpr int attempts = 40;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    return waitUntil([] {
         X11Display display;
         const auto window = display.makeWindow(QRect(0, 0, 50, 50), X11Display::Kind::Managed);
-        if (waitUntil([&] { return display.hasProperty(window, "WM_STATE"); },
-                      std::chrono::milliseconds(250))) {
-            return true;
-        }
-    }
-    return false;
+        return waitUntil([&] { return display.hasProperty(window, "WM_STATE"); },
+                         std::chrono::milliseconds(250));
+    });
 }
 
 } // namespace

@@ -1,5 +1,12 @@
 #include "keyring_desktop.h"
 
+#include "tests/platform/wait_until.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -9,12 +16,16 @@ namespace corvane::tests {
 
 namespace {
 
-constexpr char secretsName[] = "org.freedesktop.secrets";
-constexpr char secretsPath[] = "/org/freedesktop/secrets";
-constexpr char loginKeyring[] = "/org/freedesktop/secrets/collection/login";
+using namespace Qt::StringLiterals;
+
+const QString secrets = u"/org/freedesktop/secrets"_s;
 constexpr char serviceInterface[] = "org.freedesktop.Secret.Service";
 constexpr char itemInterface[] = "org.freedesktop.Secret.Item";
-constexpr int callTimeout = 5000;
+
+bool isReply(const QDBusMessage &message)
+{
+    return message.type() == QDBusMessage::ReplyMessage;
+}
 
 } // namespace
 
@@ -37,14 +48,12 @@ SessionBus::SessionBus(std::optional<uid_t> user)
                                  "--nopidfile", "--print-address=1"},
         std::map<std::string, std::string>{}, user);
     m_address = m_daemon->readLine().value_or("");
-    m_connection.reset(g_dbus_connection_new_for_address_sync(
-        m_address.c_str(),
-        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, nullptr));
-    if (m_connection == nullptr) {
+    const QString address = QString::fromStdString(m_address);
+    m_connection = QDBusConnection::connectToBus(address, address);
+    if (!m_connection->isConnected()) {
         throw std::runtime_error("no session bus");
     }
+    qDBusRegisterMetaType<KeyringDesktop::Attributes>();
 }
 
 KeyringDesktop::KeyringDesktop(const SessionBus &bus)
@@ -52,11 +61,6 @@ KeyringDesktop::KeyringDesktop(const SessionBus &bus)
     , m_folder(bus.user())
 {
     setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
-}
-
-KeyringDesktop::~KeyringDesktop()
-{
-    killKeyring();
 }
 
 bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string> environment)
@@ -79,48 +83,51 @@ bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string
     m_daemon = std::make_unique<ChildProcess>(command, environment, m_bus.user());
     m_daemon->write(start == Start::Unlocked ? "correct horse" : "");
     m_daemon->closeInput();
-    return waitUntil([&] { return items(QStringLiteral("nothing")).has_value(); });
+    return waitUntil([&] { return items(u"nothing"_s).has_value(); });
 }
 
 void KeyringDesktop::killKeyring()
 {
     m_daemon.reset();
     // The next daemon would not wait for the name.
-    waitUntil([&] { return !items(QStringLiteral("nothing")).has_value(); });
+    static_cast<void>(waitUntil([&] { return !items(u"nothing"_s).has_value(); }));
 }
 
-bool KeyringDesktop::lock()
+void KeyringDesktop::signalKeyring(int number) const
 {
-    const char *keyrings[] = {loginKeyring};
-    return call(secretsPath, serviceInterface, "Lock",
-                g_variant_new("(@ao)", g_variant_new_objv(keyrings, 1))) != nullptr;
+    kill(m_daemon->pid(), number);
 }
 
-platform::GioPtr<GVariant> KeyringDesktop::call(const char *path, const char *interface,
-                                                const char *method, GVariant *parameters) const
+bool KeyringDesktop::lock() const
 {
-    return platform::GioPtr<GVariant>(g_dbus_connection_call_sync(
-        m_bus.connection(), secretsName, path, interface, method, parameters, nullptr,
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, callTimeout, nullptr, nullptr));
+    const QList login{QDBusObjectPath(secrets + u"/collection/login"_s)};
+    return isReply(call(secrets, serviceInterface, "Lock", {QVariant::fromValue(login)}));
+}
+
+QDBusMessage KeyringDesktop::call(const QString &path, const char *interface, const char *method,
+                                  const QVariantList &arguments) const
+{
+    auto message =
+        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, path,
+                                       QString::fromLatin1(interface), QString::fromLatin1(method));
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    constexpr int timeout = 5000;
+    return m_bus.connection().call(message, QDBus::Block, timeout);
 }
 
 std::optional<QStringList> KeyringDesktop::paths(const QString &service) const
 {
-    GVariantBuilder wanted;
-    g_variant_builder_init(&wanted, G_VARIANT_TYPE("a{ss}"));
-    g_variant_builder_add(&wanted, "{ss}", "service", service.toUtf8().constData());
-    const auto reply =
-        call(secretsPath, serviceInterface, "SearchItems", g_variant_new("(a{ss})", &wanted));
-    if (reply == nullptr) {
+    const Attributes wanted{{u"service"_s, service}};
+    const QDBusMessage reply =
+        call(secrets, serviceInterface, "SearchItems", {QVariant::fromValue(wanted)});
+    if (!isReply(reply)) {
         return std::nullopt;
     }
     QStringList paths;
-    for (gsize half = 0; half < 2; ++half) {
-        const platform::GioPtr<GVariant> found(g_variant_get_child_value(reply.get(), half));
-        for (gsize index = 0; index < g_variant_n_children(found.get()); ++index) {
-            const char *path = nullptr;
-            g_variant_get_child(found.get(), index, "&o", &path);
-            paths.append(QString::fromUtf8(path));
+    for (const QVariant &lockedOrNot : reply.arguments()) {
+        for (const auto &path : qdbus_cast<QList<QDBusObjectPath>>(lockedOrNot)) {
+            paths.append(path.path());
         }
     }
     return paths;
@@ -134,22 +141,13 @@ std::optional<QList<KeyringDesktop::Attributes>> KeyringDesktop::items(const QSt
     }
     QList<Attributes> items;
     for (const QString &path : *found) {
-        const auto reply = call(path.toUtf8().constData(), "org.freedesktop.DBus.Properties", "Get",
-                                g_variant_new("(ss)", itemInterface, "Attributes"));
-        if (reply == nullptr) {
+        const QDBusMessage reply = call(path, "org.freedesktop.DBus.Properties", "Get",
+                                        {QString::fromLatin1(itemInterface), u"Attributes"_s});
+        if (!isReply(reply)) {
             return std::nullopt;
         }
-        GVariant *child = nullptr;
-        g_variant_get(reply.get(), "(v)", &child);
-        const platform::GioPtr<GVariant> table(child);
-        Attributes attributes;
-        for (gsize index = 0; index < g_variant_n_children(table.get()); ++index) {
-            const char *name = nullptr;
-            const char *value = nullptr;
-            g_variant_get_child(table.get(), index, "{&s&s}", &name, &value);
-            attributes.insert(QString::fromUtf8(name), QString::fromUtf8(value));
-        }
-        items.append(attributes);
+        const auto value = reply.arguments().constFirst().value<QDBusVariant>().variant();
+        items.append(qdbus_cast<Attributes>(value));
     }
     return items;
 }
@@ -157,12 +155,9 @@ std::optional<QList<KeyringDesktop::Attributes>> KeyringDesktop::items(const QSt
 bool KeyringDesktop::deleteItems(const QString &service) const
 {
     const QStringList found = paths(service).value_or(QStringList());
-    for (const QString &path : found) {
-        if (call(path.toUtf8().constData(), itemInterface, "Delete", nullptr) == nullptr) {
-            return false;
-        }
-    }
-    return !found.isEmpty();
+    return !found.isEmpty() && std::ranges::all_of(found, [&](const QString &path) {
+        return isReply(call(path, itemInterface, "Delete", {}));
+    });
 }
 
 QString KeyringDesktop::file(const char *name) const

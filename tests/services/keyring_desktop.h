@@ -1,23 +1,25 @@
 #pragma once
 
 #include "child_process.h"
-#include "platform/linux/gio_calls.h"
 
-#include <QList>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QMap>
-#include <QString>
 
 #include <memory>
 
 namespace corvane::tests {
 
-/// A session bus of its own, on which nothing is started by itself.
+/// A bus's configuration that lets everybody do everything and starts no service.
+[[nodiscard]] std::string busConfiguration(const std::string &type, const std::string &socket);
+
+/// A session bus of its own.
 class SessionBus
 {
 public:
     explicit SessionBus(std::optional<uid_t> user = std::nullopt);
 
-    [[nodiscard]] GDBusConnection *connection() const { return m_connection.get(); }
+    [[nodiscard]] const QDBusConnection &connection() const { return *m_connection; }
     [[nodiscard]] const std::string &address() const { return m_address; }
     [[nodiscard]] std::optional<uid_t> user() const { return m_user; }
 
@@ -26,7 +28,7 @@ private:
     TemporaryFolder m_folder;
     std::unique_ptr<ChildProcess> m_daemon;
     std::string m_address;
-    platform::GioPtr<GDBusConnection> m_connection;
+    std::optional<QDBusConnection> m_connection;
 };
 
 /// A GNOME Keyring with files of its own that can be stopped, locked and started again. Its bus
@@ -41,18 +43,16 @@ public:
     using Attributes = QMap<QString, QString>;
 
     explicit KeyringDesktop(const SessionBus &bus);
-    ~KeyringDesktop();
-    KeyringDesktop(const KeyringDesktop &) = delete;
-    KeyringDesktop &operator=(const KeyringDesktop &) = delete;
+    ~KeyringDesktop() { killKeyring(); }
 
     /// `environment` is for a copy of the daemon without its privileges, which would make it ignore
     /// some of that. False when the daemon does not come up.
     [[nodiscard]] bool startKeyring(Start start = Start::Unlocked,
                                     std::map<std::string, std::string> environment = {});
     void killKeyring();
-    void signalKeyring(int number) const { m_daemon->signal(number); }
-    /// Locks or unlocks the login keyring of the running daemon.
-    [[nodiscard]] bool lock();
+    void signalKeyring(int number) const;
+    /// Locks the login keyring of the running daemon.
+    [[nodiscard]] bool lock() const;
 
     /// The attributes of the items of `service`, read without the code under test. None when the
     /// service does not answer.
@@ -63,17 +63,13 @@ public:
     [[nodiscard]] QString file(const char *name) const;
 
 private:
-    [[nodiscard]] platform::GioPtr<GVariant> call(const char *path, const char *interface,
-                                                  const char *method, GVariant *parameters) const;
+    [[nodiscard]] QDBusMessage call(const QString &path, const char *interface, const char *method,
+                                    const QVariantList &arguments) const;
     [[nodiscard]] std::optional<QStringList> paths(const QString &service) const;
 
     const SessionBus &m_bus;
     TemporaryFolder m_folder;
     std::unique_ptr<ChildProcess> m_daemon;
 };
-
-/// A session bus's or system bus's configuration that lets everybody do everything and starts no
-/// service.
-[[nodiscard]] std::string busConfiguration(const std::string &type, const std::string &socket);
 
 } // namespace corvane::tests

@@ -2,6 +2,8 @@
 #include "keys/key_vault.h"
 #include "platform/linux/polkit_authenticator.h"
 #include "polkit_desktop.h"
+#include "tests/fakes/table.h"
+#include "tests/platform/wait_until.h"
 
 #include <gtest/gtest.h>
 
@@ -14,31 +16,31 @@ namespace {
 const std::string account = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU";
 const std::string seed(64, 'c');
 
-/// The program as the ordinary user, hardened, and an agent for it when there is to be one.
-class Wallet
+/// The folder of the build may be closed to other users.
+std::string copyInto(const std::string &folder, const std::filesystem::path &program)
+{
+    const std::string copy = std::filesystem::path(folder) / program.filename();
+    std::filesystem::copy_file(program, copy, std::filesystem::copy_options::skip_existing);
+    return copy;
+}
+
+/// The program as the ordinary user, hardened.
+class Wallet : public ChildProcess
 {
 public:
     explicit Wallet(const std::string &folder, const char *userBound = "20000")
-        : m_agent(copyInto(folder, POLKIT_AGENT))
-        , m_process(
+        : ChildProcess(
               {copyInto(folder, WALLET_ACTOR), folder + "/accounts.json", "polkit", userBound}, {},
               PolkitDesktop::user)
+        , m_agent(copyInto(folder, POLKIT_AGENT))
     {
-        m_ready = m_process.readLine() == "ready";
+        EXPECT_EQ(readLine(), "ready");
     }
 
-    [[nodiscard]] bool ready() const { return m_ready; }
-    void tell(const std::string &command) { m_process.write(command + '\n'); }
-    std::string answer() { return m_process.readLine().value_or("died"); }
-    std::string ask(const std::string &command)
-    {
-        tell(command);
-        return answer();
-    }
     [[nodiscard]] std::unique_ptr<ChildProcess> agent(const char *manner) const
     {
         auto agent = std::make_unique<ChildProcess>(
-            std::vector<std::string>{m_agent, std::to_string(m_process.pid()), manner,
+            std::vector<std::string>{"/usr/bin/python3", m_agent, std::to_string(pid()), manner,
                                      PolkitDesktop::userName, PolkitDesktop::password},
             std::map<std::string, std::string>{}, PolkitDesktop::user);
         EXPECT_EQ(agent->readLine(), "ready");
@@ -46,17 +48,7 @@ public:
     }
 
 private:
-    /// The folder of the build may be closed to other users.
-    static std::string copyInto(const std::string &folder, const std::filesystem::path &program)
-    {
-        const std::string copy = std::filesystem::path(folder) / program.filename();
-        std::filesystem::copy_file(program, copy, std::filesystem::copy_options::skip_existing);
-        return copy;
-    }
-
     std::string m_agent;
-    ChildProcess m_process;
-    bool m_ready = false;
 };
 
 class PolkitAuthenticatorTest : public testing::Test
@@ -80,7 +72,6 @@ protected:
 TEST_F(PolkitAuthenticatorTest, CannotEvaluateWithoutPolkitActionOrAgent)
 {
     Wallet wallet(folder->path());
-    ASSERT_TRUE(wallet.ready());
     const auto expectNobody = [&] {
         EXPECT_EQ(wallet.ask("can"), "no");
         EXPECT_EQ(wallet.ask("evaluate unlock Corvane"), "failure not passed");
@@ -106,32 +97,25 @@ TEST_F(PolkitAuthenticatorTest, ShowsTheReasonAndRepliesWithTheOwnersAnswer)
 {
     ASSERT_TRUE(desktop->startPolkit());
     Wallet wallet(folder->path());
-    ASSERT_TRUE(wallet.ready());
-    struct Case
-    {
-        const char *manner;
-        const char *reason;
-        const char *shown;
-        const char *answer;
-    };
-    for (const Case &expected :
-         {Case{"authenticate", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
-               "success passed"},
-          Case{"authenticate", "reveal your wallet backup key",
-               "org.corvane.reveal: reveal your wallet backup key", "success passed"},
-          Case{"authenticate", "send 1.2500 SOL",
-               "org.corvane.send: send SOL from your Corvane wallet", "success passed"},
-          Case{"refuse", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
-               "failure not passed"},
-          Case{"dismiss", "unlock Corvane", "org.corvane.unlock: unlock Corvane",
-               "failure not passed"}}) {
-        SCOPED_TRACE(std::string(expected.manner) + ": " + expected.reason);
-        const auto agent = wallet.agent(expected.manner);
+    const char *passed = "success passed";
+    const char *failed = "failure not passed";
+    for (const auto &[manner, reason, shown, answer] :
+         Table<const char *, std::string, std::string, std::string>{
+             {"authenticate", "unlock Corvane", "org.corvane.unlock: unlock Corvane", passed},
+             {"authenticate", "reveal your wallet backup key",
+              "org.corvane.reveal: reveal your wallet backup key", passed},
+             {"authenticate", "send 1.2500 SOL",
+              "org.corvane.send: send SOL from your Corvane wallet", passed},
+             {"refuse", "unlock Corvane", "org.corvane.unlock: unlock Corvane", failed},
+             {"dismiss", "unlock Corvane", "org.corvane.unlock: unlock Corvane", failed},
+         }) {
+        SCOPED_TRACE(manner + reason);
+        const auto agent = wallet.agent(manner);
         // Nothing is prompted before, and what was granted once is not kept.
         EXPECT_EQ(wallet.ask("can"), "yes");
         for (int round = 0; round < 2; ++round) {
-            EXPECT_EQ(wallet.ask(std::string("evaluate ") + expected.reason), expected.answer);
-            EXPECT_EQ(agent->readLine(), expected.shown);
+            EXPECT_EQ(wallet.ask("evaluate " + reason), answer);
+            EXPECT_EQ(agent->readLine(), shown);
         }
     }
     const auto agent = wallet.agent("authenticate");
@@ -145,19 +129,17 @@ TEST_F(PolkitAuthenticatorTest, GivesUpOnAPersonWhoDoesNotAnswerAndOnAPolkitThat
     ASSERT_TRUE(desktop->startPolkit());
     {
         Wallet hasty(folder->path(), "500");
-        ASSERT_TRUE(hasty.ready());
         const auto agent = hasty.agent("hang");
         EXPECT_EQ(hasty.ask("evaluate unlock Corvane"), "failure not passed");
         EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
         EXPECT_EQ(agent->readLine(), "cancelled");
     }
     Wallet wallet(folder->path());
-    ASSERT_TRUE(wallet.ready());
     const auto agent = wallet.agent("hang");
-    wallet.tell("evaluate unlock Corvane");
+    wallet.write("evaluate unlock Corvane\n");
     EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");
     desktop->killPolkit();
-    EXPECT_EQ(wallet.answer(), "failure not passed");
+    EXPECT_EQ(wallet.readLine(), "failure not passed");
 }
 
 TEST_F(PolkitAuthenticatorTest, GuardsTheKeyInARealKeyring)
@@ -173,7 +155,6 @@ TEST_F(PolkitAuthenticatorTest, GuardsTheKeyInARealKeyring)
                    : "not one item";
     };
     Wallet wallet(folder->path());
-    ASSERT_TRUE(wallet.ready());
 
     // Nobody can be asked: the key is stored all the same, and read without asking.
     EXPECT_EQ(wallet.ask("store " + seed + ' ' + account), "0");

@@ -1,6 +1,7 @@
 #include "polkit_desktop.h"
 
 #include "keyring_desktop.h"
+#include "tests/platform/wait_until.h"
 
 #include <sched.h>
 #include <sys/mount.h>
@@ -92,17 +93,11 @@ bool PolkitDesktop::startPolkit(bool actions)
     }
     m_polkit = std::make_unique<ChildProcess>(std::vector<std::string>{polkitDaemon, "--no-debug"});
     return waitUntil([] {
-        const std::vector<std::string> question{
-            "dbus-send",
-            "--system",
-            "--print-reply=literal",
-            "--reply-timeout=2000",
-            "--dest=org.freedesktop.PolicyKit1",
-            "/org/freedesktop/PolicyKit1/Authority",
-            "org.freedesktop.PolicyKit1.Authority.EnumerateActions",
-            "string:C"};
-        ChildProcess ping(question);
-        return ping.waitForEnd() == 0;
+        ChildProcess question(
+            {"dbus-send", "--system", "--print-reply=literal", "--reply-timeout=2000",
+             "--dest=org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
+             "org.freedesktop.PolicyKit1.Authority.EnumerateActions", "string:C"});
+        return question.waitForEnd() == 0;
     });
 }
 

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 namespace corvane::tests {
 
@@ -17,17 +16,6 @@ bool isOpenToItsUser(pid_t pid)
 {
     const std::string memory = "/proc/" + std::to_string(pid) + "/mem";
     return ChildProcess({"sh", "-c", "exec 2>&- 3<" + memory}, {}, nobody).waitForEnd() == 0;
-}
-
-std::string coreLimit(pid_t pid)
-{
-    std::ifstream limits("/proc/" + std::to_string(pid) + "/limits");
-    for (std::string line; std::getline(limits, line);) {
-        if (line.starts_with("Max core file size")) {
-            return line;
-        }
-    }
-    return {};
 }
 
 TEST(ProcessHardeningTest, ClosesTheMemoryToItsOwnUserAndWritesNoCore)
@@ -46,9 +34,8 @@ TEST(ProcessHardeningTest, ClosesTheMemoryToItsOwnUserAndWritesNoCore)
     ChildProcess hardened({program, folder.path() + "/accounts.json", "willing"}, {}, nobody);
     ASSERT_EQ(hardened.readLine(), "ready");
     EXPECT_FALSE(isOpenToItsUser(hardened.pid()));
-    EXPECT_EQ(coreLimit(hardened.pid()).find_first_not_of("Max corefilsz0bytes"), std::string::npos)
-        << coreLimit(hardened.pid());
-    EXPECT_FALSE(coreLimit(hardened.pid()).empty());
+    const std::string limits = "/proc/" + std::to_string(hardened.pid()) + "/limits";
+    EXPECT_EQ(ChildProcess({"grep", "-E", "Max core file size +0 +0 ", limits}).waitForEnd(), 0);
 }
 
 } // namespace

@@ -9,7 +9,8 @@
 #include "platform/linux/polkit_authenticator.h"
 #include "platform/linux/process_hardening.h"
 #include "platform/linux/secret_service_keychain.h"
-#include "scripted_authenticator.h"
+#include "tests/fakes/fake_desktop.h"
+#include "tests/fakes/secrets.h"
 
 #include <QByteArray>
 
@@ -23,22 +24,15 @@ namespace {
 using namespace corvane;
 using namespace corvane::platform;
 
-SecretBytes fromHex(const QByteArray &hex)
+SecretBytes fromHex(const QString &hex)
 {
-    const QByteArray bytes = QByteArray::fromHex(hex);
-    return SecretBytes::copyOf({reinterpret_cast<const std::uint8_t *>(bytes.data()),
-                                static_cast<std::size_t>(bytes.size())});
+    const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+    return SecretBytes::copyOf(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
 }
 
 std::string toHex(const std::optional<SecretBytes> &data)
 {
-    if (!data) {
-        return "nothing";
-    }
-    return QByteArray(reinterpret_cast<const char *>(data->bytes().data()),
-                      static_cast<qsizetype>(data->size()))
-        .toHex()
-        .toStdString();
+    return data ? tests::textOf(*data).toLatin1().toHex().toStdString() : "nothing";
 }
 
 class Actor
@@ -53,8 +47,8 @@ public:
     std::string obey(const QString &command, const QString &rest)
     {
         if (command == u"store") {
-            return std::to_string(m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0).toLatin1()),
-                                                      rest.section(u' ', 1)));
+            return std::to_string(
+                m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0)), rest.section(u' ', 1)));
         }
         if (command == u"remove") {
             return m_vault.remove() ? "removed" : "kept";
@@ -105,7 +99,7 @@ int main(int count, char **arguments)
     if (bus != nullptr) {
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     }
-    tests::ScriptedAuthenticator willing;
+    tests::FakeAuthenticator willing(true);
     const bool usesPolkit = std::string(arguments[2]) == "polkit";
     Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing,
                 QString::fromUtf8(arguments[1]));

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "island/island_controller.h"
+
+#include "tests/core/wallet_fixture.h"
+#include "tests/fakes/fake_desktop.h"
+
+#include <memory>
+
+namespace corvane::tests {
+
+/// A wallet, and an island on a desktop that does what a test says.
+class IslandTest : public WalletTest
+{
+protected:
+    /// Makes the wallet and the island; nothing of a former launch is left.
+    void launchIsland()
+    {
+        m_island.reset();
+        launchAndSettle();
+        m_island = std::make_unique<island::IslandController>(
+            *model, island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
+                                           m_clipboard, m_sounds, m_links, m_application, nullptr});
+        m_island->show();
+        queue.drain();
+    }
+
+    FakeScreens m_screens;
+    FakePointer m_pointer;
+    FakePanelFactory m_panels;
+    FakeAuthenticator m_authenticator;
+    FakeClipboard m_clipboard;
+    FakeSoundPlayer m_sounds;
+    FakeLinkOpener m_links;
+    FakeApplication m_application;
+    std::unique_ptr<island::IslandController> m_island;
+};
+
+} // namespace corvane::tests

@@ -1,0 +1,256 @@
+// The cards that say little: balance, receive, backup, setup.
+
+#include "panes/backup_card_model.h"
+#include "panes/balance_card_model.h"
+#include "panes/qr.h"
+#include "panes/receive_pane_model.h"
+#include "panes/setup_card_model.h"
+#include "tests/panes/card_fixture.h"
+
+#include <QSignalSpy>
+
+namespace corvane::panes {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+using island::IslandPane;
+using tests::addressA;
+using tests::Table;
+
+using BalanceCardModelTest = tests::OneCardTest<BalanceCardModel>;
+
+TEST_F(BalanceCardModelTest, WordsTheFigures)
+{
+    settings.setString(u"corvane.address"_s, addressA);
+    http.answer(tests::binance, "{}");
+    http.answer(tests::coinbase, "{}");
+    for (const auto &[price, lamports, usdc, dollars, coins, holdings, solPrice] :
+         Table<QByteArray, QByteArray, QByteArray, QString, QString, QString, QString>{
+             {R"({"solana": {"usd": 150.25}})", "8200000000", "2", u"$1,234.05"_s, u"8.2000 SOL"_s,
+              u"≈ 8,200 QUIB  ·  USDC 2.00"_s, u"SOL $150.25"_s},
+             {"{}", "8200000000", "0", u"—"_s, u"8.2000 SOL"_s, u"≈ 8,200 QUIB  ·  USDC 0.00"_s,
+              u"SOL —"_s},
+             {R"({"solana": {"usd": 99.999}})", "\"none\"", "\"none\"", u"—"_s, u"—"_s,
+              u"≈ —  ·  USDC 0.00"_s, u"SOL $100.00"_s},
+         }) {
+        SCOPED_TRACE(solPrice.toStdString());
+        settings.setBoolean(u"corvane.displayUSD"_s, true);
+        http.answer(tests::coinGecko, price);
+        http.answer(tests::balance, R"({"result": {"value": )" + lamports + "}}");
+        http.answer(tests::tokens, tokenReply(usdc));
+        launchIsland();
+        open(m_card);
+        EXPECT_EQ(m_card.headline(), dollars);
+        EXPECT_EQ(m_card.holdings(), holdings);
+        EXPECT_EQ(m_card.solPrice(), solPrice);
+        m_card.toggleHeadline();
+        EXPECT_EQ(m_card.headline(), coins);
+        EXPECT_EQ(settings.boolean(u"corvane.displayUSD"_s), false);
+    }
+}
+
+TEST_F(BalanceCardModelTest, SignsTheChange)
+{
+    launchIsland();
+    open(m_card);
+    for (const auto &[change, text, isFall] : Table<QByteArray, QString, bool>{
+             {"2.345", u"+2.35%"_s, false},
+             {"0", u"+0.00%"_s, false},
+             {"-0.001", u"-0.00%"_s, true},
+             {"null", QString(), false},
+         }) {
+        http.answer(tests::coinGecko,
+                    R"({"solana": {"usd": 150, "usd_24h_change": )" + change + "}}");
+        model->refresh();
+        queue.drain();
+        EXPECT_EQ(m_card.changeText(), text);
+        EXPECT_EQ(m_card.changeIsFall(), isFall) << change.constData();
+    }
+}
+
+TEST_F(BalanceCardModelTest, OffersWhatTheWalletCanDo)
+{
+    launchIsland();
+    open(m_card);
+    EXPECT_FALSE(m_card.hasAddress());
+    EXPECT_FALSE(m_card.canSend());
+    QSignalSpy figures(&m_card, &BalanceCardModel::figuresChanged);
+    model->setAddress(u' ' + addressA);
+    EXPECT_TRUE(m_card.hasAddress());
+    EXPECT_GT(figures.count(), 0);
+    model->setAddress(addressA.chopped(1) + u'0');
+    EXPECT_FALSE(m_card.hasAddress());
+    model->setNetwork(core::SolNetwork::Devnet);
+    EXPECT_EQ(m_card.networkName(), u"DEVNET"_s);
+    for (const auto &[act, pane] : Table<void (BalanceCardModel::*)(), IslandPane>{
+             {&BalanceCardModel::openSettings, IslandPane::Settings},
+             {&BalanceCardModel::receive, IslandPane::Receive},
+             {&BalanceCardModel::send, IslandPane::Send},
+         }) {
+        (m_card.*act)();
+        EXPECT_EQ(m_island->pane(), pane);
+    }
+}
+
+TEST_F(BalanceCardModelTest, SaysForAMomentThatTheAddressWasCopied)
+{
+    launchIsland();
+    model->setAddress(addressA);
+    open(m_card);
+    m_card.copyAddress();
+    EXPECT_EQ(m_card.chipText(), u"COPIED"_s);
+    queue.advance(1s);
+    m_card.copyAddress();
+    // The first click's reset ends it.
+    queue.advance(200ms);
+    EXPECT_EQ(m_card.chipText(), u"EPjF…Dt1v"_s);
+}
+
+using ReceivePaneModelTest = tests::OneCardTest<ReceivePaneModel>;
+
+TEST_F(ReceivePaneModelTest, ShowsAndCopiesTheTrimmedAddress)
+{
+    launchIsland();
+    open(m_card);
+    for (const auto &[address, shown] : Table<QString, QString>{
+             {{}, {}},
+             {addressA + u'\n', {}},
+             {u"\t"_s + addressA + u' ', addressA},
+         }) {
+        model->setAddress(address);
+        EXPECT_EQ(m_card.address(), shown);
+        EXPECT_EQ(m_card.hasAddress(), !shown.isEmpty());
+    }
+    model->setAddress(addressA);
+    m_card.copyAddress();
+    EXPECT_EQ(m_clipboard.texts, QStringList{addressA});
+    queue.advance(1199ms);
+    EXPECT_EQ(m_card.copyLabel(), u"COPIED"_s);
+    queue.advance(1ms);
+    EXPECT_EQ(m_card.copyLabel(), u"COPY ADDRESS"_s);
+    m_island->setPane(IslandPane::Receive);
+    m_card.close();
+    EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+}
+
+TEST(QR, IsDrawnInWholePixelsWithAQuietZone)
+{
+    const auto code = QR::modules(addressA);
+    ASSERT_TRUE(code);
+    // 44 bytes at level M need 33 modules, and one more on each side.
+    EXPECT_EQ(code->size(), QSize(35, 35));
+    for (const auto &[module, isDark] : Table<QPoint, bool>{
+             {{0, 17}, false},
+             {{34, 17}, false},
+             {{17, 0}, false},
+             {{17, 34}, false},
+             // A finder pattern and its ring; the format bits below it tell level M: 00, masked.
+             {{1, 1}, true},
+             {{2, 2}, false},
+             {{3, 3}, true},
+             {{1, 9}, true},
+             {{2, 9}, false}}) {
+        EXPECT_EQ(code->pixelColor(module) == Qt::black, isDark) << module.x() << ' ' << module.y();
+    }
+    for (const double scale : {1.0, 1.25, 2.0}) {
+        const auto image = QR::image(addressA, 144, scale);
+        ASSERT_TRUE(image);
+        EXPECT_EQ(image->deviceIndependentSize(), QSizeF(144, 144));
+        for (int y = 0; y < image->height(); ++y) {
+            for (int x = 0; x < image->width(); ++x) {
+                const QColor colour = image->pixelColor(x, y);
+                ASSERT_TRUE(colour == Qt::black || colour == Qt::white);
+            }
+        }
+        for (int module = 0; module < 35 * 35; ++module) {
+            const QPointF middle(module % 35 + 0.5, module / 35 + 0.5);
+            ASSERT_EQ(
+                image->pixelColor((middle * image->width() / 35 - QPointF(0.5, 0.5)).toPoint()),
+                code->pixelColor(module % 35, module / 35));
+        }
+    }
+    EXPECT_FALSE(QR::modules({}));
+    EXPECT_FALSE(QR::image(QString(3000, u'x'), 144));
+}
+
+using BackupCardModelTest = tests::OneCardTest<BackupCardModel>;
+
+TEST_F(BackupCardModelTest, ShowsAndCopiesExactlyTheKeyUntilItIsSaved)
+{
+    launchIsland();
+    const QString text = tests::textOf(std::get<platform::SecretBytes>(model->createWallet()));
+    open(m_card);
+    EXPECT_EQ(m_card.backup()->view(), text);
+    m_card.copy();
+    EXPECT_EQ(m_card.copyLabel(), u"COPIED"_s);
+    queue.advance(1200ms);
+    EXPECT_EQ(m_card.copyLabel(), u"COPY"_s);
+    m_card.copyPart(2, 5);
+    EXPECT_EQ(m_clipboard.secrets, (QStringList{text, text.sliced(2, 5)}));
+    EXPECT_EQ(m_clipboard.texts, QStringList());
+
+    m_card.finish();
+    EXPECT_FALSE(model->hasPendingBackup());
+    EXPECT_TRUE(model->hasSigningKey());
+    // The card that is leaving still shows it, but gives nothing away.
+    EXPECT_EQ(m_card.backup()->view(), text);
+    m_card.copy();
+    EXPECT_EQ(m_clipboard.secrets.last(), QString());
+}
+
+class SetupCardModelTest : public tests::OneCardTest<SetupCardModel>
+{
+protected:
+    SetupCardModelTest()
+    {
+        launchIsland();
+        open(m_card);
+    }
+
+    const QString m_refused = u"keychain refused the key (error -25293) — try again, and tell me "
+                              u"this code if it persists"_s;
+};
+
+TEST_F(SetupCardModelTest, CreatesAKeyThatWaitsForItsBackup)
+{
+    refuseNextKey();
+    m_card.createWallet();
+    EXPECT_EQ(m_card.errorMsg(), m_refused);
+    EXPECT_FALSE(model->hasSigningKey());
+    m_card.createWallet();
+    EXPECT_EQ(m_card.errorMsg(), QString());
+    EXPECT_TRUE(model->hasSigningKey());
+    EXPECT_TRUE(model->hasPendingBackup());
+}
+
+TEST_F(SetupCardModelTest, ImportsWhatIsMoreThanBlanksAndForgetsItWithItsFace)
+{
+    const QString bad =
+        u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s;
+    for (const auto &[text, canImport, error] : Table<QString, bool, QString>{
+             {u"  \t\u00A0"_s, false, {}},
+             // Line breaks are not blanks: pressing the button tells what is wrong.
+             {u"\n"_s, true, bad},
+             {addressA.chopped(1) + u'0', true, bad},
+             {u' ' + addressA + u'\n', true, {}},
+         }) {
+        SCOPED_TRACE(text.toStdString());
+        m_card.showImport();
+        EXPECT_TRUE(m_card.importText()->isEmpty());
+        m_card.importText()->insert(0, text);
+        EXPECT_EQ(m_card.canImport(), canImport);
+        m_card.importKey();
+        EXPECT_EQ(m_card.errorMsg(), error);
+        const bool imported = canImport && error.isEmpty();
+        EXPECT_EQ(model->hasSigningKey(), imported);
+        EXPECT_EQ(m_card.importText()->view(), imported ? QStringView() : text);
+        m_card.back();
+        EXPECT_EQ(m_card.errorMsg(), QString());
+        EXPECT_FALSE(m_card.isImporting());
+    }
+    EXPECT_FALSE(model->hasPendingBackup());
+}
+
+} // namespace
+} // namespace corvane::panes
