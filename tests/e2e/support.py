@@ -74,10 +74,11 @@ class WalletTest(IslandTest):
         self.desktop.empty_keyring()
 
     @contextlib.contextmanager
-    def run_wallet(self, settings=None, manner="authenticate"):
+    def run_wallet(self, settings=None, manner="authenticate", **more):
         """The program with its key in the keyring. Whoever is asked to prove presence answers in
         this manner: authenticate, refuse, dismiss or hang."""
-        with self.run_corvane(settings or {"corvane.address": ""}, demo=False) as corvane:
+        settings = settings or {"corvane.address": ""}
+        with self.run_corvane(settings, demo=False, **more) as corvane:
             with self.agent(corvane, manner):
                 yield corvane
 
