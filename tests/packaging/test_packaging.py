@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import platform
 import re
 import shutil
 import subprocess
@@ -33,6 +34,34 @@ class Folder(unittest.TestCase):
         folder = tempfile.TemporaryDirectory(prefix="corvane packaging ")
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
+
+
+class Hardening(unittest.TestCase):
+    """What the compiler and the linker were told, read off the program that is installed."""
+
+    @needs("readelf")
+    def test_program(self):
+        told = run("readelf", "--wide", "--segments", "--dynamic", "--dyn-syms", "--notes",
+                   BUNDLE / "bin/corvane")
+        present = {
+            "position-independent": r"Flags: .*\bPIE\b",
+            "bound before it runs": r"Flags: NOW\b",
+            "relocations made read-only": r"\bGNU_RELRO\b",
+            "stack not executable": r"\bGNU_STACK(\s+0x0+){3}\s0x0+\s0x0+\s+RW\s",
+            "stack guarded": r"\b__stack_chk_fail\b",
+            "library's assertions": r"\b__glibcxx_assert_fail|\b_ZSt21__glibcxx_assert_fail",
+        }
+        if platform.machine() == "x86_64":
+            present["shadow stack"] = r"x86 feature:.*\bSHSTK\b"
+        self.assertEqual([what for what, trace in present.items() if not re.search(trace, told)], [])
+        self.assertNotRegex(told, r"\bTEXTREL\b|\(R(UN)?PATH\)|LOAD.*\sRWE\s")
+
+    @needs("objdump")
+    @unittest.skipUnless(platform.machine() == "x86_64", "only this processor marks branch targets")
+    def test_branch_targets(self):
+        code = run("objdump", "--disassemble", "--section=.text", "--no-show-raw-insn", BUNDLE / "bin/corvane")
+        # Every function whose address is taken begins with one.
+        self.assertGreater(len(re.findall(r"\bendbr64\b", code)), 1000)
 
 
 class Descriptions(Folder):
