@@ -1,13 +1,15 @@
 #include "platform/linux/qt_main_queue.h"
 
 #include <QCoreApplication>
-#include <QMetaObject>
+#include <QEvent>
 #include <QObject>
 #include <QTimerEvent>
 
 #include <algorithm>
+#include <deque>
 #include <limits>
 #include <map>
+#include <mutex>
 #include <utility>
 
 namespace corvane::platform {
@@ -24,8 +26,8 @@ int toMilliseconds(std::chrono::nanoseconds time)
 
 } // namespace
 
-/// The running timers. One object receives them all, so that an action may cancel itself or
-/// destroy the queue while it runs.
+/// The running timers and the posted actions. One object receives them all, so that an action may
+/// cancel itself or destroy the queue while it runs.
 class QtMainQueue::Timers final : public QObject, public std::enable_shared_from_this<Timers>
 {
 public:
@@ -39,14 +41,20 @@ public:
     std::shared_ptr<WorkItem> schedule(int milliseconds, Qt::TimerType type, bool repeats,
                                        Action action);
     void cancel(const Entry &entry);
+    /// From any thread.
+    void post(Action action);
     /// Drops all timers, and posted actions with them.
     void stop();
 
 protected:
     void timerEvent(QTimerEvent *event) override;
+    void customEvent(QEvent *event) override;
 
 private:
     std::map<int, std::shared_ptr<Entry>> m_entries;
+    // Handed over here rather than within Qt's events, where the thread sanitizer does not see it.
+    std::mutex m_mutex;
+    std::deque<Action> m_posted;
 };
 
 /// Refers to the entry rather than to the timer's number, which Qt uses again.
@@ -100,7 +108,35 @@ void QtMainQueue::Timers::stop()
         killTimer(id);
     }
     const auto dropped = std::exchange(m_entries, {});
-    QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+    std::deque<Action> droppedActions;
+    {
+        const std::lock_guard lock(m_mutex);
+        droppedActions.swap(m_posted);
+    }
+    QCoreApplication::removePostedEvents(this, QEvent::User);
+}
+
+void QtMainQueue::Timers::post(Action action)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_posted.push_back(std::move(action));
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void QtMainQueue::Timers::customEvent(QEvent *)
+{
+    Action action;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_posted.empty()) {
+            return;
+        }
+        action = std::move(m_posted.front());
+        m_posted.pop_front();
+    }
+    action();
 }
 
 void QtMainQueue::Timers::timerEvent(QTimerEvent *event)
@@ -140,7 +176,7 @@ std::chrono::system_clock::time_point QtMainQueue::wallTime() const
 
 void QtMainQueue::post(Action action)
 {
-    QMetaObject::invokeMethod(m_timers.get(), std::move(action), Qt::QueuedConnection);
+    m_timers->post(std::move(action));
 }
 
 std::shared_ptr<WorkItem> QtMainQueue::after(std::chrono::nanoseconds delay, Action action)
