@@ -13,6 +13,9 @@ using std::chrono::milliseconds;
 /// How long a cancelled operation may take to say so.
 constexpr milliseconds cancellationGrace{200};
 
+/// A bound on what is done before the context goes; far more than any conversation leaves.
+constexpr int mostLastSteps = 1000;
+
 struct Slot
 {
     GioPtr<GAsyncResult> result;
@@ -42,6 +45,12 @@ BoundedCalls::BoundedCalls(milliseconds bound)
 
 BoundedCalls::~BoundedCalls()
 {
+    // Proxies that are gone leave a last free() each to their context.
+    for (int left = mostLastSteps; left > 0; --left) {
+        if (g_main_context_iteration(m_context, FALSE) == FALSE) {
+            break;
+        }
+    }
     g_main_context_pop_thread_default(m_context);
     g_main_context_unref(m_context);
 }
