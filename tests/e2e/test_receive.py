@@ -2,7 +2,7 @@
 
 import subprocess
 
-from support import ADDRESS, SCREENSHOTS, IslandTest
+from support import ADDRESS, SCREENSHOTS, IslandTest, wait_until
 
 HINT = "set your wallet address in settings first"
 
@@ -31,8 +31,8 @@ class Receive:
         """The code is crisp: black modules on white, nothing between."""
         place = corvane.tree.find("QR code of your address").extents(self.desktop.scale)
         self.assertEqual(place[2:], (144 * self.desktop.scale,) * 2)
-        picture = self.desktop.screen.capture(*place)
-        self.assertEqual(picture.colours(*place), {(0, 0, 0), (255, 255, 255)})
+        wait_until(lambda: self.desktop.screen.capture(*place).colours(*place)
+                   == {(0, 0, 0), (255, 255, 255)}, "a code of black and white alone")
 
     def test_without_an_address(self):
         for address in (" ", ADDRESS[:31]):
