@@ -55,19 +55,14 @@ class SendTest(WalletTest):
             corvane.leave()
 
     def test_link_opens_with_the_desktops_browser(self):
-        browser = self.desktop.folder / "browser"
-        browser.write_text(f'#!/bin/sh\necho "$1" > {browser}.opened\n')
-        browser.chmod(0o755)
-        environment = {"BROWSER": str(browser), "DEFAULT_BROWSER": str(browser)}
-        with self.run_wallet(environment=environment) as corvane:
+        browser, opened = self.desktop.make_browser()
+        with self.run_wallet(environment={"BROWSER": str(browser)}) as corvane:
             self.open_form(corvane)
             corvane.fill("TO", RECIPIENT)
             corvane.fill("AMOUNT", "1")
             corvane.press_button("SEND")
             corvane.press_button("VIEW ON SOLSCAN")
-            opened = browser.with_suffix(".opened")
-            wait_until(lambda: opened.exists() and opened.read_text(), "the browser")
-            link = opened.read_text().strip()
+            link = wait_until(opened, "the browser")
             self.assertRegex(link, f"^{self.localnet.url}/explorer/tx/[1-9A-HJ-NP-Za-km-z]{{86,88}}$")
 
     def test_takes_no_nonsense(self):

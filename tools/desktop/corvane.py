@@ -30,14 +30,15 @@ class Corvane:
 
     `settings` is what the settings file holds beforehand: an object, or text to write as it is. An
     object is told as well that the tour of a first run has been shown, or what `onboarded` says;
-    None tells nothing.
+    None tells nothing. `under` is a command to run it under, which becomes its process.
     All places are in points from the middle of the screen's top edge.
     """
 
     def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
-                 arguments=(), environment=None, program=PROGRAM, onboarded=True):
+                 arguments=(), environment=None, program=PROGRAM, onboarded=True, under=()):
         self.desktop, self.notch = desktop, notch
-        self._command = [str(program), *(["--endpoints", str(localnet.endpoints)] if localnet else []),
+        self._command = [*map(str, under), str(program),
+                         *(["--endpoints", str(localnet.endpoints)] if localnet else []),
                          *(["--demo-keychain"] if demo else []), *arguments]
         self.environment = desktop.environment | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         if notch:

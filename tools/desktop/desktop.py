@@ -144,6 +144,14 @@ class VirtualDesktop:
                               capture_output=True, text=True, timeout=5, check=False)
         return read.stdout if read.returncode == 0 else None
 
+    def make_browser(self):
+        """A program that notes the links which it is to open: its path, and how to read the last."""
+        browser = self.folder / "browser"
+        browser.write_text(f'#!/bin/sh\necho "$1" > {browser}.opened\n')
+        browser.chmod(0o755)
+        opened = browser.with_suffix(".opened")
+        return browser, lambda: opened.read_text().strip() if opened.exists() else ""
+
     def lose_display(self):
         """Ends the X server under everybody's feet."""
         if self.backdrop:
