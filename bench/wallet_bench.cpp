@@ -1,0 +1,100 @@
+#include "core/balances.h"
+#include "core/json_calls.h"
+#include "core/price_feeds.h"
+#include "core/wallet_model.h"
+#include "keys/transfer.h"
+#include "platform/in_memory_keychain.h"
+#include "platform/sodium_signing_keys.h"
+#include "tests/fakes/english_number_formatter.h"
+#include "tests/fakes/fake_http_client.h"
+#include "tests/fakes/hand_driven_queue.h"
+#include "tests/fakes/held_background_tasks.h"
+#include "tests/fakes/memory_file_system.h"
+#include "tests/fakes/memory_settings_store.h"
+
+#include <benchmark/benchmark.h>
+
+#include <stdexcept>
+
+namespace {
+
+using namespace corvane;
+using namespace Qt::StringLiterals;
+
+/// A one-day chart as the price service sends it.
+QByteArray chartDocument(std::int64_t points)
+{
+    QByteArray rows;
+    for (std::int64_t point = 0; point < points; ++point) {
+        const double price = 150 + static_cast<double>(point * 7919 % 1000) / 90.7;
+        rows += (point == 0 ? "[" : ",[") +
+                QByteArray::number(1'700'000'000'000 + point * 300'000) + ',' +
+                QByteArray::number(price, 'g', 17) + ']';
+    }
+    return R"({"prices":[)" + rows + R"(],"market_caps":[],"total_volumes":[]})";
+}
+
+void parseChart(benchmark::State &state)
+{
+    const platform::HttpResult reply = platform::HttpReply{200, chartDocument(state.range(0))};
+    for (auto _ : state) {
+        const core::JsonResult document = core::readJsonReply(reply);
+        if (!core::readChart(std::get<QJsonValue>(document))) {
+            throw std::runtime_error("not read as a chart");
+        }
+    }
+}
+BENCHMARK(parseChart)->Arg(288)->Arg(20'000)->Unit(benchmark::kMicrosecond);
+
+/// Everything between the seed and the text that goes to the cluster.
+void buildAndSignTransfer(benchmark::State &state)
+{
+    platform::SodiumSigningKeys keys;
+    const platform::SecretBytes seed = keys.makeSeed();
+    keys::Transfer transfer;
+    transfer.sender = *keys.publicKey(seed);
+    for (auto _ : state) {
+        transfer.amount = keys::Lamports(transfer.amount.count() + 1);
+        const auto message = keys::transferMessage(transfer);
+        benchmark::DoNotOptimize(keys::signedTransaction(*keys.sign(seed, message), message));
+    }
+}
+BENCHMARK(buildAndSignTransfer)->Unit(benchmark::kMicrosecond);
+
+/// A whole cycle of the polling: price, chart and both balances, from the requests to the labels;
+/// the replies are there at once.
+void refreshCycle(benchmark::State &state)
+{
+    tests::HandDrivenQueue queue;
+    tests::FakeHttpClient http(queue);
+    core::Endpoints endpoints;
+    http.answer(endpoints.coingecko + core::priceSources()[0].pathAndQuery,
+                R"({"solana": {"usd": 150.25, "usd_24h_change": 2.345}})");
+    http.answer(endpoints.coingecko + core::chartPathAndQuery, chartDocument(288));
+    http.answer(u"getBalance"_s, R"({"result": {"value": 8200000000}})");
+    http.answer(u"getTokenAccountsByOwner"_s,
+                R"({"result": {"value": [{"account": {"data": {"parsed": {"info": {"tokenAmount":)"
+                R"({"uiAmount": 2}}}}}}]}})");
+    http.answer(u"getHealth"_s, platform::HttpError::Unreachable);
+    tests::MemorySettingsStore settings;
+    settings.values[u"corvane.address"_s] = core::usdcMint(core::SolNetwork::Mainnet);
+    platform::InMemoryKeychain keychain;
+    platform::SodiumSigningKeys signingKeys;
+    tests::HeldBackgroundTasks background;
+    tests::EnglishNumberFormatter formatter;
+    tests::MemoryFileSystem files;
+    core::WalletModel wallet(
+        {queue, http, settings, keychain, signingKeys, background, formatter, files, endpoints});
+    queue.drain();
+    for (auto _ : state) {
+        wallet.refresh();
+        queue.drain();
+        http.forgetRequests();
+    }
+    if (!wallet.sol() || !wallet.price()) {
+        throw std::runtime_error("no figures came in");
+    }
+}
+BENCHMARK(refreshCycle)->Unit(benchmark::kMicrosecond);
+
+} // namespace
