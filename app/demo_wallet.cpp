@@ -20,18 +20,17 @@ bool isLoopback(const QString &address)
 
 DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
 {
-    DemoWallet wallet{std::make_unique<platform::InMemoryKeychain>(), {}};
+    auto keychain = std::make_unique<platform::InMemoryKeychain>();
     const platform::SecretBytes seed = signingKeys.makeSeed();
     const auto publicKey = signingKeys.publicKey(seed);
     if (!publicKey) {
         qFatal("a fresh seed has no public key");
     }
-    wallet.address = keys::Base58::encode(*publicKey);
-    if (keys::KeyVault(*wallet.keychain).storeStatus(seed, wallet.address) !=
-        platform::keychainSuccess) {
+    const QString address = keys::Base58::encode(*publicKey);
+    if (keys::KeyVault(*keychain).storeStatus(seed, address) != platform::keychainSuccess) {
         qFatal("an empty keychain in memory refused a key");
     }
-    return wallet;
+    return {std::move(keychain), address};
 }
 
 bool isLocalCluster(const core::Endpoints &endpoints)

@@ -12,6 +12,7 @@ using corvane::keys::Base58;
 std::vector<std::uint8_t> sample(std::int64_t size)
 {
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(static_cast<std::size_t>(size));
     for (std::int64_t index = 0; index < size; ++index) {
         bytes.push_back(static_cast<std::uint8_t>(index * 151 + 7));
     }

@@ -45,7 +45,7 @@ void blurLine(const QRgb *in, QRgb *out, int length, qsizetype stride, int radiu
     }
     for (int index = 0; index < length; ++index) {
         if (index + radius < length) {
-            sum += window[static_cast<std::size_t>(index + radius)];
+            sum += window[static_cast<std::size_t>(index) + static_cast<std::size_t>(radius)];
         }
         out[index * stride] = average(sum, reciprocal);
         if (index >= radius) {

@@ -67,8 +67,9 @@ void SecretLabel::paint(QPainter *painter)
     painter->setFont(m_font);
     painter->setPen(m_color);
     for (qsizetype index = 0; index < size(); ++index) {
+        const qsizetype line = index / perLine;
         const QPointF corner(static_cast<double>(index % perLine) * m_advance,
-                             static_cast<double>(index / perLine) * m_lineHeight);
+                             static_cast<double>(line) * m_lineHeight);
         if (index >= std::min(m_anchor, m_end) && index < std::max(m_anchor, m_end)) {
             painter->fillRect(QRectF(corner, QSizeF(m_advance, m_lineHeight)), m_selectionColor);
         }
