@@ -61,6 +61,17 @@ void buildAndSignTransfer(benchmark::State &state)
 }
 BENCHMARK(buildAndSignTransfer)->Unit(benchmark::kMicrosecond);
 
+void sign(benchmark::State &state)
+{
+    platform::SodiumSigningKeys keys;
+    const platform::SecretBytes seed = keys.makeSeed();
+    const auto message = keys::transferMessage({});
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(keys.sign(seed, message));
+    }
+}
+BENCHMARK(sign)->Unit(benchmark::kMicrosecond);
+
 /// A whole cycle of the polling: price, chart and both balances, from the requests to the labels;
 /// the replies are there at once.
 void refreshCycle(benchmark::State &state)
