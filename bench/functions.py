@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Times functions of the release build beside what web wallets run for the same work, and prints a table
 in Markdown. All figures are CPU time of one call, Node's elapsed time."""
-in Markdown. All figures are CPU time of one call, Node's elapsed time."""
+
 import json
 import os
 import pathlib
