@@ -46,7 +46,8 @@ def main():
         options.error(f"there is no {', '.join(unknown)}")
     for command in (["cmake", "--preset", given.preset],
                     ["cmake", "--build", "--preset", given.preset, "--target", "bundle"]):
-        subprocess.run(command, cwd=ROOT, check=True)
+        # The bundle's icons are drawn by a sanitized program, too.
+        subprocess.run(command, cwd=ROOT, env=os.environ | OPTIONS[given.preset], check=True)
     failed, reports = [], pathlib.Path(tempfile.mkdtemp(prefix="corvane-sanitized-"))
     reports.chmod(0o777)  # behind polkit the program runs as somebody else
     environment = os.environ | {

@@ -55,8 +55,8 @@ class SendTest(WalletTest):
             corvane.leave()
 
     def test_link_opens_with_the_desktops_browser(self):
-        browser, opened = self.desktop.make_browser()
-        with self.run_wallet(environment={"BROWSER": str(browser)}) as corvane:
+        environment, opened = self.desktop.make_browser()
+        with self.run_wallet(environment=environment) as corvane:
             self.open_form(corvane)
             corvane.fill("TO", RECIPIENT)
             corvane.fill("AMOUNT", "1")

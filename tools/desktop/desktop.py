@@ -145,12 +145,21 @@ class VirtualDesktop:
         return read.stdout if read.returncode == 0 else None
 
     def make_browser(self):
-        """A program that notes the links which it is to open: its path, and how to read the last."""
+        """The desktop's handler for links, which notes the last one that it is to open: what the
+        environment has to say of it, and how to read that link."""
         browser = self.folder / "browser"
         browser.write_text(f'#!/bin/sh\necho "$1" > {browser}.opened\n')
         browser.chmod(0o755)
+        # For xdg-open, where it is installed; otherwise the variable counts.
+        applications = pathlib.Path(self.environment["XDG_DATA_HOME"]) / "applications"
+        applications.mkdir(exist_ok=True)
+        (applications / "noting-browser.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Browser\nExec={browser} %u\n"
+            "MimeType=x-scheme-handler/http;\n")
+        (pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "mimeapps.list").write_text(
+            "[Default Applications]\nx-scheme-handler/http=noting-browser.desktop\n")
         opened = browser.with_suffix(".opened")
-        return browser, lambda: opened.read_text().strip() if opened.exists() else ""
+        return {"BROWSER": str(browser)}, lambda: opened.read_text().strip() if opened.exists() else ""
 
     def lose_display(self):
         """Ends the X server under everybody's feet."""
