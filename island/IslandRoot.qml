@@ -147,7 +147,7 @@ Item {
             height: body.height
             radius: 26
             color: "black"
-            opacity: Math.max(0, shadowValue.value)
+            opacity: shadowValue.opacity
             visible: opacity > 0
         }
 
@@ -157,7 +157,7 @@ Item {
             width: body.width + 2
             height: body.height + 2
             bottomRadius: radiusValue.value
-            grainOpacity: Math.max(0, Math.min(1, lineValue.value))
+            grainOpacity: lineValue.opacity
             lineWidth: Math.max(0, lineValue.value)
             lineColor: Theme.line
         }

@@ -55,7 +55,7 @@ Item {
         color: Theme.green
         period: 2.4
         pace: 0.15
-        opacity: restingRow.value
+        opacity: restingRow.opacity
         visible: opacity > 0
     }
 

@@ -2,12 +2,17 @@
 
 #include "look/theme.h"
 
+#include <algorithm>
+
 namespace corvane::look {
 
 namespace {
 
 /// Seconds of a fade where motion is reduced.
 constexpr double reducedFade = 0.15;
+
+/// Half a step of the 255 that a screen shows.
+constexpr double fullOpacity = 1 - 0.5 / 255;
 
 } // namespace
 
@@ -33,6 +38,11 @@ AnimatedValue::AnimatedValue(QObject *parent)
 {}
 
 AnimatedValue::~AnimatedValue() = default;
+
+double AnimatedValue::opacity() const
+{
+    return m_motion.value > fullOpacity ? 1 : std::max(m_motion.value, 0.0);
+}
 
 bool AnimatedValue::isRunning() const
 {

@@ -26,6 +26,9 @@ class AnimatedValue : public QObject, public QQmlParserStatus
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged REQUIRED FINAL)
     Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
+    /// The value as an opacity: between 0 and 1, and exactly 1 as soon as nobody can tell. The
+    /// software renderer takes a last step of less than 1e-5 for none and would blend for ever.
+    Q_PROPERTY(double opacity READ opacity NOTIFY valueChanged FINAL)
     Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction WRITE setTransaction NOTIFY
                    transactionChanged FINAL)
@@ -42,6 +45,7 @@ public:
     [[nodiscard]] double target() const { return m_target; }
     void setTarget(double target);
     [[nodiscard]] double value() const { return m_motion.value; }
+    [[nodiscard]] double opacity() const;
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] Transaction *transaction() const { return m_transaction; }
     void setTransaction(Transaction *transaction);

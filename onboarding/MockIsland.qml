@@ -67,7 +67,7 @@ Item {
         height: root.height
         radius: 14
         color: "black"
-        opacity: Math.max(0, shadowValue.value)
+        opacity: shadowValue.opacity
         visible: opacity > 0
     }
 
@@ -89,14 +89,14 @@ Item {
             size: 7
             color: Theme.green
             period: 1.4
-            opacity: 1 - nameValue.value
+            opacity: 1 - nameValue.opacity
             visible: opacity > 0
         }
 
         Item {
             x: 10
             height: root.stripHeight
-            opacity: nameValue.value
+            opacity: nameValue.opacity
             visible: opacity > 0
 
             QuibMark {

@@ -4,6 +4,7 @@
 #include "look/animation.h"
 #include "look/spring.h"
 #include "look/timing_curve.h"
+#include "tests/fakes/table.h"
 
 #include <QAnimationDriver>
 #include <QCoreApplication>
@@ -131,6 +132,15 @@ TEST_F(AnimatedValueTest, FollowsTheTransactionAndJumpsOutsideOfOne)
     frames(8);
     EXPECT_EQ(m_value.value(), 20);
     EXPECT_FALSE(m_value.isRunning());
+}
+
+TEST_F(AnimatedValueTest, IsAnOpacityThatEndsAtExactlyOne)
+{
+    for (const auto &[value, opacity] : tests::Table<double, double>{
+             {-0.1, 0}, {0.4, 0.4}, {0.9979, 0.9979}, {0.999, 1}, {0.9999957, 1}, {1.04, 1}}) {
+        m_value.jumpTo(value);
+        EXPECT_EQ(m_value.opacity(), opacity) << value;
+    }
 }
 
 TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
