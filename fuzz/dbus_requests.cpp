@@ -18,6 +18,19 @@ GioPtr<GVariant> message(const InstanceRequest &request)
     return GioPtr<GVariant>(g_variant_ref_sink(argumentsOf(request)));
 }
 
+/// A call with these parameters, whether there is such an action or not.
+GioPtr<GVariant> messageWith(const QString &action, std::initializer_list<GVariant *> parameters)
+{
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE("av"));
+    for (GVariant *parameter : parameters) {
+        g_variant_builder_add(&list, "v", parameter);
+    }
+    return GioPtr<GVariant>(
+        g_variant_ref_sink(g_variant_new("(sav@a{sv})", action.toUtf8().constData(), &list,
+                                         g_variant_new_array(G_VARIANT_TYPE("{sv}"), nullptr, 0))));
+}
+
 /// A mark in front is no part of a text, so that it does not come back.
 bool hasByteOrderMark(const InstanceRequest &request)
 {
@@ -46,9 +59,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             request.parameter = input.takeText().remove(QChar::Null);
         }
         checkRoundTrip(request);
-        if (const auto pane = app::paneNamed(request.action)) {
-            require(request.action == request.action.toLower() && request.action.size() <= 8);
-        }
+        require(!actionIn(messageWith(request.action, {g_variant_new_int32(7)}).get()));
+        require(!actionIn(
+            messageWith(request.action, {g_variant_new_string("send"), g_variant_new_string("")})
+                .get()));
+        require(!app::paneNamed(request.action.toUpper()) &&
+                !app::paneNamed(request.action + u' '));
         return 0;
     }
     const GioPtr<GVariant> arguments =

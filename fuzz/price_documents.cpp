@@ -1,12 +1,15 @@
-// Documents of the price services, each read by all of them, and what the labels make of them.
+// Documents of the price services, each read by all of them, and what labels and the chart make of
+// them.
 
 #include "core/json.h"
 #include "core/labels.h"
 #include "core/price_feeds.h"
 #include "fuzz/property.h"
+#include "look/shapes.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QPainterPath>
 
 #include <charconv>
 #include <cmath>
@@ -59,6 +62,14 @@ void checkChart(const QJsonValue &document)
     for (const double point : *points) {
         require(std::isfinite(point));
         rows.append(QJsonArray{0, point});
+    }
+    const QRectF card(10, 20, 280, 48);
+    for (const bool closed : {false, true}) {
+        const QPainterPath line = corvane::look::sparklinePath(card, *points, closed);
+        require(line.elementCount() >= points->size());
+        for (int i = 0; i < line.elementCount(); ++i) {
+            require(card.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(line.elementAt(i)));
+        }
     }
     // What is thin enough already stays as it is.
     require(readChart(QJsonObject{{u"prices"_s, rows}}) == points);

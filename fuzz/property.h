@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <source_location>
 
-/// What libFuzzer calls with each input; 0 keeps it for the corpus.
+/// What libFuzzer calls with each input. 0, or -1 for an input that the corpus is not to have.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace corvane::fuzz {
@@ -41,7 +41,15 @@ public:
         m_rest = end < 0 ? QByteArrayView() : m_rest.sliced(end + 1);
         return line.toByteArray();
     }
-    QString takeText() { return QString::fromUtf8(takeLine()); }
+    /// A line as text, without the byte order marks in front that Qt does not keep everywhere.
+    QString takeText()
+    {
+        QString text = QString::fromUtf8(takeLine());
+        while (text.startsWith(QChar::ByteOrderMark)) {
+            text.remove(0, 1);
+        }
+        return text;
+    }
 
     [[nodiscard]] bool isAtEnd() const { return m_rest.isEmpty(); }
     [[nodiscard]] QByteArray rest() const { return m_rest.toByteArray(); }
