@@ -45,6 +45,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     require(!amount || std::isfinite(*amount));
     require(parseAmount(QString(text).replace(u',', u'.')) == amount);
     require(!parseAmount(text + u' ') && !parseAmount(u' ' + text));
+    require(!parseAmount(text + u'-') && !parseAmount(text + QStringLiteral("..")));
 
     const std::optional<std::uint64_t> exact = exactLamports(text);
     require(!exact || amount);

@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QPainterPath>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -64,9 +65,12 @@ void checkChart(const QJsonValue &document)
         rows.append(QJsonArray{0, point});
     }
     const QRectF card(10, 20, 280, 48);
+    const auto [low, high] = std::ranges::minmax(*points);
     for (const bool closed : {false, true}) {
         const QPainterPath line = corvane::look::sparklinePath(card, *points, closed);
         require(line.elementCount() >= points->size());
+        require(closed || high / 2 - low / 2 < 1e-9 ||
+                std::abs(line.boundingRect().height() - 0.92 * card.height()) < 1e-6);
         for (int i = 0; i < line.elementCount(); ++i) {
             require(card.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(line.elementAt(i)));
         }

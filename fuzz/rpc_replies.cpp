@@ -29,6 +29,7 @@ void checkDocument(const QByteArray &body, const std::optional<QJsonValue> &docu
     require(isHealthy(platform::HttpReply{200, body}) == document.has_value());
     require(!isHealthy(platform::HttpReply{500, body}));
     if (document) {
+        require(!parseJson(body + ',') && !parseJson(body + ",0"));
         // A value within an array is read by other means than one that stands alone. Qt does not
         // keep a byte order mark in front of a text.
         const QByteArray written = QJsonDocument(QJsonArray{*document}).toJson();
