@@ -24,6 +24,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const QString account = input.takeText();
     const RememberedAccount remembered{account, input.takeText()};
     const QByteArray before = input.rest();
+    if (corvane::fuzz::hasByteOrderMark(before)) {
+        return -1;
+    }
 
     const corvane::fuzz::ScratchFolder folder;
     folder.write("accounts.json", before);

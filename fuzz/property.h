@@ -24,6 +24,13 @@ inline void require(bool holds, std::source_location where = std::source_locatio
     }
 }
 
+/// True when a text in `json` may begin with a byte order mark, which Qt reads but does not write
+/// back alike, so that the file before and after is not the same to it.
+inline bool hasByteOrderMark(const QByteArray &json)
+{
+    return json.indexOf("\xEF\xBB\xBF", 1) > 0 || json.toLower().contains("\\ufeff");
+}
+
 /// An input that a target takes apart from the front. Its parts end with a line break, so that the
 /// corpus is text that people can write.
 class Input

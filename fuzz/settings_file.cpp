@@ -27,6 +27,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     corvane::fuzz::Input input(data, size);
     const QString value = input.takeText();
     const QByteArray before = input.rest();
+    if (corvane::fuzz::hasByteOrderMark(before)) {
+        return -1;
+    }
     const bool isObject = QJsonDocument::fromJson(before).isObject();
 
     const corvane::fuzz::ScratchFolder folder;
