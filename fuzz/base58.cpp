@@ -53,7 +53,7 @@ void checkText(const QString &text)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     // The work grows with the square, and callers bound what they hand over.
-    constexpr std::size_t longest = 200;
+    constexpr std::size_t longest = 100;
     if (size > longest) {
         return -1;
     }
