@@ -5,6 +5,8 @@
 #include "fuzz/property.h"
 #include "keys/base58.h"
 
+#include <QDir>
+
 using namespace corvane::app;
 using corvane::fuzz::require;
 
@@ -34,6 +36,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     require(relaunch->command == Options::Command::Run);
     require(relaunch->demoKeychain == options->demoKeychain);
     require(relaunch->endpointsFile.has_value() == options->endpointsFile.has_value());
+    // It may start in another folder.
+    require(!relaunch->endpointsFile || relaunch->endpointsFile->isEmpty() ||
+            QDir::isAbsolutePath(*relaunch->endpointsFile));
     require(!options->demoKeychain || relaunch->watch == options->watch);
     require(relaunchArguments(*relaunch) == relaunchArguments(*options));
     return 0;
