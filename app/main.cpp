@@ -77,8 +77,8 @@ std::variant<core::Endpoints, app::Farewell> chosenEndpoints(const app::Options 
         }
         endpoints = std::get<core::Endpoints>(std::move(loaded));
     }
-    // Anywhere but on this machine somebody could pay real coins to a key that is gone when the demo
-    // ends.
+    // Anywhere but on this machine somebody could pay real coins to a key that is gone when the
+    // demo ends.
     if (options.demoKeychain && !options.watch && !endpoints.areLocal()) {
         return app::Farewell{
             QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
