@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/endpoints.h"
 #include "platform/in_memory_keychain.h"
 #include "platform/signing_keys.h"
 
@@ -19,9 +18,5 @@ struct DemoWallet
 };
 
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
-
-/// True when every cluster in `endpoints` is on this machine. Anywhere else somebody could pay real
-/// coins to a key that is gone when the demo ends.
-[[nodiscard]] bool isLocalCluster(const core::Endpoints &endpoints);
 
 } // namespace corvane::app

@@ -77,7 +77,9 @@ std::variant<core::Endpoints, app::Farewell> chosenEndpoints(const app::Options 
         }
         endpoints = std::get<core::Endpoints>(std::move(loaded));
     }
-    if (options.demoKeychain && !options.watch && !app::isLocalCluster(endpoints)) {
+    // Anywhere but on this machine somebody could pay real coins to a key that is gone when the
+    // demo ends.
+    if (options.demoKeychain && !options.watch && !endpoints.areLocal()) {
         return app::Farewell{
             QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
                            "coins paid to its key are lost when it ends; or --watch to look "

@@ -17,6 +17,10 @@ elseif(CORVANE_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    if(CORVANE_FUZZ)
+        # Counts edges and compared values for libFuzzer; programs without it just count.
+        add_compile_options(-fsanitize=fuzzer-no-link)
+    endif()
 else()
     # What an attacker meets who has found a fault all the same. A test reads it off the program.
     add_compile_options(

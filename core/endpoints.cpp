@@ -3,6 +3,7 @@
 #include "core/json.h"
 
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
@@ -36,6 +37,15 @@ bool isAbsoluteWebUrl(const QUrl &url)
 {
     return url.isValid() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1) &&
            !url.host().isEmpty();
+}
+
+bool isLoopback(const QString &address)
+{
+    // Names may begin with the same digits.
+    static const QRegularExpression loopbackNumber(
+        uR"(\A127(\.(25[0-5]|2[0-4][0-9]|1?[0-9]?[0-9])){3}\z)"_s);
+    const QString host = QUrl(address).host();
+    return host == "localhost"_L1 || host == "::1"_L1 || loopbackNumber.match(host).hasMatch();
 }
 
 } // namespace
@@ -80,6 +90,11 @@ std::variant<Endpoints, QString> Endpoints::load(const QByteArray &json)
         endpoints.*(entry->address) = address;
     }
     return endpoints;
+}
+
+bool Endpoints::areLocal() const
+{
+    return isLoopback(mainnet) && isLoopback(devnet) && isLoopback(walletApp);
 }
 
 const QString &Endpoints::defaultRPC(SolNetwork network) const

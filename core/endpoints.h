@@ -26,6 +26,10 @@ struct Endpoints
     /// The public JSON-RPC endpoint of a cluster.
     [[nodiscard]] const QString &defaultRPC(SolNetwork network) const;
 
+    /// True when every cluster, and the web app with its proxy, is on this machine: named
+    /// "localhost", ::1 or an address of 127.0.0.0/8.
+    [[nodiscard]] bool areLocal() const;
+
     QString mainnet;
     QString devnet;
     /// The wallet web app, whose host also serves the RPC proxy.

@@ -11,6 +11,7 @@
 // seed.
 
 #include "core/blank_trimming.h"
+#include "core/transfer_replies.h"
 #include "core/wallet_model.h"
 #include "keys/base58.h"
 #include "keys/secret_key_text.h"
@@ -24,8 +25,6 @@
 #include <QJsonObject>
 #include <QPointer>
 
-#include <algorithm>
-
 namespace corvane::core {
 
 using namespace Qt::StringLiterals;
@@ -34,32 +33,6 @@ namespace {
 
 using platform::SecretBytes;
 using MaybeSecret = std::optional<SecretBytes>;
-
-/// The 32 bytes that a text decodes to.
-template <std::size_t Size>
-std::optional<std::array<std::uint8_t, Size>> decoded(QStringView text)
-{
-    const auto bytes = keys::Base58::decode(text);
-    if (!bytes || bytes->size() != Size) {
-        return std::nullopt;
-    }
-    std::array<std::uint8_t, Size> array{};
-    std::ranges::copy(*bytes, array.begin());
-    return array;
-}
-
-/// The longest text that a reply's 32-byte hash can be; bounds the work on a hostile one.
-constexpr qsizetype longestHash = 44;
-
-std::optional<keys::Blockhash> readBlockhash(const JsonResult &reply)
-{
-    const auto *result = std::get_if<QJsonValue>(&reply);
-    if (result == nullptr) {
-        return std::nullopt;
-    }
-    const QString text = result->toObject()[u"value"_s].toObject()[u"blockhash"_s].toString();
-    return text.size() <= longestHash ? decoded<32>(text) : std::nullopt;
-}
 
 } // namespace
 
@@ -178,8 +151,7 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
     const QPointer<WalletModel> self(this);
 
     const QStringView recipientText = trimmingBlanks(to);
-    const auto recipient =
-        isValidAddress(recipientText) ? decoded<32>(recipientText) : std::nullopt;
+    const auto recipient = keys::Base58::decode32(recipientText);
     if (!recipient) {
         co_return Result(SendError::badRecipient());
     }
@@ -207,7 +179,9 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
     auto blockhashCall =
         rpc(u"getLatestBlockhash"_s, {QJsonObject{{u"commitment"_s, u"finalized"_s}}});
     const JsonResult blockhashReply = co_await blockhashCall;
-    const auto blockhash = readBlockhash(blockhashReply);
+    const auto *blockhashResult = std::get_if<QJsonValue>(&blockhashReply);
+    const auto blockhash =
+        blockhashResult != nullptr ? readBlockhash(*blockhashResult) : std::nullopt;
     if (!self || !blockhash) {
         co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
     }
@@ -227,13 +201,14 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
     if (result == nullptr) {
         co_return Result(SendError::rpc(u"send failed — check balance covers amount + fee"_s));
     }
-    if (!result->isString()) {
+    const std::optional<QString> signatureText = readSignature(*result);
+    if (!signatureText) {
         co_return Result(SendError::rpc(u"unexpected RPC reply"_s));
     }
     if (self) {
         refresh();
     }
-    co_return Result(result->toString());
+    co_return Result(*signatureText);
 }
 
 std::optional<QUrl> WalletModel::explorerURL(const QString &signature) const

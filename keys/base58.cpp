@@ -6,7 +6,6 @@ namespace corvane::keys {
 
 namespace {
 
-constexpr std::size_t addressBytes = 32;
 /// A 32-byte value has 32 (all zero) to 44 digits.
 constexpr qsizetype shortestAddress = 32;
 constexpr qsizetype longestAddress = 44;
@@ -127,13 +126,23 @@ std::optional<platform::SecretBytes> Base58::decodeSecret(QStringView text)
     return platform::SecretBytes::copyOf(bytes.bytes().first(*count));
 }
 
-bool Base58::isValidAddress(QStringView text)
+std::optional<std::array<std::uint8_t, 32>> Base58::decode32(QStringView text)
 {
     if (text.size() < shortestAddress || text.size() > longestAddress) {
-        return false;
+        return std::nullopt;
     }
     std::array<std::uint8_t, static_cast<std::size_t>(longestAddress)> bytes{};
-    return decodeInto(bytes, text) == addressBytes;
+    std::array<std::uint8_t, 32> decoded{};
+    if (decodeInto(bytes, text) != decoded.size()) {
+        return std::nullopt;
+    }
+    std::ranges::copy(std::span(bytes).first<decoded.size()>(), decoded.begin());
+    return decoded;
+}
+
+bool Base58::isValidAddress(QStringView text)
+{
+    return decode32(text).has_value();
 }
 
 } // namespace corvane::keys

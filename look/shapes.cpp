@@ -139,13 +139,14 @@ QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool
         return path;
     }
     const auto [low, high] = std::ranges::minmax(points);
-    // A flat series draws along the bottom margin instead of dividing by zero.
-    const double span = std::max(high - low, 1e-9);
+    // A flat series draws along the bottom margin instead of dividing by zero. Halves, because the
+    // difference of two numbers need not be one.
+    const double halfSpan = std::max(high / 2 - low / 2, 0.5e-9);
     const double step = rect.width() / static_cast<double>(points.size() - 1);
     const auto point = [&, lowest = low](qsizetype index) {
+        const double share = (points.at(index) / 2 - lowest / 2) / halfSpan;
         return QPointF(rect.left() + step * static_cast<double>(index),
-                       rect.bottom() - rect.height() * 0.92 * (points.at(index) - lowest) / span -
-                           rect.height() * 0.04);
+                       rect.bottom() - rect.height() * (0.92 * share + 0.04));
     };
     path.moveTo(point(0));
     for (qsizetype index = 1; index < points.size(); ++index) {

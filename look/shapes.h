@@ -62,8 +62,8 @@ inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color);
 
 /// A price chart over the whole width of `rect` (y downward), oldest point first, with 4 % of the
-/// height free above and below. Closed it is the area down to the bottom edge. Empty below two
-/// points.
+/// height free above and below. The points are finite. Closed it is the area down to the bottom
+/// edge. Empty below two points.
 [[nodiscard]] QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points,
                                          bool closed);
 

@@ -2,14 +2,15 @@
 
 #include "core/blank_trimming.h"
 #include "core/labels.h"
+#include "core/typed_amount.h"
 #include "panes/network_wording.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace corvane::panes {
 
+using core::parseAmount;
 using core::WalletModel;
 using island::IslandPane;
 using platform::Sound;
@@ -21,26 +22,6 @@ constexpr double feeMargin = 0.0001;
 constexpr double quibPerSol = 1000;
 
 } // namespace
-
-std::optional<double> parseAmount(QStringView text)
-{
-    const bool plain = std::ranges::all_of(text, [](QChar c) {
-        constexpr QStringView allowed = u"0123456789.,eE+-";
-        return allowed.contains(c);
-    });
-    if (!plain) {
-        return std::nullopt;
-    }
-    QByteArray digits = text.toLatin1().replace(',', '.');
-    // The parser knows no plus in front.
-    if (digits.startsWith('+') && !digits.startsWith("+-")) {
-        digits.remove(0, 1);
-    }
-    double value = 0;
-    const char *const end = digits.constData() + digits.size();
-    const auto [rest, error] = std::from_chars(digits.constData(), end, value);
-    return error == std::errc() && rest == end ? std::optional(value) : std::nullopt;
-}
 
 SendPaneModel::SendPaneModel(QObject *parent)
     : QObject(parent)

@@ -7,16 +7,11 @@
 
 #include <QObject>
 #include <QQmlParserStatus>
-#include <QStringView>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
 
 namespace corvane::panes {
-
-/// An amount as people type it: a decimal number with a point or a comma, nothing around it. None
-/// for anything else.
-[[nodiscard]] std::optional<double> parseAmount(QStringView text);
 
 /// A transfer from its first letter to the link that shows it.
 ///

@@ -2,6 +2,7 @@
 
 #include "platform/background_tasks.h"
 #include "platform/linux/gio_calls.h"
+#include "platform/linux/portal_appearance.h"
 #include "platform/main_queue.h"
 
 #include <string_view>
@@ -13,12 +14,6 @@ namespace {
 
 constexpr std::chrono::milliseconds portalBound{1500};
 constexpr char portalName[] = "org.freedesktop.portal.Desktop";
-constexpr char gnomeInterface[] = "org.gnome.desktop.interface";
-constexpr char gnomeAccessibility[] = "org.gnome.desktop.a11y.interface";
-constexpr char kdeInterface[] = "org.kde.kdeglobals.KDE";
-constexpr char commonAppearance[] = "org.freedesktop.appearance";
-/// The portal's value of "contrast" that asks for more of it.
-constexpr guint32 higherContrast = 1;
 
 bool isRunning(BoundedCalls &calls, GDBusConnection *bus, const char *name)
 {
@@ -31,34 +26,6 @@ bool isRunning(BoundedCalls &calls, GDBusConnection *bus, const char *name)
         g_variant_get(reply.get(), "(b)", &owned);
     }
     return owned != FALSE;
-}
-
-/// One setting of the portal; null when there is none of this type.
-GioPtr<GVariant> setting(GVariant *settings, const char *space, const char *key,
-                         const GVariantType *type)
-{
-    const GioPtr<GVariant> group(g_variant_lookup_value(settings, space, G_VARIANT_TYPE_VARDICT));
-    return GioPtr<GVariant>(group ? g_variant_lookup_value(group.get(), key, type) : nullptr);
-}
-
-bool flag(GVariant *settings, const char *space, const char *key, bool otherwise)
-{
-    const GioPtr<GVariant> value = setting(settings, space, key, G_VARIANT_TYPE_BOOLEAN);
-    return value ? g_variant_get_boolean(value.get()) != FALSE : otherwise;
-}
-
-AppearanceSettings portalSettings(GVariant *settings)
-{
-    const GioPtr<GVariant> contrast =
-        setting(settings, commonAppearance, "contrast", G_VARIANT_TYPE_UINT32);
-    // KDE multiplies all durations with it.
-    const GioPtr<GVariant> speed =
-        setting(settings, kdeInterface, "AnimationDurationFactor", G_VARIANT_TYPE_STRING);
-    const bool stands =
-        speed && g_ascii_strtod(g_variant_get_string(speed.get(), nullptr), nullptr) == 0;
-    return {stands || !flag(settings, gnomeInterface, "enable-animations", true),
-            (contrast && g_variant_get_uint32(contrast.get()) == higherContrast) ||
-                flag(settings, gnomeAccessibility, "high-contrast", false)};
 }
 
 bool gnomeFlag(const char *schemaName, const char *key, bool otherwise)
@@ -96,7 +63,7 @@ AppearanceSettings readSettings()
                        "(a{sa{sv}})", error);
         if (reply != nullptr) {
             const GioPtr<GVariant> settings(g_variant_get_child_value(reply.get(), 0));
-            return portalSettings(settings.get());
+            return appearanceIn(settings.get());
         }
     }
     return {!gnomeFlag(gnomeInterface, "enable-animations", true),

@@ -33,6 +33,29 @@ TEST(Endpoints, ReplacesOnlyTheNamedAddresses)
     EXPECT_EQ(endpoints->binance, u"https://api.binance.com"_s);
 }
 
+TEST(Endpoints, AreLocalOnlyOnThisMachine)
+{
+    for (const auto &[host, local] : Table<QString, bool>{{u"localhost"_s, true},
+                                                          {u"LOCALHOST:8899"_s, true},
+                                                          {u"127.0.0.1:8899"_s, true},
+                                                          {u"127.255.255.255"_s, true},
+                                                          {u"[::1]:8899"_s, true},
+                                                          {u"127.0.0.1.test"_s, false},
+                                                          {u"127.test"_s, false},
+                                                          {u"127.0.0.256"_s, false},
+                                                          {u"128.0.0.1"_s, false},
+                                                          {u"localhost.test"_s, false},
+                                                          {u"[::2]"_s, false}}) {
+        Endpoints endpoints;
+        EXPECT_FALSE(endpoints.areLocal());
+        for (QString *address : {&endpoints.mainnet, &endpoints.devnet, &endpoints.walletApp}) {
+            EXPECT_FALSE(endpoints.areLocal());
+            *address = u"http://"_s + host + u"/"_s;
+        }
+        EXPECT_EQ(endpoints.areLocal(), local) << host.toStdString();
+    }
+}
+
 TEST(Endpoints, NamesWhatIsWrong)
 {
     for (const auto &[json, named] : Table<QByteArray, const char *>{

@@ -83,6 +83,7 @@ TEST(SparklineShape, SpansTheWidthWithinItsMargins)
     EXPECT_TRUE(sparklinePath(rect, {2, 4, 3, 2}, true).contains(QPointF(40, 149.5)));
     EXPECT_TRUE(sparklinePath(rect, {1}, true).isEmpty());
     EXPECT_EQ(sparklinePath(rect, {5, 5, 5}, false).elementAt(1).y, 148);
+    EXPECT_EQ(sparklinePath(rect, {-1e308, 1.5e308, -1e308}, false).elementAt(1).y, 102);
 }
 
 TEST(BoxBlur, KeepsFilledAreasAndReadsNothingBeyondTheEdges)

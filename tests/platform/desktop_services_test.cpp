@@ -1,9 +1,13 @@
+// Before Qt, whose keywords its headers use as names.
+#include "platform/linux/portal_appearance.h"
+
 #include "assets/bundled_fonts.h"
 #include "platform/linux/fontconfig_font_registry.h"
 #include "platform/linux/no_authenticator.h"
 #include "platform/linux/qt_screens.h"
 #include "platform/linux/xcb_island_panel.h"
 #include "platform/linux/xcb_pointer_monitor.h"
+#include "tests/fakes/table.h"
 #include "tests/platform/wait_until.h"
 
 #include <QGuiApplication>
@@ -45,6 +49,36 @@ TEST(FontconfigFontRegistry, FindsAFontByEachOfItsNamesAsSoonAsItIsThere)
     EXPECT_FALSE(fonts.familyOf(u"Silkscreen Nonesuch"_s).has_value());
     EXPECT_FALSE(fonts.familyOf(QString()).has_value());
     EXPECT_FALSE(fonts.monospacedFamily().isEmpty());
+}
+
+/// A value in GVariant's text form.
+platform::GioPtr<GVariant> variant(const char *type, const char *text)
+{
+    return platform::GioPtr<GVariant>(
+        g_variant_parse(G_VARIANT_TYPE(type), text, nullptr, nullptr, nullptr));
+}
+
+TEST(PortalAppearance, HearsWishesAndNothingElse)
+{
+    for (const auto &[settings, reducedMotion, highContrast] : Table<const char *, bool, bool>{
+             {"{}", false, false},
+             {"{'org.gnome.desktop.interface': {'enable-animations': <false>}}", true, false},
+             {"{'org.gnome.desktop.interface': {'enable-animations': <'false'>}}", false, false},
+             {"{'org.gnome.desktop.a11y.interface': {'high-contrast': <true>}}", false, true},
+             {"{'org.freedesktop.appearance': {'contrast': <uint32 1>}}", false, true},
+             {"{'org.freedesktop.appearance': {'contrast': <uint32 2>}}", false, false},
+             {"{'org.kde.kdeglobals.KDE': {'AnimationDurationFactor': <'0'>}}", true, false},
+             {"{'org.kde.kdeglobals.KDE': {'AnimationDurationFactor': <'0.5'>}}", false, false},
+             {"{'org.kde.kdeglobals.KDE': {'AnimationDurationFactor': <''>}}", false, false},
+             {"{'org.kde.kdeglobals.KDE': {'AnimationDurationFactor': <'0,5'>}}", false, false},
+             {"{'org.kde.kdeglobals.KDE': {'AnimationDurationFactor': <'off'>}}", false, false},
+         }) {
+        const auto answer = variant("a{sa{sv}}", settings);
+        ASSERT_TRUE(answer) << settings;
+        EXPECT_EQ(platform::appearanceIn(answer.get()),
+                  (platform::AppearanceSettings{reducedMotion, highContrast}))
+            << settings;
+    }
 }
 
 TEST(WithoutX11, TheAdaptersDoWithoutIt)

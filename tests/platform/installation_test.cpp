@@ -51,7 +51,8 @@ TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
     const QString entry = path("autostart/org.corvane.Corvane.desktop");
     for (const char *name :
          {"/Applications/Corvane.app/bin/corvane", "/My Apps/Corvane.app/bin/corvane",
-          R"(/a"b`c$d\e/corvane)", "/100%/%U/corvane", "/äöü/…/corvane"}) {
+          R"(/a"b`c$d\e/corvane)", "/100%/%U/corvane", "/äöü/…/corvane", "/line\nbreak/tab\t",
+          "/no-break space at the end\u00a0"}) {
         XdgAutostart item(m_folder.path(), QString::fromUtf8(name));
         EXPECT_FALSE(item.isEnabled()) << name; // none yet, then the one of another path
         EXPECT_TRUE(item.enable());
@@ -62,6 +63,10 @@ TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
     XdgAutostart(m_folder.path(), QStringLiteral(R"(/a"b$c\d 5%/x)")).enable();
     EXPECT_TRUE(contents(entry).contains(R"(Exec="/a\\"b\\$c\\\\d 5%%/x")"
                                          "\n"))
+        << contents(entry).toStdString();
+    // A blank at the end would not be read as a part of the path.
+    XdgAutostart(m_folder.path(), QStringLiteral("/a b ")).enable();
+    EXPECT_TRUE(contents(entry).contains("TryExec=/a b\\s\nExec=\"/a b \"\n"))
         << contents(entry).toStdString();
 }
 

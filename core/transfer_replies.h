@@ -1,0 +1,19 @@
+#pragma once
+
+#include "keys/transfer.h"
+
+#include <QJsonValue>
+#include <QString>
+
+#include <optional>
+
+namespace corvane::core {
+
+/// The blockhash in the result of `getLatestBlockhash`; none when it has another shape.
+[[nodiscard]] std::optional<keys::Blockhash> readBlockhash(const QJsonValue &result);
+
+/// The signature that is the result of `sendTransaction`, as the cluster wrote it; none when it is
+/// no text.
+[[nodiscard]] std::optional<QString> readSignature(const QJsonValue &result);
+
+} // namespace corvane::core

@@ -1,0 +1,87 @@
+// Bodies of a cluster's replies.
+
+#include "core/balances.h"
+#include "core/json.h"
+#include "core/json_calls.h"
+#include "core/transfer_replies.h"
+#include "fuzz/property.h"
+#include "keys/base58.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+
+using namespace corvane;
+using namespace corvane::core;
+using namespace Qt::StringLiterals;
+using fuzz::require;
+
+namespace {
+
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+
+void checkDocument(const QByteArray &body, const std::optional<QJsonValue> &document)
+{
+    const JsonResult reply = readJsonReply(platform::HttpReply{200, body});
+    require(document ? reply == JsonResult(*document) : reply == JsonResult(CallError::NotJson));
+    require(isHealthy(platform::HttpReply{200, body}) == document.has_value());
+    require(!isHealthy(platform::HttpReply{500, body}));
+    if (document) {
+        require(!parseJson(body + ',') && !parseJson(body + ",0"));
+        // A value within an array is read by other means than one that stands alone.
+        const QByteArray written = QJsonDocument(QJsonArray{*document}).toJson();
+        require(fuzz::hasByteOrderMark(body) ||
+                parseJson(written) == QJsonValue(QJsonArray{*document}));
+        require(
+            parseJson(" \t\r\n" + QByteArray(body).replace(byteOrderMark, QByteArrayView()) + "\n")
+                .has_value());
+    }
+}
+
+void checkBalances(const QJsonValue &result)
+{
+    if (const auto sol = readSolBalance(result)) {
+        require(std::isfinite(*sol) && *sol * lamportsPerSol >= result["value"_L1].toDouble() - 1);
+    }
+    const std::optional<double> tokens = readTokenBalance(result);
+    if (!tokens) {
+        return;
+    }
+    require(!std::isnan(*tokens));
+    // One account more adds its amount, one without an amount nothing.
+    for (const auto &[amount, added] :
+         {std::pair(QJsonValue(2.5), 2.5), std::pair(QJsonValue(u"2.5"_s), 0.0)}) {
+        const QJsonObject info{{u"tokenAmount"_s, QJsonObject{{u"uiAmount"_s, amount}}}};
+        QJsonArray accounts = result["value"_L1].toArray();
+        accounts.append(QJsonObject{
+            {u"account"_s,
+             QJsonObject{
+                 {u"data"_s, QJsonObject{{u"parsed"_s, QJsonObject{{u"info"_s, info}}}}}}}});
+        require(readTokenBalance(QJsonObject{{u"value"_s, accounts}}) == *tokens + added);
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray body = fuzz::Input(data, size).rest();
+    const std::optional<QJsonValue> document = parseJson(body);
+    checkDocument(body, document);
+
+    const JsonResult reply = readRpcReply(platform::HttpReply{200, body});
+    require(reply == readRpcReply(platform::HttpReply{503, body}));
+    const auto *result = std::get_if<QJsonValue>(&reply);
+    require((result != nullptr) == (document && document->toObject().contains("result"_L1)));
+    if (result == nullptr) {
+        return 0;
+    }
+    checkBalances(*result);
+    if (const auto hash = readBlockhash(*result)) {
+        require(keys::Base58::encode(*hash) == (*result)["value"_L1]["blockhash"_L1].toString());
+    }
+    require(readSignature(*result).has_value() == result->isString());
+    return 0;
+}
