@@ -157,7 +157,7 @@ Item {
             width: body.width + 2
             height: body.height + 2
             bottomRadius: radiusValue.value
-            grainOpacity: Math.max(0, Math.min(1, lineValue.value))
+            grainOpacity: lineValue.share
             lineWidth: Math.max(0, lineValue.value)
             lineColor: Theme.line
         }

@@ -12,7 +12,7 @@ Item {
 
     readonly property color contentColor: root.filled ? "black" : Theme.green
     // Opacities and radii may not follow the spring beyond its ends.
-    readonly property real glow: Math.max(0, Math.min(1, hover.value))
+    readonly property real glow: hover.share
 
     // Summed up here, because positioners only know their size a frame later.
     implicitWidth: title.implicitWidth + (pictogram.visible ? pictogram.implicitWidth + row.spacing : 0) + 24

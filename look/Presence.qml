@@ -21,7 +21,7 @@ Item {
     readonly property real drift: Theme.reducedMotion ? 0 : 1 - root.amount
 
     // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
-    readonly property real amount: Math.max(0, Math.min(1, presence.value))
+    readonly property real amount: presence.share
     readonly property AnimatedValue motion: presence
     // What the component made, while it is needed.
     readonly property Item item: live.children.length > 0 ? live.children[0] : null

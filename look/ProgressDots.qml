@@ -23,7 +23,7 @@ Row {
             id: dot
 
             required property int index
-            readonly property real amount: Math.max(0, Math.min(1, here.value))
+            readonly property real amount: here.share
 
             // Between pixels the edges of what moves would leave traces.
             width: Math.round((5 + 11 * here.value) * Screen.devicePixelRatio) / Screen.devicePixelRatio

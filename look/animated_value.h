@@ -9,6 +9,7 @@
 #include <QQmlParserStatus>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -26,6 +27,8 @@ class AnimatedValue : public QObject, public QQmlParserStatus
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged REQUIRED FINAL)
     Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
+    /// The value within 0 and 1, for opacities and colours, where a spring swings beyond its ends.
+    Q_PROPERTY(double share READ share NOTIFY valueChanged FINAL)
     Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction WRITE setTransaction NOTIFY
                    transactionChanged FINAL)
@@ -42,6 +45,7 @@ public:
     [[nodiscard]] double target() const { return m_target; }
     void setTarget(double target);
     [[nodiscard]] double value() const { return m_motion.value; }
+    [[nodiscard]] double share() const { return std::clamp(m_motion.value, 0.0, 1.0); }
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] Transaction *transaction() const { return m_transaction; }
     void setTransaction(Transaction *transaction);

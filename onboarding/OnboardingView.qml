@@ -106,7 +106,7 @@ Item {
         y: forward.y
         label: "BACK"
         enabled: pager.canGoBack
-        opacity: Math.max(0, Math.min(1, backValue.value))
+        opacity: backValue.share
         visible: opacity > 0
         onTriggered: root.goBack()
 

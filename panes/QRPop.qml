@@ -6,7 +6,7 @@ Item {
     id: root
 
     scale: Theme.reducedMotion ? 1 : 0.86 + 0.14 * shown.value
-    opacity: Math.max(0, Math.min(1, shown.value))
+    opacity: shown.share
 
     AnimatedValue {
         id: shown

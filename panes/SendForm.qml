@@ -143,7 +143,7 @@ Item {
             id: sentText
 
             scale: Theme.reducedMotion ? 1 : appearance.value
-            opacity: Math.max(0, Math.min(1, appearance.value))
+            opacity: appearance.share
             visible: opacity > 0
             text: "SENT ✓"
             font: Theme.term(9, Theme.Heavy)
