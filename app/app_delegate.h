@@ -42,7 +42,7 @@ public:
     /// before the event loop runs.
     void applicationDidFinishLaunching();
 
-    // The status item's menu.
+    /// The entries of the status item's menu; `openSettings` asks for presence where that is due.
     void refreshNow();
     void openSettings();
     void showTour();

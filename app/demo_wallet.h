@@ -18,6 +18,7 @@ struct DemoWallet
     QString address;
 };
 
+/// A wallet with a new random key.
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
 
 /// True when every cluster in `endpoints` is on this machine. Anywhere else somebody could pay real

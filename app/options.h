@@ -30,6 +30,7 @@ struct Options
 /// Nothing to run: what to print, and the exit status.
 struct Farewell
 {
+    /// To standard output where the status is 0, else to standard error.
     QString text;
     int status = 0;
 };

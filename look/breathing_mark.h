@@ -42,6 +42,7 @@ Q_SIGNALS:
     void colorChanged();
     void periodChanged();
     void paceChanged();
+    /// The mark has been stepped and will be painted anew.
     void breathed();
 
 protected:

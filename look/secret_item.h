@@ -48,6 +48,7 @@ protected:
     virtual void contentChanged() = 0;
     /// The gap between two characters that lies nearest to `point`.
     [[nodiscard]] virtual qsizetype positionAt(const QPointF &point) const = 0;
+    /// Selects between two gaps; `caret` is the end that moves.
     virtual void select(qsizetype anchor, qsizetype caret);
 
     [[nodiscard]] qsizetype size() const { return m_secret != nullptr ? m_secret->size() : 0; }
