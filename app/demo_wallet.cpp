@@ -3,20 +3,7 @@
 #include "keys/base58.h"
 #include "keys/key_vault.h"
 
-#include <QUrl>
-
 namespace corvane::app {
-
-namespace {
-
-bool isLoopback(const QString &address)
-{
-    const QString host = QUrl(address).host();
-    return host == QLatin1String("localhost") || host == QLatin1String("::1") ||
-           host.startsWith(QLatin1String("127."));
-}
-
-} // namespace
 
 DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
 {
@@ -32,12 +19,6 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
         qFatal("an empty keychain in memory refused a key");
     }
     return wallet;
-}
-
-bool isLocalCluster(const core::Endpoints &endpoints)
-{
-    return isLoopback(endpoints.mainnet) && isLoopback(endpoints.devnet) &&
-           isLoopback(endpoints.walletApp);
 }
 
 } // namespace corvane::app

@@ -21,8 +21,4 @@ struct DemoWallet
 /// A wallet with a new random key.
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
 
-/// True when every cluster in `endpoints` is on this machine. Anywhere else somebody could pay real
-/// coins to a key that is gone when the demo ends.
-[[nodiscard]] bool isLocalCluster(const core::Endpoints &endpoints);
-
 } // namespace corvane::app

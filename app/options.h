@@ -27,6 +27,9 @@ struct Options
     std::optional<QString> watch;
 };
 
+/// Exit status of a start that asks for what cannot be.
+inline constexpr int usageError = 2;
+
 /// Nothing to run: what to print, and the exit status.
 struct Farewell
 {
