@@ -42,7 +42,7 @@ public:
     /// before the event loop runs.
     void applicationDidFinishLaunching();
 
-    /// The entries of the status item's menu; `openSettings` asks for presence where that is due.
+    /// The entries of the status item's menu.
     void refreshNow();
     void openSettings();
     void showTour();

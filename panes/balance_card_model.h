@@ -60,7 +60,7 @@ public:
     Q_INVOKABLE void toggleHeadline();
     /// Copies the address and says so for a moment.
     Q_INVOKABLE void copyAddress();
-    /// Shows the card for that, after the user has proved presence where that is due.
+    /// Each shows the card for that.
     Q_INVOKABLE void receive();
     Q_INVOKABLE void send();
     Q_INVOKABLE void openSettings();
