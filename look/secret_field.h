@@ -15,7 +15,7 @@ namespace corvane::look {
 /// cut, no undo. It does not take part in input methods and tells assistive technology nothing of
 /// its content. Single key events and what the clipboard hands over pass through the toolkit's
 /// ordinary memory.
-class SecretField : public SecretItem
+class SecretField : public corvane::look::SecretItem
 {
     Q_OBJECT
     QML_ELEMENT

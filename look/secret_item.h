@@ -14,7 +14,8 @@ namespace corvane::look {
 
 /// What the items share that draw a `SecretText`: the text, its font and colours, and a range that
 /// the pointer and the keyboard select. It draws characters one by one, so that no string of them
-/// all is made, and tells assistive technology nothing of them.
+/// all is made, and tells assistive technology nothing of them. A derived class names it in full,
+/// which is how qmllint knows it.
 class SecretItem : public QQuickPaintedItem
 {
     Q_OBJECT

@@ -6,7 +6,7 @@ namespace corvane::look {
 
 /// Shows a secret in a monospaced font, wrapped wherever the line is full, selectable with the
 /// pointer. Only its picture leaves the guarded memory; assistive technology gets nothing.
-class SecretLabel : public SecretItem
+class SecretLabel : public corvane::look::SecretItem
 {
     Q_OBJECT
     QML_ELEMENT
