@@ -42,7 +42,7 @@ public:
     /// before the event loop runs.
     void applicationDidFinishLaunching();
 
-    // The status item's menu.
+    /// The entries of the status item's menu.
     void refreshNow();
     void openSettings();
     void showTour();

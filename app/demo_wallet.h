@@ -17,6 +17,7 @@ struct DemoWallet
     QString address;
 };
 
+/// A wallet with a new random key.
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
 
 } // namespace corvane::app

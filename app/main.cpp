@@ -1,4 +1,5 @@
 #include "app/app_delegate.h"
+#include "app/chosen_endpoints.h"
 #include "app/demo_wallet.h"
 #include "app/frame_log.h"
 #include "app/island_content.h"
@@ -6,6 +7,7 @@
 #include "app/options.h"
 #include "app/requests.h"
 #include "assets/bundled_fonts.h"
+#include "core/wallet_settings.h"
 #include "look/theme.h"
 #include "onboarding/onboarding.h"
 #include "platform/linux/canberra_sound_player.h"
@@ -37,7 +39,6 @@
 #include "platform/thread_background_tasks.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QQuickWindow>
 #include <QStandardPaths>
 
@@ -49,44 +50,10 @@ namespace {
 
 using namespace corvane;
 
-constexpr int usageError = 2;
-const QString addressSetting = QStringLiteral("corvane.address");
-
 int say(const QString &text, int status)
 {
     std::fputs(qPrintable(text), status == 0 ? stdout : stderr);
     return status;
-}
-
-/// The built-in endpoints, or those in the file that the user named; none that could cost a demo's
-/// visitor coins.
-std::variant<core::Endpoints, app::Farewell> chosenEndpoints(const app::Options &options)
-{
-    core::Endpoints endpoints;
-    if (options.endpointsFile) {
-        QFile file(*options.endpointsFile);
-        if (!file.open(QIODevice::ReadOnly)) {
-            return app::Farewell{QStringLiteral("cannot read %1: %2\n")
-                                     .arg(*options.endpointsFile, file.errorString()),
-                                 usageError};
-        }
-        auto loaded = core::Endpoints::load(file.readAll());
-        if (const auto *error = std::get_if<QString>(&loaded)) {
-            return app::Farewell{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
-                                 usageError};
-        }
-        endpoints = std::get<core::Endpoints>(std::move(loaded));
-    }
-    // Anywhere but on this machine somebody could pay real coins to a key that is gone when the
-    // demo ends.
-    if (options.demoKeychain && !options.watch && !endpoints.areLocal()) {
-        return app::Farewell{
-            QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
-                           "coins paid to its key are lost when it ends; or --watch to look "
-                           "at an address\n"),
-            usageError};
-    }
-    return endpoints;
 }
 
 QString settingsPath(bool demo)
@@ -142,8 +109,8 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     app::DemoWallet demo = app::makeDemoWallet(signingKeys);
     say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
     std::fflush(stdout);
-    if (settings.string(addressSetting).value_or(QString()).isEmpty()) {
-        settings.setString(addressSetting, demo.address);
+    if (settings.string(core::addressSetting).value_or(QString()).isEmpty()) {
+        settings.setString(core::addressSetting, demo.address);
     }
     // Who looks around is not taken on a tour, unless the settings say that there is to be one.
     if (const QString onboarded = onboarding::Onboarding::shownSetting();
@@ -214,7 +181,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     const KeyServices keyServices =
         options.demoKeychain ? demoKeyServices(signingKeys, settings) : systemKeyServices();
     if (options.watch) {
-        settings.setString(addressSetting, *options.watch);
+        settings.setString(core::addressSetting, *options.watch);
     }
 
     Desktop desktop(options);
@@ -286,7 +253,7 @@ int main(int argc, char *argv[])
     }
     const auto &options = std::get<app::Options>(parsed);
     const bool runs = options.command == app::Options::Command::Run;
-    const auto endpoints = runs ? chosenEndpoints(options) : core::Endpoints();
+    const auto endpoints = runs ? app::chosenEndpoints(options) : core::Endpoints();
     if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
         return say(farewell->text, farewell->status);
     }

@@ -11,8 +11,6 @@ namespace corvane::app {
 
 namespace {
 
-constexpr int usageError = 2;
-
 /// The parser takes the program's name from an application. None is made when there is something to
 /// run: the end of the first one would take away what Qt Quick has set up for assistive technology.
 QString helpText(const QCommandLineParser &parser)

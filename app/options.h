@@ -27,9 +27,13 @@ struct Options
     std::optional<QString> watch;
 };
 
+/// Exit status of a start that asks for what cannot be.
+inline constexpr int usageError = 2;
+
 /// Nothing to run: what to print, and the exit status.
 struct Farewell
 {
+    /// To standard output where the status is 0, else to standard error.
     QString text;
     int status = 0;
 };

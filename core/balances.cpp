@@ -1,6 +1,7 @@
 #include "core/balances.h"
 
 #include "core/json.h"
+#include "keys/lamports.h"
 
 #include <QJsonArray>
 
@@ -19,7 +20,7 @@ QString usdcMint(SolNetwork network)
 std::optional<double> readSolBalance(const QJsonValue &result)
 {
     const std::optional<double> lamports = numberIn(result["value"_L1]);
-    return lamports ? std::optional(*lamports / lamportsPerSol) : std::nullopt;
+    return lamports ? std::optional(*lamports / keys::Lamports::perSol) : std::nullopt;
 }
 
 std::optional<double> readTokenBalance(const QJsonValue &result)

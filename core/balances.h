@@ -9,9 +9,6 @@
 
 namespace corvane::core {
 
-/// Base units of one SOL.
-inline constexpr double lamportsPerSol = 1e9;
-
 /// The Base58 address of the USDC token's mint on a cluster.
 [[nodiscard]] QString usdcMint(SolNetwork network);
 

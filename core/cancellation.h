@@ -9,6 +9,7 @@
 
 namespace corvane::core {
 
+/// How a sleep ended: by itself, or by `cancel`.
 enum class SleepEnd { Elapsed, Cancelled };
 
 /// Lets the owner of a running task tell it to stop, and the task sleep until then.

@@ -21,7 +21,6 @@ namespace {
 constexpr QStringView unknownAmount = u"—";
 /// From here on two fraction digits are enough, and four would not fit.
 constexpr double largeSol = 1000;
-constexpr double quibPerSol = 1000;
 constexpr std::size_t shortenedFrom = 11;
 constexpr std::size_t keptAtEitherEnd = 4;
 

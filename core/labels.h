@@ -23,7 +23,10 @@ namespace corvane::core {
 [[nodiscard]] QString solLabel(const platform::NumberFormatter &formatter,
                                std::optional<double> sol);
 
-/// The balance in whole QUIB (a thousandth of a SOL); "—" when unknown.
+/// What the wallet calls a thousandth of a SOL.
+inline constexpr double quibPerSol = 1000;
+
+/// The balance in whole QUIB; "—" when unknown.
 [[nodiscard]] QString quibLabel(const platform::NumberFormatter &formatter,
                                 std::optional<double> sol);
 

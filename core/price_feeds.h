@@ -23,6 +23,7 @@ struct PriceQuote
 /// A price service: where to ask and how to read its answer.
 struct PriceSource
 {
+    /// The service's base address, to which `pathAndQuery` is appended.
     QString Endpoints::*base;
     QLatin1StringView pathAndQuery;
     /// None when the document has an unexpected shape.

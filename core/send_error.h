@@ -13,6 +13,7 @@ namespace corvane::core {
 class SendError
 {
 public:
+    /// What went wrong, for code; people read the description.
     enum class Kind {
         Rpc,          ///< the cluster or the keychain; carries its own text
         BadKey,       ///< not a secret key
@@ -30,6 +31,7 @@ public:
     [[nodiscard]] static SendError keychainRefused(platform::KeychainStatus status);
 
     [[nodiscard]] Kind kind() const { return m_kind; }
+    /// In English, one sentence or a server's own words.
     [[nodiscard]] QString description() const;
     [[nodiscard]] bool operator==(const SendError &) const = default;
 

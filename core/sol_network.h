@@ -17,6 +17,7 @@ QML_NAMED_ELEMENT(SolNetwork)
 enum class SolNetwork { Mainnet, Devnet };
 Q_ENUM_NS(SolNetwork)
 
+/// In the order in which the settings offer them.
 inline constexpr std::array allSolNetworks = {SolNetwork::Mainnet, SolNetwork::Devnet};
 
 /// The name under which a cluster is stored and sent.

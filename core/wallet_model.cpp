@@ -4,6 +4,7 @@
 #include "core/cancellation.h"
 #include "core/endpoint_choice.h"
 #include "core/labels.h"
+#include "core/wallet_settings.h"
 #include "keys/base58.h"
 #include "platform/main_queue.h"
 #include "platform/settings_store.h"
@@ -16,17 +17,6 @@ namespace corvane::core {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr QLatin1StringView addressKey = "corvane.address"_L1;
-constexpr QLatin1StringView networkKey = "corvane.network"_L1;
-constexpr QLatin1StringView customRPCKey = "corvane.rpc"_L1;
-constexpr QLatin1StringView walletURLKey = "corvane.walletURL"_L1;
-constexpr QLatin1StringView displayUSDKey = "corvane.displayUSD"_L1;
-constexpr QLatin1StringView tickerShowsBalanceKey = "corvane.tickerShowsBalance"_L1;
-
-} // namespace
-
 WalletModel::WalletModel(WalletServices services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
@@ -34,13 +24,13 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
 {
     const platform::SettingsStore &settings = m_services.settings;
     m_signingPubkey = m_vault.pubkey();
-    m_address = settings.string(addressKey).value_or(QString());
-    m_network = solNetworkFromRawValue(settings.string(networkKey).value_or(QString()))
+    m_address = settings.string(addressSetting).value_or(QString());
+    m_network = solNetworkFromRawValue(settings.string(networkSetting).value_or(QString()))
                     .value_or(SolNetwork::Mainnet);
-    m_customRPC = settings.string(customRPCKey).value_or(QString());
-    m_walletURL = settings.string(walletURLKey).value_or(QString());
-    m_displayUSD = settings.boolean(displayUSDKey).value_or(true);
-    m_tickerShowsBalance = settings.boolean(tickerShowsBalanceKey).value_or(false);
+    m_customRPC = settings.string(customRPCSetting).value_or(QString());
+    m_walletURL = settings.string(walletURLSetting).value_or(QString());
+    m_displayUSD = settings.boolean(displayUSDSetting).value_or(true);
+    m_tickerShowsBalance = settings.boolean(tickerShowsBalanceSetting).value_or(false);
 
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
@@ -70,7 +60,7 @@ void WalletModel::setAddress(const QString &address)
     const QString old = m_address;
     publish(m_address, address, &WalletModel::addressChanged);
 
-    m_services.settings.setString(addressKey, m_address);
+    m_services.settings.setString(addressSetting, m_address);
     const QStringView trimmed = trimmingBlanks(m_address);
     if (trimmed == trimmingBlanks(old)) {
         return;
@@ -84,27 +74,27 @@ void WalletModel::setAddress(const QString &address)
 void WalletModel::setNetwork(SolNetwork network)
 {
     publish(m_network, network, &WalletModel::networkChanged);
-    m_services.settings.setString(networkKey, rawValue(m_network));
+    m_services.settings.setString(networkSetting, rawValue(m_network));
     netFlip();
 }
 
 void WalletModel::setCustomRPC(const QString &customRPC)
 {
     publish(m_customRPC, customRPC, &WalletModel::customRPCChanged);
-    m_services.settings.setString(customRPCKey, m_customRPC);
+    m_services.settings.setString(customRPCSetting, m_customRPC);
 }
 
 void WalletModel::setWalletURL(const QString &walletURL)
 {
     publish(m_walletURL, walletURL, &WalletModel::walletURLChanged);
-    m_services.settings.setString(walletURLKey, m_walletURL);
+    m_services.settings.setString(walletURLSetting, m_walletURL);
     startTask([](WalletModel &model) { model.probeProxy(); });
 }
 
 void WalletModel::setDisplayUSD(bool displayUSD)
 {
     publish(m_displayUSD, displayUSD, &WalletModel::displayUSDChanged);
-    m_services.settings.setBoolean(displayUSDKey, m_displayUSD);
+    m_services.settings.setBoolean(displayUSDSetting, m_displayUSD);
 }
 
 bool WalletModel::hasValidAddress() const

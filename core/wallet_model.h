@@ -100,6 +100,7 @@ public:
     QCoro::Task<bool> refreshBalance();
     /// Asks the price services one after the other; true when one of them told a price.
     QCoro::Task<bool> refreshPrice();
+    /// Fetches the chart; what is there stays when that fails.
     QCoro::Task<> refreshWave();
     /// Finds out whether the web app's RPC proxy works.
     QCoro::Task<> probeProxy();
@@ -132,6 +133,7 @@ public:
     [[nodiscard]] QUrl rpcURL() const;
     /// The public endpoint of the current network.
     [[nodiscard]] const QString &publicRPC() const;
+    /// See `walletSource` and `proxyEndpoint`, for the settings as they are now.
     [[nodiscard]] std::optional<QUrl> walletSourceURL() const;
     [[nodiscard]] std::optional<QUrl> proxyRPCURL() const;
 
@@ -186,6 +188,7 @@ public:
     /// The RPC proxy answered its last probe.
     [[nodiscard]] bool proxyOK() const { return m_proxyOK; }
 
+    /// What `labels.h` words, for the figures as they are now.
     [[nodiscard]] QString shortAddress() const;
     [[nodiscard]] QString solLabel() const;
     [[nodiscard]] QString quibLabel() const;

@@ -88,6 +88,7 @@ public:
     /// at once when the island is unlocked or the device has no means to ask; never after a
     /// refusal, nor while another request is open.
     void requestIslandUnlock(std::function<void()> then);
+    /// The same without anything to run afterwards.
     Q_INVOKABLE void requestIslandUnlock();
     /// Shows `pane`, opening the island if it is closed. `show` must have been called.
     Q_INVOKABLE void setPane(corvane::island::IslandPane pane);
@@ -109,6 +110,7 @@ public:
     /// What the cards need of the desktop.
     [[nodiscard]] const IslandServices &services() const { return m_services; }
 
+    /// The screen that the island lives on and its measures there, from `island_geometry.h`.
     [[nodiscard]] std::optional<platform::Screen> screen() const;
     [[nodiscard]] double notchWidth() const;
     [[nodiscard]] double topBandHeight() const;

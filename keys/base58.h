@@ -27,6 +27,7 @@ struct Base58
         'X', 'Y', 'Z', 'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i', 'j', 'k', 'm',
         'n', 'o', 'p', 'q', 'r', 's', 't', 'u', 'v', 'w', 'x', 'y', 'z'};
 
+    /// Each zero byte in front gives a '1' in front; no bytes give no text.
     [[nodiscard]] static QString encode(std::span<const std::uint8_t> bytes);
     /// None when `text` holds a character outside the alphabet. Nothing is trimmed.
     [[nodiscard]] static std::optional<std::vector<std::uint8_t>> decode(QStringView text);

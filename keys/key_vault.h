@@ -20,6 +20,7 @@ namespace corvane::keys {
 class KeyVault
 {
 public:
+    /// The service of the item in the keychain.
     static constexpr QLatin1StringView serviceName{"corvane.signing-key"};
 
     explicit KeyVault(platform::Keychain &keychain)

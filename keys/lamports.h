@@ -9,6 +9,7 @@ namespace corvane::keys {
 class Lamports
 {
 public:
+    /// Lamports of one SOL, as the cluster defines it.
     static constexpr double perSol = 1e9;
 
     constexpr explicit Lamports(std::uint64_t count)

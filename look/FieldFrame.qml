@@ -35,7 +35,7 @@ Item {
         clip: true
     }
 
-    Text {
+    Label {
         id: prompt
 
         x: 10
@@ -44,7 +44,6 @@ Item {
         elide: Text.ElideRight
         visible: root.empty
         text: root.placeholder
-        textFormat: Text.PlainText
         font: Theme.term(10)
         color: Qt.alpha(Theme.muted, 0.7)
         Accessible.ignored: true

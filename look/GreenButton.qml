@@ -20,12 +20,11 @@ Item {
         antialiasing: true
     }
 
-    Text {
+    Label {
         id: text
 
         anchors.centerIn: parent
         text: root.title
-        textFormat: Text.PlainText
         font: Theme.pixel(9, 1.5)
         color: "black"
         Accessible.ignored: true

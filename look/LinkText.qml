@@ -12,11 +12,10 @@ Item {
     implicitWidth: text.implicitWidth
     implicitHeight: text.implicitHeight
 
-    Text {
+    Label {
         id: text
 
         text: root.title
-        textFormat: Text.PlainText
         font: Theme.underlined(Theme.term(8, Theme.Bold))
         color: root.color
         Accessible.ignored: true

@@ -24,12 +24,11 @@ Item {
         antialiasing: true
     }
 
-    Text {
+    Label {
         id: text
 
         anchors.centerIn: parent
         text: root.title
-        textFormat: Text.PlainText
         font: root.font
         color: root.color
         Accessible.ignored: true

@@ -11,7 +11,7 @@ Item {
     signal triggered
 
     readonly property color contentColor: root.filled ? "black" : Theme.green
-    // 0 to 1; the spring may carry it beyond either end, opacities and radii may not follow.
+    // Opacities and radii may not follow the spring beyond its ends.
     readonly property real glow: hover.opacity
 
     // Summed up here, because positioners only know their size a frame later.
@@ -70,12 +70,11 @@ Item {
                 color: root.contentColor
             }
 
-            Text {
+            Label {
                 id: title
 
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.label
-                textFormat: Text.PlainText
                 font: Theme.pixel(9, 1.5)
                 color: root.contentColor
                 Accessible.ignored: true

@@ -49,10 +49,9 @@ Panel {
             color: segment.isSelected ? Theme.green : "transparent"
             antialiasing: true
 
-            Text {
+            Label {
                 anchors.centerIn: parent
                 text: segment.modelData
-                textFormat: Text.PlainText
                 font: Theme.term(8, Theme.Bold)
                 color: segment.isSelected ? "black" : Theme.muted
                 Accessible.ignored: true

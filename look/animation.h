@@ -20,7 +20,9 @@ public:
     /// The change shows at once.
     Animation() = default;
 
+    /// On a spring; see `Spring` for its measures.
     [[nodiscard]] static Animation spring(double response, double dampingFraction);
+    /// Along one of the standard curves, within `seconds`.
     [[nodiscard]] static Animation easeIn(double seconds);
     [[nodiscard]] static Animation easeOut(double seconds);
     [[nodiscard]] static Animation easeInOut(double seconds);

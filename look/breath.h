@@ -6,6 +6,7 @@ namespace corvane::look {
 struct Breath
 {
     double opacity = 0.55;
+    /// Of the mark's full size.
     double scale = 0.96;
 };
 

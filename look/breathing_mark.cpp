@@ -19,43 +19,13 @@ BreathingMark::BreathingMark(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-void BreathingMark::setMarkSize(double size)
-{
-    if (m_size != size) {
-        m_size = size;
-        setImplicitSize(size, size);
-        setSize({size, size});
+    connect(this, &BreathingMark::markSizeChanged, this, [this] {
+        setImplicitSize(m_size, m_size);
+        setSize({m_size, m_size});
         startOrStop();
-        Q_EMIT markSizeChanged();
-    }
-}
-
-void BreathingMark::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
-}
-
-void BreathingMark::setPeriod(double seconds)
-{
-    if (m_period != seconds) {
-        m_period = seconds;
-        Q_EMIT periodChanged();
-    }
-}
-
-void BreathingMark::setPace(double seconds)
-{
-    if (m_pace != seconds) {
-        m_pace = seconds;
-        startOrStop();
-        Q_EMIT paceChanged();
-    }
+    });
+    connect(this, &BreathingMark::colorChanged, this, [this] { update(); });
+    connect(this, &BreathingMark::paceChanged, this, &BreathingMark::startOrStop);
 }
 
 void BreathingMark::tick()

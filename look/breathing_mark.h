@@ -20,26 +20,18 @@ class BreathingMark : public QQuickPaintedItem
     Q_OBJECT
     QML_ELEMENT
     /// Edge length in points.
-    Q_PROPERTY(double size READ markSize WRITE setMarkSize NOTIFY markSizeChanged FINAL)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    Q_PROPERTY(double size MEMBER m_size NOTIFY markSizeChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
     /// Seconds of half a breath, from dim to bright.
-    Q_PROPERTY(double period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+    Q_PROPERTY(double period MEMBER m_period NOTIFY periodChanged FINAL)
     /// Seconds between the ticks that the owner promises to send; 0, when the mark keeps its own
     /// time.
-    Q_PROPERTY(double pace READ pace WRITE setPace NOTIFY paceChanged FINAL)
+    Q_PROPERTY(double pace MEMBER m_pace NOTIFY paceChanged FINAL)
     /// Opacity of the mark at its latest step, for what shines along with it.
     Q_PROPERTY(double brightness READ brightness NOTIFY breathed FINAL)
 
 public:
     explicit BreathingMark(QQuickItem *parent = nullptr);
-    [[nodiscard]] double markSize() const { return m_size; }
-    void setMarkSize(double size);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-    [[nodiscard]] double period() const { return m_period; }
-    void setPeriod(double seconds);
-    [[nodiscard]] double pace() const { return m_pace; }
-    void setPace(double seconds);
     [[nodiscard]] double brightness() const { return breath().opacity; }
     /// The owner's tick: steps the mark now, and once more before the next tick.
     Q_INVOKABLE void tick();
@@ -50,6 +42,7 @@ Q_SIGNALS:
     void colorChanged();
     void periodChanged();
     void paceChanged();
+    /// The mark has been stepped and will be painted anew.
     void breathed();
 
 protected:

@@ -14,13 +14,14 @@ Glow::Glow(QQuickItem *parent)
     : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
+    connect(this, &Glow::sourceChanged, this, &QQuickItem::update);
+    connect(this, &Glow::radiusChanged, this, &QQuickItem::update);
 }
 
 void Glow::setSource(QQuickPaintedItem *source)
 {
     if (m_source != source) {
         m_source = source;
-        update();
         Q_EMIT sourceChanged();
     }
 }

@@ -17,33 +17,10 @@ Pictogram::Pictogram(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-void Pictogram::setName(const QString &name)
-{
-    if (m_name != name) {
-        m_name = name;
-        update();
-        Q_EMIT nameChanged();
-    }
-}
-
-void Pictogram::setFontSize(double size)
-{
-    if (m_fontSize != size) {
-        m_fontSize = size;
-        setImplicitSize(size * frameOfFont, size * frameOfFont);
-        Q_EMIT fontSizeChanged();
-    }
-}
-
-void Pictogram::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
+    connect(this, &Pictogram::changed, this, [this] { update(); });
+    connect(this, &Pictogram::fontSizeChanged, this, [this] {
+        setImplicitSize(m_fontSize * frameOfFont, m_fontSize * frameOfFont);
+    });
 }
 
 void Pictogram::paint(QPainter *painter)

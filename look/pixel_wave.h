@@ -20,6 +20,7 @@ class PixelWave : public QQuickPaintedItem
     Q_PROPERTY(QColor color MEMBER m_color FINAL)
 
 public:
+    /// Lengths in points.
     static constexpr int squareCount = 6;
     static constexpr double squareSize = 6;
     static constexpr double spacing = 4;

@@ -38,6 +38,8 @@ RollingText::RollingText(QQuickItem *parent)
     m_roll.jumpTo(1);
     m_roll.useSpring(rollResponse, rollDamping);
     connect(&m_roll, &AnimatedValue::valueChanged, this, [this] { update(); });
+    connect(this, &RollingText::fontChanged, this, &RollingText::measure);
+    connect(this, &RollingText::styleChanged, this, [this] { update(); });
 }
 
 void RollingText::setText(const QString &text)
@@ -52,33 +54,6 @@ void RollingText::setText(const QString &text)
         m_roll.setTarget(1);
     }
     Q_EMIT textChanged();
-}
-
-void RollingText::setFont(const QFont &font)
-{
-    if (m_font != font) {
-        m_font = font;
-        measure();
-        Q_EMIT fontChanged();
-    }
-}
-
-void RollingText::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
-}
-
-void RollingText::setMinimumScale(double scale)
-{
-    if (m_minimumScale != scale) {
-        m_minimumScale = scale;
-        update();
-        Q_EMIT minimumScaleChanged();
-    }
 }
 
 void RollingText::componentComplete()

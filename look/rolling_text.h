@@ -36,28 +36,21 @@ class RollingText : public QQuickPaintedItem
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
-    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged FINAL)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
-    Q_PROPERTY(double minimumScale READ minimumScale WRITE setMinimumScale NOTIFY
-                   minimumScaleChanged FINAL)
+    Q_PROPERTY(QFont font MEMBER m_font NOTIFY fontChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
+    /// From 0 to 1.
+    Q_PROPERTY(double minimumScale MEMBER m_minimumScale NOTIFY styleChanged FINAL)
 
 public:
     explicit RollingText(QQuickItem *parent = nullptr);
     [[nodiscard]] QString text() const { return m_text; }
     void setText(const QString &text);
-    [[nodiscard]] QFont font() const { return m_font; }
-    void setFont(const QFont &font);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-    [[nodiscard]] double minimumScale() const { return m_minimumScale; }
-    void setMinimumScale(double scale);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
     void textChanged();
     void fontChanged();
-    void colorChanged();
-    void minimumScaleChanged();
+    void styleChanged();
 
 protected:
     void componentComplete() override;

@@ -1,7 +1,6 @@
 #include "look/secret_field.h"
 
 #include <QClipboard>
-#include <QCursor>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -28,48 +27,33 @@ bool isTyping(const QKeyEvent &event)
 } // namespace
 
 SecretField::SecretField(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
+    : SecretItem(parent)
 {
-    setAntialiasing(true);
     setActiveFocusOnTab(true);
-    setAcceptedMouseButtons(Qt::LeftButton);
-    setCursor(Qt::IBeamCursor);
-    setFont(m_font);
+    measure();
 }
 
-void SecretField::setSecret(SecretText *secret)
+void SecretField::measure()
 {
-    if (m_secret == secret) {
-        return;
-    }
-    if (m_secret) {
-        disconnect(m_secret, nullptr, this, nullptr);
-    }
-    m_secret = secret;
-    if (secret != nullptr) {
-        connect(secret, &SecretText::changed, this, &SecretField::contentChanged);
-    }
-    contentChanged();
-    Q_EMIT secretChanged();
-}
-
-void SecretField::setFont(const QFont &font)
-{
-    m_font = font;
-    const QFontMetricsF metrics(font);
+    const QFontMetricsF metrics(font());
     setImplicitSize(metrics.averageCharWidth(), std::ceil(metrics.height()));
     update();
-    Q_EMIT fontChanged();
+}
+
+void SecretField::contentChanged()
+{
+    SecretItem::select(std::min(anchor(), size()), std::min(caret(), size()));
+    Q_EMIT emptyChanged();
 }
 
 double SecretField::advance() const
 {
-    return QFontMetricsF(m_font).horizontalAdvance(bullet);
+    return QFontMetricsF(font()).horizontalAdvance(bullet);
 }
 
 double SecretField::scroll() const
 {
-    return std::max(0.0, static_cast<double>(m_caret) * advance() + caretWidth - width());
+    return std::max(0.0, static_cast<double>(caret()) * advance() + caretWidth - width());
 }
 
 void SecretField::paint(QPainter *painter)
@@ -81,21 +65,17 @@ void SecretField::paint(QPainter *painter)
         painter->fillRect(QRectF(origin + static_cast<double>(selectionStart()) * step, 0,
                                  static_cast<double>(selectionEnd() - selectionStart()) * step,
                                  lineHeight),
-                          m_selectionColor);
+                          selectionColor());
     }
-    painter->setFont(m_font);
-    painter->setPen(m_color);
-    const double baseline = QFontMetricsF(m_font).ascent();
     const auto first = static_cast<qsizetype>(-origin / step);
     const auto last = std::min(size(), static_cast<qsizetype>((width() - origin) / step) + 1);
     for (qsizetype index = first; index < last; ++index) {
-        painter->drawText(QPointF(origin + static_cast<double>(index) * step, baseline),
-                          QString(bullet));
+        drawCharacter(*painter, {origin + static_cast<double>(index) * step, 0}, bullet);
     }
     if (m_caretShown) {
         painter->fillRect(
-            QRectF(origin + static_cast<double>(m_caret) * step, 0, caretWidth, lineHeight),
-            m_color);
+            QRectF(origin + static_cast<double>(caret()) * step, 0, caretWidth, lineHeight),
+            color());
     }
 }
 
@@ -103,8 +83,6 @@ void SecretField::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Paste)) {
         paste();
-    } else if (event->matches(QKeySequence::SelectAll)) {
-        select(0, size());
     } else if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::Cut) ||
                event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
         // The secret goes nowhere, and leaves no trace that could be brought back.
@@ -113,17 +91,17 @@ void SecretField::keyPressEvent(QKeyEvent *event)
             const bool backwards = event->key() == Qt::Key_Backspace;
             const bool wide = (event->modifiers() & Qt::ControlModifier) != 0;
             const qsizetype end =
-                backwards ? (wide ? 0 : m_caret - 1) : (wide ? size() : m_caret + 1);
-            select(std::clamp(end, qsizetype(0), size()), m_caret);
+                backwards ? (wide ? 0 : caret() - 1) : (wide ? size() : caret() + 1);
+            select(std::clamp(end, qsizetype(0), size()), caret());
         }
         replaceSelection({});
     } else if (const auto position = destination(*event)) {
         const bool selecting = (event->modifiers() & Qt::ShiftModifier) != 0;
-        select(selecting ? m_anchor : *position, *position);
+        select(selecting ? anchor() : *position, *position);
     } else if (isTyping(*event)) {
         replaceSelection(event->text());
     } else {
-        event->ignore();
+        SecretItem::keyPressEvent(event);
     }
 }
 
@@ -138,12 +116,12 @@ std::optional<qsizetype> SecretField::destination(const QKeyEvent &event) const
         if (wide) {
             return 0;
         }
-        return collapses ? selectionStart() : std::max(m_caret - 1, qsizetype(0));
+        return collapses ? selectionStart() : std::max(caret() - 1, qsizetype(0));
     case Qt::Key_Right:
         if (wide) {
             return size();
         }
-        return collapses ? selectionEnd() : std::min(m_caret + 1, size());
+        return collapses ? selectionEnd() : std::min(caret() + 1, size());
     case Qt::Key_Home:
         return 0;
     case Qt::Key_End:
@@ -165,58 +143,39 @@ void SecretField::paste()
 
 void SecretField::replaceSelection(QStringView text)
 {
-    if (!m_secret) {
+    if (secret() == nullptr) {
         return;
     }
     const qsizetype start = selectionStart();
     const qsizetype count = selectionEnd() - start;
-    m_anchor = m_caret = start;
-    m_secret->remove(start, count);
-    const qsizetype inserted = m_secret->insert(start, text);
+    SecretItem::select(start, start);
+    secret()->remove(start, count);
+    const qsizetype inserted = secret()->insert(start, text);
     select(start + inserted, start + inserted);
 }
 
 void SecretField::select(qsizetype anchor, qsizetype caret)
 {
-    m_anchor = anchor;
-    m_caret = caret;
+    SecretItem::select(anchor, caret);
     restartBlinking();
-    update();
 }
 
-qsizetype SecretField::positionAt(double x) const
+qsizetype SecretField::positionAt(const QPointF &point) const
 {
-    return std::clamp(static_cast<qsizetype>(std::round((x + scroll()) / advance())), qsizetype(0),
-                      size());
-}
-
-void SecretField::mousePressEvent(QMouseEvent *event)
-{
-    forceActiveFocus(Qt::MouseFocusReason);
-    const qsizetype position = positionAt(event->position().x());
-    select((event->modifiers() & Qt::ShiftModifier) != 0 ? m_anchor : position, position);
-}
-
-void SecretField::mouseMoveEvent(QMouseEvent *event)
-{
-    select(m_anchor, positionAt(event->position().x()));
-}
-
-void SecretField::mouseDoubleClickEvent(QMouseEvent *)
-{
-    select(0, size());
+    return std::clamp(static_cast<qsizetype>(std::round((point.x() + scroll()) / advance())),
+                      qsizetype(0), size());
 }
 
 void SecretField::focusInEvent(QFocusEvent *event)
 {
-    QQuickPaintedItem::focusInEvent(event);
+    SecretItem::focusInEvent(event);
     restartBlinking();
     update();
 }
 
 void SecretField::focusOutEvent(QFocusEvent *event)
 {
-    QQuickPaintedItem::focusOutEvent(event);
+    SecretItem::focusOutEvent(event);
     m_blinking.stop();
     m_caretShown = false;
     update();
@@ -239,14 +198,6 @@ void SecretField::timerEvent(QTimerEvent *event)
         m_caretShown = !m_caretShown;
         update();
     }
-}
-
-void SecretField::contentChanged()
-{
-    m_anchor = std::min(m_anchor, size());
-    m_caret = std::min(m_caret, size());
-    update();
-    Q_EMIT emptyChanged();
 }
 
 } // namespace corvane::look

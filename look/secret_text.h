@@ -35,6 +35,7 @@ public:
     void assign(std::span<const std::uint8_t> ascii);
     /// Inserts as much of `text` as there is room for and gives its size.
     qsizetype insert(qsizetype position, QStringView text);
+    /// Removes `count` characters from `position` on and wipes where they stood.
     void remove(qsizetype position, qsizetype count);
     /// Forgets everything, memory included.
     void clear();

@@ -42,6 +42,7 @@ struct BurstSquare
 class Burst
 {
 public:
+    /// Squares of one burst.
     static constexpr int particleCount = 18;
     /// How far from the centre the corner of a square can get.
     static constexpr double reach = 64 + 7;

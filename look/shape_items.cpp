@@ -4,8 +4,6 @@
 
 #include <QPainter>
 
-#include <cmath>
-
 namespace corvane::look {
 
 namespace {
@@ -35,62 +33,11 @@ void fillDithered(QPainter &painter, const QPainterPath &area, const QRectF &fra
 
 } // namespace
 
-DitherRect::DitherRect(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
-{}
-
-template <typename Value>
-void DitherRect::assign(Value &member, const Value &value)
-{
-    if (member != value) {
-        member = value;
-        update();
-        Q_EMIT patternChanged();
-    }
-}
-
-void DitherRect::setColor(const QColor &color)
-{
-    assign(m_color, color);
-}
-
-void DitherRect::setCell(double cell)
-{
-    assign(m_cell, cell);
-}
-
-void DitherRect::setTopDensity(double density)
-{
-    assign(m_topDensity, density);
-}
-
-void DitherRect::setBottomDensity(double density)
-{
-    assign(m_bottomDensity, density);
-}
-
-void DitherRect::paint(QPainter *painter)
-{
-    // A partial cell at the right or bottom edge is left out.
-    QPainterPath cells;
-    cells.addRect(0, 0, std::floor(width() / m_cell) * m_cell,
-                  std::floor(height() / m_cell) * m_cell);
-    fillDithered(*painter, cells, boundingRect(), m_cell, m_color, m_topDensity, m_bottomDensity);
-}
-
 QuibMark::QuibMark(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-void QuibMark::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
+    connect(this, &QuibMark::changed, this, [this] { update(); });
 }
 
 void QuibMark::paint(QPainter *painter)
@@ -102,39 +49,7 @@ NotchShape::NotchShape(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-void NotchShape::assign(double &member, double value)
-{
-    if (member != value) {
-        member = value;
-        update();
-        Q_EMIT changed();
-    }
-}
-
-void NotchShape::setBottomRadius(double radius)
-{
-    assign(m_bottomRadius, radius);
-}
-
-void NotchShape::setGrainOpacity(double opacity)
-{
-    assign(m_grainOpacity, opacity);
-}
-
-void NotchShape::setLineWidth(double width)
-{
-    assign(m_lineWidth, width);
-}
-
-void NotchShape::setLineColor(const QColor &color)
-{
-    if (m_lineColor != color) {
-        m_lineColor = color;
-        update();
-        Q_EMIT changed();
-    }
+    connect(this, &NotchShape::changed, this, [this] { update(); });
 }
 
 void NotchShape::paint(QPainter *painter)
@@ -161,36 +76,7 @@ RoundedBox::RoundedBox(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-template <typename Value>
-void RoundedBox::assign(Value &member, const Value &value)
-{
-    if (member != value) {
-        member = value;
-        update();
-        Q_EMIT changed();
-    }
-}
-
-void RoundedBox::setColor(const QColor &color)
-{
-    assign(m_color, color);
-}
-
-void RoundedBox::setBorderColor(const QColor &color)
-{
-    assign(m_borderColor, color);
-}
-
-void RoundedBox::setBorderWidth(double width)
-{
-    assign(m_borderWidth, width);
-}
-
-void RoundedBox::setRadius(double radius)
-{
-    assign(m_radius, radius);
+    connect(this, &RoundedBox::changed, this, [this] { update(); });
 }
 
 void RoundedBox::paint(QPainter *painter)
@@ -208,24 +94,7 @@ SparklineShape::SparklineShape(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-}
-
-void SparklineShape::setPoints(const QList<double> &points)
-{
-    if (m_points != points) {
-        m_points = points;
-        update();
-        Q_EMIT pointsChanged();
-    }
-}
-
-void SparklineShape::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
+    connect(this, &SparklineShape::changed, this, [this] { update(); });
 }
 
 void SparklineShape::paint(QPainter *painter)

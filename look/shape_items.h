@@ -1,61 +1,25 @@
 #pragma once
 
 #include <QColor>
-#include <QImage>
 #include <QList>
 #include <QQuickPaintedItem>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::look {
 
-/// An ordered dither of one colour between two densities. Never takes the pointer.
-class DitherRect : public QQuickPaintedItem
-{
-    Q_OBJECT
-    QML_ELEMENT
-    Q_PROPERTY(QColor color MEMBER m_color WRITE setColor NOTIFY patternChanged FINAL)
-    Q_PROPERTY(double cell MEMBER m_cell WRITE setCell NOTIFY patternChanged FINAL)
-    Q_PROPERTY(
-        double topDensity MEMBER m_topDensity WRITE setTopDensity NOTIFY patternChanged FINAL)
-    Q_PROPERTY(double bottomDensity MEMBER m_bottomDensity WRITE setBottomDensity NOTIFY
-                   patternChanged FINAL)
-
-public:
-    explicit DitherRect(QQuickItem *parent = nullptr);
-    void setColor(const QColor &color);
-    void setCell(double cell);
-    void setTopDensity(double density);
-    void setBottomDensity(double density);
-    void paint(QPainter *painter) override;
-
-Q_SIGNALS:
-    void patternChanged();
-
-private:
-    template <typename Value>
-    void assign(Value &member, const Value &value);
-
-    QColor m_color = Qt::white;
-    double m_cell = 2;
-    double m_topDensity = 0;
-    double m_bottomDensity = 0;
-};
-
 /// The product mark, filled.
 class QuibMark : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
     explicit QuibMark(QQuickItem *parent = nullptr);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    void colorChanged();
+    void changed();
 
 private:
     QColor m_color = Qt::white;
@@ -70,33 +34,23 @@ class NotchShape : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double bottomRadius READ bottomRadius WRITE setBottomRadius NOTIFY changed FINAL)
+    Q_PROPERTY(double bottomRadius MEMBER m_bottomRadius NOTIFY changed FINAL)
     /// Opacity of the whole grain; the grain itself is white at 0.05.
-    Q_PROPERTY(double grainOpacity READ grainOpacity WRITE setGrainOpacity NOTIFY changed FINAL)
-    Q_PROPERTY(QColor lineColor READ lineColor WRITE setLineColor NOTIFY changed FINAL)
-    Q_PROPERTY(double lineWidth READ lineWidth WRITE setLineWidth NOTIFY changed FINAL)
+    Q_PROPERTY(double grainOpacity MEMBER m_grainOpacity NOTIFY changed FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY changed FINAL)
+    Q_PROPERTY(double lineWidth MEMBER m_lineWidth NOTIFY changed FINAL)
 
 public:
     /// Room around the shape inside the item, in points.
     static constexpr double margin = 1;
 
     explicit NotchShape(QQuickItem *parent = nullptr);
-    [[nodiscard]] double bottomRadius() const { return m_bottomRadius; }
-    void setBottomRadius(double radius);
-    [[nodiscard]] double grainOpacity() const { return m_grainOpacity; }
-    void setGrainOpacity(double opacity);
-    [[nodiscard]] QColor lineColor() const { return m_lineColor; }
-    void setLineColor(const QColor &color);
-    [[nodiscard]] double lineWidth() const { return m_lineWidth; }
-    void setLineWidth(double width);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
     void changed();
 
 private:
-    void assign(double &member, double value);
-
     double m_bottomRadius = 0;
     double m_grainOpacity = 0;
     QColor m_lineColor = Qt::transparent;
@@ -110,34 +64,23 @@ class RoundedBox : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed FINAL)
-    Q_PROPERTY(QColor borderColor READ borderColor WRITE setBorderColor NOTIFY changed FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
+    Q_PROPERTY(QColor borderColor MEMBER m_borderColor NOTIFY changed FINAL)
     /// In points; the border lies inside the box.
-    Q_PROPERTY(double borderWidth READ borderWidth WRITE setBorderWidth NOTIFY changed FINAL)
-    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY changed FINAL)
+    Q_PROPERTY(double borderWidth MEMBER m_borderWidth NOTIFY changed FINAL)
+    Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
 
 public:
     /// Room around the box inside the item, in points.
     static constexpr double margin = 1;
 
     explicit RoundedBox(QQuickItem *parent = nullptr);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-    [[nodiscard]] QColor borderColor() const { return m_borderColor; }
-    void setBorderColor(const QColor &color);
-    [[nodiscard]] double borderWidth() const { return m_borderWidth; }
-    void setBorderWidth(double width);
-    [[nodiscard]] double radius() const { return m_radius; }
-    void setRadius(double radius);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
     void changed();
 
 private:
-    template <typename Value>
-    void assign(Value &member, const Value &value);
-
     QColor m_color = Qt::transparent;
     QColor m_borderColor = Qt::transparent;
     double m_borderWidth = 0;
@@ -149,20 +92,16 @@ class SparklineShape : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QList<double> points READ points WRITE setPoints NOTIFY pointsChanged FINAL)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    /// Prices, oldest first; equally far apart.
+    Q_PROPERTY(QList<double> points MEMBER m_points NOTIFY changed FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
     explicit SparklineShape(QQuickItem *parent = nullptr);
-    [[nodiscard]] QList<double> points() const { return m_points; }
-    void setPoints(const QList<double> &points);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    void pointsChanged();
-    void colorChanged();
+    void changed();
 
 private:
     QList<double> m_points;

@@ -110,24 +110,7 @@ SoftShadow::SoftShadow(QQuickItem *parent)
     : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
-}
-
-void SoftShadow::setColor(const QColor &color)
-{
-    if (m_color != color) {
-        m_color = color;
-        update();
-        Q_EMIT colorChanged();
-    }
-}
-
-void SoftShadow::setRadius(double radius)
-{
-    if (m_radius != radius) {
-        m_radius = radius;
-        update();
-        Q_EMIT radiusChanged();
-    }
+    connect(this, &SoftShadow::changed, this, &QQuickItem::update);
 }
 
 void SoftShadow::geometryChange(const QRectF &geometry, const QRectF &oldGeometry)

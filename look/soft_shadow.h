@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QImage>
 #include <QQuickItem>
 #include <QtQmlIntegration/qqmlintegration.h>
 
@@ -19,20 +18,15 @@ class SoftShadow : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
     /// Blur radius in points, twice the Gaussian's sigma.
-    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
+    Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
 
 public:
     explicit SoftShadow(QQuickItem *parent = nullptr);
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-    [[nodiscard]] double radius() const { return m_radius; }
-    void setRadius(double radius);
 
 Q_SIGNALS:
-    void colorChanged();
-    void radiusChanged();
+    void changed();
 
 protected:
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;

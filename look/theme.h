@@ -34,6 +34,7 @@ class Theme : public QObject
     Q_PROPERTY(bool reducedMotion READ isMotionReduced NOTIFY appearanceChanged FINAL)
 
 public:
+    /// The weights that the views use.
     enum Weight { Regular = QFont::Normal, Bold = QFont::Bold, Heavy = QFont::ExtraBold };
     Q_ENUM(Weight)
 
@@ -85,9 +86,11 @@ public:
     /// the monospaced face of the desktop.
     [[nodiscard]] Q_INVOKABLE QFont term(double size, corvane::look::Theme::Weight weight = Regular,
                                          double tracking = 0) const;
+    /// `font` with a line beneath.
     [[nodiscard]] Q_INVOKABLE static QFont underlined(QFont font);
 
 Q_SIGNALS:
+    /// The desktop's wish for motion or contrast is another one.
     void appearanceChanged();
 
 private:

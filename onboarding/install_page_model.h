@@ -20,8 +20,10 @@ class InstallPageModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
     /// While the page is on the screen, what it shows is read anew now and then.
     Q_PROPERTY(bool shown READ isShown WRITE setShown NOTIFY shownChanged FINAL)
+    /// The application lies where it belongs, or is none that could be moved.
     Q_PROPERTY(bool applicationsDone READ applicationsDone NOTIFY changed FINAL)
     Q_PROPERTY(QString applicationsDetail READ applicationsDetail NOTIFY changed FINAL)
+    /// The program starts at login.
     Q_PROPERTY(bool loginDone READ loginDone NOTIFY changed FINAL)
     Q_PROPERTY(QString loginDetail READ loginDetail NOTIFY changed FINAL)
     /// The application can be moved into the applications folder.

@@ -44,6 +44,7 @@ Q_SIGNALS:
     void pageChanged();
     /// Something that depends on the page has changed.
     void changed();
+    /// The user has left the last page forwards.
     void finished();
 
 private:

@@ -17,12 +17,11 @@ Item {
         radius: 4
     }
 
-    Text {
+    Label {
         id: label
 
         anchors.centerIn: parent
         text: root.text
-        textFormat: Text.PlainText
         font: Theme.term(9, Theme.Bold)
         color: root.copied ? Theme.green : Theme.ink
         Accessible.ignored: true

@@ -1,6 +1,7 @@
 #include "panes/balance_card_model.h"
 
 #include "core/labels.h"
+#include "panes/network_wording.h"
 
 #include <cmath>
 
@@ -62,7 +63,7 @@ BalanceCardModel::Figures BalanceCardModel::read() const
     figures.address = m_wallet->shortAddress();
     figures.hasAddress = m_wallet->hasValidAddress();
     figures.canSend = m_wallet->hasSigningKey();
-    figures.networkName = core::rawValue(m_wallet->network()).toUpper();
+    figures.networkName = networkTitle(m_wallet->network());
     figures.isMainnet = m_wallet->network() == core::SolNetwork::Mainnet;
     return figures;
 }

@@ -60,6 +60,7 @@ public:
     Q_INVOKABLE void toggleHeadline();
     /// Copies the address and says so for a moment.
     Q_INVOKABLE void copyAddress();
+    /// Each shows the card for that.
     Q_INVOKABLE void receive();
     Q_INVOKABLE void send();
     Q_INVOKABLE void openSettings();

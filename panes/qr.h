@@ -7,6 +7,7 @@
 
 namespace corvane::panes {
 
+/// QR codes as pictures. Any thread.
 struct QR
 {
     /// The QR code of `text` (UTF-8, error correction level M) with a quiet zone of one module, one

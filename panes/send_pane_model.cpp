@@ -19,7 +19,6 @@ namespace {
 
 /// SOL that MAX leaves for the fee.
 constexpr double feeMargin = 0.0001;
-constexpr double quibPerSol = 1000;
 
 } // namespace
 
@@ -111,7 +110,7 @@ QString SendPaneModel::equivalence() const
     if (!amount || !(*amount > 0)) {
         return {};
     }
-    QString text = QStringLiteral("≈ ") + m_wallet->group(std::round(*amount * quibPerSol), 0) +
+    QString text = QStringLiteral("≈ ") + m_wallet->group(std::round(*amount * core::quibPerSol), 0) +
                    QStringLiteral(" QUIB");
     if (const std::optional<double> price = m_wallet->price()) {
         text += QStringLiteral("  ·  $") + m_wallet->group(*amount * *price, 2);

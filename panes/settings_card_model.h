@@ -26,16 +26,21 @@ class SettingsCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY changed FINAL)
     /// What is wrong with the address; empty while nothing is.
     Q_PROPERTY(QString addressError READ addressError NOTIFY changed FINAL)
+    /// As typed; empty for none.
     Q_PROPERTY(QString customRPC READ customRPC WRITE setCustomRPC NOTIFY changed FINAL)
     /// The public endpoint of the network.
     Q_PROPERTY(QString rpcPlaceholder READ rpcPlaceholder NOTIFY changed FINAL)
+    /// Which endpoint is in use, in words.
     Q_PROPERTY(QString rpcSource READ rpcSource NOTIFY changed FINAL)
+    /// `rpcSource` names the public endpoint.
     Q_PROPERTY(bool rpcIsPublic READ rpcIsPublic NOTIFY changed FINAL)
     Q_PROPERTY(QList<QString> networks READ networks CONSTANT FINAL)
     /// Index of the current one among `networks`.
     Q_PROPERTY(int network READ network WRITE setNetwork NOTIFY changed FINAL)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
+    /// Whether this is a wallet or only watches, in words.
     Q_PROPERTY(QString walletText READ walletText NOTIFY changed FINAL)
+    /// Asks for the second press after the first.
     Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)
 
 public:
@@ -45,6 +50,7 @@ public:
     Q_INVOKABLE void backup();
     /// Removes the wallet when pressed twice within three seconds.
     Q_INVOKABLE void remove();
+    /// Ends the program.
     Q_INVOKABLE void quit();
     /// Back to the balance, with fresh figures.
     Q_INVOKABLE void done();

@@ -29,8 +29,11 @@ class SetupCardModel : public QObject
 public:
     explicit SetupCardModel(QObject *parent = nullptr);
 
+    /// Makes a wallet with a new key; its backup is shown next.
     Q_INVOKABLE void createWallet();
+    /// On to the import form.
     Q_INVOKABLE void showImport();
+    /// Takes over the key that was pasted. A failure keeps the text and sets `errorMsg`.
     Q_INVOKABLE void importKey();
     /// Back to the choice; forgets what was pasted.
     Q_INVOKABLE void back();

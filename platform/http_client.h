@@ -11,14 +11,17 @@
 
 namespace corvane::platform {
 
+/// A redirect may turn a POST into a GET.
 enum class HttpMethod { Get, Post };
 
+/// A name and its value, without line breaks; a header that has one is left out.
 struct HttpHeader
 {
     QByteArray name;
     QByteArray value;
 };
 
+/// What to ask. The body goes with a POST only.
 struct HttpRequest
 {
     HttpMethod method = HttpMethod::Get;
@@ -29,6 +32,7 @@ struct HttpRequest
     std::chrono::milliseconds timeout{12'000};
 };
 
+/// What the server answered, after redirects.
 struct HttpReply
 {
     int status = 0;

@@ -15,6 +15,7 @@ struct InstanceRequest
 {
     /// Empty: to come to the front.
     QString action;
+    /// Of the action, where it has one.
     std::optional<QString> parameter;
 
     friend bool operator==(const InstanceRequest &, const InstanceRequest &) = default;
@@ -25,6 +26,7 @@ struct InstanceRequest
 class Instance
 {
 public:
+    /// What a claim comes to.
     enum class Claim {
         Granted,
         /// Another instance runs.

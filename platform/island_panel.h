@@ -28,6 +28,7 @@ public:
 
     /// Moves and resizes the panel; `frame` is in the coordinates of `Screen`.
     virtual void setFrame(const QRectF &frame) = 0;
+    /// One of the two levels above.
     virtual void setLevel(int level) = 0;
     /// While true, every click goes to the window beneath.
     virtual void setIgnoresMouseEvents(bool ignores) = 0;

@@ -15,6 +15,7 @@ namespace corvane::platform {
 /// A rectangle's `y()` is therefore its bottom edge and `y() + height()` its top edge.
 struct Screen
 {
+    /// The connector, such as "eDP-1".
     QString name;
     QRectF frame;
     /// Height of the band at the top that a camera housing occupies; 0 without one.

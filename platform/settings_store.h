@@ -19,8 +19,10 @@ public:
     SettingsStore &operator=(const SettingsStore &) = delete;
     virtual ~SettingsStore() = default;
 
+    /// None where the key is absent or holds another type.
     [[nodiscard]] virtual std::optional<QString> string(const QString &key) const = 0;
     [[nodiscard]] virtual std::optional<bool> boolean(const QString &key) const = 0;
+    /// Replaces whatever the key holds.
     virtual void setString(const QString &key, const QString &value) = 0;
     virtual void setBoolean(const QString &key, bool value) = 0;
 };

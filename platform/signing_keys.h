@@ -13,6 +13,7 @@ namespace corvane::platform {
 class SigningKeys
 {
 public:
+    /// Bytes of an Ed25519 seed.
     static constexpr std::size_t seedSize = 32;
     using PublicKey = std::array<std::uint8_t, 32>;
     using Signature = std::array<std::uint8_t, 64>;

@@ -19,6 +19,7 @@ public:
     SoundPlayer &operator=(const SoundPlayer &) = delete;
     virtual ~SoundPlayer() = default;
 
+    /// Sounds may overlap.
     virtual void play(Sound sound) = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/curl_http_client.h"
 
+#include "platform/linux/curl_request.h"
 #include "platform/linux/http_redirect.h"
 
 #include <QCoreApplication>
@@ -9,128 +10,18 @@
 
 #include <curl/curl.h>
 
-#include <algorithm>
 #include <chrono>
 #include <deque>
+#include <optional>
 #include <unordered_map>
 #include <utility>
-
-// QUICK_EXIT came with it, and writes that cannot raise SIGPIPE.
-#if LIBCURL_VERSION_NUM < 0x075700
-#error "libcurl 7.87 or newer is needed"
-#endif
 
 namespace corvane::platform {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-/// Connections kept open for the next refresh, and for how many seconds.
+/// Connections kept open for the next refresh.
 constexpr long keptConnections = 4;
-constexpr long keptConnectionAge = 90;
-
-struct FreeEasy
-{
-    void operator()(CURL *easy) const { curl_easy_cleanup(easy); }
-};
-
-struct FreeList
-{
-    void operator()(curl_slist *list) const { curl_slist_free_all(list); }
-};
-
-using HeaderList = std::unique_ptr<curl_slist, FreeList>;
-
-/// One request on its way, redirects included.
-struct Transfer
-{
-    HttpRequest request;
-    Completion<HttpResult> completion;
-    Clock::time_point deadline;
-    QUrl url;
-    HttpMethod method = HttpMethod::Get;
-    int redirects = 0;
-    QByteArray received;
-    bool tooLarge = false;
-    HeaderList headers;
-    std::unique_ptr<CURL, FreeEasy> easy;
-};
-
-void append(HeaderList &list, const QByteArray &line)
-{
-    // A line break would begin another header.
-    if (line.contains('\r') || line.contains('\n')) {
-        return;
-    }
-    if (curl_slist *longer = curl_slist_append(list.get(), line.constData())) {
-        static_cast<void>(list.release());
-        list.reset(longer);
-    }
-}
-
-bool isNamed(const HttpHeader &header, QByteArrayView name)
-{
-    return header.name.compare(name, Qt::CaseInsensitive) == 0;
-}
-
-HeaderList headerLines(const Transfer &transfer)
-{
-    HeaderList list;
-    const bool posts = transfer.method == HttpMethod::Post;
-    // curl would wait for the server's permission before it sends a large body, and name a type
-    // that nobody asked for.
-    append(list, "Expect:");
-    const auto &headers = transfer.request.headers;
-    if (posts && std::none_of(headers.begin(), headers.end(), [](const HttpHeader &header) {
-            return isNamed(header, "Content-Type");
-        })) {
-        append(list, "Content-Type:");
-    }
-    for (const HttpHeader &header : headers) {
-        const bool describesBody = isNamed(header, "Content-Type");
-        // A POST that a redirect turned into a GET has no body any more.
-        if (describesBody && !posts && transfer.redirects > 0) {
-            continue;
-        }
-        append(list,
-               header.value.isEmpty() ? header.name + ';' : header.name + ": " + header.value);
-    }
-    return list;
-}
-
-/// Some public services refuse requests that do not say who is asking.
-QByteArray userAgent()
-{
-    const QByteArray version = QCoreApplication::applicationVersion().toUtf8();
-    return version.isEmpty() ? QByteArrayLiteral("Corvane") : "Corvane/" + version;
-}
-
-size_t onBody(char *data, size_t size, size_t count, void *context)
-{
-    auto &transfer = *static_cast<Transfer *>(context);
-    const auto length = static_cast<qsizetype>(size * count);
-    if (transfer.received.size() + length > CurlHttpClient::maximumReplySize) {
-        transfer.tooLarge = true;
-        return 0;
-    }
-    transfer.received.append(data, length);
-    return size * count;
-}
-
-HttpError errorOf(CURLcode code, const Transfer &transfer)
-{
-    switch (code) {
-    case CURLE_OPERATION_TIMEDOUT:
-        return HttpError::TimedOut;
-    case CURLE_FILESIZE_EXCEEDED:
-        return HttpError::TooLarge;
-    case CURLE_URL_MALFORMAT:
-        return transfer.redirects > 0 ? HttpError::RefusedRedirect : HttpError::BadUrl;
-    default:
-        return transfer.tooLarge ? HttpError::TooLarge : HttpError::Unreachable;
-    }
-}
 
 } // namespace
 
@@ -149,6 +40,12 @@ public:
     [[nodiscard]] bool isActive() const { return !m_transfers.empty() || m_timer.isActive(); }
 
 private:
+    struct Transfer
+    {
+        CurlRequest request;
+        Completion<HttpResult> completion;
+    };
+
     struct Watch
     {
         QSocketNotifier *read = nullptr;
@@ -159,7 +56,8 @@ private:
     static int onTimeout(CURLM *multi, long milliseconds, void *context);
 
     bool initialise();
-    [[nodiscard]] bool start(Transfer &transfer);
+    /// False when curl refuses.
+    [[nodiscard]] bool start(CurlRequest &request);
     void act(curl_socket_t socket, int events);
     void collect();
     void conclude(CURL *easy, CURLcode code);
@@ -219,59 +117,23 @@ Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
         finish(completion, HttpError::BadUrl);
         return completion;
     }
-    auto transfer = std::make_unique<Transfer>();
-    transfer->deadline = Clock::now() + request.timeout;
-    transfer->url = request.url;
-    transfer->method = request.method;
-    transfer->completion = completion;
-    transfer->request = std::move(request);
     if (!initialise()) {
         finish(completion, HttpError::Unreachable);
         return completion;
     }
-    transfer->easy.reset(curl_easy_init());
-    if (!transfer->easy || !start(*transfer)) {
+    auto transfer =
+        std::make_unique<Transfer>(Transfer{CurlRequest(std::move(request)), completion});
+    if (!start(transfer->request)) {
         finish(completion, HttpError::Unreachable);
         return completion;
     }
-    m_transfers.emplace(transfer->easy.get(), std::move(transfer));
+    m_transfers.emplace(transfer->request.handle(), std::move(transfer));
     return completion;
 }
 
-/// Starts the transfer's first or next request. False when curl refuses.
-bool CurlHttpClient::Engine::start(Transfer &transfer)
+bool CurlHttpClient::Engine::start(CurlRequest &request)
 {
-    CURL *easy = transfer.easy.get();
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(transfer.deadline - Clock::now());
-    transfer.headers = headerLines(transfer);
-    transfer.received.clear();
-
-    curl_easy_reset(easy);
-    curl_easy_setopt(
-        easy, CURLOPT_URL,
-        transfer.url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).constData());
-    curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
-    curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, transfer.headers.get());
-    if (transfer.method == HttpMethod::Post) {
-        curl_easy_setopt(easy, CURLOPT_POST, 1L);
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE,
-                         static_cast<curl_off_t>(transfer.request.body.size()));
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, transfer.request.body.constData());
-    }
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &onBody);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &transfer);
-    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumReplySize));
-    // Zero would mean no bound at all.
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max(static_cast<long>(left.count()), 1L));
-    curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, keptConnectionAge);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    // Without this, a name that does not resolve would block the main thread beyond the bound.
-    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
-    return curl_multi_add_handle(m_multi, easy) == CURLM_OK;
+    return request.prepare() && curl_multi_add_handle(m_multi, request.handle()) == CURLM_OK;
 }
 
 int CurlHttpClient::Engine::onTimeout(CURLM *, long milliseconds, void *context)
@@ -343,33 +205,14 @@ void CurlHttpClient::Engine::conclude(CURL *easy, CURLcode code)
         return;
     }
     Transfer &transfer = *found->second;
-    HttpResult result = HttpError::Unreachable;
-    if (code != CURLE_OK) {
-        result = errorOf(code, transfer);
-    } else {
-        long status = 0;
-        curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
-        const char *location = nullptr;
-        curl_easy_getinfo(easy, CURLINFO_REDIRECT_URL, &location);
-        if (location != nullptr && isRedirect(static_cast<int>(status))) {
-            const QUrl target = QUrl::fromEncoded(location);
-            if (transfer.redirects == maximumRedirects || !mayRedirect(transfer.url, target)) {
-                result = HttpError::RefusedRedirect;
-            } else if (Clock::now() >= transfer.deadline) {
-                result = HttpError::TimedOut;
-            } else {
-                ++transfer.redirects;
-                transfer.method = methodAfterRedirect(transfer.method, static_cast<int>(status));
-                transfer.url = target;
-                if (start(transfer)) {
-                    return;
-                }
-            }
-        } else {
-            result = HttpReply{static_cast<int>(status), std::move(transfer.received)};
+    std::optional<HttpResult> result = transfer.request.conclude(code);
+    if (!result) {
+        if (start(transfer.request)) {
+            return;
         }
+        result = HttpError::Unreachable;
     }
-    finish(transfer.completion, std::move(result));
+    finish(transfer.completion, std::move(*result));
     m_transfers.erase(found);
 }
 

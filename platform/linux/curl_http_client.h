@@ -9,14 +9,11 @@ namespace corvane::platform {
 /// HTTP and HTTPS by libcurl, on the main thread's event loop.
 ///
 /// TLS certificates are verified, the proxy variables of the environment count. Follows up to five
-/// redirects, never from https to http. While no request is under way nothing wakes the process.
+/// redirects, never from https to http, and refuses replies of more than four megabytes. While no
+/// request is under way nothing wakes the process.
 class CurlHttpClient final : public HttpClient
 {
 public:
-    /// Longer replies are refused.
-    static constexpr qsizetype maximumReplySize = 4 * 1024 * 1024;
-    static constexpr int maximumRedirects = 5;
-
     /// Cheap: libcurl is initialised by the first request.
     CurlHttpClient();
     /// Resolves the requests under way as cancelled.

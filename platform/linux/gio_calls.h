@@ -8,6 +8,7 @@
 
 namespace corvane::platform {
 
+/// Gives up one reference, or frees an error.
 struct GioDeleter
 {
     void operator()(gpointer object) const { g_object_unref(object); }
@@ -15,6 +16,7 @@ struct GioDeleter
     void operator()(GError *error) const { g_error_free(error); }
 };
 
+/// Owns one reference to an object, a variant or an error.
 template <typename T>
 using GioPtr = std::unique_ptr<T, GioDeleter>;
 
@@ -28,6 +30,7 @@ class BoundedCalls
 public:
     using Start = std::function<void(GCancellable *, GAsyncReadyCallback, gpointer)>;
 
+    /// `bound` counts from here.
     explicit BoundedCalls(std::chrono::milliseconds bound);
     ~BoundedCalls();
     BoundedCalls(const BoundedCalls &) = delete;
@@ -49,6 +52,7 @@ public:
 
     /// Gives the operations from now on a bound of their own.
     void restart(std::chrono::milliseconds bound);
+    /// The bound has run out.
     [[nodiscard]] bool expired() const;
 
 private:

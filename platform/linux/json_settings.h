@@ -17,6 +17,7 @@ public:
     /// Larger files are damaged: the settings are a handful of short values.
     static constexpr qint64 maximumSize = 1024 * 1024;
 
+    /// `path`: the file, which need not exist yet.
     explicit JsonSettings(QString path);
 
     [[nodiscard]] std::optional<QString> string(const QString &key) const override;

@@ -19,6 +19,7 @@ public:
     /// The notch that the user names in the environment, since the window system reports none.
     static constexpr const char *notchVariable = "CORVANE_NOTCH";
 
+    /// `notch`: "WIDTHxHEIGHT" in points; anything else means none.
     explicit QtScreens(const QString &notch = qEnvironmentVariable(notchVariable));
     ~QtScreens() override;
 

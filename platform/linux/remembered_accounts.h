@@ -23,6 +23,7 @@ struct RememberedAccount
 class RememberedAccounts
 {
 public:
+    /// `path`: the file, which need not exist yet.
     explicit RememberedAccounts(QString path);
 
     [[nodiscard]] std::optional<RememberedAccount> find(const QString &service) const;

@@ -19,6 +19,7 @@ namespace corvane::platform {
 class ScreenCoordinates
 {
 public:
+    /// One display, as Qt sees it.
     struct Display
     {
         /// In Qt's virtual desktop.
@@ -31,6 +32,7 @@ public:
     ScreenCoordinates() = default;
     ScreenCoordinates(QRect primary, QList<Display> displays);
 
+    /// Between Qt's virtual desktop and global points; a rectangle keeps its size.
     [[nodiscard]] QRectF globalFromQt(const QRectF &rectangle) const;
     [[nodiscard]] QPointF globalFromQt(QPointF point) const;
     [[nodiscard]] QRectF qtFromGlobal(const QRectF &rectangle) const;

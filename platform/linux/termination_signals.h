@@ -12,6 +12,7 @@ namespace corvane::platform {
 class TerminationSignals
 {
 public:
+    /// `handler` runs once for each signal.
     explicit TerminationSignals(std::function<void()> handler);
     ~TerminationSignals();
     TerminationSignals(const TerminationSignals &) = delete;

@@ -19,6 +19,7 @@ namespace corvane::platform {
 class XcbPanelWindow final : public QAbstractNativeEventFilter
 {
 public:
+    /// Who is told, on the main thread.
     struct Observer
     {
         /// A compositing manager has started or stopped.
@@ -46,6 +47,7 @@ public:
     /// Gives the keyboard to the noted window if this one has it.
     void returnFocus();
 
+    /// Raises the window above all others.
     void raiseToTop();
     /// Raises the window above the topmost one that the window manager looks after, if that one
     /// covers it.

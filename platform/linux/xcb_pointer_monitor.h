@@ -18,6 +18,7 @@ class QtScreens;
 class XcbPointerMonitor final : public PointerMonitor
 {
 public:
+    /// Motion within this time is told once.
     static constexpr std::chrono::milliseconds mergeInterval{8};
 
     /// `screens` must outlive the monitor.

@@ -7,6 +7,7 @@
 
 namespace corvane::platform::xcb {
 
+/// For memory that xcb allocates.
 struct Free
 {
     void operator()(void *memory) const { std::free(memory); }
@@ -16,6 +17,7 @@ struct Free
 template <typename T>
 using Owned = std::unique_ptr<T, Free>;
 
+/// Closes a connection.
 struct Disconnect
 {
     void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }

@@ -1,6 +1,9 @@
+#include "app/chosen_endpoints.h"
 #include "app/requests.h"
 
 #include "tests/fakes/fake_shell.h"
+
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -85,6 +88,57 @@ TEST(RequestsTest, RefusesWhatCannotBeMeant)
         ASSERT_NE(farewell, nullptr) << line;
         EXPECT_EQ(farewell->status, 2) << line;
     }
+}
+
+TEST(RequestsTest, ADemoNeverRunsWhereItsKeyCouldBePaidRealCoins)
+{
+    const QTemporaryDir folder;
+    const auto file = [&folder](const char *mainnet, const char *devnet, const char *walletApp) {
+        QFile written(folder.filePath(QStringLiteral("endpoints.json")));
+        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write(QByteArray(R"({"mainnet": ")") + mainnet + R"(", "devnet": ")" + devnet +
+                      R"(", "walletApp": ")" + walletApp + R"("})");
+        return written.fileName();
+    };
+    struct Case
+    {
+        const char *mainnet;
+        const char *devnet;
+        const char *walletApp;
+        bool demo;
+        bool watches;
+        bool runs;
+    };
+    constexpr auto here = "http://127.0.0.1:1";
+    constexpr auto there = "https://rpc.test";
+    for (const auto &[mainnet, devnet, walletApp, demo, watches, runs] : {
+             Case{here, "http://localhost:2", here, true, false, true},
+             Case{"http://[::1]:1", "http://127.8.8.8", here, true, false, true},
+             Case{there, here, here, true, false, false},
+             Case{here, there, here, true, false, false},
+             Case{here, here, there, true, false, false},
+             Case{here, "https://127.0.0.1.rpc.test", here, true, false, false},
+             Case{here, "https://localhost.rpc.test", here, true, false, false},
+             Case{there, there, there, true, true, true},
+             Case{there, there, there, false, false, true},
+             Case{"ftp://127.0.0.1", here, here, false, false, false},
+         }) {
+        Options options;
+        options.endpointsFile = file(mainnet, devnet, walletApp);
+        options.demoKeychain = demo;
+        options.watch = watches ? std::optional(QStringLiteral("an address")) : std::nullopt;
+        const auto chosen = chosenEndpoints(options);
+        ASSERT_EQ(std::holds_alternative<core::Endpoints>(chosen), runs)
+            << mainnet << ' ' << devnet;
+        if (runs) {
+            EXPECT_EQ(std::get<core::Endpoints>(chosen).devnet, QString::fromLatin1(devnet));
+        } else {
+            EXPECT_EQ(std::get<Farewell>(chosen).status, usageError);
+        }
+    }
+    Options demo;
+    demo.demoKeychain = true;
+    EXPECT_TRUE(std::holds_alternative<Farewell>(chosenEndpoints(demo))) << "the built-in ones";
 }
 
 TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)

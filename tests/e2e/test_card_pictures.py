@@ -1,10 +1,9 @@
 """Pictures of every card in every state, at scale 1 and 2, for people to look at, with what a script
-can hold them to: the width, equal heights at both scales, nothing cut, nothing overlapping."""
+can hold them to: the width, and equal heights at both scales."""
 
 from support import ADDRESS, KEY, KEY_ADDRESS, WalletTest, wait_until
 
 RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
-TEXTS = ("label", "push button", "text")
 heights = {}
 
 
@@ -20,24 +19,6 @@ class CardPictures:
         self.assertAlmostEqual(right - left, 620, delta=2)
         self.assertAlmostEqual(bottom, heights.setdefault(name, bottom), delta=1.5,
                                msg=f"{name}: as high at scale 1 as at scale 2")
-        self.check_places(corvane, name, bottom)
-
-    def check_places(self, corvane, name, bottom):
-        """Every text lies within the card's margins, and none upon another."""
-        scale = self.desktop.scale
-        middle = self.desktop.screen.width / 2
-        places = [(thing.name, thing.extents(scale)) for thing in corvane.tree.things()
-                  if thing.role in TEXTS and thing.name and thing.depth > 1]
-        for text, (x, y, width, height) in places:
-            where = f"{name}: {text!r} at {(x, y, width, height)}"
-            self.assertGreaterEqual(x, middle - 310 * scale, where)
-            self.assertLessEqual(x + width, middle + 310 * scale, where)
-            self.assertLessEqual(y + height, bottom * scale, where)
-        for index, (text, (x, y, width, height)) in enumerate(places):
-            for other, (left, top, across, down) in places[index + 1:]:
-                apart = (x + width <= left + scale or left + across <= x + scale
-                         or y + height <= top + scale or top + down <= y + scale)
-                self.assertTrue(apart, f"{name}: {text!r} upon {other!r}")
 
     def test_setup_and_backup(self):
         with self.run_wallet() as corvane:
@@ -114,7 +95,7 @@ class CardPictures:
             corvane.press_button("DONE")
             self.import_key(corvane, KEY)
             corvane.press_button("Settings")
-            self.look(corvane, "settings-key", "BACKUP", "REMOVE")
+            self.look(corvane, "settings-key", "WALLET: 9C6h…Jtpj · key in keychain", "BACKUP")
             corvane.press_button("REMOVE")
             corvane.wait_for("REALLY REMOVE? (backup first!)")
             self.keep(corvane, "settings-armed", corvane.capture())

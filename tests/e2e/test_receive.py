@@ -4,8 +4,6 @@ import subprocess
 
 from support import ADDRESS, SCREENSHOTS, IslandTest
 
-HINT = "set your wallet address in settings first"
-
 
 class Receive:
     def test_code_and_copy(self):
@@ -33,14 +31,6 @@ class Receive:
         self.assertEqual(place[2:], (144 * self.desktop.scale,) * 2)
         picture = self.desktop.screen.capture(*place)
         self.assertEqual(picture.colours(*place), {(0, 0, 0), (255, 255, 255)})
-
-    def test_without_an_address(self):
-        for address in (" ", ADDRESS[:31]):
-            with self.subTest(address), self.run_corvane({"corvane.address": address}) as corvane:
-                corvane.open_pane("receive")
-                texts = corvane.wait_for(HINT)
-                self.save(corvane.settled(), "receive-hint")
-                self.assertFalse({"COPY ADDRESS", "QR code of your address"} & set(texts))
 
 
 class ReceiveAtScale1Test(Receive, IslandTest):

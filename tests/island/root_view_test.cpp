@@ -1,13 +1,5 @@
-#include "assets/bundled_fonts.h"
-#include "look/theme.h"
-#include "tests/fakes/fake_font_registry.h"
 #include "tests/island/island_fixture.h"
-
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
+#include "tests/look/view_stage.h"
 
 #include <gtest/gtest.h>
 
@@ -21,32 +13,20 @@ using namespace std::chrono_literals;
 class RootViewTest : public tests::IslandTest
 {
 protected:
-    RootViewTest()
-    {
-        m_screens.screens = {tests::notchedScreen({0, 0, 1512, 982}, 180, 38)};
-        assets::registerBundledFonts();
-        m_engine.addImportPath(u"qrc:/qt/qml"_s);
-    }
+    RootViewTest() { m_screens.screens = {tests::notchedScreen({0, 0, 1512, 982}, 180, 38)}; }
 
-    ~RootViewTest() override
-    {
-        // The view reads the wallet and the island until it is gone.
-        m_root.reset();
-    }
+    ~RootViewTest() override { m_stage.clear(); }
 
     void show()
     {
         launchIsland();
-        QQmlComponent component(&m_engine, QUrl(u"qrc:/qt/qml/Corvane/Island/IslandRoot.qml"_s));
-        m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(
-            {{u"model"_s, QVariant::fromValue(model.get())},
-             {u"island"_s, QVariant::fromValue(m_island.get())}})));
-        ASSERT_TRUE(m_root) << qPrintable(component.errorString());
-        m_root->setParentItem(m_window.contentItem());
-        m_root->setSize(m_panels.state.frame.size());
-        m_window.resize(m_panels.state.frame.size().toSize());
-        m_window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_window));
+        const QSizeF size = m_panels.state.frame.size();
+        m_stage
+            .show(u"Island/IslandRoot"_s,
+                  {{u"model"_s, QVariant::fromValue(model.get())},
+                   {u"island"_s, QVariant::fromValue(m_island.get())}},
+                  size.toSize())
+            .setSize(size);
     }
 
     /// Waits until the island is drawn there.
@@ -61,13 +41,13 @@ protected:
 
     [[nodiscard]] QQuickItem *itemWith(const char *property, const QString &value) const
     {
-        return search(m_root.get(), property, value);
+        return search(&m_stage.view(), property, value);
     }
 
     void click(const QQuickItem *item)
     {
         const QPointF centre = item->mapToScene({item->width() / 2, item->height() / 2});
-        QTest::mouseClick(&m_window, Qt::LeftButton, {}, centre.toPoint());
+        QTest::mouseClick(&m_stage.window(), Qt::LeftButton, {}, centre.toPoint());
     }
 
     static QQuickItem *search(QQuickItem *item, const char *property, const QString &value)
@@ -83,11 +63,7 @@ protected:
         return nullptr;
     }
 
-    tests::FakeFontRegistry m_fonts = tests::FakeFontRegistry::bundled();
-    look::Theme m_theme{m_fonts};
-    QQmlEngine m_engine;
-    QQuickWindow m_window;
-    std::unique_ptr<QQuickItem> m_root;
+    tests::ViewStage m_stage;
 };
 
 TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)

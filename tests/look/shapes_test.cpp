@@ -36,7 +36,7 @@ TEST(NotchShape, IsSquareAboveAndQuadraticBelow)
     EXPECT_EQ(notchShapePath({0, 0, 50, 0}, 8).boundingRect().height(), 0);
 }
 
-TEST(DitherRect, FillsTheShareOfCellsThatTheDensitySays)
+TEST(Dither, FillsTheShareOfCellsThatTheDensitySays)
 {
     for (const auto &[density, filledOfSixteen] : std::initializer_list<std::pair<double, int>>{
              {0, 0}, {0.03, 0}, {0.05, 1}, {0.28, 4}, {0.5, 8}, {1, 16}}) {
@@ -54,7 +54,7 @@ TEST(DitherRect, FillsTheShareOfCellsThatTheDensitySays)
     }
 }
 
-TEST(DitherRect, LeavesPartialCellsOutAndPaintsItsTileInDevicePixels)
+TEST(Dither, LeavesPartialCellsOutAndPaintsItsTileInDevicePixels)
 {
     const DitherPattern pattern = ditherPattern(11, 7, 2, 1, 0);
     EXPECT_EQ(pattern.columns, 5);

@@ -2,16 +2,9 @@
 // can be walked through with the keyboard alone. Run at two scale factors and with the fallback
 // fonts.
 
-#include "assets/bundled_fonts.h"
-#include "look/theme.h"
-#include "tests/fakes/fake_font_registry.h"
 #include "tests/look/view_layout.h"
+#include "tests/look/view_stage.h"
 #include "tests/onboarding/onboarding_fixture.h"
-
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickWindow>
-#include <QTest>
 
 namespace corvane::onboarding {
 namespace {
@@ -22,46 +15,30 @@ using namespace std::chrono_literals;
 class OnboardingViewsTest : public tests::OnboardingTest, public testing::WithParamInterface<bool>
 {
 protected:
-    OnboardingViewsTest()
-    {
-        assets::registerBundledFonts();
-        m_engine.addImportPath(u"qrc:/qt/qml"_s);
-        m_window.resize(520, 640);
-        m_window.setColor(Qt::black);
-    }
-    ~OnboardingViewsTest() override { m_view.reset(); }
+    ~OnboardingViewsTest() override { m_stage.clear(); }
 
     void open()
     {
-        QQmlComponent component(&m_engine,
-                                QUrl(u"qrc:/qt/qml/Corvane/Onboarding/OnboardingView.qml"_s));
-        m_view.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(
-            {{u"onboarding"_s, QVariant::fromValue(&*m_onboarding)}})));
-        if (!m_view) {
-            qFatal("%s", qPrintable(component.errorString()));
-        }
-        m_view->setParentItem(m_window.contentItem());
-        m_window.show();
-        m_window.requestActivate();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        m_stage.show(u"Onboarding/OnboardingView"_s,
+                     {{u"onboarding"_s, QVariant::fromValue(&*m_onboarding)}}, {520, 640});
     }
 
-    [[nodiscard]] QStringList texts() const { return tests::texts(*m_view); }
-    [[nodiscard]] QString focused() const
+    [[nodiscard]] QStringList texts() const { return tests::texts(m_stage.view()); }
+    [[nodiscard]] QString focused()
     {
-        const QQuickItem *item = m_window.activeFocusItem();
+        const QQuickItem *item = m_stage.window().activeFocusItem();
         return item != nullptr ? item->property("label").toString() : QString();
     }
-    void key(Qt::Key key) { QTest::keyClick(&m_window, key); }
+    void key(Qt::Key key) { QTest::keyClick(&m_stage.window(), key); }
 
     /// Waits until `title` is the only page, and looks at its layout.
     void expectPage(const QString &title, const QString &picture)
     {
         ASSERT_TRUE(QTest::qWaitFor([&] { return titles() == QStringList{title}; }))
             << titles().join(u',').toStdString();
-        tests::savePicture(m_window, {520, 640},
+        tests::savePicture(m_stage.window(), {520, 640},
                            picture + (GetParam() ? u"-bundled"_s : u"-fallback"_s));
-        tests::expectCleanLayout(*m_view, {30, 30, 460, 580});
+        tests::expectCleanLayout(m_stage.view(), {30, 30, 460, 580});
     }
 
     [[nodiscard]] QStringList titles() const
@@ -73,12 +50,7 @@ protected:
         return shown;
     }
 
-    tests::FakeFontRegistry m_fonts =
-        GetParam() ? tests::FakeFontRegistry::bundled() : tests::FakeFontRegistry({});
-    look::Theme m_theme{m_fonts};
-    QQmlEngine m_engine;
-    QQuickWindow m_window;
-    std::unique_ptr<QQuickItem> m_view;
+    tests::ViewStage m_stage{GetParam()};
 };
 
 INSTANTIATE_TEST_SUITE_P(Fonts, OnboardingViewsTest, testing::Bool(),
@@ -88,7 +60,7 @@ TEST_P(OnboardingViewsTest, EveryPageIsWholeAndTheKeyboardReachesAll)
 {
     open();
     expectPage(u"CORVANE"_s, u"welcome"_s);
-    EXPECT_EQ(tests::control(*m_view, u"BACK"_s), nullptr);
+    EXPECT_EQ(tests::control(m_stage.view(), u"BACK"_s), nullptr);
     key(Qt::Key_Left);
     key(Qt::Key_Tab);
     EXPECT_EQ(focused(), u"Close"_s);
@@ -138,15 +110,14 @@ TEST_P(OnboardingViewsTest, InstallPageTellsItsThreeStates)
     for (const Case &expected : cases) {
         m_bundle.runningFrom = expected.path;
         m_loginItem.enabled = expected.login;
-        m_view.reset();
         open();
         key(Qt::Key_Right);
         expectPage(u"INSTALL"_s, expected.picture);
-        QQuickItem *button = tests::control(*m_view, u"MOVE TO APPLICATIONS"_s);
+        QQuickItem *button = tests::control(m_stage.view(), u"MOVE TO APPLICATIONS"_s);
         EXPECT_EQ(button != nullptr, expected.button);
         if (button != nullptr) {
             ASSERT_TRUE(QMetaObject::invokeMethod(button, "triggered"));
-            EXPECT_NE(tests::control(*m_view, u"MOVING…"_s), nullptr);
+            EXPECT_NE(tests::control(m_stage.view(), u"MOVING…"_s), nullptr);
             EXPECT_EQ(m_bundle.done.size(), 2);
         }
     }

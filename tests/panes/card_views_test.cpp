@@ -1,20 +1,13 @@
 // Every card loads, in the states and with the longest texts it can have, and nothing of it is cut
 // or lies over something else. Run at two scale factors and with the fallback fonts.
 
-#include "assets/bundled_fonts.h"
 #include "look/secret_field.h"
-#include "look/theme.h"
 #include "panes/send_pane_model.h"
-#include "tests/fakes/fake_font_registry.h"
 #include "tests/look/view_layout.h"
+#include "tests/look/view_stage.h"
 #include "tests/panes/card_fixture.h"
 
 #include <QAccessible>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QTest>
 
 #include <algorithm>
 
@@ -26,35 +19,21 @@ using namespace Qt::StringLiterals;
 class CardViewsTest : public tests::CardTest, public testing::WithParamInterface<bool>
 {
 protected:
-    CardViewsTest()
-    {
-        assets::registerBundledFonts();
-        m_engine.addImportPath(u"qrc:/qt/qml"_s);
-        m_window.resize(620, 600);
-        m_window.setColor(Qt::black);
-    }
-    ~CardViewsTest() override { m_card.reset(); }
+    ~CardViewsTest() override { m_stage.clear(); }
 
     /// Shows the card of this type as the island would.
     QQuickItem &show(const QString &type)
     {
-        QQmlComponent component(&m_engine, QUrl(u"qrc:/qt/qml/Corvane/Panes/%1.qml"_s.arg(type)));
-        m_card.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(
-            {{u"model"_s, QVariant::fromValue(model.get())},
-             {u"island"_s, QVariant::fromValue(m_island.get())},
-             {u"width"_s, 620}})));
-        if (!m_card) {
-            qFatal("%s", qPrintable(component.errorString()));
-        }
-        m_card->setParentItem(m_window.contentItem());
-        m_window.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_window));
-        return *m_card;
+        return m_stage.show(u"Panes/"_s + type,
+                            {{u"model"_s, QVariant::fromValue(model.get())},
+                             {u"island"_s, QVariant::fromValue(m_island.get())},
+                             {u"width"_s, 620}},
+                            {620, 600});
     }
 
     [[nodiscard]] QQuickItem *control(const QString &name) const
     {
-        return tests::control(*m_card, name);
+        return tests::control(m_stage.view(), name);
     }
 
     void press(const QString &name)
@@ -69,20 +48,15 @@ protected:
     {
         QStringList seen;
         EXPECT_TRUE(QTest::qWaitFor([&] {
-            seen = tests::texts(*m_card);
+            seen = tests::texts(m_stage.view());
             return !seen.isEmpty() && std::ranges::all_of(texts, [&seen](const QString &text) {
                 return seen.contains(text);
             });
         })) << texts.join(u'|').toStdString();
-        tests::expectCleanLayout(*m_card, {0, 0, 620, m_card->implicitHeight()});
+        tests::expectCleanLayout(m_stage.view(), {0, 0, 620, m_stage.view().implicitHeight()});
     }
 
-    tests::FakeFontRegistry m_fonts =
-        GetParam() ? tests::FakeFontRegistry::bundled() : tests::FakeFontRegistry({});
-    look::Theme m_theme{m_fonts};
-    QQmlEngine m_engine;
-    QQuickWindow m_window;
-    std::unique_ptr<QQuickItem> m_card;
+    tests::ViewStage m_stage{GetParam()};
 };
 
 INSTANTIATE_TEST_SUITE_P(Fonts, CardViewsTest, testing::Bool(),
@@ -121,6 +95,8 @@ TEST_P(CardViewsTest, Setup)
     EXPECT_TRUE(field->state().passwordEdit);
     EXPECT_EQ(field->parent()->text(QAccessible::Name), u"secret key"_s);
     EXPECT_EQ(field->text(QAccessible::Value), QString());
+    press(u"IMPORT"_s);
+    expectClean({u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s});
 }
 
 TEST_P(CardViewsTest, Backup)
@@ -139,6 +115,8 @@ TEST_P(CardViewsTest, Settings)
     launchIsland();
     QQuickItem &card = show(u"SettingsCard"_s);
     expectClean({u"paste your quib address"_s});
+    EXPECT_EQ(control(u"BACKUP"_s), nullptr);
+    EXPECT_EQ(control(u"REMOVE"_s), nullptr);
     const double plain = card.implicitHeight();
     model->setCustomRPC(u"https://rpc.helius.test"_s);
     ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(tests::addressA)));
@@ -154,6 +132,8 @@ TEST_P(CardViewsTest, Receive)
     launchIsland();
     show(u"ReceivePane"_s);
     expectClean({u"set your wallet address in settings first"_s});
+    EXPECT_EQ(control(u"COPY ADDRESS"_s), nullptr);
+    EXPECT_FALSE(tests::texts(m_stage.view()).contains(u"corvane::panes::QRCode"_s));
     model->setAddress(tests::addressA);
     expectClean({tests::addressA, u"corvane::panes::QRCode"_s});
     press(u"COPY ADDRESS"_s);
@@ -162,6 +142,7 @@ TEST_P(CardViewsTest, Receive)
 
 TEST_P(CardViewsTest, Send)
 {
+    http.answer(tests::coinGecko, R"({"solana": {"usd": 150.25}})");
     http.answer(tests::balance, R"({"result": {"value": 999999999000000000}})");
     http.answer(u"getLatestBlockhash"_s,
                 R"({"result": {"value": {"blockhash": "11111111111111111111111111111111"}}})");
@@ -170,7 +151,7 @@ TEST_P(CardViewsTest, Send)
     show(u"SendPane"_s);
     expectClean({u"no wallet yet — create or import one first"_s});
     EXPECT_EQ(control(u"SEND"_s), nullptr);
-    m_card.reset();
+    m_stage.clear();
 
     launchWithKey();
     QQuickItem &card = show(u"SendPane"_s);
@@ -183,6 +164,8 @@ TEST_P(CardViewsTest, Send)
     pane->setAmount(u"0"_s);
     expectClean();
     pane->setRecipient(tests::addressB);
+    pane->setAmount(u"0.12345678"_s);
+    expectClean({u"≈ 123 QUIB  ·  $18.55"_s});
     press(u"MAX"_s);
     expectClean();
     EXPECT_EQ(pane->amount(), u"999999998.9999"_s);

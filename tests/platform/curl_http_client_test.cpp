@@ -1,4 +1,5 @@
 #include "platform/linux/curl_http_client.h"
+#include "platform/linux/curl_request.h"
 #include "platform/linux/http_redirect.h"
 #include "tests/fakes/table.h"
 #include "tests/platform/scripted_server.h"
@@ -19,6 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using platform::CurlHttpClient;
+using platform::CurlRequest;
 using platform::HttpError;
 using platform::HttpMethod;
 using platform::HttpReply;
@@ -193,7 +195,7 @@ TEST(HttpRedirect, NeverLeavesEncryption)
 
 TEST_F(CurlHttpClientTest, BoundsAndDistrustsTheReply)
 {
-    const QByteArray most(CurlHttpClient::maximumReplySize, 'x');
+    const QByteArray most(CurlRequest::maximumReplySize, 'x');
     const QByteArray ok = "HTTP/1.1 200 OK\r\n";
     for (const auto &[answer, outcome] : Table<Answer, QByteArray>{
              {ScriptedServer::reply("200 OK", most), "200 " + most},

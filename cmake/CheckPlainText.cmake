@@ -1,0 +1,34 @@
+cmake_minimum_required(VERSION 3.25)
+
+# Finds texts that could be taken for markup: what is shown comes from servers, too. Every view writes
+# with Label, which alone says what a text is.
+# cmake -DROOT=<source folder> -P CheckPlainText.cmake
+set(label "${ROOT}/look/Label.qml")
+file(STRINGS "${label}" plain REGEX "^    textFormat: Text\\.PlainText$")
+if(NOT plain)
+    message(FATAL_ERROR "${label}: its text is not plain")
+endif()
+set(checked 0)
+set(violations "")
+foreach(folder app core island keys look onboarding panes platform platform/linux)
+    file(GLOB files "${ROOT}/${folder}/*.qml" "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp")
+    list(REMOVE_ITEM files "${label}")
+    foreach(file IN LISTS files)
+        math(EXPR checked "${checked} + 1")
+        file(STRINGS "${file}" lines REGEX
+            "(^|[^A-Za-z0-9_])Text {|textFormat|TextEdit|TextArea|(Rich|Styled|Auto|Markdown)Text|setHtml")
+        foreach(line IN LISTS lines)
+            # TextInput's signal, which interprets nothing.
+            if(NOT line MATCHES "onTextEdited")
+                list(APPEND violations "${file}: ${line}")
+            endif()
+        endforeach()
+    endforeach()
+endforeach()
+if(checked LESS 50)
+    message(FATAL_ERROR "only ${checked} files found under ${ROOT}: wrong folder?")
+endif()
+if(violations)
+    list(JOIN violations "\n" text)
+    message(FATAL_ERROR "${text}")
+endif()

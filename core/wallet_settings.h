@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QLatin1StringView>
+
+namespace corvane::core {
+
+/// Keys of the wallet's settings. They name what is on people's disks already.
+inline constexpr QLatin1StringView addressSetting{"corvane.address"};
+inline constexpr QLatin1StringView networkSetting{"corvane.network"};
+inline constexpr QLatin1StringView customRPCSetting{"corvane.rpc"};
+inline constexpr QLatin1StringView walletURLSetting{"corvane.walletURL"};
+inline constexpr QLatin1StringView displayUSDSetting{"corvane.displayUSD"};
+inline constexpr QLatin1StringView tickerShowsBalanceSetting{"corvane.tickerShowsBalance"};
+
+} // namespace corvane::core

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "assets/bundled_fonts.h"
+#include "look/theme.h"
+#include "tests/fakes/fake_font_registry.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace corvane::tests {
+
+/// A window for one whole view at a time, with the fonts of the program or with those of any
+/// system.
+class ViewStage
+{
+public:
+    explicit ViewStage(bool hasBundledFonts = true)
+        : m_fonts(hasBundledFonts ? FakeFontRegistry::bundled() : FakeFontRegistry({}))
+    {
+        assets::registerBundledFonts();
+        m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    }
+
+    /// Loads a view, such as "Panes/SendPane", in place of the one before.
+    QQuickItem &show(const QString &name, const QVariantMap &properties, const QSize &size)
+    {
+        QQmlComponent component(&m_engine,
+                                QUrl(QStringLiteral("qrc:/qt/qml/Corvane/%1.qml").arg(name)));
+        m_view.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
+        if (!m_view) {
+            qFatal("%s", qPrintable(component.errorString()));
+        }
+        m_view->setParentItem(m_window.contentItem());
+        m_window.resize(size);
+        m_window.setColor(Qt::black);
+        m_window.show();
+        m_window.requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        return *m_view;
+    }
+    /// A view reads its models until it is gone.
+    void clear() { m_view.reset(); }
+
+    [[nodiscard]] QQuickItem &view() const { return *m_view; }
+    [[nodiscard]] QQuickWindow &window() { return m_window; }
+
+private:
+    FakeFontRegistry m_fonts;
+    look::Theme m_theme{m_fonts};
+    QQmlEngine m_engine;
+    QQuickWindow m_window;
+    std::unique_ptr<QQuickItem> m_view;
+};
+
+} // namespace corvane::tests
