@@ -18,9 +18,8 @@ Pictogram::Pictogram(QQuickItem *parent)
 {
     setAntialiasing(true);
     connect(this, &Pictogram::changed, this, [this] { update(); });
-    connect(this, &Pictogram::fontSizeChanged, this, [this] {
-        setImplicitSize(m_fontSize * frameOfFont, m_fontSize * frameOfFont);
-    });
+    connect(this, &Pictogram::fontSizeChanged, this,
+            [this] { setImplicitSize(m_fontSize * frameOfFont, m_fontSize * frameOfFont); });
 }
 
 void Pictogram::paint(QPainter *painter)

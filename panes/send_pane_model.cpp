@@ -110,7 +110,8 @@ QString SendPaneModel::equivalence() const
     if (!amount || !(*amount > 0)) {
         return {};
     }
-    QString text = QStringLiteral("≈ ") + m_wallet->group(std::round(*amount * core::quibPerSol), 0) +
+    QString text = QStringLiteral("≈ ") +
+                   m_wallet->group(std::round(*amount * core::quibPerSol), 0) +
                    QStringLiteral(" QUIB");
     if (const std::optional<double> price = m_wallet->price()) {
         text += QStringLiteral("  ·  $") + m_wallet->group(*amount * *price, 2);
