@@ -1,0 +1,135 @@
+"""Runs rows of peers.py against the program, and holds after each what no peer may change."""
+
+import contextlib
+import re
+import time
+
+from support import KEY, KEY_ADDRESS, SEED, WalletTest, solana, wait_until
+
+from desktop import Keyring
+from desktop.corvane import CARD_WIDTH
+from peers import LAST, NEW, SENT
+
+SERVICE = "corvane.signing-key"
+RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
+SHORT = "9C6h…Jtpj"
+SOL, FEE = 1_000_000_000, 5000
+
+
+class PeersTest(WalletTest):
+    """Rows share a program that runs until one of them fails or ends it."""
+
+    def setUp(self):
+        super().setUp()
+        self.corvane = None
+        self.addCleanup(self.stop)
+
+    def run_rows(self, rows):
+        for row in rows:
+            with self.subTest(f"{row.peer} {row.does}"):
+                self.world(LAST)
+                began = time.monotonic()
+                act, *arguments = row.act
+                try:
+                    getattr(self, act)(row, *arguments)
+                except BaseException:
+                    self.stop()
+                    raise
+                finally:
+                    print(f"{time.monotonic() - began:.1f} s", row.peer, row.does)
+        if self.corvane:
+            self.opens_and_folds()
+
+    def world(self, figures):
+        """Healthy peers, and figures of theirs."""
+        new = figures == NEW
+        self.localnet.control("clear-faults")
+        self.localnet.fund(KEY_ADDRESS, 4 if new else 8.2, "1" if new else "2")
+        self.localnet.fund(RECIPIENT, 1)
+        self.localnet.control("price", price=100 if new else 150.25, change=-1.5 if new else 2.345)
+
+    def stop(self):
+        if self.corvane:
+            self.running.close()
+            self.corvane = None
+
+    def start(self, settings=None, **more):
+        """The program with its key, open, with the figures of before the row."""
+        if not self.corvane:
+            self.desktop.empty_keyring()
+            self.running = contextlib.ExitStack()
+            self.corvane = self.running.enter_context(self.run_wallet(settings, **more))
+            self.import_key(self.corvane, KEY)
+            self.corvane.tree.listen()
+        self.refresh(LAST)
+        return self.corvane
+
+    def figures(self):
+        """Everything on the card that could be taken for an amount."""
+        amount = re.compile(r"[\d—∞]|nan", re.IGNORECASE)
+        return {text for text in self.corvane.tree.texts() if amount.search(text)
+                and text != SHORT and not text.startswith("TOTAL BALANCE $")}
+
+    def shows(self, figures):
+        wait_until(lambda: self.figures() == set(figures),
+                   lambda: f"{figures}, but {self.figures()}")
+
+    def press_refresh(self):
+        after = max((entry["seq"] for entry in self.localnet.requests()), default=0)
+        self.corvane.tree.find("Refresh").press()
+        return after
+
+    def cycle_ended(self, after):
+        """A forced cycle ends with the chart."""
+        wait_until(lambda: any(entry["name"] == "chart" for entry in self.localnet.requests(after)),
+                   "the end of the cycle", seconds=15)
+
+    def refresh(self, figures):
+        self.cycle_ended(self.press_refresh())
+        self.shows(figures)
+
+    def kept(self):
+        """What no peer may change."""
+        with Keyring(self.desktop.bus_address) as keyring:
+            items = keyring.items(SERVICE)
+        accounts = self.desktop.folder / "xdg_data_home/corvane/accounts.json"
+        said = [line for line in self.corvane.messages().splitlines() if not line.startswith("ALSA")]
+        return items, accounts.read_text(), self.corvane.settings(), said
+
+    def refresh_under(self, row, *faults):
+        self.start()
+        with self.misbehaving(*faults):
+            after = self.press_refresh()
+            if any(fault["kind"] == "latency" for fault in faults):
+                self.opens_and_folds()
+            self.cycle_ended(after)
+            self.shows(row.sees)
+            self.nothing_overlaps()
+
+    def nothing_overlaps(self):
+        """No figure is drawn over another, whatever its length."""
+        shown = [(thing.name, thing.extents(1)) for thing in self.corvane.tree.things()
+                 if thing.role == "label" and thing.name in self.figures()]
+        middle, half = self.desktop.screen.width // 2, CARD_WIDTH // 2
+        for name, (x, y, width, height) in shown:
+            self.assertTrue(middle - half < x and x + width < middle + half, f"{name} leaves the card")
+            for other, (left, top, *_) in shown:
+                self.assertFalse(x < left < x + width and y <= top < y + height,
+                                 f"{name} over {other}")
+
+    def opens_and_folds(self):
+        self.corvane.leave()
+        self.corvane.hover()
+
+    @contextlib.contextmanager
+    def misbehaving(self, *faults):
+        """What is true has changed, but the peers do not say so until the end."""
+        before = self.kept()
+        self.world(NEW)
+        for fault in faults:
+            self.localnet.control("fault", **fault)
+        yield
+        self.localnet.control("clear-faults")
+        self.refresh(NEW)
+        self.assertEqual(self.kept(), before)
+        self.assertEqual(self.localnet.lamports(KEY_ADDRESS), 4 * SOL)

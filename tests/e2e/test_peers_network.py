@@ -1,0 +1,77 @@
+"""The cluster and the price services lie, die or are slow."""
+
+import json
+import unittest
+
+from peers import CLUSTER, LAST, NEW, PRICES
+from peers_runner import PeersTest
+from support import KEY_ADDRESS, wait_until
+
+
+class NetworkTest(PeersTest):
+    def test_figures(self):
+        self.run_rows(CLUSTER)
+
+    def test_prices(self):
+        self.run_rows(PRICES)
+
+    def no_network(self, row):
+        corvane = self.start()
+        before = self.kept()
+        self.localnet.stop()
+        corvane.tree.find("Refresh").press()
+        self.opens_and_folds()
+        self.shows(row.sees)
+        self.localnet.start()
+        self.world(NEW)
+        # The next cycle of the polling is the retry.
+        wait_until(lambda: self.figures() == set(NEW), "the new figures", seconds=40)
+        self.assertEqual(self.kept(), before)
+
+    def late_network(self, row):
+        corvane = self.start()
+        before = self.kept()
+        self.localnet.fund(KEY_ADDRESS, 1, cluster="devnet")
+        self.localnet.control("fault", match="getBalance", kind="latency", ms=1500, cluster="mainnet")
+        corvane.tree.find("Refresh").press()
+        after = self.press_refresh()
+        self.choose_network("DEVNET")
+        self.shows(row.sees)
+        wait_until(lambda: [entry for entry in self.localnet.requests(after)
+                            if entry["name"] == "getBalance" and entry["fault"]], "the late reply")
+        corvane.settled()
+        self.shows(row.sees)
+        self.assertEqual(corvane.settings()["corvane.network"], "devnet")
+        self.localnet.control("clear-faults")
+        self.choose_network("MAINNET")
+        self.shows(LAST)
+        self.assertEqual(before[:2], self.kept()[:2])
+
+    def choose_network(self, name):
+        corvane = self.corvane
+        corvane.press_button("Settings")
+        corvane.click(corvane.still(name, "radio button"))
+        corvane.press_button("DONE")
+        corvane.wait_for("TOTAL BALANCE")
+    def chart_under(self, row, stays, prices):
+        corvane = self.start()
+        before = self.chart()
+        with self.misbehaving({"match": "chart", "kind": "body",
+                               "body": json.dumps({"prices": prices})}):
+            self.refresh(row.sees)
+            self.opens_and_folds()
+            self.assertEqual(self.chart() == before, stays)
+            self.assertNotEqual(self.chart(), set(), "a chart")
+
+    def chart(self):
+        """The places of the chart's green."""
+        picture = self.corvane.settled()
+        top, scale = self.corvane.band, self.desktop.scale
+        middle = picture.x + picture.width // 2
+        return {(x, y) for y in range((top + 95) * scale, (top + 140) * scale)
+                for x in range(middle - 282 * scale, middle + 282 * scale)
+                if picture.at(x, y)[1] > 150}
+
+
+if __name__ == "__main__":
+    unittest.main()
