@@ -585,6 +585,7 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
 {
     const auto remembered = m_accounts.find(service);
     const auto fromMemory = [&] {
+        m_missedItems = !remembered;
         return remembered ? std::optional(remembered->account) : std::nullopt;
     };
     QuickCall talk(*this);
@@ -599,12 +600,14 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
             return fromMemory();
         }
         m_accounts.remember(service, {account, collectionOf(item)});
+        m_missedItems = false;
         return account;
     }
-    if (!remembered || !talk.hasSeenAll(remembered)) {
+    if (!talk.hasSeenAll(remembered)) {
         return fromMemory();
     }
     m_accounts.forget(service);
+    m_missedItems = false;
     return std::nullopt;
 }
 
@@ -617,6 +620,9 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
     }
     if (std::ranges::any_of(*items, isLocked)) {
         return keychainAuthFailed;
+    }
+    if (m_missedItems && !items->empty()) {
+        return keychainDuplicateItem;
     }
     talk.eraseUnfinished(service);
     if (items->empty()) {

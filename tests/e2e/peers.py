@@ -211,7 +211,81 @@ PRICES += [
           "the new chart"),
 ]
 
-GROUPS = [CLUSTER, SENDING, PRICES]
+LOCKED = "touch id cancelled — nothing was sent"
+NO_KEY = "no wallet — create or import one on the balance card"
+
+
+def keychain(does, state, when, sees=LOCKED, kept="the key; the next try sends"):
+    return Row("keychain", does, (sees,), kept, ("keychain", state, when))
+
+
+def refusal(status):
+    return f"keychain refused the key (error {status}) — try again, and tell me this code if it persists"
+
+
+def creating(does, state, status):
+    return Row("keychain", does, (refusal(status),), "the next try makes the one key", ("creating", state))
+
+
+KEYCHAIN = [
+    keychain("is locked from the start, then asked to send", "locked", "start"),
+    keychain("is absent from the start, then asked to send", "absent", "start"),
+    keychain("hangs from the start, then asked to send", "hung", "start"),
+    keychain("is killed while nobody asks", "absent", "idle"),
+    keychain("hangs when a transfer needs the key", "hung", "idle"),
+    keychain("is killed while the key is read", "hung", "killed"),
+    keychain("is killed and comes back before it is asked", "restarted", "idle", SENT, "the key"),
+    keychain("has lost the key behind the program's back", "empty", "idle"),
+    keychain("holds other bytes in the key's place", "wrong", "restart",
+             kept="nothing has moved; the key serves after the next start"),
+    keychain("holds another key in the key's place", "other", "restart", REFUSED,
+             "nothing has moved; the key serves after the next start"),
+    creating("is locked when a key is made", "locked", -25293),
+    creating("is absent when a key is made", "absent", -25291),
+    creating("hangs when a key is made", "hung", -25291),
+    Row("keychain", "is locked when the key is removed", (NO_KEY,), "the key, found at the next start",
+        ("removing",)),
+    Row("memory of accounts", "is damaged", LAST, "the key; the memory is written anew",
+        ("accounts", "{")),
+    Row("memory of accounts", "is empty", LAST, "the key; the memory is written anew",
+        ("accounts", "")),
+    Row("memory of accounts", "is damaged while the keychain is locked, and a new key is asked for",
+        (refusal(-25293), refusal(-25299)), "the old key, found at the next start",
+        ("accounts_while_locked",)),
+]
+
+
+def door(does, manner):
+    return Row("polkit at the door", does, ("CORVANE LOCKED", "UNLOCK"), "the next answer opens",
+               ("door", manner))
+
+
+def asked(does, manner):
+    return Row("polkit at a transfer", does, (LOCKED,), "the key; the next answer sends",
+               ("asked", manner))
+
+
+def without(does, state):
+    return Row("polkit", does, LAST, "the key stays closed, a transfer is refused, QUIT works",
+               ("polkit", state))
+
+
+POLKIT = [
+    door("hears a wrong password", "refuse"),
+    door("is dismissed", "dismiss"),
+    door("loses its agent in the middle of the question", "hang"),
+    Row("polkit at the door", "is not answered, and the program is told to end",
+        ("CORVANE LOCKED",), "it ends at once, with status 0", ("ends_at_the_door",)),
+    asked("has nobody to ask", None),
+    asked("hears a wrong password", "refuse"),
+    asked("is dismissed", "dismiss"),
+    asked("loses its agent in the middle of the question", "hang"),
+    without("is not on the system bus", "absent"),
+    without("has no system bus", "no bus"),
+    without("hangs", "hung"),
+]
+
+GROUPS = [CLUSTER, SENDING, PRICES, KEYCHAIN, POLKIT]
 
 
 def shortened(text):

@@ -40,6 +40,10 @@ class PeersTest(WalletTest):
         if self.corvane:
             self.opens_and_folds()
 
+    @property
+    def accounts_file(self):
+        return self.desktop.folder / "xdg_data_home/corvane/accounts.json"
+
     def world(self, figures):
         """Healthy peers, and figures of theirs."""
         new = figures == NEW
@@ -92,9 +96,8 @@ class PeersTest(WalletTest):
         """What no peer may change."""
         with Keyring(self.desktop.bus_address) as keyring:
             items = keyring.items(SERVICE)
-        accounts = self.desktop.folder / "xdg_data_home/corvane/accounts.json"
         said = [line for line in self.corvane.messages().splitlines() if not line.startswith("ALSA")]
-        return items, accounts.read_text(), self.corvane.settings(), said
+        return items, self.accounts_file.read_text(), self.corvane.settings(), said
 
     def refresh_under(self, row, *faults):
         self.start()

@@ -128,7 +128,8 @@ class VirtualDesktop:
         """Ends it under everybody's feet, stopped or not."""
         self.keyring.kill()
         self.keyring.wait()
-        self._processes.remove(self.keyring)
+        if self.keyring in self._processes:
+            self._processes.remove(self.keyring)
 
     def empty_keyring(self):
         """Forgets every key, and what programs remember of them."""
