@@ -32,8 +32,8 @@ struct SecretServiceBounds
 ///
 /// At most one item of a service exists. A locked keyring is never taken for an empty one: what
 /// cannot be read is neither deleted nor added to, and such calls answer `keychainAuthFailed`. Nor
-/// is an item deleted that came to light only after `copyAccount` had been kept from seeing it; such
-/// calls answer `keychainDuplicateItem` until `copyAccount` has told of it.
+/// is an item deleted that came to light only after `copyAccount` had been kept from seeing it;
+/// such calls answer `keychainDuplicateItem` until `copyAccount` has told of it.
 ///
 /// Each call talks to the service anew, so a service that has been restarted is simply found again.
 /// All members may be called from any thread.

@@ -1,10 +1,11 @@
 #include "platform/linux/xdg_autostart.h"
 
+#include "platform/linux/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QSaveFile>
 
 #include <utility>
 
@@ -145,8 +146,9 @@ bool XdgAutostart::enable()
                                          "Terminal=false\n"
                                          "X-GNOME-Autostart-enabled=true\n")
                               .arg(escaped(m_executable), escaped(commandLineOf(m_executable)));
-    QSaveFile file(m_path);
-    return file.open(QIODevice::WriteOnly) && file.write(entry.toUtf8()) >= 0 && file.commit();
+    constexpr QFileDevice::Permissions readable = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                  QFileDevice::ReadGroup | QFileDevice::ReadOther;
+    return replaceFile(m_path, entry.toUtf8(), readable);
 }
 
 } // namespace corvane::platform
