@@ -3,6 +3,7 @@
 `peers.py --write` writes the rows as docs/misbehaving-peers.md; the modules test_peers_… run them."""
 
 import json
+import os
 import pathlib
 import sys
 from dataclasses import dataclass
@@ -24,6 +25,7 @@ UNEXPECTED = "unexpected RPC reply"
 SENT = "SENT ✓"
 PRICE_SOURCES = "coingecko", "binance", "coinbase"
 LONGEST = 50
+AS_ALWAYS = "as always"
 HTML = "<h1>Pay at <a href='http://evil.test'>evil.test</a></h1>\r\n\u001b[31m\u0000\u202e"
 
 
@@ -63,7 +65,7 @@ def accounts(*amounts):
         for amount in amounts]})
 
 
-def cluster(does, sees, *faults, kept="as always"):
+def cluster(does, sees, *faults, kept=AS_ALWAYS):
     return Row("cluster", does, sees, kept, ("refresh_under", *faults))
 
 
@@ -110,11 +112,12 @@ CLUSTER = [
             accounts(1e308, 1e308)),
     cluster("has 10,000 token accounts", ("$10,400.00", "≈ 4,000 QUIB  ·  USDC 10,000.00", *NEW[2:]),
             accounts(*[1] * 10_000)),
-    Row("the wallet app's proxy", "is healthy, and answers nonsense", LAST_BALANCE, "as always",
+    Row("the wallet app's proxy", "is healthy, and answers nonsense", LAST_BALANCE, AS_ALWAYS,
         ("refresh_under", fault("proxy", "wrong-json"))),
-    Row("network", "is gone for all peers, and comes back unasked", LAST, "as always", ("no_network",)),
-    Row("cluster", "answers for the network that was left", (
-        "$150.25", "≈ 1,000 QUIB  ·  USDC 0.00", *LAST[2:]), "the other network's figures stay away", ("late_network",)),
+    Row("network", "is gone for all peers, and comes back unasked", LAST, AS_ALWAYS, ("no_network",)),
+    Row("cluster", "answers for the network that was left",
+        ("$150.25", "≈ 1,000 QUIB  ·  USDC 0.00", *LAST[2:]), "the other network's figures stay away",
+        ("late_network",)),
 ]
 
 
@@ -155,7 +158,7 @@ SENDING = [
 
 
 def price(does, sees, *faults):
-    return Row("price services", does, sees, "as always", ("refresh_under", *faults))
+    return Row("price services", does, sees, AS_ALWAYS, ("refresh_under", *faults))
 
 
 def coingecko(usd, change=-1.5):
@@ -285,7 +288,75 @@ POLKIT = [
     without("hangs", "hung"),
 ]
 
-GROUPS = [CLUSTER, SENDING, PRICES, KEYCHAIN, POLKIT]
+DISPLAY = [
+    Row("compositor", "dies, and comes back", LAST, "the desktop shows round the island",
+        ("compositor",)),
+    Row("window manager", "dies, and comes back", LAST, "the island takes the keyboard meanwhile",
+        ("window_manager",)),
+    Row("monitors", "another one becomes the primary and is unplugged", LAST,
+        "the island is on the primary one", ("monitors",)),
+    Row("another program", "puts a window over the resting island", LAST, "the island opens above it",
+        ("covered",)),
+    Row("another program", "holds pointer and keyboard", LAST, "the island opens", ("grabbed",)),
+    Row("X server", "stands still for a while", LAST, AS_ALWAYS, ("display_stands_still",)),
+    Row("program", "is stopped and continued with a reply outstanding", NEW, AS_ALWAYS, ("stopped",)),
+    Row("another program", "has the X server cut the program off", (), "it ends with status 1",
+        ("cut_off",)),
+    Row("X server", "is killed", (), "it ends with status 1", ("display_dies",)),
+]
+
+
+def unwritable(does, how, kept="the file as it was; the next change is written"):
+    return Row("settings file", does, ("8.2000 SOL", *LAST[1:]), kept, ("unwritable", how))
+
+
+def unreadable(does, how, kept="the file, under another name"):
+    return Row("settings file", does, ("$0.00",), kept, ("unreadable", how))
+
+
+UNTOUCHED = "what is there, untouched"
+DISK = [
+    unwritable("is in a folder that may not be written", "read-only"),
+    unwritable("is on a full disk", "full"),
+    unwritable("has given way to a folder, so that renaming fails", "folder"),
+    unwritable("is deleted while the program runs", "deleted", "all settings are written anew"),
+    unwritable("is deleted with its folder", "all deleted", "all settings are written anew"),
+    unreadable("ends in the middle", '{"corvane.displayUSD": fal'),
+    unreadable("is empty", ""),
+    unreadable("holds a list", "[1, 2]"),
+    unreadable("holds bytes that are no text", "\0\1\2"),
+    unreadable("holds 2 MB", '{"a": "' + "x" * 2_000_000 + '"}'),
+    unreadable("is a folder", pathlib.Path.mkdir, UNTOUCHED),
+    unreadable("is a pipe that nobody writes to", os.mkfifo, UNTOUCHED),
+    unreadable("may not be read", lambda path: path.touch(mode=0), UNTOUCHED),
+    unreadable("is a link into nowhere", lambda path: path.symlink_to("/nowhere/settings.json"),
+               UNTOUCHED),
+]
+
+GROUPS = [CLUSTER, SENDING, PRICES, KEYCHAIN, POLKIT, DISPLAY, DISK]
+
+
+INTRODUCTION = """# Misbehaving peers
+
+What the program talks to may lie, hang or die. `tests/e2e/peers.py` lists the ways, the tests
+`e2e.peers_…` run each of them against the built program, and `tests/e2e/peers.py --write` writes this
+page from that list.
+
+In every row:
+
+- The program goes on, unless the row says that it ends, and answers the pointer and assistive
+  technology.
+- Nobody is waited for longer than 12 s (the cluster and the price services, for each call), 3 s (the
+  keychain, polkit's own answers), or until somebody has answered a prompt.
+- The card shows the figures of the third column and no others, none of them over another.
+- The key in the keychain, the memory of accounts beside it and the settings stay as they were, unless
+  the last column says otherwise, and the program writes no warning.
+- Once the peer behaves again, the next refresh shows the right figures, the next try succeeds.
+
+The last figures are those of 8.2 SOL and 2 USDC at $150.25, up 2.35 %, from before the peer
+misbehaves; the new figures, 4 SOL and 1 USDC at $100, down 1.5 %, are true from then on. A figure that
+a peer invents is shown as the peer says it.
+"""
 
 
 def shortened(text):
@@ -301,9 +372,6 @@ def document():
     return "\n".join([INTRODUCTION, "| peer | what it does | what the user sees | what is kept |",
                       "| --- | --- | --- | --- |", *lines, ""])
 
-
-INTRODUCTION = """# Misbehaving peers
-"""
 
 if __name__ == "__main__":
     if "--write" not in sys.argv:

@@ -3,9 +3,14 @@
 import json
 import unittest
 
-from peers import CLUSTER, LAST, NEW, PRICES
+from peers import CLUSTER, DOCUMENT, LAST, NEW, PRICES, document
 from peers_runner import PeersTest
 from support import KEY_ADDRESS, wait_until
+
+
+class DocumentTest(unittest.TestCase):
+    def test_is_what_peers_writes(self):
+        self.assertEqual(DOCUMENT.read_text(encoding="utf-8"), document())
 
 
 class NetworkTest(PeersTest):
@@ -59,7 +64,6 @@ class NetworkTest(PeersTest):
         with self.misbehaving({"match": "chart", "kind": "body",
                                "body": json.dumps({"prices": prices})}):
             self.refresh(row.sees)
-            self.opens_and_folds()
             self.assertEqual(self.chart() == before, stays)
             self.assertNotEqual(self.chart(), set(), "a chart")
 

@@ -49,11 +49,9 @@ class VirtualDesktop:
         if self._wanted["keyring"]:
             self.start_keyring()
         if self._wanted["window_manager"]:
-            self._run("openbox", "--sm-disable")
-            wait_until(self.screen.has_window_manager, "the window manager")
+            self.start_window_manager()
         if self._wanted["compositor"]:
-            self._run("picom", "--backend", "xrender", "--config", "/dev/null")
-            wait_until(self.screen.has_compositor, "the compositor")
+            self.start_compositor()
         self.screen.jump(self.screen.width / 4, self.screen.height * 3 / 4)
         if self._wanted["backdrop"]:
             self.backdrop = Backdrop(self.screen)
@@ -99,6 +97,18 @@ class VirtualDesktop:
             os.close(reading)
             if writing is not None:
                 os.close(writing)
+
+    def start_window_manager(self):
+        self._run("openbox", "--sm-disable")
+        wait_until(self.screen.has_window_manager, "the window manager")
+
+    def start_compositor(self):
+        self._run("picom", "--backend", "xrender", "--config", "/dev/null")
+        wait_until(self.screen.has_compositor, "the compositor")
+
+    def process(self, name):
+        """The one started last under this name."""
+        return next(process for process in reversed(self._processes) if process.args[0] == name)
 
     def _start_bus(self):
         # Neither a keyring nor anyone who asks for its password comes of itself.
