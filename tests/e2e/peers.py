@@ -78,7 +78,7 @@ CLUSTER = [
     cluster("closes in the middle of the reply", LAST_BALANCE, *balances("truncated")),
     cluster("answers after 1.2 s", NEW, fault("getBalance", "latency", ms=1200)),
     cluster("is silent for longer than 12 s", ("$821.00", "≈ 8,200 QUIB  ·  USDC 1.00", *NEW[2:]),
-            fault("getBalance", "latency", ms=12500, count=1)),
+            fault("getBalance", "latency", ms=12500)),
     cluster("answers with 8 MiB", LAST_BALANCE, *balances("oversize")),
     cluster("answers with an HTML page", LAST_BALANCE, *balances("not-json")),
     cluster("answers with nothing and 200", LAST_BALANCE, *balances("body", body="")),

@@ -1,11 +1,14 @@
 """The cluster and the price services lie, die or are slow."""
 
+import contextlib
 import json
 import unittest
 
 from peers import CLUSTER, DOCUMENT, LAST, NEW, PRICES, document
-from peers_runner import PeersTest
+from peers_runner import SOL, PeersTest
 from support import KEY_ADDRESS, wait_until
+
+from desktop.corvane import CARD_WIDTH
 
 
 class DocumentTest(unittest.TestCase):
@@ -19,6 +22,41 @@ class NetworkTest(PeersTest):
 
     def test_prices(self):
         self.run_rows(PRICES)
+
+    def refresh_under(self, row, *faults):
+        self.start()
+        with self.misbehaving(*faults):
+            after = self.press_refresh()
+            if any(fault["kind"] == "latency" for fault in faults):
+                self.opens_and_folds()
+            self.cycle_ended(after)
+            self.shows(row.sees)
+            self.nothing_overlaps()
+
+    def nothing_overlaps(self):
+        """No figure is drawn over another, whatever its length."""
+        shown = [(thing.name, thing.extents(1)) for thing in self.corvane.tree.things()
+                 if thing.role == "label" and thing.name in self.figures()]
+        middle, half = self.desktop.screen.width // 2, CARD_WIDTH // 2
+        for name, (x, y, width, height) in shown:
+            self.assertTrue(middle - half < x and x + width < middle + half, f"{name} leaves the card")
+            for other, (left, top, *_) in shown:
+                self.assertFalse(x < left < x + width and y <= top < y + height,
+                                 f"{name} over {other}")
+
+    @contextlib.contextmanager
+    def misbehaving(self, *faults):
+        """What is true has changed, but the peers do not say so until the end."""
+        before = self.kept()
+        # In this order, so that polling sees nothing of it.
+        for fault in faults:
+            self.localnet.control("fault", **fault)
+        self.world(NEW)
+        yield
+        self.localnet.control("clear-faults")
+        self.refresh(NEW)
+        self.assertEqual(self.kept(), before)
+        self.assertEqual(self.localnet.lamports(KEY_ADDRESS), 4 * SOL)
 
     def no_network(self, row):
         corvane = self.start()
@@ -38,7 +76,6 @@ class NetworkTest(PeersTest):
         before = self.kept()
         self.localnet.fund(KEY_ADDRESS, 1, cluster="devnet")
         self.localnet.control("fault", match="getBalance", kind="latency", ms=1500, cluster="mainnet")
-        corvane.tree.find("Refresh").press()
         after = self.press_refresh()
         self.choose_network("DEVNET")
         self.shows(row.sees)
