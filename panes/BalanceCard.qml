@@ -50,6 +50,8 @@ Item {
         Label {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, parent.width - networkTag.x - networkTag.width - 8)
+            elide: Text.ElideRight
             text: card.changeText
             font: Theme.term(10, Theme.Bold)
             color: card.changeIsFall ? Theme.red : Theme.green
@@ -89,6 +91,8 @@ Item {
 
             anchors.top: headline.bottom
             anchors.topMargin: 6
+            width: Math.min(implicitWidth, parent.width - solPrice.width - 8)
+            elide: Text.ElideRight
             visible: card.hasAddress
             text: card.holdings
             font: Theme.term(10)
@@ -96,8 +100,12 @@ Item {
         }
 
         Label {
+            id: solPrice
+
             anchors.right: parent.right
             anchors.top: holdings.top
+            width: Math.min(implicitWidth, parent.width / 2)
+            elide: Text.ElideRight
             visible: card.hasAddress
             text: card.solPrice
             font: Theme.term(10)

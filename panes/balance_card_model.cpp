@@ -77,9 +77,10 @@ void BalanceCardModel::update()
         Q_EMIT chipChanged();
     }
     const bool isKnown = m_figures.hasAddress && m_figures.headline.front() != unknownAmount;
-    if (isKnown == m_announcement.isEmpty()) {
-        m_announcement =
-            isKnown ? QStringLiteral("TOTAL BALANCE ") + m_figures.headline : QString();
+    const QString announcement =
+        isKnown ? QStringLiteral("TOTAL BALANCE ") + m_figures.headline : QString();
+    if (m_announcement != announcement) {
+        m_announcement = announcement;
         Q_EMIT announcementChanged();
     }
     if (m_wave != m_wallet->wave()) {

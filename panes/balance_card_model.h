@@ -26,7 +26,7 @@ class BalanceCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString headline READ headline NOTIFY figuresChanged FINAL)
     /// The balance in QUIB, and in USDC once it is known.
     Q_PROPERTY(QString holdings READ holdings NOTIFY figuresChanged FINAL)
-    /// What a screen reader says once the balance is known; later changes are not announced.
+    /// What a screen reader says once the balance is known. It follows the headline, unannounced.
     Q_PROPERTY(QString announcement READ announcement NOTIFY announcementChanged FINAL)
     Q_PROPERTY(QString solPrice READ solPrice NOTIFY figuresChanged FINAL)
     Q_PROPERTY(QList<double> wave READ wave NOTIFY waveChanged FINAL)

@@ -1,11 +1,12 @@
 #include "platform/linux/json_settings.h"
 
+#include "platform/linux/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonValue>
-#include <QSaveFile>
 
 #include <optional>
 #include <utility>
@@ -126,16 +127,7 @@ void JsonSettings::write()
         }
         QFile::setPermissions(folder, ownerOnlyFolder);
     }
-    QSaveFile file(m_path);
-    // Without this, QSaveFile would overwrite the file in place where it cannot make a new one.
-    file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnlyFile)) {
-        return;
-    }
-    const QByteArray text = QJsonDocument(m_values).toJson();
-    if (file.write(text) == text.size() && file.commit()) {
-        m_stale = false;
-    }
+    m_stale = !replaceFile(m_path, QJsonDocument(m_values).toJson(), ownerOnlyFile);
 }
 
 } // namespace corvane::platform

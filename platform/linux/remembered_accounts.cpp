@@ -1,11 +1,12 @@
 #include "platform/linux/remembered_accounts.h"
 
+#include "platform/linux/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <utility>
 
@@ -30,12 +31,8 @@ QJsonObject load(const QString &path)
 void save(const QString &path, const QJsonObject &accounts)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    file.setDirectWriteFallback(false);
-    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly)) {
-        file.write(QJsonDocument(accounts).toJson());
-        file.commit();
-    }
+    // What is not remembered is looked up in the keyring again.
+    static_cast<void>(replaceFile(path, QJsonDocument(accounts).toJson(), ownerOnly));
 }
 
 } // namespace

@@ -217,6 +217,7 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
 {
     const auto remembered = m_accounts.find(service);
     const auto fromMemory = [&] {
+        m_missedItems = !remembered;
         return remembered ? std::optional(remembered->account) : std::nullopt;
     };
     QuickCall talk(*this);
@@ -231,12 +232,14 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
             return fromMemory();
         }
         m_accounts.remember(service, {account, collectionPathOf(item)});
+        m_missedItems = false;
         return account;
     }
-    if (!remembered || !hasSeenAll(talk, remembered)) {
+    if (!hasSeenAll(talk, remembered)) {
         return fromMemory();
     }
     m_accounts.forget(service);
+    m_missedItems = false;
     return std::nullopt;
 }
 
@@ -249,6 +252,9 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
     }
     if (anyLocked(*items)) {
         return keychainAuthFailed;
+    }
+    if (m_missedItems && !items->empty()) {
+        return keychainDuplicateItem;
     }
     talk.eraseUnfinished(service);
     if (items->empty()) {

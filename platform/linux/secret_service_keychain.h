@@ -31,7 +31,9 @@ struct SecretServiceBounds
 /// the user through. Secrets cross the bus in the service's encrypted session alone.
 ///
 /// At most one item of a service exists. A locked keyring is never taken for an empty one: what
-/// cannot be read is neither deleted nor added to, and such calls answer `keychainAuthFailed`.
+/// cannot be read is neither deleted nor added to, and such calls answer `keychainAuthFailed`. Nor
+/// is an item deleted that came to light only after `copyAccount` had been kept from seeing it;
+/// such calls answer `keychainDuplicateItem` until `copyAccount` has told of it.
 ///
 /// Each call talks to the service anew, so a service that has been restarted is simply found again.
 /// All members may be called from any thread.
@@ -71,6 +73,9 @@ private:
     Authenticator &m_authenticator;
     const SecretServiceBounds m_bounds;
     mutable RememberedAccounts m_accounts;
+    /// The last look for an account found none, but could not look everywhere: whoever was told so
+    /// must not have items removed that come to light later.
+    mutable std::atomic<bool> m_missedItems = false;
     /// When a quick call last ran into its bound; the next ones are then not so patient.
     mutable std::atomic<std::chrono::steady_clock::time_point> m_lastTimeOut;
     /// One unlock prompt at a time; the thread that waits for it may outlive this object.

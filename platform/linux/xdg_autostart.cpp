@@ -1,11 +1,11 @@
 #include "platform/linux/xdg_autostart.h"
 
 #include "platform/linux/desktop_entry.h"
+#include "platform/linux/whole_file.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <utility>
 
@@ -51,9 +51,9 @@ bool XdgAutostart::enable()
     if (isSwitchedOff(entryIn(m_path)) || !QDir().mkpath(QFileInfo(m_path).path())) {
         return false;
     }
-    QSaveFile file(m_path);
-    return file.open(QIODevice::WriteOnly) && file.write(autostartEntry(m_executable)) >= 0 &&
-           file.commit();
+    constexpr QFileDevice::Permissions readable = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                  QFileDevice::ReadGroup | QFileDevice::ReadOther;
+    return replaceFile(m_path, autostartEntry(m_executable), readable);
 }
 
 } // namespace corvane::platform

@@ -11,8 +11,7 @@ import { createKeyPairFromBytes, getAddressFromPublicKey, getBase58Codec } from 
 const pair = await createKeyPairFromBytes(getBase58Codec().encode(process.argv[1]));
 console.log(await getAddressFromPublicKey(pair.publicKey));
 """
-UNLOCK, REVEAL = ("org.corvane.unlock: unlock Corvane",
-                  "org.corvane.reveal: reveal your wallet backup key")
+REVEAL = "org.corvane.reveal: reveal your wallet backup key"
 
 
 class KeysTest(WalletTest):
@@ -95,18 +94,6 @@ class KeysTest(WalletTest):
             corvane.wait_for("IMPORT A WALLET")
             corvane.wait_enabled("IMPORT", False)
 
-    def test_keyring_that_refuses(self):
-        with self.run_wallet() as corvane:
-            corvane.hover()
-            corvane.wait_for("CREATE WALLET")
-            self.desktop.lock_keyring()
-            corvane.press_button("CREATE WALLET")
-            error = wait_until(lambda: corvane.tree.find(
-                lambda text: text.startswith("keychain refused the key (error -")), "a refusal")
-            self.assertTrue(error.name.endswith(") — try again, and tell me this code if it "
-                                                "persists"))
-            self.assertIn("CREATE WALLET", corvane.tree.texts())
-
     def test_removes_only_when_asked_twice(self):
         with self.run_wallet() as corvane:
             self.import_key(corvane, KEY)
@@ -137,20 +124,6 @@ class PresenceTest(WalletTest):
         with self.run_wallet() as corvane:
             self.import_key(corvane, KEY)
             corvane.leave()
-
-    def test_refused_at_the_door(self):
-        with self.run_corvane({"corvane.address": KEY_ADDRESS}, demo=False) as corvane:
-            with self.agent(corvane, "dismiss") as reasons:
-                corvane.hover()
-                corvane.wait_for("UNLOCK")
-                wait_until(lambda: reasons() == [UNLOCK], "the reason")
-                self.assertNotIn("TOTAL BALANCE", corvane.tree.texts())
-                corvane.press_button("UNLOCK")
-                wait_until(lambda: reasons() == [UNLOCK, UNLOCK], "the reason")
-            with self.agent(corvane, "authenticate"):
-                corvane.press_button("UNLOCK")
-                corvane.wait_for("TOTAL BALANCE")
-                corvane.leave()
 
     def test_reveals_the_backup_only_to_the_owner(self):
         with self.run_corvane({"corvane.address": KEY_ADDRESS}, demo=False) as corvane:

@@ -226,14 +226,6 @@ class EndTest(ShellTest):
             self.assertEqual(session.properties["RestartStyleHint"][0], 3)
 
 
-class LostDisplayTest(ShellTest):
-    def test_ends_without_a_crash(self):
-        # The toolkit then leaves the process where it stands, which a leak sanitizer would mind.
-        with self.run_corvane(environment={"LSAN_OPTIONS": "detect_leaks=0"}) as corvane:
-            self.desktop.lose_display()
-            self.assertEqual(corvane.wait_for_end(10), 1, corvane.messages())
-
-
 class LostBusTest(ShellTest):
     def test_goes_on(self):
         with StatusNotifierHost(self.desktop.bus_address) as host, self.run_corvane() as corvane:

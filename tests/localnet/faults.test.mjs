@@ -34,6 +34,7 @@ test('each fault does what it says as often as ordered', async (t) => {
         [{ kind: 'not-json' }, (seen) => assert.throws(() => JSON.parse(seen.text))],
         [{ kind: 'oversize' }, (seen) => assert.ok(seen.text.length > 4 * 1024 * 1024)],
         [{ kind: 'rpc-error', code: -32005, message: 'behind' }, (seen) => assert.equal(JSON.parse(seen.text).error.code, -32005)],
+        [{ kind: 'redirect', location: '/explorer' }, (seen) => assert.equal(seen.status, 405, 'the same POST, elsewhere')],
         [{ kind: 'body', body: '{"result":null}' }, (seen) => assert.equal(seen.text, '{"result":null}')],
     ];
     for (const [fault, check] of cases) {

@@ -8,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <csignal>
+
 namespace corvane::tests {
 namespace {
 
@@ -78,6 +82,26 @@ TEST_F(JsonSettingsTest, ReplacesTheFileWithoutEverTouchingTheOldOne)
     ASSERT_TRUE(QFile::remove(m_path));
     settings.setString(key, u"new"_s);
     EXPECT_FALSE(QFile::exists(m_path));
+}
+
+TEST_F(JsonSettingsTest, KeepsTheOldFileWhereTheDiskTakesNoMore)
+{
+    const QByteArray old = R"({"corvane.rpc":"old"})";
+    writeFile(old);
+    JsonSettings settings(m_path);
+    // No file of this process may grow, as on a full disk.
+    rlimit unlimited{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    const rlimit full{0, unlimited.rlim_max};
+    auto *const handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+    settings.setString(key, u"new"_s);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &unlimited), 0);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(textOf(m_path), old);
+    EXPECT_EQ(QDir(QFileInfo(m_path).path()).entryList(QDir::Files).size(), 1);
+    settings.setString(key, u"new"_s);
+    EXPECT_EQ(JsonSettings(m_path).string(key), u"new"_s);
 }
 
 TEST_F(JsonSettingsTest, KeepsWhatItDoesNotKnowAndTakesAnotherTypeForAbsent)

@@ -128,6 +128,29 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsNotTakenForAnEmptyOne)
     }
 }
 
+TEST_F(SecretServiceKeychainTest, AKeyThatCouldNotBeSeenIsNotReplaced)
+{
+    ASSERT_TRUE(desktop.startKeyring());
+    ASSERT_EQ(vault.storeStatus(seedOf(3), account), keychainSuccess);
+    for (const bool locked : {true, false}) {
+        SCOPED_TRACE(locked ? "locked" : "absent");
+        desktop.killKeyring();
+        ASSERT_TRUE(!locked || desktop.startKeyring(Start::Locked));
+        ASSERT_TRUE(QFile::remove(desktop.file("accounts.json")));
+        ASSERT_EQ(keychain.copyAccount(service), std::nullopt);
+        if (locked) {
+            desktop.killKeyring();
+        }
+        ASSERT_TRUE(desktop.startKeyring());
+        EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainDuplicateItem);
+        EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainDuplicateItem);
+        EXPECT_EQ(vault.loadSecret(QStringLiteral("why")), seedOf(3));
+        EXPECT_EQ(keychain.copyAccount(service), account);
+    }
+    // Known, it may be replaced.
+    EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainSuccess);
+}
+
 TEST_F(SecretServiceKeychainTest, BelievesItsMemoryWhereTheKeyringShowsNothing)
 {
     const QString login = QStringLiteral("/org/freedesktop/secrets/collection/login");

@@ -4,10 +4,11 @@ pointer, screen reader. See README.md."""
 from .accessible import AccessibleTree
 from .corvane import Corvane
 from .desktop import VirtualDesktop
+from .keyring import Keyring
 from .localnet import Localnet
 from .tray import StatusNotifierHost, XEmbedTray
 from .waiting import wait_until
 from .x11 import Backdrop, Picture, Screen
 
-__all__ = ["AccessibleTree", "Backdrop", "Corvane", "Localnet", "Picture", "Screen",
+__all__ = ["AccessibleTree", "Backdrop", "Corvane", "Keyring", "Localnet", "Picture", "Screen",
            "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]

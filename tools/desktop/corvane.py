@@ -44,7 +44,7 @@ class Corvane:
         if notch:
             self.environment["CORVANE_NOTCH"] = f"{notch[0]}x{notch[1]}"
         self.environment |= environment or {}
-        folder = pathlib.Path(desktop.environment["XDG_CONFIG_HOME"])
+        folder = pathlib.Path(self.environment["XDG_CONFIG_HOME"])
         self.settings_file = folder / ("corvane-demo" if demo else "corvane") / "settings.json"
         self.band = notch[1] if notch else 32
         self._middle = desktop.screen.width // 2

@@ -26,7 +26,7 @@ class VirtualDesktop:
         self._wanted = {"window_manager": window_manager, "compositor": compositor, "bus": bus,
                         "backdrop": backdrop, "keyring": keyring}
         self._processes = []
-        self.screen = self.backdrop = self.bus_address = self._keyring = None
+        self.screen = self.backdrop = self.bus_address = self.keyring = None
 
     def __enter__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="corvane-desktop-"))
@@ -47,13 +47,11 @@ class VirtualDesktop:
         if self._wanted["bus"]:
             self.bus_address = self.environment[_ADDRESS] = self._start_bus()
         if self._wanted["keyring"]:
-            self._start_keyring()
+            self.start_keyring()
         if self._wanted["window_manager"]:
-            self._run("openbox", "--sm-disable")
-            wait_until(self.screen.has_window_manager, "the window manager")
+            self.start_window_manager()
         if self._wanted["compositor"]:
-            self._run("picom", "--backend", "xrender", "--config", "/dev/null")
-            wait_until(self.screen.has_compositor, "the compositor")
+            self.start_compositor()
         self.screen.jump(self.screen.width / 4, self.screen.height * 3 / 4)
         if self._wanted["backdrop"]:
             self.backdrop = Backdrop(self.screen)
@@ -100,29 +98,55 @@ class VirtualDesktop:
             if writing is not None:
                 os.close(writing)
 
+    def start_window_manager(self):
+        self._run("openbox", "--sm-disable")
+        wait_until(self.screen.has_window_manager, "the window manager")
+
+    def start_compositor(self):
+        self._run("picom", "--backend", "xrender", "--config", "/dev/null")
+        wait_until(self.screen.has_compositor, "the compositor")
+
+    def process(self, name):
+        """The one started last under this name."""
+        return next(process for process in reversed(self._processes) if process.args[0] == name)
+
     def _start_bus(self):
+        # Neither a keyring nor anyone who asks for its password comes of itself.
+        services = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "dbus-1/services"
+        services.mkdir(parents=True)
+        for name in ("org.freedesktop.secrets", "org.gnome.keyring.SystemPrompter"):
+            (services / f"{name}.service").write_text(
+                f"[D-BUS Service]\nName={name}\nExec=/bin/false\n")
         bus = self._run("dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                         stdout=subprocess.PIPE)
         self._bus = bus
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
-    def _start_keyring(self):
-        keyring = self._keyring = self._run("gnome-keyring-daemon", "--foreground", "--unlock",
-                            "--components=secrets", stdin=subprocess.PIPE)
-        keyring.stdin.write(b"a password of its own")
-        keyring.stdin.close()
+    def start_keyring(self, unlocked=True):
+        """A keyring with what the last one kept."""
+        self.keyring = self._run("gnome-keyring-daemon", "--foreground", "--components=secrets",
+                                 *(["--unlock"] if unlocked else []), stdin=subprocess.PIPE)
+        if unlocked:
+            self.keyring.stdin.write(b"a password of its own")
+        self.keyring.stdin.close()
         ask = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
                "org.freedesktop.DBus.NameHasOwner", "string:org.freedesktop.secrets"]
         wait_until(lambda: b"true" in subprocess.run(ask, env=self.environment, check=False,
                                                      capture_output=True).stdout, "the keyring")
 
+    def stop_keyring(self):
+        """Ends it under everybody's feet, stopped or not."""
+        self.keyring.kill()
+        self.keyring.wait()
+        if self.keyring in self._processes:
+            self._processes.remove(self.keyring)
+
     def empty_keyring(self):
         """Forgets every key, and what programs remember of them."""
-        processes.stop(self._keyring)
-        self._processes.remove(self._keyring)
+        self.stop_keyring()
         shutil.rmtree(self.environment["XDG_DATA_HOME"])
         os.mkdir(self.environment["XDG_DATA_HOME"], mode=0o700)
-        self._start_keyring()
+        self.start_keyring()
 
     def lock_keyring(self):
         """What programs store from now on is refused."""

@@ -30,7 +30,7 @@ function flag(value) {
  * Every kind with the settings it takes and its effect on an answer { status, type, body }. `run`
  * makes the true answer and carries out the call in doing so; a kind that does not use it keeps
  * the call from happening. The effect is a new answer: `cut` closes the connection after half of
- * the body, `drop` sends nothing at all.
+ * the body, `drop` sends nothing at all, `location` says where to ask instead.
  */
 const kinds = {
     latency: { settings: { ms: integer(0, MAX_DELAY_MS) }, required: ['ms'] },
@@ -72,6 +72,11 @@ const kinds = {
         apply: (run, { code = -32603, message = 'Internal error', data }, { rpcError }) => ({
             status: 200, type: 'application/json', body: rpcError({ code, message, data }),
         }),
+    },
+    redirect: {
+        settings: { status: integer(300, 399), location: headerText },
+        required: ['location'],
+        apply: (run, { status = 307, location }) => ({ status, type: 'text/plain', body: '', location }),
     },
     body: {
         settings: { body: text, bodyBase64: text, status: integer(200, 599), contentType: headerText },

@@ -12,6 +12,8 @@ import { RequestLog } from './request_log.mjs';
 import { answerCall, errorReply, readCall } from './rpc.mjs';
 
 const MAX_BODY_BYTES = 64 * 1024;
+/** A fault may order a large reply. */
+const MAX_CONTROL_BYTES = 2 * 1024 * 1024;
 const REQUEST_TIMEOUT_MS = 15_000;
 /** Longer than any delay that can be ordered. */
 const IDLE_TIMEOUT_MS = 180_000;
@@ -26,16 +28,16 @@ function plain(status, body) {
  * The body as text, or null when it is larger than any honest request. Such a body is read to its
  * end and thrown away: a client that is still sending would not see the refusal.
  */
-async function readBody(request) {
+async function readBody(request, limit) {
     const chunks = [];
     let size = 0;
     for await (const chunk of request) {
         size += chunk.length;
-        if (size <= MAX_BODY_BYTES) {
+        if (size <= limit) {
             chunks.push(chunk);
         }
     }
-    return size <= MAX_BODY_BYTES ? Buffer.concat(chunks).toString('utf8') : null;
+    return size <= limit ? Buffer.concat(chunks).toString('utf8') : null;
 }
 
 function send(response, answer) {
@@ -44,7 +46,11 @@ function send(response, answer) {
         return;
     }
     const body = Buffer.from(answer.body);
-    response.writeHead(answer.status, { 'Content-Type': answer.type, 'Content-Length': body.length });
+    response.writeHead(answer.status, {
+        'Content-Type': answer.type,
+        'Content-Length': body.length,
+        ...(answer.location !== undefined && { Location: answer.location }),
+    });
     if (answer.cut) {
         response.write(body.subarray(0, Math.floor(body.length / 2)), () => response.destroy());
         return;
@@ -117,7 +123,9 @@ export class Localnet {
         try {
             // The request line may hold anything; only paths are served.
             const url = new URL(request.url.replace(/^\/+/, '/'), 'http://localnet');
-            const body = await readBody(request);
+            const isControl = url.pathname.startsWith('/control/');
+            const limit = isControl ? MAX_CONTROL_BYTES : MAX_BODY_BYTES;
+            const body = await readBody(request, limit);
             const details = {
                 method: request.method,
                 path: url.pathname,
@@ -126,8 +134,8 @@ export class Localnet {
                 body,
             };
             if (body === null) {
-                send(response, plain(413, `the body is larger than ${MAX_BODY_BYTES} bytes`));
-            } else if (url.pathname.startsWith('/control/')) {
+                send(response, plain(413, `the body is larger than ${limit} bytes`));
+            } else if (isControl) {
                 send(response, await answerControl(this, details));
             } else {
                 await this.#serveLogged(details, response);
