@@ -268,8 +268,8 @@ def asked(does, manner):
                ("asked", manner))
 
 
-def without(does, state):
-    return Row("polkit", does, LAST, "the key stays closed, a transfer is refused, QUIT works",
+def without(does, state, transfer="is refused"):
+    return Row("polkit", does, LAST, f"the key stays closed, a transfer {transfer}, QUIT works",
                ("polkit", state))
 
 
@@ -285,7 +285,7 @@ POLKIT = [
     asked("loses its agent in the middle of the question", "hang"),
     without("is not on the system bus", "absent"),
     without("has no system bus", "no bus"),
-    without("hangs", "hung"),
+    without("hangs", "hung", "waits"),
 ]
 
 DISPLAY = [
@@ -347,7 +347,8 @@ In every row:
 - The program goes on, unless the row says that it ends, and answers the pointer and assistive
   technology.
 - Nobody is waited for longer than 12 s (the cluster and the price services, for each call), 3 s (the
-  keychain, polkit's own answers), or until somebody has answered a prompt.
+  keychain, polkit's own answers), or five minutes (whoever is asked; a polkit that hangs looks the
+  same).
 - The card shows the figures of the third column and no others, none of them over another.
 - The key in the keychain, the memory of accounts beside it and the settings stay as they were, unless
   the last column says otherwise, and the program writes no warning.
@@ -367,7 +368,7 @@ def document():
     def texts(row):
         if row.sees in FIGURES:
             return FIGURES[row.sees]
-        return "<br>".join(f"`{shortened(text)}`" for text in row.sees)
+        return "<br>".join(f"`{shortened(text)}`" for text in row.sees) or "nothing any more"
     lines = [f"| {row.peer} | {row.does} | {texts(row)} | {row.kept} |" for row in sum(GROUPS, [])]
     return "\n".join([INTRODUCTION, "| peer | what it does | what the user sees | what is kept |",
                       "| --- | --- | --- | --- |", *lines, ""])
