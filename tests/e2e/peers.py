@@ -333,7 +333,12 @@ DISK = [
                UNTOUCHED),
 ]
 
-GROUPS = [CLUSTER, SENDING, PRICES, KEYCHAIN, POLKIT, DISPLAY, DISK]
+CLOCK = [
+    Row("clock", "jumps ten years ahead", NEW, AS_ALWAYS, ("jumps", "+3650d")),
+    Row("clock", "jumps ten years back", NEW, AS_ALWAYS, ("jumps", "-3650d")),
+]
+
+GROUPS = [CLUSTER, SENDING, PRICES, KEYCHAIN, POLKIT, DISPLAY, DISK, CLOCK]
 
 
 INTRODUCTION = """# Misbehaving peers

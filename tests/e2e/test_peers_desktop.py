@@ -1,4 +1,4 @@
-"""The X server, those beside the program on it, and the disk misbehave."""
+"""The X server, those beside the program on it, the disk and the clock misbehave."""
 
 import contextlib
 import json
@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from peers import DISK, DISPLAY, LAST, NEW
+from peers import CLOCK, DISK, DISPLAY, LAST, NEW
 from peers_runner import PeersTest
 from support import wait_until
 from Xlib import X
@@ -18,6 +18,7 @@ from Xlib import X
 from desktop import processes
 
 SMALL_DISK = os.environ.get("CORVANE_SMALL_DISK")
+FAKETIME = next(pathlib.Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1"), None)
 ROUND_THE_CARD = (-340, 10), (340, 10), (-340, 200), (340, 200), (0, 380)
 
 
@@ -212,6 +213,30 @@ class DiskTest(PeersTest):
                 self.assertEqual(file.lstat(), before)
                 self.assertEqual(list(folder.iterdir()), [file])
             corvane.leave()
+
+
+@unittest.skipUnless(FAKETIME, "needs libfaketime")
+class ClockTest(PeersTest):
+    def test_clock(self):
+        self.run_rows(CLOCK)
+
+    def jumps(self, row, offset):
+        self.prepare()
+        clock = self.desktop.folder / "clock"
+        clock.write_text("+0")
+        # The clock that only counts goes on as it does when somebody sets the other one.
+        environment = {"LD_PRELOAD": str(FAKETIME), "FAKETIME_TIMESTAMP_FILE": str(clock),
+                       "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1"}
+        with self.run_with_key(environment=environment) as corvane:
+            corvane.hover()
+            self.shows(LAST)
+            before = self.kept()
+            clock.write_text(offset)
+            self.world(NEW)
+            wait_until(lambda: self.figures() == set(row.sees), "the next cycle of the polling",
+                       seconds=40)
+            self.opens_and_folds()
+            self.assertEqual(self.kept(), before)
 
 
 if __name__ == "__main__":
