@@ -16,7 +16,7 @@ foreach(folder app core island keys look onboarding panes platform platform/linu
     foreach(file IN LISTS files)
         math(EXPR checked "${checked} + 1")
         file(STRINGS "${file}" lines REGEX
-            "(^|[^A-Za-z0-9_])Text {|textFormat|TextEdit|TextArea|(Rich|Styled|Auto|Markdown)Text|setHtml")
+            "(^|[^A-Za-z0-9_])Text *({|$)|textFormat|TextEdit|TextArea|(Rich|Styled|Auto|Markdown)Text|setHtml")
         foreach(line IN LISTS lines)
             # TextInput's signal, which interprets nothing.
             if(NOT line MATCHES "onTextEdited")

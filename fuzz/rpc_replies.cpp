@@ -6,6 +6,7 @@
 #include "core/transfer_replies.h"
 #include "fuzz/property.h"
 #include "keys/base58.h"
+#include "keys/lamports.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -43,7 +44,8 @@ void checkDocument(const QByteArray &body, const std::optional<QJsonValue> &docu
 void checkBalances(const QJsonValue &result)
 {
     if (const auto sol = readSolBalance(result)) {
-        require(std::isfinite(*sol) && *sol * lamportsPerSol >= result["value"_L1].toDouble() - 1);
+        require(std::isfinite(*sol) &&
+                *sol * keys::Lamports::perSol >= result["value"_L1].toDouble() - 1);
     }
     const std::optional<double> tokens = readTokenBalance(result);
     if (!tokens) {
