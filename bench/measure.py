@@ -13,6 +13,7 @@ import statistics
 import subprocess
 import sys
 import time
+from collections import Counter
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
@@ -40,11 +41,18 @@ def first_frame(corvane):
     raise RuntimeError("no frame was logged")
 
 
-def wake_ups(pid):
-    total = 0
-    for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"):
-        total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.M)[1])
-    return total
+def wake_ups(pids):
+    """How often each thread of these processes has woken up so far. A later count less an earlier one
+    has only what was added: threads that ended meanwhile count nothing."""
+    counts = Counter()
+    for pid in pids:
+        for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"):
+            try:
+                switches = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.M)
+            except OSError:  # it has just ended
+                continue
+            counts[status.parent.name] = int(switches[1])
+    return counts
 
 
 def cpu_seconds(pid):
@@ -60,11 +68,11 @@ def pss_megabytes(pid):
 def at_rest(pid, seconds):
     """PSS in MB, CPU in percent of a core, wake-ups a second."""
     time.sleep(5)  # the first refresh cycle belongs to the start
-    wakes, cpu, since = wake_ups(pid), cpu_seconds(pid), time.monotonic()
+    wakes, cpu, since = wake_ups([pid]), cpu_seconds(pid), time.monotonic()
     time.sleep(seconds)
     elapsed = time.monotonic() - since
     return (pss_megabytes(pid), 100 * (cpu_seconds(pid) - cpu) / elapsed,
-            (wake_ups(pid) - wakes) / elapsed)
+            (wake_ups([pid]) - wakes).total() / elapsed)
 
 
 def hover_delay(corvane):

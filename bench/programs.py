@@ -89,11 +89,11 @@ def start(desktop, command, environment):
 def at_rest(pid, seconds):
     """PSS in MB, CPU in percent of a core and wake-ups a second, of a process and all below it."""
     time.sleep(SETTLE_SECONDS)
-    cpu, wakes, since = total(cpu_seconds, pid), total(wake_ups, pid), time.monotonic()
+    cpu, wakes, since = total(cpu_seconds, pid), wake_ups(family(pid)), time.monotonic()
     time.sleep(seconds)
     elapsed = time.monotonic() - since
     return (total(pss_megabytes, pid), 100 * (total(cpu_seconds, pid) - cpu) / elapsed,
-            (total(wake_ups, pid) - wakes) / elapsed)
+            (wake_ups(family(pid)) - wakes).total() / elapsed)
 
 
 def measure(desktop, command, given):

@@ -27,13 +27,13 @@ def sample(corvane, began):
             links.append(str(descriptor.readlink()))
         except FileNotFoundError:
             continue
-    wakes, since = wake_ups(corvane.process_id), time.monotonic()
+    wakes, since = wake_ups([corvane.process_id]), time.monotonic()
     time.sleep(5)
     return {"minute": (since - began) / 60, "PSS MB": pss_megabytes(corvane.process_id),
             "handles": len(links), "sockets": sum(link.startswith("socket:") for link in links),
             "threads": len(list((process / "task").iterdir())),
             # Timers left behind would show here.
-            "wake-ups/s": (wake_ups(corvane.process_id) - wakes) / (time.monotonic() - since),
+            "wake-ups/s": (wake_ups([corvane.process_id]) - wakes).total() / (time.monotonic() - since),
             "CPU s": cpu_seconds(corvane.process_id)}
 
 
