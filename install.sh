@@ -29,6 +29,8 @@ while [ $# != 0 ]; do
     shift
 done
 
+# Given from where this was called, which is left now.
+[ -z "${DESTDIR:-}" ] || DESTDIR=$(realpath -m "$DESTDIR")
 . "$(dirname "$0")/tools/setup/common.sh"
 app=/Applications/Corvane.app
 placement=tools/setup/placement.sh
@@ -69,7 +71,7 @@ require_root() {
     if [ -z "${root:-}" ]; then
         return
     fi
-    command -v sudo >/dev/null || fail "$1 needs root, and there is no sudo" "As root: $0 ${2:-}"
+    command -v sudo >/dev/null || fail "$1 needs root, and there is no sudo" "As root: $0 $2"
     say "$1 needs root; sudo may ask for your password"
 }
 
@@ -107,7 +109,7 @@ if [ "$uninstall" ]; then
     fi
     if [ "$item" ]; then
         as_user rm -f "$item"
-        as_user rmdir --ignore-fail-on-non-empty "${item%/*}"
+        as_user rmdir "${item%/*}" 2>/dev/null || true # others have entries there
     fi
     if [ "$files" ]; then
         require_root "taking it away" --uninstall
@@ -119,9 +121,10 @@ if [ "$uninstall" ]; then
 fi
 
 if [ -z "$bundle" ]; then
-    if [ "$(id -u)" = 0 ] && [ "$user" != root ] && [ "$(stat -c %U .)" = "$user" ]; then
-        fail "the build would leave files of root in your checkout" \
-            "Run ./install.sh without sudo; it asks for sudo itself."
+    owner=$(stat -c %U .)
+    if [ "$(id -u)" = 0 ] && [ "$owner" != root ]; then
+        fail "the build would leave files of root in a checkout of $owner" \
+            "As $owner: ./install.sh, which asks for sudo itself. Or, when built: $0 --bundle FOLDER"
     fi
     ensure_packages build
     ensure_modules assets
@@ -137,7 +140,7 @@ cat <<END
     links to it in /usr/local/bin, /usr/local/share (applications, icons, man) and /usr/share/metainfo
     the polkit action, in /usr/share/polkit-1/actions
 END
-require_root "putting these in place"
+require_root "putting these in place" "--bundle '$bundle'"
 "${root[@]}" "$placement" put "$bundle" || fail "Corvane could not be installed" "Look at the message above."
 if is_running; then
     say "the Corvane that runs is still the one from before: corvane --quit, then corvane"

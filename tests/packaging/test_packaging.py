@@ -155,6 +155,32 @@ class Installation(Folder):
         self.assertNotIn("usr/local/share/icons/hicolor/16x16/apps/org.corvane.Corvane.png", self.tree())
         self.assertEqual(os.listdir(self.folder / "Applications"), ["Corvane.app"])
 
+    def test_survives_failures_in_the_system(self):
+        """Where nothing stands before the paths: on a copy of this system that keeps nothing."""
+        script = """set -e
+            mount -t tmpfs tmpfs "$1"
+            mkdir "$1/upper" "$1/work" "$1/root"
+            mount -t overlay -o "lowerdir=/,upperdir=$1/upper,workdir=$1/work" overlay "$1/root"
+            cd "$1/root"
+            mount --rbind /dev dev
+            mount --rbind /proc proc
+            rm -rf usr/local/share/man
+            trap 'exit 4' EXIT
+            chroot . "$2/tools/setup/placement.sh" put "$3"
+            before=$(ls -di Applications/Corvane.app)
+            rm -r usr/local/share/man
+            echo "a file where a folder has to be" >usr/local/share/man
+            ! chroot . "$2/tools/setup/placement.sh" put "$3"
+            [ "$before" = "$(ls -di Applications/Corvane.app)" ]
+            rm usr/local/share/man
+            chroot . "$2/tools/setup/placement.sh" remove
+            [ ! -e usr/local/bin/corvane ]
+            trap - EXIT"""
+        status, told = run("unshare", "--mount", "sh", "-c", script, "sh", self.folder, ROOT, BUNDLE, check=False)
+        if status not in (0, 4):
+            self.skipTest(f"needs root and overlays: {told}")
+        self.assertEqual(status, 0, told)
+
     def test_survives_failures(self):
         newer = self.newer_bundle()
         self.put()

@@ -18,6 +18,8 @@ staged=$destination/Applications/.Corvane.app.new
 replaced=$destination/Applications/.Corvane.app.old
 # Copied while all else is linked: whoever may write to the bundle must not write polkit's rules.
 policy=usr/share/polkit-1/actions/org.corvane.policy
+# Polkit reads only names that end with ".policy".
+staged_policy=$destination/usr/share/polkit-1/actions/.org.corvane.policy.new
 # Debian 12's polkit and AppStream read /usr/share only.
 link_folders=(usr/local/bin usr/local/share/applications usr/local/share/icons/hicolor
     usr/local/share/man/man1 usr/share/metainfo)
@@ -59,11 +61,27 @@ drop_dangling_links() {
     done
 }
 
+# used_folders: those that this installation may have made, the deepest first.
+used_folders() {
+    local path target
+    {
+        our_links
+        ! is_bundle "$destination$app" || wanted_links "$destination$app" | while read -r path target; do
+            echo "$destination$path"
+        done
+        echo "$destination/$policy"
+    } | sed 's|/[^/]*$||' | sort -ur
+}
+
+# drop_empty_folders FOLDERS: removes those of these lines that are empty now, and the emptied ones above.
 drop_empty_folders() {
     local folder
-    for folder in usr/local/share/{applications,icons,man/man1} usr/share/{metainfo,polkit-1}; do
-        [ ! -d "$destination/$folder" ] || find "$destination/$folder" -depth -type d -empty -delete
-    done
+    while read -r folder; do
+        while [[ $folder == "$destination"/usr/*share/* ]] && [ -d "$folder" ]; do
+            rmdir "$folder" 2>/dev/null || break
+            folder=${folder%/*}
+        done
+    done <<<"$1"
     # A folder with other rights was not made here.
     folder=$destination/Applications
     [ ! -d "$folder" ] || [ "$(stat -c %a "$folder")" != 755 ] ||
@@ -86,8 +104,11 @@ refresh_caches() {
 
 # An earlier run may have been killed between two renames.
 recover() {
-    rm -rf "$staged"
-    [ ! -d "$replaced" ] || [ -e "$destination$app" ] || mv -T "$replaced" "$destination$app"
+    rm -rf "$staged" "$staged_policy"
+    if [ -d "$replaced" ] && ! is_bundle "$destination$app"; then
+        rm -rf "$destination$app"
+        mv -T "$replaced" "$destination$app"
+    fi
     rm -rf "$replaced"
 }
 
@@ -95,16 +116,16 @@ undo() {
     local status=$?
     trap - EXIT
     if [ -d "$replaced" ]; then
-        rm -rf "${destination:?}$app" 2>/dev/null || true
-        [ -e "$destination$app" ] || mv -T "$replaced" "$destination$app"
-        rm -rf "$staged"
+        rm -rf "$destination$app"
+        mv -T "$replaced" "$destination$app"
+        rm -rf "$staged" "$staged_policy"
         drop_dangling_links
         echo "The installation is as it was before." >&2
     elif [ "$fresh" = yes ]; then
         remove
         echo "Nothing is installed." >&2
     else
-        rm -rf "$staged"
+        rm -rf "$staged" "$staged_policy"
         echo "The installation is as it was before." >&2
     fi
     exit "$status"
@@ -140,14 +161,19 @@ put() {
         [ "$(readlink "$path")" = "$target" ] || ln -sfn "$target" "$path"
     done < <(wanted_links "$bundle")
     drop_dangling_links
-    install -D -m 644 "$bundle/share/polkit-1/actions/org.corvane.policy" "$destination/$policy"
+    install -D -m 644 "$bundle/share/polkit-1/actions/org.corvane.policy" "$staged_policy"
     refresh_caches
+    # From here on it is the new version: what follows cannot fail half-way.
+    trap '' INT TERM HUP
+    mv -T "$staged_policy" "$destination/$policy"
     trap - EXIT
     rm -rf "$replaced"
 }
 
 remove() {
+    local folders
     recover
+    folders=$(used_folders)
     our_links | while read -r link; do
         rm -f "$link"
     done
@@ -159,7 +185,7 @@ remove() {
         echo "$destination$app is not Corvane and stays" >&2
     fi
     refresh_caches
-    drop_empty_folders
+    drop_empty_folders "$folders"
 }
 
 list() {
