@@ -110,7 +110,8 @@ void AppDelegate::quit()
 void AppDelegate::open(island::IslandPane pane)
 {
     island().present();
-    if (pane != island().pane()) {
+    // Also when it shows already: the keyboard may be elsewhere by now.
+    if (pane != island::IslandPane::Balance || pane != island().pane()) {
         island().setPane(pane);
     }
 }

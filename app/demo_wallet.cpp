@@ -1,5 +1,6 @@
 #include "app/demo_wallet.h"
 
+#include "core/wallet_settings.h"
 #include "keys/base58.h"
 #include "keys/key_vault.h"
 
@@ -18,6 +19,16 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
         qFatal("an empty keychain in memory refused a key");
     }
     return {std::move(keychain), address};
+}
+
+void watchDemoWallet(const DemoWallet &demo, platform::SettingsStore &settings)
+{
+    const QString lastAddress = QStringLiteral("corvane.demoAddress");
+    const QString watched = settings.string(core::addressSetting).value_or(QString());
+    if (watched.isEmpty() || watched == settings.string(lastAddress)) {
+        settings.setString(core::addressSetting, demo.address);
+    }
+    settings.setString(lastAddress, demo.address);
 }
 
 } // namespace corvane::app

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/in_memory_keychain.h"
+#include "platform/settings_store.h"
 #include "platform/signing_keys.h"
 
 #include <QString>
@@ -19,5 +20,9 @@ struct DemoWallet
 
 /// A wallet with a new random key.
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
+
+/// Watches the demo's address, unless the settings name one that was not an earlier demo's: its key
+/// is gone.
+void watchDemoWallet(const DemoWallet &demo, platform::SettingsStore &settings);
 
 } // namespace corvane::app

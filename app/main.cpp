@@ -66,8 +66,11 @@ QString settingsPath(bool demo)
 /// Chooses the renderer and the window system before Qt does.
 void prepareEnvironment()
 {
-    // Wayland has no way yet to place the island; its X server has.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+    // Wayland has no way yet to place the island; its X server has. Some sessions set the platform
+    // for every program.
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if ((platform.isEmpty() || platform.startsWith("wayland")) &&
+        !qEnvironmentVariableIsEmpty("DISPLAY")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
@@ -109,9 +112,7 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     app::DemoWallet demo = app::makeDemoWallet(signingKeys);
     say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
     std::fflush(stdout);
-    if (settings.string(core::addressSetting).value_or(QString()).isEmpty()) {
-        settings.setString(core::addressSetting, demo.address);
-    }
+    app::watchDemoWallet(demo, settings);
     // Who looks around is not taken on a tour, unless the settings say that there is to be one.
     if (const QString onboarded = onboarding::Onboarding::shownSetting();
         !settings.boolean(onboarded)) {

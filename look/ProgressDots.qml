@@ -23,7 +23,7 @@ Row {
             id: dot
 
             required property int index
-            readonly property real amount: here.opacity
+            readonly property real amount: green.opacity
 
             // Between pixels the edges of what moves would leave traces.
             width: Math.round((5 + 11 * here.value) * Screen.devicePixelRatio) / Screen.devicePixelRatio
@@ -35,6 +35,14 @@ Row {
 
                 target: dot.index === root.current ? 1 : 0
                 Component.onCompleted: here.useSpring(0.35, 0.8)
+            }
+
+            AnimatedValue {
+                id: green
+
+                fades: true
+                target: here.target
+                Component.onCompleted: green.useSpring(0.35, 0.8)
             }
 
             Rectangle {

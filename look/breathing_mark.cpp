@@ -2,6 +2,7 @@
 
 #include "look/shapes.h"
 
+#include <QQuickWindow>
 #include <QTimerEvent>
 
 #include <chrono>
@@ -48,6 +49,14 @@ void BreathingMark::paint(QPainter *painter)
 void BreathingMark::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickPaintedItem::itemChange(change, data);
+    if (change == ItemSceneChange) {
+        // An item of a hidden window is taken for visible.
+        disconnect(m_windowVisibility);
+        if (data.window != nullptr) {
+            m_windowVisibility =
+                connect(data.window, &QWindow::visibleChanged, this, &BreathingMark::startOrStop);
+        }
+    }
     if (change == ItemVisibleHasChanged || change == ItemSceneChange) {
         startOrStop();
     }
@@ -77,7 +86,7 @@ Breath BreathingMark::breath() const
 
 void BreathingMark::startOrStop()
 {
-    if (!isVisible() || window() == nullptr) {
+    if (!isVisible() || window() == nullptr || !window()->isVisible()) {
         m_timer.stop();
         m_shown.invalidate();
         return;

@@ -60,6 +60,7 @@ private:
     double m_pace = 0;
     QElapsedTimer m_shown;
     QBasicTimer m_timer;
+    QMetaObject::Connection m_windowVisibility;
 };
 
 } // namespace corvane::look

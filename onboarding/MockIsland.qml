@@ -49,6 +49,7 @@ Item {
     AnimatedValue {
         id: shadowValue
 
+        fades: true
         transaction: root.transaction
         target: root.unfurled ? 0.6 : 0
     }
@@ -57,6 +58,7 @@ Item {
     AnimatedValue {
         id: nameValue
 
+        fades: true
         transaction: root.transaction
         target: root.stretched ? 1 : 0
     }

@@ -113,6 +113,7 @@ Item {
         AnimatedValue {
             id: backValue
 
+            fades: true
             transaction: pager.transaction
             target: pager.canGoBack ? 1 : 0
         }

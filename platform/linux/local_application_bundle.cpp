@@ -141,7 +141,7 @@ bool LocalApplicationBundle::exists(const QString &path) const
 bool LocalApplicationBundle::remove(const QString &path)
 {
     const fs::path target = native(path);
-    if (!exists(path) || !canRemoveTree(target)) {
+    if (!exists(path) || isRunningBundle(target) || !canRemoveTree(target)) {
         return false;
     }
     const auto aside = makeSibling(target);
@@ -155,6 +155,13 @@ bool LocalApplicationBundle::remove(const QString &path)
     }
     removeTree(*aside);
     return true;
+}
+
+/// A link to it is not the bundle itself.
+bool LocalApplicationBundle::isRunningBundle(const fs::path &target) const
+{
+    std::error_code failed;
+    return !fs::is_symlink(target, failed) && fs::equivalent(target, native(m_path), failed);
 }
 
 bool LocalApplicationBundle::copy(const QString &from, const QString &to)

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <filesystem>
+
 namespace corvane::platform {
 
 /// Bundles as folders of the local file system.
@@ -19,12 +21,15 @@ public:
     [[nodiscard]] QString path() const override { return m_path; }
     [[nodiscard]] bool exists(const QString &path) const override;
     /// The bundle is put aside under a hidden name first. Should the disk then keep a part of it,
-    /// that part remains there; at `path` nothing does.
+    /// that part remains there; at `path` nothing does. The running bundle is never removed, under
+    /// whatever path it is found.
     bool remove(const QString &path) override;
     bool copy(const QString &from, const QString &to) override;
     void openNewInstance(const QString &path) override;
 
 private:
+    [[nodiscard]] bool isRunningBundle(const std::filesystem::path &target) const;
+
     QString m_path;
     /// The executable inside of the bundle.
     QString m_program = QStringLiteral("bin/corvane");

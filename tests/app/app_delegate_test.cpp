@@ -168,6 +168,9 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
         EXPECT_TRUE(m_island->expanded()) << what;
         EXPECT_EQ(m_island->pane(), pane) << what;
     }
+    m_panels.state.isKey = false;
+    EXPECT_TRUE(m_delegate->perform(open("receive")));
+    EXPECT_TRUE(m_panels.state.isKey);
     EXPECT_EQ(m_application.terminations, 0);
     EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
     EXPECT_EQ(m_application.terminations, 1);

@@ -1,7 +1,12 @@
 #include "app/chosen_endpoints.h"
+#include "app/demo_wallet.h"
 #include "app/requests.h"
 
+#include "core/wallet_settings.h"
+#include "platform/sodium_signing_keys.h"
+
 #include "tests/fakes/fake_shell.h"
+#include "tests/fakes/memory_settings_store.h"
 
 #include <QTemporaryDir>
 
@@ -147,6 +152,26 @@ TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)
         parse(QString::fromLatin1("--demo-keychain --endpoints /e.json --open send").split(u' '));
     EXPECT_EQ(relaunchArguments(std::get<Options>(parsed)).join(u' '),
               QStringLiteral("--take-over --endpoints /e.json --demo-keychain"));
+}
+
+TEST(DemoWalletTest, IsWatchedUnlessTheUserWatchesAnother)
+{
+    platform::SodiumSigningKeys signingKeys;
+    tests::MemorySettingsStore settings;
+    const auto demo = [&] {
+        const DemoWallet wallet = makeDemoWallet(signingKeys);
+        watchDemoWallet(wallet, settings);
+        return wallet.address;
+    };
+    const auto watched = [&] { return settings.string(core::addressSetting); };
+    const QString first = demo();
+    EXPECT_EQ(watched(), first);
+    const QString second = demo();
+    EXPECT_NE(second, first);
+    EXPECT_EQ(watched(), second);
+    settings.setString(core::addressSetting, QStringLiteral("another"));
+    demo();
+    EXPECT_EQ(watched(), QStringLiteral("another"));
 }
 
 } // namespace

@@ -1,6 +1,9 @@
+#include "look/breathing_mark.h"
 #include "look/pixel_wave.h"
 #include "look/send_burst.h"
 #include "tests/look/item_fixture.h"
+
+#include <QAbstractEventDispatcher>
 
 #include <numbers>
 
@@ -31,6 +34,26 @@ TEST_F(SendBurstTest, FiresOnlyWhenTheTriggerChangesToOneOrMore)
     EXPECT_NE(m_item.particles(), first);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !m_item.isVisible(); }));
     EXPECT_TRUE(m_item.particles().empty());
+}
+
+using BreathingMarkTest = tests::ItemTest<BreathingMark>;
+
+TEST_F(BreathingMarkTest, KeepsTimeOnlyWhileItShows)
+{
+    const auto keepsTime = [&] {
+        return !QAbstractEventDispatcher::instance()->registeredTimers(&m_item).isEmpty();
+    };
+    EXPECT_TRUE(keepsTime());
+    for (const bool visible : {false, true}) {
+        m_item.setVisible(visible);
+        EXPECT_EQ(keepsTime(), visible) << "the item";
+    }
+    for (const bool visible : {false, true}) {
+        m_window.setVisible(visible);
+        EXPECT_EQ(keepsTime(), visible) << "its window";
+    }
+    m_item.setParentItem(nullptr);
+    EXPECT_FALSE(keepsTime());
 }
 
 using PixelWaveTest = tests::ItemTest<PixelWave>;

@@ -144,9 +144,15 @@ TEST_F(InstallationTest, CopiesABundleWithItsLinksAndPermissions)
     EXPECT_EQ(names(path("Applications")), QStringList{QStringLiteral("Corvane.app")});
 
     // A folder that its owner has closed goes too; of a link only the link.
-    QFile::link(to, path("Applications/Link.app"));
-    EXPECT_TRUE(bundle.remove(path("Applications/Link.app")));
-    EXPECT_TRUE(bundle.exists(to));
+    for (const QString &linked : {to, from}) {
+        QFile::link(linked, path("Applications/Link.app"));
+        EXPECT_TRUE(bundle.remove(path("Applications/Link.app")));
+        EXPECT_TRUE(bundle.exists(linked));
+    }
+    // Nor does the program take the ground from under its own feet.
+    QFile::link(m_folder.path(), path("detour"));
+    EXPECT_FALSE(bundle.remove(path("detour/My Corvane.app")));
+    EXPECT_TRUE(bundle.exists(from));
     EXPECT_TRUE(bundle.remove(to));
     EXPECT_FALSE(bundle.remove(to));
     EXPECT_TRUE(names(path("Applications")).isEmpty());
