@@ -40,15 +40,10 @@ with VirtualDesktop() as desktop, Corvane(desktop, demo=False, environment=OWN_H
     print("seen: the island", flush=True)
     if options.meanwhile:
         subprocess.run(options.meanwhile, shell=True, check=True)
-    if "--open" in subprocess.run([options.program, "--help"], env=corvane.environment, check=True,
-                                  capture_output=True, text=True).stdout:
-        wait_until(LOGIN_ITEM.exists, "the login item")
-        expect("Exec=/Applications/Corvane.app/bin/corvane" in LOGIN_ITEM.read_text().replace('"', ""),
-               "the login item starts the installed program")
-        expect(call(environment=corvane.environment) == 0, "a further start ends with 0")
-        wait_until(corvane.is_open, "the island, opened by the further start")
-        expect(call("--quit", environment=corvane.environment) == 0, "--quit is obeyed")
-        expect(corvane.wait_for_end() == 0, "the program ended with 0")
-    else:
-        print("NOTE: not yet: login item, one instance, --quit", flush=True)
-        expect(corvane.is_resting(), "the resting island")
+    wait_until(LOGIN_ITEM.exists, "the login item")
+    expect("Exec=/Applications/Corvane.app/bin/corvane" in LOGIN_ITEM.read_text().replace('"', ""),
+           "the login item starts the installed program")
+    expect(call(environment=corvane.environment) == 0, "a further start ends with 0")
+    wait_until(corvane.is_open, "the island, opened by the further start")
+    expect(call("--quit", environment=corvane.environment) == 0, "--quit is obeyed")
+    expect(corvane.wait_for_end() == 0, "the program ended with 0")
