@@ -95,10 +95,10 @@ struct KeyServices
     std::unique_ptr<platform::Keychain> keychain;
 };
 
-KeyServices systemKeyServices()
+KeyServices systemKeyServices(platform::BackgroundTasks &background)
 {
     KeyServices services;
-    services.authenticator = std::make_unique<platform::PolkitAuthenticator>();
+    services.authenticator = std::make_unique<platform::PolkitAuthenticator>(background);
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     services.keychain = std::make_unique<platform::SecretServiceKeychain>(
         *services.authenticator, data + QStringLiteral("/corvane/accounts.json"));
@@ -179,13 +179,13 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
-    const KeyServices keyServices =
-        options.demoKeychain ? demoKeyServices(signingKeys, settings) : systemKeyServices();
+    Desktop desktop(options);
+    const KeyServices keyServices = options.demoKeychain ? demoKeyServices(signingKeys, settings)
+                                                         : systemKeyServices(desktop.background);
     if (options.watch) {
         settings.setString(core::addressSetting, *options.watch);
     }
 
-    Desktop desktop(options);
     look::Theme theme(desktop.fonts);
     app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
     onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
@@ -230,8 +230,8 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     content.unload();
     delegate.reset();
     if (desktop.background.isBusy()) {
-        // A prompt is still open in a thread that uses the keychain and the queue. Settings are
-        // written when they change, so there is nothing left to do but to go.
+        // A prompt is still open in a thread that uses the keychain, polkit or the queue. Settings
+        // are written when they change, so there is nothing left to do but to go.
         std::_Exit(status);
     }
     return status;

@@ -61,7 +61,9 @@ std::optional<platform::HttpRequest> rpcRequest(const QUrl &url, const QString &
     }
     QJsonObject body = envelope(method);
     body.insert(u"params"_s, params);
-    return post(url, body, callTimeout);
+    platform::HttpRequest request = post(url, body, callTimeout);
+    request.once = method == u"sendTransaction";
+    return request;
 }
 
 platform::HttpRequest healthRequest(const QUrl &url)

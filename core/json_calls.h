@@ -24,7 +24,7 @@ enum class CallError {
 using JsonResult = std::variant<QJsonValue, platform::HttpError, CallError>;
 
 /// A JSON-RPC 2.0 call, bounded to 12 s; none when a parameter is not a JSON value (JSON has no
-/// infinity and no not-a-number).
+/// infinity and no not-a-number). A transfer goes out once.
 [[nodiscard]] std::optional<platform::HttpRequest>
 rpcRequest(const QUrl &url, const QString &method, const QJsonArray &params);
 /// The question whether an RPC proxy works, bounded to 8 s.

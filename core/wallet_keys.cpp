@@ -59,6 +59,7 @@ SendResult<QString> WalletModel::adopt(SecretBytes seed)
     if (status != platform::keychainSuccess) {
         return SendError::keychainRefused(status);
     }
+    ++m_keyChanges;
     publish(m_signingPubkey, std::optional(text), &WalletModel::signingPubkeyChanged);
     setAddress(text);
     m_sessionSecret = std::move(seed);
@@ -100,16 +101,19 @@ void WalletModel::unlockSigningKey(std::shared_ptr<platform::AuthenticationConte
     });
 }
 
-QCoro::Task<> WalletModel::loadSession(std::function<MaybeSecret(keys::KeyVault &)> read)
+QCoro::Task<bool> WalletModel::loadSession(std::function<MaybeSecret(keys::KeyVault &)> read)
 {
     const QPointer<WalletModel> self(this);
-    const std::optional<QString> owner = m_signingPubkey;
+    const unsigned asked = m_keyChanges;
     const auto pending = inBackground(std::move(read));
     const std::shared_ptr<MaybeSecret> secret = co_await pending;
-    // A key that was replaced or removed while the user was asked must not come back to life.
-    if (self && self->m_signingPubkey == owner) {
-        self->m_sessionSecret = std::move(*secret);
+    // A key that was replaced or removed while the user was asked must not come back to life, and
+    // the answer is none for the key that there is now.
+    if (!self || self->m_keyChanges != asked) {
+        co_return false;
     }
+    self->m_sessionSecret = std::move(*secret);
+    co_return self->m_sessionSecret.has_value();
 }
 
 QCoro::Task<MaybeSecret> WalletModel::backupSecret()
@@ -119,8 +123,7 @@ QCoro::Task<MaybeSecret> WalletModel::backupSecret()
         auto loading = loadSession([](keys::KeyVault &vault) {
             return vault.loadSecret(u"reveal your wallet backup key"_s);
         });
-        co_await loading;
-        if (!self || !m_sessionSecret) {
+        if (const bool loaded = co_await loading; !self || !loaded) {
             co_return std::nullopt;
         }
     }
@@ -139,6 +142,7 @@ void WalletModel::setPendingBackup(MaybeSecret text)
 void WalletModel::removeWallet()
 {
     m_vault.remove();
+    ++m_keyChanges;
     publish(m_signingPubkey, std::optional<QString>(), &WalletModel::signingPubkeyChanged);
     m_sessionSecret.reset();
     setPendingBackup(std::nullopt);
@@ -164,8 +168,7 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
         const QString prompt = u"send "_s + group(amountSOL, 4) + u" SOL"_s;
         auto loading =
             loadSession([prompt](keys::KeyVault &vault) { return vault.loadSecret(prompt); });
-        co_await loading;
-        if (!self || !m_sessionSecret) {
+        if (const bool loaded = co_await loading; !self || !loaded) {
             co_return Result(SendError::locked());
         }
     }

@@ -237,8 +237,8 @@ private:
     platform::Completion<std::shared_ptr<MaybeSecret>>
     inBackground(std::function<MaybeSecret(keys::KeyVault &)> read);
     /// Reads the vault in the background and holds what it gives, nothing included, as the
-    /// session's seed.
-    QCoro::Task<> loadSession(std::function<MaybeSecret(keys::KeyVault &)> read);
+    /// session's seed, unless the key has changed meanwhile. True when a seed is held by that.
+    QCoro::Task<bool> loadSession(std::function<MaybeSecret(keys::KeyVault &)> read);
     /// Stores `seed` and makes it the wallet's key; gives the public key.
     SendResult<QString> adopt(platform::SecretBytes seed);
     void netFlip();
@@ -259,6 +259,8 @@ private:
     std::optional<QString> m_signingPubkey;
     std::optional<platform::SecretBytes> m_pendingBackup;
     std::optional<platform::SecretBytes> m_sessionSecret;
+    /// How often the key has been replaced or removed.
+    unsigned m_keyChanges = 0;
     std::optional<double> m_sol;
     std::optional<double> m_usdc;
     std::optional<double> m_price;
@@ -266,6 +268,8 @@ private:
     QList<double> m_wave;
     std::optional<std::chrono::system_clock::time_point> m_lastUpdated;
     bool m_proxyOK = false;
+    /// How many probes were started; only the latest one's answer counts.
+    unsigned m_probes = 0;
 
     std::shared_ptr<Cancellation> m_pollTask;
     /// Completed refresh cycles; chooses those that fetch the chart.

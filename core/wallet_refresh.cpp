@@ -50,6 +50,7 @@ QCoro::Task<JsonResult> WalletModel::getJSON(QString url)
 QCoro::Task<> WalletModel::probeProxy()
 {
     const QPointer<WalletModel> self(this);
+    const unsigned probe = ++m_probes;
     const std::optional<QUrl> url = proxyRPCURL();
     if (!url) {
         publish(m_proxyOK, false, &WalletModel::proxyOKChanged);
@@ -57,7 +58,8 @@ QCoro::Task<> WalletModel::probeProxy()
     }
     const auto pending = m_services.http.send(healthRequest(*url));
     const platform::HttpResult result = co_await pending;
-    if (self) {
+    // Of a URL that is being typed, an earlier part may answer last.
+    if (self && self->m_probes == probe) {
         publish(m_proxyOK, isHealthy(result), &WalletModel::proxyOKChanged);
     }
 }

@@ -30,6 +30,9 @@ struct HttpRequest
     QByteArray body;
     /// Bound on the whole request, from the call to the last byte of the reply.
     std::chrono::milliseconds timeout{12'000};
+    /// Never sent again by the client itself. It may repeat others that were sent over a kept
+    /// connection which turned out to be dead.
+    bool once = false;
 };
 
 /// What the server answered, after redirects.

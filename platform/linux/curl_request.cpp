@@ -116,6 +116,8 @@ bool CurlRequest::prepare()
     // Zero would mean no bound at all.
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max(static_cast<long>(left.count()), 1L));
     curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, keptConnectionAge);
+    // On a connection of its own there is nothing that curl would try again.
+    curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, m_request.once ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     // Without this, a name that does not resolve would block the main thread beyond the bound.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);

@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <thread>
 #include <utility>
 
 namespace corvane::platform {
@@ -211,8 +210,9 @@ QByteArray nextCancellationId()
 
 } // namespace
 
-PolkitAuthenticator::PolkitAuthenticator(milliseconds userBound)
-    : m_userBound(userBound)
+PolkitAuthenticator::PolkitAuthenticator(BackgroundTasks &background, milliseconds userBound)
+    : m_background(background)
+    , m_userBound(userBound)
 {}
 
 std::optional<QString> PolkitAuthenticator::actionFor(const QString &reason)
@@ -254,8 +254,7 @@ void PolkitAuthenticator::evaluate(std::shared_ptr<AuthenticationContext> contex
 {
     const auto oneTime = std::dynamic_pointer_cast<OneTimeContext>(std::move(context));
     const std::optional<QString> action = oneTime != nullptr ? actionFor(reason) : std::nullopt;
-    // A thread for each: the user may take minutes, and one question must not hold up another.
-    std::thread([oneTime, action, reply = std::move(reply), bound = m_userBound] {
+    m_background.run([oneTime, action, reply = std::move(reply), bound = m_userBound] {
         bool success = false;
         if (action) {
             Polkit polkit(bound);
@@ -272,7 +271,7 @@ void PolkitAuthenticator::evaluate(std::shared_ptr<AuthenticationContext> contex
             oneTime->pass();
         }
         reply(success);
-    }).detach();
+    });
 }
 
 } // namespace corvane::platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/authenticator.h"
+#include "platform/background_tasks.h"
 
 #include <QString>
 
@@ -13,12 +14,13 @@ namespace corvane::platform {
 ///
 /// polkit shows programs' own texts to nobody, so each reason has an action with a fixed text, in
 /// `assets/org.corvane.policy`. Contexts are `OneTimeContext`s. All members may be called from any
-/// thread, and an evaluation outlives the object.
+/// thread, and an evaluation, which is work in the background, outlives the object.
 class PolkitAuthenticator final : public Authenticator
 {
 public:
     /// `userBound`: how long an evaluation waits for the user before it cancels the prompt.
-    explicit PolkitAuthenticator(std::chrono::milliseconds userBound = std::chrono::minutes(5));
+    explicit PolkitAuthenticator(BackgroundTasks &background,
+                                 std::chrono::milliseconds userBound = std::chrono::minutes(5));
 
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;
@@ -33,6 +35,7 @@ public:
     [[nodiscard]] static std::optional<QString> actionFor(const QString &reason);
 
 private:
+    BackgroundTasks &m_background;
     std::chrono::milliseconds m_userBound;
 };
 

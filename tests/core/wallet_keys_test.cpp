@@ -123,6 +123,33 @@ TEST_F(WalletKeysTest, AKeyRemovedMeanwhileStaysRemoved)
     queue.drain();
 }
 
+TEST_F(WalletKeysTest, ARefusalForOneKeyIsNoConsentForAnother)
+{
+    const auto replaceKey = [this] {
+        model->removeWallet();
+        ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(addressA)));
+        queue.drain();
+        http.forgetRequests();
+    };
+    for (const bool refuses : {true, false}) {
+        lock();
+        keychain.refuses = refuses;
+        auto transfer = model->sendSOL(addressA, 1);
+        replaceKey();
+        const auto sent = finish(std::move(transfer));
+        EXPECT_EQ(std::get<SendError>(sent).description(),
+                  u"touch id cancelled — nothing was sent"_s);
+        EXPECT_EQ(http.count(sendTransaction), 0);
+        EXPECT_TRUE(model->sessionSecret());
+
+        lock();
+        auto backup = model->backupSecret();
+        replaceKey();
+        EXPECT_FALSE(finish(std::move(backup)));
+        EXPECT_TRUE(model->sessionSecret()) << "the key that there is now stays open";
+    }
+}
+
 TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
 {
     lock();
@@ -144,6 +171,17 @@ TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
     EXPECT_EQ(keychain.prompts, QStringList{u"send 1,234.5000 SOL"_s});
     EXPECT_TRUE(http.requests().empty());
     EXPECT_FALSE(model->sessionSecret());
+}
+
+TEST_F(WalletKeysTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
+{
+    ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+    const QString sent = u"sent signature"_s;
+    EXPECT_EQ(send(addressA, 1e-10), sent) << "no lamports";
+    EXPECT_EQ(send(u" "_s + model->address() + u'\t', 1), sent) << "to itself";
+    EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x"_s));
+    model->setNetwork(SolNetwork::Devnet);
+    EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x?cluster=devnet"_s));
 }
 
 TEST_F(WalletKeysTest, TurnsEveryRefusalOfTheClusterIntoItsText)

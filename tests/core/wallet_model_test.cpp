@@ -145,7 +145,31 @@ TEST_F(WalletTest, TakesTheProxyForHealthyOnlyWithStatus200AndJson)
         queue.drain();
         EXPECT_EQ(model->proxyOK(), healthy);
         EXPECT_EQ(http.names(), (Names{probe, probe}));
-        EXPECT_EQ(http.requests().back().url, QUrl(u"http://me.test:1/api/rpc"_s));
+        const platform::HttpRequest &request = http.requests().back();
+        EXPECT_EQ(request.url, QUrl(u"http://me.test:1/api/rpc"_s));
+        EXPECT_EQ(request.method, platform::HttpMethod::Post);
+        EXPECT_EQ(request.headers.front().name, "Content-Type");
+        EXPECT_EQ(request.headers.front().value, "application/json");
+        EXPECT_FALSE(request.body.contains("params"));
+    }
+}
+
+TEST_F(WalletTest, TakesOnlyTheLastProbesAnswer)
+{
+    files.paths = {u"/srv/wallet"_s};
+    for (const auto &[last, healthy] :
+         Table<QString, bool>{{u"http://me.test:3000"_s, true}, {u"/srv/wallet"_s, false}}) {
+        launchAndSettle();
+        http.hold(probe);
+        model->setWalletURL(u"http://me.test"_s);
+        queue.drain();
+        http.answer(probe, healthy ? "{}" : "no");
+        model->setWalletURL(last);
+        queue.drain();
+        EXPECT_EQ(model->proxyOK(), healthy);
+        http.release(probe, HttpReply{healthy ? 500 : 200, "{}"});
+        queue.drain();
+        EXPECT_EQ(model->proxyOK(), healthy) << last.toStdString();
     }
 }
 
@@ -164,7 +188,10 @@ TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
         SCOPED_TRACE(endpoint.toStdString());
         http.answer(probe, proxyOK ? "{}" : "no");
         launchAndSettle();
+        http.forgetRequests();
         model->setCustomRPC(customRPC);
+        queue.drain();
+        EXPECT_TRUE(http.requests().empty()) << "an edited endpoint is asked only when needed";
         model->setNetwork(network);
         queue.drain();
         http.forgetRequests();

@@ -102,6 +102,26 @@ TEST_F(CurlHttpClientTest, ReturnsStatusAndBodyAsTheyCame)
     EXPECT_FALSE(m_client->isActive());
 }
 
+TEST_F(CurlHttpClientTest, RepeatsOnlyWhatMayBeRepeatedOnAKeptConnectionThatIsDead)
+{
+    bool dies = true;
+    ScriptedServer server([&](const QByteArray &request) {
+        return pathOf(request) == "/die" && std::exchange(dies, false)
+                   ? Answer{{}, Answer::Abort}
+                   : ScriptedServer::reply("200 OK", "x");
+    });
+    for (const bool once : {false, true}) {
+        dies = true;
+        m_client = std::make_unique<CurlHttpClient>();
+        EXPECT_EQ(ask(get(server.url())), "200 x");
+        HttpRequest request = post(server.url(u"/die"_s), "{}");
+        request.once = once;
+        const qsizetype before = server.requests().size();
+        ask(request);
+        EXPECT_EQ(server.requests().size() - before, once ? 1 : 2);
+    }
+}
+
 TEST_F(CurlHttpClientTest, SendsNothingThatWasNotAskedFor)
 {
     ScriptedServer server([](const QByteArray &) {

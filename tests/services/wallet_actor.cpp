@@ -9,6 +9,7 @@
 #include "platform/linux/polkit_authenticator.h"
 #include "platform/linux/process_hardening.h"
 #include "platform/linux/secret_service_keychain.h"
+#include "platform/thread_background_tasks.h"
 #include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
 
@@ -92,7 +93,8 @@ int main(int count, char **arguments)
         return 2;
     }
     const std::chrono::milliseconds userBound(count > 3 ? std::atoi(arguments[3]) : 20'000);
-    PolkitAuthenticator polkit(userBound);
+    ThreadBackgroundTasks background;
+    PolkitAuthenticator polkit(background, userBound);
     // A program has other reasons to stay on the system bus; polkit must not take an evaluation's
     // end for the program's.
     const GioPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
