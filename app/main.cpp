@@ -5,6 +5,7 @@
 #include "app/island_content.h"
 #include "app/onboarding_content.h"
 #include "app/options.h"
+#include "app/qt_environment.h"
 #include "app/requests.h"
 #include "assets/bundled_fonts.h"
 #include "core/wallet_settings.h"
@@ -61,31 +62,6 @@ QString settingsPath(bool demo)
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            (demo ? QStringLiteral("/corvane-demo") : QStringLiteral("/corvane")) +
            QStringLiteral("/settings.json");
-}
-
-/// Chooses the renderer and the window system before Qt does.
-void prepareEnvironment()
-{
-    // Wayland has no way yet to place the island; its X server has. Some sessions set the platform
-    // for every program.
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    if ((platform.isEmpty() || platform.startsWith("wayland")) &&
-        !qEnvironmentVariableIsEmpty("DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    }
-    // A frame at rest changes some hundred pixels. Shared memory costs each frame a round trip to
-    // the X server, and collecting updates for 5 ms costs it a timer: together three of the four
-    // wake-ups of a breath.
-    constexpr std::pair<const char *, const char *> thrift[] = {{"QT_XCB_NO_MITSHM", "1"},
-                                                                {"QT_QPA_UPDATE_IDLE_TIME", "0"}};
-    for (const auto &[variable, value] : thrift) {
-        if (!qEnvironmentVariableIsSet(variable)) {
-            qputenv(variable, value);
-        }
-    }
 }
 
 /// Where the signing key lies, and who opens it.
@@ -175,7 +151,7 @@ void afterFirstFrame(QQuickItem &root, const std::function<void()> &act)
 }
 
 int run(const app::Options &options, const core::Endpoints &endpoints,
-        std::unique_ptr<platform::Instance> instance)
+        std::unique_ptr<platform::Instance> instance, app::QtEnvironment &environment)
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
@@ -197,6 +173,8 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     const auto makeContent = [&](island::IslandController &island) {
         QQuickItem *root = content.make(island);
         afterFirstFrame(*root, [&] {
+            // Qt has read all of it by now.
+            environment.restore();
             // Nothing of the resting island is text, so the fonts need not delay its first frame.
             assets::registerBundledFonts();
             if (options.open) {
@@ -220,6 +198,8 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
                                         }});
     delegate->applicationDidFinishLaunching();
     instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
+        // It may come before the first frame, and make a card.
+        assets::registerBundledFonts();
         return delegate->perform(request);
     });
     const int status = QApplication::exec();
@@ -264,10 +244,14 @@ int main(int argc, char *argv[])
         return say(farewell->text, farewell->status);
     }
 
-    prepareEnvironment();
+    app::QtEnvironment environment;
+    environment.prepare();
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
     QCoreApplication::setApplicationName(QStringLiteral("corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    return run(options, std::get<core::Endpoints>(endpoints), std::move(instance));
+    return run(options, std::get<core::Endpoints>(endpoints), std::move(instance), environment);
 }

@@ -72,6 +72,10 @@ class IslandController : public QObject
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
 
 public:
+    /// Points. For what is laid out beside the notch; no computation reads them.
+    static constexpr double earWidth = 78;
+    static constexpr double shadowPad = 44;
+
     IslandController(core::WalletModel &model, IslandServices services, QObject *parent = nullptr);
     ~IslandController() override;
 

@@ -58,13 +58,14 @@ void IslandController::evaluateHover()
         return;
     }
     const std::optional<platform::Screen> current = screen();
-    const std::optional<QPointF> pointer = m_services.pointer.location();
-    if (!current || !pointer) {
+    if (!current) {
         return;
     }
+    // None where it is on no screen that is known, and so not on the island.
+    const std::optional<QPointF> pointer = m_services.pointer.location();
     const QRectF area =
         m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
-    if (containsPoint(area, *pointer)) {
+    if (pointer && containsPoint(area, *pointer)) {
         pointerIsInside();
     } else {
         pointerIsOutside();

@@ -18,7 +18,12 @@ Item {
     property real leaveBlur: 0
     property real leaveY: 0
 
-    readonly property real drift: Theme.reducedMotion ? 0 : 1 - root.amount
+    // Where it comes from or leaves to, and where it would be in full: at its place, unless it turned
+    // back half-way.
+    property real farY: root.enterY
+    property real nearY: 0
+    property real farBlur: root.enterBlur
+    property real nearBlur: 0
 
     // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
     readonly property real amount: presence.opacity
@@ -45,7 +50,25 @@ Item {
 
     onNeededChanged: root.populate()
     onContentChanged: root.populate()
-    onPresentChanged: presence.target = root.present ? 1 : 0
+    onPresentChanged: {
+        root.turn();
+        presence.target = root.present ? 1 : 0;
+    }
+
+    // Goes on from where it is.
+    function turn() {
+        const amount = root.amount;
+        if (root.present) {
+            root.farY = amount > 0 && amount < 1 ? fx.y / (1 - amount) : root.enterY;
+            root.farBlur = amount > 0 && amount < 1 ? fx.blur / (1 - amount) : root.enterBlur;
+            root.nearY = root.nearBlur = 0;
+        } else {
+            root.nearY = amount > 0 ? (fx.y - (1 - amount) * root.leaveY) / amount : 0;
+            root.nearBlur = amount > 0 ? (fx.blur - (1 - amount) * root.leaveBlur) / amount : 0;
+            root.farY = root.leaveY;
+            root.farBlur = root.leaveBlur;
+        }
+    }
 
     AnimatedValue {
         id: presence
@@ -56,11 +79,15 @@ Item {
     }
 
     ContentFx {
+        id: fx
+
+        readonly property bool moves: !Theme.reducedMotion
+
         width: root.width
         height: root.height
-        y: root.drift * (root.present ? root.enterY : root.leaveY)
+        y: fx.moves ? (1 - root.amount) * root.farY + root.amount * root.nearY : 0
         opacity: root.amount
-        blur: root.drift * (root.present ? root.enterBlur : root.leaveBlur)
+        blur: fx.moves ? (1 - root.amount) * root.farBlur + root.amount * root.nearBlur : 0
         visible: root.item !== null && (root.present || root.amount > 0)
 
         Item {

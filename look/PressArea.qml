@@ -23,9 +23,15 @@ MouseArea {
             root.triggered();
     }
     onClicked: root.triggered()
-    Keys.onSpacePressed: root.triggered()
-    Keys.onReturnPressed: root.triggered()
-    Keys.onEnterPressed: root.triggered()
+    Keys.onSpacePressed: event => root.press(event)
+    Keys.onReturnPressed: event => root.press(event)
+    Keys.onEnterPressed: event => root.press(event)
+
+    // A key that is held down presses once: its repetitions are no second decision.
+    function press(event) {
+        if (!event.isAutoRepeat)
+            root.triggered();
+    }
 
     FocusRing {
         id: ring

@@ -1,6 +1,7 @@
 #include "look/breathing_mark.h"
 
 #include "look/shapes.h"
+#include "look/theme.h"
 
 #include <QQuickWindow>
 #include <QTimerEvent>
@@ -40,7 +41,8 @@ void BreathingMark::tick()
 void BreathingMark::paint(QPainter *painter)
 {
     const Breath now = breath();
-    const double inset = m_size * (1 - now.scale) / 2;
+    const double scale = Theme::reducesMotion() ? 1 : now.scale;
+    const double inset = m_size * (1 - scale) / 2;
     QColor color = m_color;
     color.setAlphaF(static_cast<float>(now.opacity));
     paintQuibMark(*painter, boundingRect().adjusted(inset, inset, -inset, -inset), color);

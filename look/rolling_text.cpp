@@ -49,7 +49,8 @@ void RollingText::setText(const QString &text)
     }
     m_previous = std::exchange(m_text, text);
     measure();
-    if (isComponentComplete()) {
+    // What appears with its first text has not changed.
+    if (isComponentComplete() && !m_previous.isEmpty()) {
         m_roll.jumpTo(0);
         m_roll.setTarget(1);
     }

@@ -34,7 +34,8 @@ std::optional<QPointF> ScreenCoordinates::globalFromPixel(QPoint pixel) const
         // The rectangle's own test counts the far edges in, which belong to the next display.
         if (pixel.x() >= pixels.left() && pixel.x() < pixels.right() && pixel.y() >= pixels.top() &&
             pixel.y() < pixels.bottom()) {
-            return globalFromQt(origin + (QPointF(pixel) - origin) / display.scale);
+            const QPointF centre = QPointF(pixel) + QPointF(0.5, 0.5);
+            return globalFromQt(origin + (centre - origin) / display.scale);
         }
     }
     return std::nullopt;

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] QRectF globalFromQt(const QRectF &rectangle) const;
     [[nodiscard]] QPointF globalFromQt(QPointF point) const;
     [[nodiscard]] QRectF qtFromGlobal(const QRectF &rectangle) const;
-    /// The global point of a pixel; none when it lies on no display.
+    /// The global point of a pixel's centre; none when it lies on no display.
     [[nodiscard]] std::optional<QPointF> globalFromPixel(QPoint pixel) const;
 
 private:

@@ -182,10 +182,17 @@ void XcbIslandPanel::orderFrontRegardless()
 {
     m_window.show();
     if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
-        window->raiseToTop();
+        window->raiseToTop(displayPixels());
     } else {
         m_window.raise();
     }
+}
+
+QRect XcbIslandPanel::displayPixels() const
+{
+    // Qt scales a screen's size, but not its place.
+    const QRect geometry = m_window.screen()->geometry();
+    return {geometry.topLeft(), (QSizeF(geometry.size()) * m_window.devicePixelRatio()).toSize()};
 }
 
 void XcbIslandPanel::restack()
@@ -195,7 +202,7 @@ void XcbIslandPanel::restack()
         return;
     }
     if (m_level >= activeLevel) {
-        window->raiseToTop();
+        window->raiseToTop(displayPixels());
     } else {
         window->raiseAboveManaged();
     }

@@ -46,6 +46,8 @@ private:
     void fitContent();
     void applyShape();
     void restack();
+    /// The display that the panel is on, in pixels.
+    [[nodiscard]] QRect displayPixels() const;
 
     const QtScreens &m_screens;
     QQuickWindow m_window;

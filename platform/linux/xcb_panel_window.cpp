@@ -253,14 +253,61 @@ void XcbPanelWindow::returnFocus()
     m_previousFocus = XCB_INPUT_FOCUS_NONE;
 }
 
-void XcbPanelWindow::raiseToTop()
+std::optional<std::uint32_t> XcbPanelWindow::lowestCover(std::span<const std::uint32_t> windows,
+                                                         const QRect &display) const
+{
+    std::vector<xcb_get_window_attributes_cookie_t> attributes;
+    std::vector<xcb_get_geometry_cookie_t> geometries;
+    for (const xcb_window_t window : windows) {
+        attributes.push_back(xcb_get_window_attributes(m_connection, window));
+        geometries.push_back(xcb_get_geometry(m_connection, window));
+    }
+    std::vector<std::uint32_t> covers;
+    for (std::size_t index = 0; index < windows.size(); ++index) {
+        // A client may have gone meanwhile.
+        xcb_generic_error_t *error = nullptr;
+        const Owned<xcb_get_window_attributes_reply_t> shown(
+            xcb_get_window_attributes_reply(m_connection, attributes[index], &error));
+        const Owned<xcb_generic_error_t> dropped(error);
+        error = nullptr;
+        const Owned<xcb_get_geometry_reply_t> place(
+            xcb_get_geometry_reply(m_connection, geometries[index], &error));
+        const Owned<xcb_generic_error_t> alsoDropped(error);
+        if (shown && place && shown->override_redirect != 0 &&
+            shown->map_state == XCB_MAP_STATE_VIEWABLE &&
+            shown->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+            QRect(place->x, place->y, place->width, place->height).contains(display)) {
+            covers.push_back(windows[index]);
+        }
+    }
+    if (covers.empty()) {
+        return std::nullopt;
+    }
+    // Window managers frame their clients with windows that nobody is to manage.
+    const auto frames = managedFrames();
+    const auto cover = std::ranges::find_if(covers, [&](std::uint32_t window) {
+        return std::ranges::find(frames, window) == frames.end();
+    });
+    return cover == covers.end() ? std::nullopt : std::optional(*cover);
+}
+
+void XcbPanelWindow::raiseToTop(const QRect &display)
 {
     const auto windows = stack();
-    if (windows.empty() || windows.back() == m_id) {
+    const auto self = std::ranges::find(windows, m_id);
+    if (self == windows.end() || std::next(self) == windows.end()) {
         return;
     }
-    const std::uint32_t mode = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(m_connection, m_id, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    const auto cover = lowestCover({std::next(self), windows.end()}, display);
+    if (cover) {
+        const std::array<std::uint32_t, 2> values{*cover, XCB_STACK_MODE_BELOW};
+        xcb_configure_window(m_connection, m_id,
+                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                             values.data());
+    } else {
+        const std::uint32_t mode = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(m_connection, m_id, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    }
     xcb_flush(m_connection);
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 struct xcb_connection_t;
@@ -47,8 +48,9 @@ public:
     /// Gives the keyboard to the noted window if this one has it.
     void returnFocus();
 
-    /// Raises the window above all others.
-    void raiseToTop();
+    /// Raises the window above all others, but for one that no window manager looks after and
+    /// that hides the whole display (in pixels): that is a locked screen.
+    void raiseToTop(const QRect &display);
     /// Raises the window above the topmost one that the window manager looks after, if that one
     /// covers it.
     void raiseAboveManaged();
@@ -58,6 +60,9 @@ public:
 private:
     /// The windows of the root window from the bottom to the top.
     [[nodiscard]] std::vector<std::uint32_t> stack() const;
+    /// The first of these windows that is a locked screen.
+    [[nodiscard]] std::optional<std::uint32_t> lowestCover(std::span<const std::uint32_t> windows,
+                                                           const QRect &display) const;
     /// The windows that the window manager looks after, or rather their frames.
     [[nodiscard]] std::vector<std::uint32_t> managedFrames() const;
     /// The window that has the keyboard; it may also be one of the protocol's special values.

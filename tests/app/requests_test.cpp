@@ -1,5 +1,6 @@
 #include "app/chosen_endpoints.h"
 #include "app/demo_wallet.h"
+#include "app/qt_environment.h"
 #include "app/requests.h"
 
 #include "core/wallet_settings.h"
@@ -172,6 +173,37 @@ TEST(DemoWalletTest, IsWatchedUnlessTheUserWatchesAnother)
     settings.setString(core::addressSetting, QStringLiteral("another"));
     demo();
     EXPECT_EQ(watched(), QStringLiteral("another"));
+}
+
+TEST(QtEnvironmentTest, IsChangedForThisProgramAlone)
+{
+    struct Case
+    {
+        const char *display;
+        const char *before;
+        const char *during;
+    };
+    const QByteArray original = qgetenv("QT_QPA_PLATFORM");
+    const QByteArray originalDisplay = qgetenv("DISPLAY");
+    qputenv("QT_XCB_NO_MITSHM", "0");
+    qunsetenv("QT_QPA_UPDATE_IDLE_TIME");
+    for (const auto &[display, before, during] :
+         {Case{":9", "", "xcb"}, Case{":9", "wayland;xcb", "xcb"}, Case{"", "wayland", "wayland"},
+          Case{":9", "offscreen", "offscreen"}}) {
+        qputenv("DISPLAY", display);
+        qputenv("QT_QPA_PLATFORM", before);
+        QtEnvironment environment;
+        environment.prepare();
+        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), during);
+        EXPECT_EQ(qgetenv("QT_XCB_NO_MITSHM"), "0") << "somebody has set it";
+        EXPECT_EQ(qgetenv("QT_QPA_UPDATE_IDLE_TIME"), "0");
+        environment.restore();
+        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), before);
+        EXPECT_FALSE(qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME"));
+    }
+    qputenv("QT_QPA_PLATFORM", original);
+    qputenv("DISPLAY", originalDisplay);
+    qunsetenv("QT_XCB_NO_MITSHM");
 }
 
 } // namespace

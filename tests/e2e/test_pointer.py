@@ -34,10 +34,16 @@ class PointerTest(IslandTest):
         with self.run_corvane() as corvane:
             corvane.hover()
             corvane.settled()
-            for place in ((-290, 20), (-290, 200), (290, 200), (315, 100), (0, 60)):
+            for place in ((-290, 20), (-290, 200), (290, 200), (315, 100), (0, 60), (0, 0)):
                 corvane.point_at(*place)
                 corvane.settled()
                 self.assertTrue(corvane.is_open(), place)
+            corvane.leave()
+
+    def test_opens_for_a_pointer_thrown_to_the_edge(self):
+        with self.run_corvane() as corvane:
+            corvane.point_at(0, 0)
+            wait_until(corvane.is_open, "the open card")
             corvane.leave()
 
     def test_no_path_leaves_it_stuck(self):

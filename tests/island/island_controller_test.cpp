@@ -112,7 +112,12 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
     m_pointer.position = QPointF(756, 982);
     queue.advance(150ms);
     EXPECT_FALSE(m_island->hovering()) << "the top edge itself is outside";
+    m_pointer.position = notch;
+    queue.advance(150ms);
+    ASSERT_TRUE(m_island->hovering());
     m_pointer.position.reset();
+    queue.advance(150ms);
+    EXPECT_FALSE(m_island->hovering()) << "on no screen at all";
     queue.advance(1s);
     EXPECT_TRUE(isResting());
     // At rest nothing is scheduled but the hover poll and the refresh cycle.

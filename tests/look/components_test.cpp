@@ -94,8 +94,14 @@ TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
         EXPECT_EQ(triggered.count(), 1);
         m_window.requestActivate();
         button->childItems().constLast()->forceActiveFocus();
-        QTest::keyClick(&m_window, Qt::Key_Space);
-        EXPECT_EQ(triggered.count(), 2);
+        int presses = 1;
+        for (const int key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+            QTest::keyClick(&m_window, static_cast<Qt::Key>(key));
+            EXPECT_EQ(triggered.count(), ++presses);
+            QKeyEvent held(QEvent::KeyPress, key, {}, {}, true);
+            QCoreApplication::sendEvent(&m_window, &held);
+            EXPECT_EQ(triggered.count(), presses) << "a key that is held down";
+        }
     }
 }
 
@@ -117,6 +123,54 @@ TEST_F(ComponentsTest, APillStaysWholeWhileItSwells)
                 EXPECT_EQ(picture.pixelColor(x, y), Theme::green()) << size << ' ' << y;
             }
         }
+    }
+}
+
+TEST_F(ComponentsTest, AFigureThatAppearsDoesNotRollIn)
+{
+    QQuickItem *figure = show("RollingText { width: 200; height: 30 }");
+    ASSERT_NE(figure, nullptr);
+    m_window.setColor(Qt::black);
+    const QImage none = m_window.grabWindow();
+    figure->setProperty("text", u"$1,234.05"_s);
+    const QImage first = m_window.grabWindow();
+    EXPECT_NE(first, none);
+    figure->setProperty("text", u"$9,999.99"_s);
+    figure->setProperty("text", u"$1,234.05"_s);
+    EXPECT_NE(m_window.grabWindow(), first) << "a change rolls";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window.grabWindow() == first; }));
+}
+
+TEST_F(ComponentsTest, ContentThatTurnsBackHalfWayDoesNotJump)
+{
+    QQuickItem *presence = show("Presence { width: 100; enterY: 12; enterBlur: 7; leaveY: -8; "
+                                "leaveBlur: 4; content: Item { implicitHeight: 40 } }");
+    ASSERT_NE(presence, nullptr);
+    const QQuickItem *fx = presence->childItems().constFirst();
+    const auto amount = [&] { return presence->property("amount").toDouble(); };
+    auto *motion = presence->property("motion").value<QObject *>();
+    bool present = true;
+    presence->setProperty("present", present);
+    for (const double half : {0.3, 0.6, 0.4, 0.7}) {
+        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, half));
+        const double y = fx->y();
+        const double blur = fx->property("blur").toDouble();
+        present = !present;
+        presence->setProperty("present", present);
+        motion->setProperty("target", half);
+        EXPECT_EQ(amount(), half);
+        EXPECT_NEAR(fx->y(), y, 1e-9);
+        EXPECT_NEAR(fx->property("blur").toDouble(), blur, 1e-9);
+    }
+    ASSERT_TRUE(present);
+    for (const auto &[shown, from, fromY, toY] :
+         tests::Table<bool, double, double, double>{{false, 1, 0, -8}, {true, 0, 12, 0}}) {
+        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, from));
+        presence->setProperty("present", shown);
+        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, from));
+        EXPECT_EQ(fx->y(), fromY);
+        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, 1 - from));
+        EXPECT_EQ(fx->y(), toY);
     }
 }
 

@@ -46,13 +46,13 @@ TEST(ScreenCoordinates, PutsTheOriginAtThePrimaryScreensBottomLeft)
 TEST(ScreenCoordinates, FindsAPixelsDisplayAndItsScale)
 {
     for (const auto &[pixel, point] : Table<QPoint, std::optional<QPointF>>{
-             {{0, 0}, QPointF(0, 1080)},
-             {{3839, 2159}, QPointF(1919.5, 0.5)},
+             {{0, 0}, QPointF(0.25, 1079.75)},
+             {{3839, 2159}, QPointF(1919.75, 0.25)},
              {{3840, 0}, std::nullopt},
              {{0, 2160}, std::nullopt},
-             {{-1, 200}, QPointF(-1, 880)},
+             {{-1, 200}, QPointF(-0.5, 879.5)},
              {{-1280, 1224}, std::nullopt},
-             {{425, -1315}, QPointF(400, 2420)},
+             {{425, -1315}, QPointF(400.4, 2419.6)},
              {{-5, 0}, std::nullopt},
          }) {
         EXPECT_EQ(threeDisplays.globalFromPixel(pixel), point) << pixel.x() << ',' << pixel.y();

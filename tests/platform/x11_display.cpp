@@ -82,6 +82,12 @@ void X11Display::raise(xcb_window_t window)
     sync();
 }
 
+void X11Display::hide(xcb_window_t window)
+{
+    xcb_unmap_window(m_connection.get(), window);
+    sync();
+}
+
 void X11Display::makeFullScreen(xcb_window_t window)
 {
     xcb_client_message_event_t message{};

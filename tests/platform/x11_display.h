@@ -36,6 +36,7 @@ public:
     /// Says, in the window manager's stead, which windows are managed, from bottom to top.
     void announceStacking(const std::vector<xcb_window_t> &windows);
     void raise(xcb_window_t window);
+    void hide(xcb_window_t window);
     /// Asks the window manager for the whole screen.
     void makeFullScreen(xcb_window_t window);
 

@@ -122,6 +122,22 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
     EXPECT_TRUE(waitUntil([&] { return isAbove(frame) && isAbove(menu); }));
 }
 
+TEST_F(X11Panel, StaysBelowALockedScreen)
+{
+    // An earlier test may have named a window that has the number of one of these.
+    m_display.announceStacking({});
+    const QRect whole = m_display.geometry(m_display.root());
+    const auto menu = m_display.makeWindow(beneath(), Kind::Popup);
+    const auto locker = m_display.makeWindow(whole, Kind::Popup);
+    const auto dialog = m_display.makeWindow(beneath(), Kind::Popup);
+    m_panel->setLevel(IslandPanel::activeLevel);
+    EXPECT_TRUE(waitUntil([&] { return isAbove(menu); }));
+    EXPECT_FALSE(isAbove(locker));
+    m_display.hide(locker);
+    m_panel->orderFrontRegardless();
+    EXPECT_TRUE(waitUntil([&] { return isAbove(dialog); }));
+}
+
 TEST_F(X11Panel, TakesClicksWhileActiveAndTheKeyboardWhenAsked)
 {
     ASSERT_TRUE(takesClicksIn({}));

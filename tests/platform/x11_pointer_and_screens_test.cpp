@@ -25,7 +25,7 @@ protected:
     [[nodiscard]] QPointF pointOf(QPoint pixel) const
     {
         const double scale = QGuiApplication::primaryScreen()->devicePixelRatio();
-        const QPointF point = QPointF(pixel) / scale;
+        const QPointF point = (QPointF(pixel) + QPointF(0.5, 0.5)) / scale;
         return {point.x(), m_screens.main()->frame.height() - point.y()};
     }
 
@@ -124,7 +124,7 @@ TEST_F(X11TwoScreens, HaveThePointerAndThePanelInTheSamePlace)
     X11Display display;
     const platform::XcbPointerMonitor monitor(m_screens);
     display.movePointer({740, 100});
-    EXPECT_EQ(monitor.location(), QPointF(100 / m_scale, 700 / m_scale));
+    EXPECT_EQ(monitor.location(), QPointF(100.5 / m_scale, 699.5 / m_scale));
     // The left monitor is lower.
     display.movePointer({100, 750});
     EXPECT_EQ(monitor.location(), std::nullopt);
