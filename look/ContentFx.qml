@@ -9,6 +9,11 @@ Item {
     default property alias content: live.data
     property real blur: 0
 
+    // To be called when the content has been replaced: what was pictured is gone.
+    function forget() {
+        veil.drop();
+    }
+
     Item {
         id: live
 
@@ -21,6 +26,7 @@ Item {
 
         anchors.fill: parent
         source: live
-        radius: root.blur
+        // Nothing is kept of what nobody sees any more.
+        radius: root.visible ? root.blur : 0
     }
 }

@@ -38,6 +38,7 @@ Item {
 
     // A Loader cannot make components that are bound to the file they stand in.
     function populate() {
+        fx.forget();
         if (root.item !== null) {
             root.item.destroy();
             root.item.parent = null;

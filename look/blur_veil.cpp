@@ -10,8 +10,9 @@ namespace corvane::look {
 
 namespace {
 
-/// Below this radius (points) a blur cannot be told from the live item.
-constexpr double smallestRadius = 0.4;
+/// Below this radius (points) a blur is half a pixel wide and gone two frames later; what moves in
+/// the live item is worth more by then.
+constexpr double smallestRadius = 1;
 
 } // namespace
 

@@ -32,6 +32,8 @@ public:
     [[nodiscard]] double radius() const { return m_radius; }
     void setRadius(double radius);
     [[nodiscard]] bool isShowing() const { return !m_snapshot.isNull(); }
+    /// Forgets the picture; the next change of the radius takes a new one.
+    Q_INVOKABLE void drop();
 
 Q_SIGNALS:
     void sourceChanged();
@@ -43,7 +45,6 @@ protected:
 
 private:
     void grab();
-    void drop();
 
     QPointer<QQuickItem> m_source;
     double m_radius = 0;

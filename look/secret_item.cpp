@@ -4,6 +4,7 @@
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QQuickWindow>
 
 namespace corvane::look {
 
@@ -63,6 +64,8 @@ void SecretItem::keyPressEvent(QKeyEvent *event)
 
 void SecretItem::mousePressEvent(QMouseEvent *event)
 {
+    // The island is not given the keyboard by the window manager.
+    window()->requestActivate();
     forceActiveFocus(Qt::MouseFocusReason);
     const qsizetype position = positionAt(event->position());
     select((event->modifiers() & Qt::ShiftModifier) != 0 ? m_anchor : position, position);

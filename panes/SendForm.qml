@@ -101,7 +101,6 @@ Item {
             anchors.right: parent.right
             width: send.implicitWidth
             height: send.implicitHeight
-            scale: shrink.value
 
             AnimatedValue {
                 id: shrink
@@ -110,15 +109,20 @@ Item {
                 Component.onCompleted: shrink.useSpring(0.3, 0.6)
             }
 
-            PillButton {
-                id: send
+            Item {
+                anchors.fill: parent
+                scale: shrink.value
 
-                label: root.card.sendLabel
-                icon: "paperplane.fill"
-                filled: true
-                enabled: root.card.ready
-                opacity: root.card.ready ? 1 : 0.4
-                onTriggered: root.card.send()
+                PillButton {
+                    id: send
+
+                    label: root.card.sendLabel
+                    icon: "paperplane.fill"
+                    filled: true
+                    enabled: root.card.ready
+                    opacity: root.card.ready ? 1 : 0.4
+                    onTriggered: root.card.send()
+                }
             }
 
             SendBurst {
@@ -148,7 +152,8 @@ Item {
             text: "SENT ✓"
             font: Theme.term(9, Theme.Heavy)
             color: Theme.green
-            Accessible.role: Accessible.Notification
+            // While it goes, it springs back to be seen for a moment; that is no news.
+            Accessible.role: root.card.sent ? Accessible.Notification : Accessible.StaticText
 
             AnimatedValue {
                 id: appearance

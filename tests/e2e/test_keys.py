@@ -27,6 +27,7 @@ class KeysTest(WalletTest):
             self.assertEqual(corvane.settings()["corvane.address"], address)
             self.assertNotIn(backup, corvane.tree.texts())
             corvane.wait_for("COPY")
+            self.assertEqual(self.drag_over_backup(corvane), backup)
             self.localnet.fund(address, 3)
             corvane.press_button("I'VE SAVED IT")
             corvane.wait_for("TOTAL BALANCE")
@@ -37,6 +38,18 @@ class KeysTest(WalletTest):
             corvane.hover()
             corvane.wait_for("TOTAL BALANCE", "$450.75")
             self.assertNotIn("BACK UP YOUR KEY", corvane.tree.texts())
+
+    def drag_over_backup(self, corvane):
+        """What is copied when one selects all of the key with the pointer."""
+        screen = self.desktop.screen
+        self.desktop.set_clipboard("nothing")
+        key = corvane.still(lambda text: text.startswith("Your secret key"))
+        x, y, width, height = key.extents(self.desktop.scale)
+        screen.drag(x + 1, y + 3, x + width - 1, y + height - 3)
+        wait_until(lambda: screen.keyboard_owner() == screen.window_named("Corvane"), "the keyboard for the key")
+        screen.press("c", "Control_L")
+        wait_until(lambda: self.desktop.clipboard() != "nothing", "something in the clipboard")
+        return self.desktop.clipboard()
 
     def test_imports_each_form_after_mistakes(self):
         numbers = ",".join(map(str, range(1, 33)))

@@ -107,14 +107,14 @@ class DesktopTest(PeersTest):
     def stopped(self, row):
         corvane, before = self.start(), self.kept()
         self.world(NEW)
-        self.localnet.control("fault", match="getBalance", kind="latency", ms=500)
+        self.localnet.control("fault", match="getBalance", kind="latency", ms=1000)
         after = self.press_refresh()
 
-        def asked(name):
-            return any(entry["name"] == name for entry in self.localnet.requests(after))
-        wait_until(lambda: asked("coingecko"), "the first reply")
+        def asks(**more):
+            return any(entry["name"] == "getBalance" for entry in self.localnet.requests(after, **more))
+        wait_until(lambda: asks(waiting=True), "a request without a reply")
         corvane.send_signal(signal.SIGSTOP)
-        wait_until(lambda: asked("getBalance"), "the reply to a program that stands still")
+        wait_until(asks, "the reply to a program that stands still")
         corvane.send_signal(signal.SIGCONT)
         self.cycle_ended(after)
         self.still_works(row)

@@ -36,7 +36,8 @@ def reach_of(trace):
     calls = calls_in(trace)
     program, others, started, own = {calls[0][0]}, set(), [], []
     for process, name, arguments, result, stack in calls[1:]:
-        if name.startswith(("clone", "fork", "vfork")) and int(result) > 0:
+        # One that is cut off by the program's end has no result.
+        if name.startswith(("clone", "fork", "vfork")) and result not in ("?", "-1"):
             group = program if process in program else others if process in others else None
             if group is program and "CLONE_THREAD" not in arguments:
                 group = others

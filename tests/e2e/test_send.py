@@ -99,6 +99,15 @@ class SendTest(WalletTest):
             corvane.wait_for("SENT ✓")
             self.assertEqual(len(self.sends()), 1)
             self.assertEqual(self.localnet.lamports(RECIPIENT), 2_000_000_000)
+            # A screen reader hears of the next one when it has been sent, and not before.
+            corvane.tree.listen()
+            corvane.fill("TO", RECIPIENT)
+            corvane.fill("AMOUNT", "2")
+            corvane.press_button("SEND")
+            corvane.wait_for("SENDING")
+            corvane.wait_for("SENT ✓")
+            wait_until(corvane.tree.heard, "a screen reader that says it")
+            self.assertEqual(corvane.tree.heard(), ["SENT ✓"])
 
     def test_watching_cannot_send(self):
         with self.run_wallet({"corvane.address": KEY_ADDRESS}) as corvane:

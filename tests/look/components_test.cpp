@@ -174,6 +174,51 @@ TEST_F(ComponentsTest, ContentThatTurnsBackHalfWayDoesNotJump)
     }
 }
 
+TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
+{
+    QQuickItem *presence = show(R"(Presence {
+        width: 100; enterBlur: 5; leaveBlur: 5
+        property Component red: Rectangle { implicitHeight: 40; color: "red" }
+        property Component blue: Rectangle { implicitHeight: 40; color: "blue" }
+    })");
+    ASSERT_NE(presence, nullptr);
+    m_window.setColor(Qt::black);
+    auto *motion = presence->property("motion").value<QObject *>();
+    // Long enough to be always on its way to where it is told to go.
+    QMetaObject::invokeMethod(motion, "useEaseOut", Q_ARG(double, 100));
+    const auto moveTo = [&](double amount) {
+        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, amount));
+    };
+    const auto isVeiled = [&] {
+        const QQuickItem *live = presence->childItems().constFirst()->childItems().constFirst();
+        return live->opacity() == 0;
+    };
+    const auto leaveHalfWay = [&] {
+        presence->setProperty("present", true);
+        moveTo(1);
+        presence->setProperty("present", false);
+        moveTo(0.5);
+        EXPECT_TRUE(QTest::qWaitFor(isVeiled));
+    };
+    for (const bool leavesWholly : {true, false}) {
+        presence->setProperty("content", presence->property("red"));
+        leaveHalfWay();
+        EXPECT_GT(m_window.grabWindow().pixelColor(50, 20).red(), 50)
+            << "the picture is the veil's";
+        if (leavesWholly) {
+            moveTo(0);
+        }
+        presence->setProperty("content", presence->property("blue"));
+        presence->setProperty("present", true);
+        for (const double amount : {0.3, 0.5, 0.7, 0.9}) {
+            moveTo(amount);
+            const QColor seen = m_window.grabWindow().pixelColor(50, 20);
+            EXPECT_LT(seen.red(), 5) << amount;
+            EXPECT_GT(seen.blue(), 50) << amount;
+        }
+    }
+}
+
 TEST_F(ComponentsTest, ContentThatLeavesIsUnloadedInTheEnd)
 {
     QQuickItem *reveal =

@@ -85,7 +85,7 @@ class Localnet:
             raise RuntimeError(f"{method}: {answer}")
         return answer["result"]
 
-    def requests(self, after=0):
-        """The requests so far that have been answered or dropped."""
+    def requests(self, after=0, waiting=False):
+        """The requests so far that have been answered or dropped, or those that still wait for it."""
         entries = self._fetch(f"/control/log?after={after}")["entries"]
-        return [entry for entry in entries if entry["doneMs"] is not None]
+        return [entry for entry in entries if (entry["doneMs"] is None) == waiting]
