@@ -10,7 +10,6 @@ QRCode::QRCode(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setSmooth(false);
-    setOpaquePainting(true);
 }
 
 void QRCode::setText(const QString &text)
@@ -28,9 +27,15 @@ void QRCode::paint(QPainter *painter)
 {
     // The painter's own transform says how many pixels a point has here.
     const double scale = painter->deviceTransform().m11();
-    if (const auto image = QR::image(m_text, width(), scale)) {
+    if (auto image = QR::image(m_text, width(), scale)) {
+        // The ground beneath is as white as the light modules, which would be seen on it while both
+        // fade.
+        image->invertPixels();
+        QImage dark(image->size(), QImage::Format_ARGB32_Premultiplied);
+        dark.fill(Qt::black);
+        dark.setAlphaChannel(*image);
         painter->setRenderHint(QPainter::SmoothPixmapTransform, false);
-        painter->drawImage(boundingRect(), *image);
+        painter->drawImage(boundingRect(), dark);
     }
 }
 
