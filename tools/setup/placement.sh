@@ -77,7 +77,8 @@ used_folders() {
 drop_empty_folders() {
     local folder
     while read -r folder; do
-        while [[ $folder == "$destination"/usr/*share/* ]] && [ -d "$folder" ]; do
+        # Debian itself makes the one for manual pages.
+        while [[ $folder == "$destination"/usr/*share/* && $folder != */share/man ]] && [ -d "$folder" ]; do
             rmdir "$folder" 2>/dev/null || break
             folder=${folder%/*}
         done
