@@ -120,6 +120,9 @@ class Installation(Folder):
         return newer
 
     def test_puts_everything_in_place_and_takes_it_away(self):
+        made_by_others = [self.folder / "usr/local/share/man", self.folder / "usr/local/share/icons/other"]
+        for folder in made_by_others:
+            folder.mkdir(parents=True)
         self.put()
         installed = self.tree()
         self.assertEqual(installed[POLICY], (BUNDLE / "share/polkit-1/actions/org.corvane.policy").read_bytes())
@@ -143,6 +146,8 @@ class Installation(Folder):
         self.assertIn("settings", self.install("--uninstall"))
         self.assertEqual([path for path in self.folder.rglob("*") if not path.is_dir()], [other])
         self.assertFalse((self.folder / "Applications").exists())
+        self.assertEqual(sorted(folder for folder in (self.folder / "usr/local/share").rglob("*") if folder.is_dir()),
+                         sorted([*made_by_others, made_by_others[1].parent, other.parent]))
         self.assertIn("not installed", self.install("--uninstall"))
 
     def test_upgrades(self):
