@@ -41,9 +41,9 @@ bool isAbsoluteWebUrl(const QUrl &url)
 
 bool isLoopback(const QString &address)
 {
-    // Names may begin with the same digits.
+    // Names may begin with the same digits, and a number with a leading zero is a name.
     static const QRegularExpression loopbackNumber(
-        uR"(\A127(\.(25[0-5]|2[0-4][0-9]|1?[0-9]?[0-9])){3}\z)"_s);
+        uR"(\A127(\.(25[0-5]|2[0-4][0-9]|1[0-9]{2}|[1-9]?[0-9])){3}\z)"_s);
     const QString host = QUrl(address).host();
     return host == "localhost"_L1 || host == "::1"_L1 || loopbackNumber.match(host).hasMatch();
 }

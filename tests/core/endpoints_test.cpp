@@ -43,6 +43,8 @@ TEST(Endpoints, AreLocalOnlyOnThisMachine)
                                                           {u"127.0.0.1.test"_s, false},
                                                           {u"127.test"_s, false},
                                                           {u"127.0.0.256"_s, false},
+                                                          {u"127.08.81.0"_s, false},
+                                                          {u"127.0.9.199"_s, true},
                                                           {u"128.0.0.1"_s, false},
                                                           {u"localhost.test"_s, false},
                                                           {u"[::2]"_s, false}}) {
