@@ -136,7 +136,8 @@ struct Desktop
 };
 
 /// Calls `act` once, after the first frame of the window that `root` will be shown in.
-void afterFirstFrame(QQuickItem &root, const std::function<void()> &act)
+template <typename Act>
+void afterFirstFrame(QQuickItem &root, Act act)
 {
     QObject::connect(
         &root, &QQuickItem::windowChanged, &root,

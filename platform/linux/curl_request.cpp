@@ -48,7 +48,8 @@ void CurlRequest::appendHeader(const QByteArray &line)
         return;
     }
     if (curl_slist *longer = curl_slist_append(m_headers.get(), line.constData())) {
-        static_cast<void>(m_headers.release());
+        // The old list has become a part of it.
+        [[maybe_unused]] const curl_slist *const shorter = m_headers.release();
         m_headers.reset(longer);
     }
 }
@@ -76,7 +77,7 @@ void CurlRequest::writeHeaders()
 size_t CurlRequest::onBody(char *data, size_t size, size_t count, void *context)
 {
     auto &request = *static_cast<CurlRequest *>(context);
-    const auto length = static_cast<qsizetype>(size * count);
+    const auto length = static_cast<qsizetype>(size) * static_cast<qsizetype>(count);
     if (request.m_received.size() + length > maximumReplySize) {
         request.m_tooLarge = true;
         return 0;
