@@ -30,7 +30,7 @@ SecretField::SecretField(QQuickItem *parent)
     : SecretItem(parent)
 {
     setActiveFocusOnTab(true);
-    measure();
+    SecretField::measure();
 }
 
 void SecretField::measure()

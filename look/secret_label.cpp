@@ -12,7 +12,7 @@ namespace corvane::look {
 SecretLabel::SecretLabel(QQuickItem *parent)
     : SecretItem(parent)
 {
-    measure();
+    SecretLabel::measure();
 }
 
 void SecretLabel::measure()

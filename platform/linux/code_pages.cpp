@@ -42,6 +42,7 @@ void releaseCodePages() noexcept
                    anonymous == 0) {
             // Not one page differs from the file, so nothing is lost. Compiled scripts, for
             // example, do differ.
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel tells addresses as numbers
             madvise(reinterpret_cast<void *>(start), end - start, MADV_DONTNEED);
         }
     }

@@ -94,7 +94,8 @@ bool CurlHttpClient::Engine::initialise()
         return true;
     }
     static const bool global = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    if (!global || (m_multi = curl_multi_init()) == nullptr) {
+    m_multi = global ? curl_multi_init() : nullptr;
+    if (m_multi == nullptr) {
         return false;
     }
     curl_multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &Engine::onSocket);

@@ -17,8 +17,7 @@ QtApplication::QtApplication()
 void QtApplication::terminate()
 {
     // What still happens in the running event must not happen after the end.
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(QCoreApplication::instance(), "quit", Qt::QueuedConnection);
 }
 
 } // namespace corvane::platform

@@ -227,7 +227,7 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
     }
     if (!items->empty()) {
         const KeyringItem &item = items->front();
-        const QString account = accountOf(item);
+        QString account = accountOf(item);
         if (account.isEmpty()) {
             return fromMemory();
         }
