@@ -1,7 +1,7 @@
 #include "app/app_delegate.h"
 
 #include "app/requests.h"
-#include "look/status_mark.h"
+#include "look/paint/status_mark.h"
 #include "onboarding/applications_folder.h"
 #include "platform/settings_store.h"
 

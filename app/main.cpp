@@ -11,31 +11,29 @@
 #include "core/wallet_settings.h"
 #include "look/theme.h"
 #include "onboarding/onboarding.h"
-#include "platform/linux/canberra_sound_player.h"
-#include "platform/linux/code_pages.h"
-#include "platform/linux/curl_http_client.h"
-#include "platform/linux/desktop_appearance.h"
-#include "platform/linux/desktop_link_opener.h"
-#include "platform/linux/fontconfig_font_registry.h"
-#include "platform/linux/icu_number_formatter.h"
-#include "platform/linux/json_settings.h"
-#include "platform/linux/local_application_bundle.h"
-#include "platform/linux/local_file_system.h"
-#include "platform/linux/no_authenticator.h"
-#include "platform/linux/polkit_authenticator.h"
-#include "platform/linux/process_hardening.h"
-#include "platform/linux/qt_application.h"
-#include "platform/linux/qt_clipboard.h"
-#include "platform/linux/qt_main_queue.h"
-#include "platform/linux/qt_screens.h"
-#include "platform/linux/qt_status_bar.h"
-#include "platform/linux/secret_service_keychain.h"
-#include "platform/linux/session_bus_instance.h"
-#include "platform/linux/termination_signals.h"
-#include "platform/linux/xcb_floating_window.h"
-#include "platform/linux/xcb_island_panel.h"
-#include "platform/linux/xcb_pointer_monitor.h"
-#include "platform/linux/xdg_autostart.h"
+#include "platform/linux/bus/desktop_appearance.h"
+#include "platform/linux/bus/session_bus_instance.h"
+#include "platform/linux/files/json_settings.h"
+#include "platform/linux/files/local_application_bundle.h"
+#include "platform/linux/files/local_file_system.h"
+#include "platform/linux/files/xdg_autostart.h"
+#include "platform/linux/http/curl_http_client.h"
+#include "platform/linux/keyring/no_authenticator.h"
+#include "platform/linux/keyring/polkit_authenticator.h"
+#include "platform/linux/keyring/secret_service_keychain.h"
+#include "platform/linux/process/code_pages.h"
+#include "platform/linux/process/process_hardening.h"
+#include "platform/linux/process/termination_signals.h"
+#include "platform/linux/toolkit/canberra_sound_player.h"
+#include "platform/linux/toolkit/desktop_link_opener.h"
+#include "platform/linux/toolkit/fontconfig_font_registry.h"
+#include "platform/linux/toolkit/icu_number_formatter.h"
+#include "platform/linux/toolkit/qt_application.h"
+#include "platform/linux/toolkit/qt_clipboard.h"
+#include "platform/linux/toolkit/qt_main_queue.h"
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/tray/qt_status_bar.h"
+#include "platform/linux/x11/x11_window_system.h"
 #include "platform/sodium_signing_keys.h"
 #include "platform/thread_background_tasks.h"
 
@@ -120,9 +118,7 @@ struct Desktop
     platform::IcuNumberFormatter formatter;
     platform::LocalFileSystem files;
     platform::QtScreens screens;
-    platform::XcbPointerMonitor pointer{screens};
-    platform::XcbIslandPanelFactory panels{screens};
-    platform::XcbFloatingWindowFactory windows{screens};
+    platform::X11WindowSystem windowSystem{screens};
     platform::QtClipboard clipboard;
     platform::CanberraSoundPlayer sounds{background};
     platform::DesktopLinkOpener links;
@@ -166,7 +162,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     look::Theme theme(desktop.fonts);
     app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
     onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
-                                 desktop.application, desktop.windows,
+                                 desktop.application, desktop.windowSystem.floatingWindows(),
                                  [&content](onboarding::Onboarding &onboarding) {
                                      return app::makeOnboardingView(content.engine(), onboarding);
                                  }});
@@ -187,10 +183,11 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     delegate.emplace(core::WalletServices{desktop.queue, desktop.http, settings,
                                           *keyServices.keychain, signingKeys, desktop.background,
                                           desktop.formatter, desktop.files, endpoints},
-                     island::IslandServices{desktop.queue, desktop.screens, desktop.pointer,
-                                            desktop.panels, *keyServices.authenticator,
-                                            desktop.clipboard, desktop.sounds, desktop.links,
-                                            desktop.application, makeContent},
+                     island::IslandServices{
+                         desktop.queue, desktop.screens, desktop.windowSystem.pointerMonitor(),
+                         desktop.windowSystem.islandPanels(), *keyServices.authenticator,
+                         desktop.clipboard, desktop.sounds, desktop.links, desktop.application,
+                         makeContent},
                      app::ShellServices{desktop.statusBar, desktop.loginItem, desktop.bundle,
                                         desktop.appearance, theme, tour, [&content] {
                                             content.releaseUnused();
@@ -246,7 +243,7 @@ int main(int argc, char *argv[])
     }
 
     app::QtEnvironment environment;
-    environment.prepare();
+    environment.prepare(platform::X11WindowSystem::qtEnvironment());
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }

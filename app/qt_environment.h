@@ -8,22 +8,21 @@
 
 namespace corvane::app {
 
-/// What the environment tells Qt. Variables that somebody has set are left alone, but for a window
-/// system that the island cannot live on. Main thread.
+/// What the environment tells Qt, for this process alone. Main thread.
 class QtEnvironment
 {
 public:
-    /// Chooses the window system, and what makes a frame at rest cheap. Before the application
-    /// object is made.
-    void prepare();
+    /// A variable's name and its value.
+    using Variable = std::pair<QByteArray, QByteArray>;
+
+    /// Sets `variables`. Before the application object is made.
+    void prepare(const std::vector<Variable> &variables);
     /// Undoes that, so that programs started from here are not told the same. Qt reads the last of
     /// it with the first frame.
     void restore();
 
 private:
-    void set(const char *variable, const QByteArray &value);
-
-    std::vector<std::pair<const char *, std::optional<QByteArray>>> m_before;
+    std::vector<std::pair<QByteArray, std::optional<QByteArray>>> m_before;
 };
 
 } // namespace corvane::app

@@ -1,6 +1,6 @@
-#include "look/box_blur.h"
-#include "look/shapes.h"
-#include "look/spring.h"
+#include "look/motion/spring.h"
+#include "look/paint/box_blur.h"
+#include "look/paint/shapes.h"
 
 #include <QColor>
 #include <QPainter>

@@ -3,15 +3,15 @@ cmake_minimum_required(VERSION 3.25)
 # Finds texts that could be taken for markup: what is shown comes from servers, too. Every view writes
 # with Label, which alone says what a text is.
 # cmake -DROOT=<source folder> -P CheckPlainText.cmake
-set(label "${ROOT}/look/Label.qml")
+set(label "${ROOT}/look/controls/Label.qml")
 file(STRINGS "${label}" plain REGEX "^    textFormat: Text\\.PlainText$")
 if(NOT plain)
     message(FATAL_ERROR "${label}: its text is not plain")
 endif()
 set(checked 0)
 set(violations "")
-foreach(folder app core island keys look onboarding panes platform platform/linux)
-    file(GLOB files "${ROOT}/${folder}/*.qml" "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp")
+foreach(folder app core island keys look onboarding panes platform)
+    file(GLOB_RECURSE files "${ROOT}/${folder}/*.qml" "${ROOT}/${folder}/*.h" "${ROOT}/${folder}/*.cpp")
     list(REMOVE_ITEM files "${label}")
     foreach(file IN LISTS files)
         math(EXPR checked "${checked} + 1")

@@ -47,3 +47,16 @@ function(corvane_exempt_generated_code target)
     list(FILTER sources INCLUDE REGEX "qmlcache|qmltyperegistrations")
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
 endfunction()
+
+# Gives the sources of a target the headers that most of them read, compiled once. Off in a plain
+# build, which therefore finds a source that does not include what it uses.
+option(CORVANE_PRECOMPILED_HEADERS "Compile common headers once for each target" OFF)
+if(CORVANE_PRECOMPILED_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # A compiler cache compares precompiled headers byte by byte.
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+endif()
+function(corvane_precompile target)
+    if(CORVANE_PRECOMPILED_HEADERS)
+        target_precompile_headers(${target} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/common_headers.h" ${ARGN})
+    endif()
+endfunction()

@@ -3,7 +3,7 @@
 
 #include "fuzz/property.h"
 #include "fuzz/scratch_folder.h"
-#include "platform/linux/remembered_accounts.h"
+#include "platform/linux/keyring/remembered_accounts.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -2,7 +2,7 @@
 // program, wherever that lies.
 
 #include "fuzz/property.h"
-#include "platform/linux/desktop_entry.h"
+#include "platform/linux/files/desktop_entry.h"
 
 using namespace corvane::platform;
 using corvane::fuzz::require;

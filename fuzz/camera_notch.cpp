@@ -1,6 +1,6 @@
 // The size of a camera housing, from the environment.
 
-#include "platform/linux/camera_notch.h"
+#include "platform/linux/toolkit/camera_notch.h"
 #include "fuzz/property.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // The arguments of an ActivateAction that anybody in the session may send. A first line "names" has
 // the action and its parameter in the lines after it; otherwise the input is the raw message.
 
-#include "platform/linux/instance_messages.h"
+#include "platform/linux/bus/instance_messages.h"
 
 #include "app/requests.h"
 #include "fuzz/property.h"

@@ -4,7 +4,7 @@
 #include "core/json_calls.h"
 #include "core/price_feeds.h"
 #include "fuzz/property.h"
-#include "platform/linux/http_redirect.h"
+#include "platform/linux/http/http_redirect.h"
 
 #include <arpa/inet.h>
 

@@ -1,7 +1,7 @@
 // What the desktop portal answers about the looks of programs: in GVariant's text form where the
 // input is that, otherwise as raw bytes.
 
-#include "platform/linux/portal_appearance.h"
+#include "platform/linux/bus/portal_appearance.h"
 
 #include "fuzz/property.h"
 #include "fuzz/variant.h"

@@ -5,7 +5,7 @@
 #include "core/labels.h"
 #include "core/price_feeds.h"
 #include "fuzz/property.h"
-#include "look/shapes.h"
+#include "look/paint/shapes.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

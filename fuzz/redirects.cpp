@@ -1,7 +1,7 @@
 // Where a server sends a request on to: two addresses, as libcurl reports them.
 
 #include "fuzz/property.h"
-#include "platform/linux/http_redirect.h"
+#include "platform/linux/http/http_redirect.h"
 
 #include <curl/curl.h>
 

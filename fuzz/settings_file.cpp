@@ -3,7 +3,7 @@
 
 #include "fuzz/property.h"
 #include "fuzz/scratch_folder.h"
-#include "platform/linux/json_settings.h"
+#include "platform/linux/files/json_settings.h"
 
 #include <QJsonDocument>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/gio_calls.h"
+#include "platform/linux/bus/gio_calls.h"
 
 #include <QByteArray>
 

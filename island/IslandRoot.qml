@@ -3,6 +3,8 @@ pragma ComponentBehavior: Bound
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import QtQuick
 
 // The whole content of the panel: the black island at its top centre, which morphs between the

@@ -1,5 +1,7 @@
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
 import QtQuick
 
 // Stands in for every pane until the user has proved presence once.

@@ -3,6 +3,9 @@ pragma ComponentBehavior: Bound
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import QtQuick
 
 // The band level with the notch: the breathing mark while the island rests, the product's name and

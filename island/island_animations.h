@@ -1,6 +1,6 @@
 #pragma once
 
-#include "look/animation.h"
+#include "look/motion/animation.h"
 
 namespace corvane::island {
 

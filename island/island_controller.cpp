@@ -26,11 +26,11 @@ void IslandController::show()
 {
     m_panel = m_services.panels.makePanel(stageRect());
     m_panel->setLevel(platform::IslandPanel::restingLevel);
-    m_panel->setIgnoresMouseEvents(true);
+    m_panel->setClickThrough(true);
     if (m_services.makeContent) {
-        m_panel->setContentView(m_services.makeContent(*this));
+        m_panel->setContent(m_services.makeContent(*this));
     }
-    m_panel->orderFrontRegardless();
+    m_panel->show();
     startHoverTracking();
     m_services.screens.observeChanges(weakly(&IslandController::screensChanged));
 }
@@ -94,14 +94,14 @@ QSizeF IslandController::size(IslandPane pane) const
 void IslandController::becomeActive()
 {
     panel().setLevel(platform::IslandPanel::activeLevel);
-    panel().setIgnoresMouseEvents(false);
+    panel().setClickThrough(false);
 }
 
 void IslandController::becomeRestingUnlessOpen()
 {
     if (!m_expanded && !m_widened) {
         panel().setLevel(platform::IslandPanel::restingLevel);
-        panel().setIgnoresMouseEvents(true);
+        panel().setClickThrough(true);
     }
 }
 

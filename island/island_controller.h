@@ -2,7 +2,7 @@
 
 #include "core/wallet_model.h"
 #include "island/island_pane.h"
-#include "look/transaction.h"
+#include "look/motion/transaction.h"
 #include "platform/application.h"
 #include "platform/authenticator.h"
 #include "platform/clipboard.h"

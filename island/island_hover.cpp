@@ -144,7 +144,7 @@ void IslandController::expand()
         return;
     }
     becomeActive();
-    panel().orderFrontRegardless();
+    panel().show();
     m_transaction.run(widenSpring(),
                       [this] { publish(m_widened, true, &IslandController::widenedChanged); });
     m_services.queue.after(unfoldDelay, [controller = QPointer(this)] {
@@ -165,7 +165,7 @@ void IslandController::collapse()
     if (!m_expanded || m_pane != IslandPane::Balance || m_authInFlight) {
         return;
     }
-    panel().resignKeyWindow();
+    panel().deactivate();
     m_transaction.run(standardSpring(),
                       [this] { publish(m_expanded, false, &IslandController::expandedChanged); });
     m_services.queue.after(narrowDelay, [controller = QPointer(this)] {

@@ -77,7 +77,7 @@ void IslandController::setPane(IslandPane pane)
         publish(m_expanded, true, &IslandController::expandedChanged);
     });
     if (pane != IslandPane::Balance) {
-        panel().makeKeyWindow();
+        panel().activate();
     }
 }
 

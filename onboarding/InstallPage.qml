@@ -1,4 +1,5 @@
 import Corvane.Look
+import Corvane.Look.Controls
 import Corvane.Onboarding
 import QtQuick
 

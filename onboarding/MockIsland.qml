@@ -1,6 +1,9 @@
 pragma ComponentBehavior: Bound
 
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import QtQuick
 
 // A miniature of the island: the resting tab, the strip, or the strip with a card.

@@ -1,6 +1,9 @@
 pragma ComponentBehavior: Bound
 
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 

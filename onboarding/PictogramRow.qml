@@ -1,4 +1,6 @@
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Paint
 import QtQuick
 
 // A pictogram, a title, and below the title what there is to say about it.

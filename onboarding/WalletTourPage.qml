@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import Corvane.Look
+import Corvane.Look.Controls
 import Corvane.Onboarding
 import QtQuick
 

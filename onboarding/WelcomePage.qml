@@ -1,4 +1,7 @@
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 

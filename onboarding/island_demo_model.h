@@ -1,6 +1,6 @@
 #pragma once
 
-#include "look/transaction.h"
+#include "look/motion/transaction.h"
 #include "onboarding/onboarding.h"
 
 #include <QObject>

@@ -49,13 +49,13 @@ void Onboarding::show(IslandController &island)
         // Who leaves the tour half-way is not asked to take it again.
         m_services.settings.setBoolean(shownSetting(), true);
     }
-    m_window->makeKeyAndOrderFront();
+    m_window->show();
 }
 
 void Onboarding::finish()
 {
     if (m_window) {
-        m_window->orderOut();
+        m_window->hide();
         // A button of the window is still handling its click.
         m_finished = std::move(m_window);
         m_services.queue.post([self = QPointer(this)] {
@@ -72,7 +72,7 @@ void Onboarding::finish()
 void Onboarding::close()
 {
     if (m_window) {
-        m_window->orderOut();
+        m_window->hide();
     }
 }
 

@@ -1,6 +1,6 @@
 // Writes the application's icons: icon_writer FOLDER, the folder of the icon theme.
 
-#include "look/shapes.h"
+#include "look/paint/shapes.h"
 #include "look/theme.h"
 
 #include <QDir>

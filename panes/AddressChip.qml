@@ -1,4 +1,5 @@
 import Corvane.Look
+import Corvane.Look.Controls
 import QtQuick
 
 // The wallet's address, shortened; a click copies it.

@@ -1,6 +1,9 @@
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Paint
+import Corvane.Look.Secrets
 import Corvane.Panes
 import QtQuick
 

@@ -1,4 +1,6 @@
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 

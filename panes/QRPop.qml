@@ -1,4 +1,5 @@
 import Corvane.Look
+import Corvane.Look.Motion
 import QtQuick
 
 // Lets its content pop up, a moment after it has been shown.

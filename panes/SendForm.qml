@@ -1,4 +1,6 @@
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
 import Corvane.Panes
 import QtQuick
 

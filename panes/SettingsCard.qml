@@ -1,6 +1,7 @@
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
 import Corvane.Panes
 import QtQuick
 

@@ -3,6 +3,9 @@ pragma ComponentBehavior: Bound
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Look.Motion
+import Corvane.Look.Secrets
 import Corvane.Panes
 import QtQuick
 

@@ -1,4 +1,6 @@
 import Corvane.Look
+import Corvane.Look.Motion
+import Corvane.Look.Paint
 import QtQuick
 
 // The one-day price chart, uncovered from left to right when it appears.

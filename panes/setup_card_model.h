@@ -2,7 +2,7 @@
 
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
-#include "look/secret_text.h"
+#include "look/secrets/secret_text.h"
 
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>

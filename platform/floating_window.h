@@ -24,9 +24,9 @@ public:
 
     /// Shows the window where it last was, in front of the others, and asks for the keyboard. The
     /// window manager may refuse that while the user is typing elsewhere.
-    virtual void makeKeyAndOrderFront() = 0;
+    virtual void show() = 0;
     /// Hides the window. The user may hide it as well, by the means of the desktop.
-    virtual void orderOut() = 0;
+    virtual void hide() = 0;
 };
 
 /// Makes such windows.

@@ -30,21 +30,21 @@ public:
     virtual void setFrame(const QRectF &frame) = 0;
     /// One of the two levels above.
     virtual void setLevel(int level) = 0;
-    /// While true, every click goes to the window beneath.
-    virtual void setIgnoresMouseEvents(bool ignores) = 0;
+    /// While on, every click goes to the window beneath.
+    virtual void setClickThrough(bool on) = 0;
     /// Shows `content`, resized to fill the panel. The panel does not own it.
-    virtual void setContentView(QQuickItem *content) = 0;
+    virtual void setContent(QQuickItem *content) = 0;
     /// Tells which part of the panel is drawn on, in points from the panel's top left corner with y
     /// downward. Clicks beside it go to the window beneath, and on a desktop without translucent
     /// windows the panel is cut to it.
     virtual void setContentOutline(const QRectF &outline, double bottomRadius) = 0;
     /// Shows the panel on top of the windows of its level without activating it.
-    virtual void orderFrontRegardless() = 0;
+    virtual void show() = 0;
     /// Activates the program and gives the panel the keyboard.
-    virtual void makeKeyWindow() = 0;
+    virtual void activate() = 0;
     /// Gives the keyboard back to the window that had it before the panel, also when the panel took
     /// it because a field in it was clicked. Nothing happens when the panel does not have it.
-    virtual void resignKeyWindow() = 0;
+    virtual void deactivate() = 0;
 };
 
 /// Makes the panel of the running desktop.

@@ -6,6 +6,7 @@
 #include "core/wallet_settings.h"
 #include "platform/sodium_signing_keys.h"
 
+#include "platform/linux/x11/x11_window_system.h"
 #include "tests/fakes/fake_shell.h"
 #include "tests/fakes/memory_settings_store.h"
 
@@ -193,7 +194,7 @@ TEST(QtEnvironmentTest, IsChangedForThisProgramAlone)
         qputenv("DISPLAY", display);
         qputenv("QT_QPA_PLATFORM", before);
         QtEnvironment environment;
-        environment.prepare();
+        environment.prepare(platform::X11WindowSystem::qtEnvironment());
         EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), during);
         EXPECT_EQ(qgetenv("QT_XCB_NO_MITSHM"), "0") << "somebody has set it";
         EXPECT_EQ(qgetenv("QT_QPA_UPDATE_IDLE_TIME"), "0");

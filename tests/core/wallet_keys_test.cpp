@@ -1,6 +1,6 @@
 // The key's life in the wallet, and sending with it.
 
-#include "platform/linux/one_time_context.h"
+#include "platform/one_time_context.h"
 #include "tests/core/wallet_fixture.h"
 
 #include <QCoroTask>

@@ -5,7 +5,7 @@
 #include "platform/clipboard.h"
 #include "platform/island_panel.h"
 #include "platform/link_opener.h"
-#include "platform/linux/one_time_context.h"
+#include "platform/one_time_context.h"
 #include "platform/pointer_monitor.h"
 #include "platform/screens.h"
 #include "platform/sound_player.h"
@@ -94,7 +94,7 @@ public:
     {
         QRectF frame;
         int level = 0;
-        bool ignoresMouseEvents = true;
+        bool clickThrough = true;
         bool isKey = false;
         int orderedFront = 0;
         QRectF outline;
@@ -106,16 +106,16 @@ public:
     {}
     void setFrame(const QRectF &frame) override { m_state.frame = frame; }
     void setLevel(int level) override { m_state.level = level; }
-    void setIgnoresMouseEvents(bool ignores) override { m_state.ignoresMouseEvents = ignores; }
-    void setContentView(QQuickItem *) override {}
+    void setClickThrough(bool on) override { m_state.clickThrough = on; }
+    void setContent(QQuickItem *) override {}
     void setContentOutline(const QRectF &outline, double bottomRadius) override
     {
         m_state.outline = outline;
         m_state.bottomRadius = bottomRadius;
     }
-    void orderFrontRegardless() override { ++m_state.orderedFront; }
-    void makeKeyWindow() override { m_state.isKey = true; }
-    void resignKeyWindow() override { m_state.isKey = false; }
+    void show() override { ++m_state.orderedFront; }
+    void activate() override { m_state.isKey = true; }
+    void deactivate() override { m_state.isKey = false; }
 
 private:
     State &m_state;

@@ -95,8 +95,8 @@ public:
                 , m_content(std::move(content))
             {}
             ~Window() override { --m_desktop.existing; }
-            void makeKeyAndOrderFront() override { m_desktop.visible = true; }
-            void orderOut() override { m_desktop.visible = false; }
+            void show() override { m_desktop.visible = true; }
+            void hide() override { m_desktop.visible = false; }
 
         private:
             FakeFloatingWindows &m_desktop;

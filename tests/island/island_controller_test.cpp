@@ -39,7 +39,7 @@ protected:
     [[nodiscard]] std::string state() const
     {
         return std::string(m_island->hovering() ? "h" : "-") + (m_island->widened() ? "w" : "-") +
-               (m_island->expanded() ? "e" : "-") + (m_panels.state.ignoresMouseEvents ? "p" : "-");
+               (m_island->expanded() ? "e" : "-") + (m_panels.state.clickThrough ? "p" : "-");
     }
     /// Where the pointer goes, the wait after that, and the state then.
     struct Step

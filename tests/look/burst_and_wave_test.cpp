@@ -1,6 +1,6 @@
-#include "look/breathing_mark.h"
-#include "look/pixel_wave.h"
-#include "look/send_burst.h"
+#include "look/motion/breathing_mark.h"
+#include "look/motion/pixel_wave.h"
+#include "look/motion/send_burst.h"
 #include "tests/look/item_fixture.h"
 
 #include <QAbstractEventDispatcher>

@@ -55,7 +55,11 @@ protected:
     {
         m_engine.addImportPath(u"qrc:/qt/qml"_s);
         QQmlComponent component(&m_engine);
-        component.setData("import QtQuick\nimport Corvane.Look\n" + QByteArray(qml), {});
+        component.setData(
+            "import QtQuick\nimport Corvane.Look\nimport Corvane.Look.Controls\n"
+            "import Corvane.Look.Motion\nimport Corvane.Look.Paint\nimport Corvane.Look.Secrets\n" +
+                QByteArray(qml),
+            {});
         m_item.reset(qobject_cast<QQuickItem *>(component.create()));
         EXPECT_TRUE(m_item) << qPrintable(component.errorString());
         if (m_item) {

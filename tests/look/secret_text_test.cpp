@@ -1,6 +1,6 @@
-#include "look/secret_field.h"
-#include "look/secret_label.h"
-#include "look/secret_text.h"
+#include "look/secrets/secret_field.h"
+#include "look/secrets/secret_label.h"
+#include "look/secrets/secret_text.h"
 #include "tests/fakes/table.h"
 #include "tests/look/item_fixture.h"
 

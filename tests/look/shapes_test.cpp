@@ -1,7 +1,7 @@
-#include "look/box_blur.h"
-#include "look/rolling_text.h"
-#include "look/shapes.h"
-#include "look/soft_shadow.h"
+#include "look/controls/rolling_text.h"
+#include "look/paint/box_blur.h"
+#include "look/paint/shapes.h"
+#include "look/paint/soft_shadow.h"
 #include "tests/fakes/table.h"
 
 #include <QColor>

@@ -1,9 +1,9 @@
 // Springs, timing curves and the values that move on them.
 
-#include "look/animated_value.h"
-#include "look/animation.h"
-#include "look/spring.h"
-#include "look/timing_curve.h"
+#include "look/motion/animated_value.h"
+#include "look/motion/animation.h"
+#include "look/motion/spring.h"
+#include "look/motion/timing_curve.h"
 #include "tests/fakes/table.h"
 
 #include <QAnimationDriver>

@@ -1,7 +1,7 @@
 // Every card loads, in the states and with the longest texts it can have, and nothing of it is cut
 // or lies over something else. Run at two scale factors and with the fallback fonts.
 
-#include "look/secret_field.h"
+#include "look/secrets/secret_field.h"
 #include "panes/send_pane_model.h"
 #include "tests/look/view_layout.h"
 #include "tests/look/view_stage.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/code_pages.h"
+#include "platform/linux/process/code_pages.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -1,12 +1,12 @@
 // Before Qt, whose keywords its headers use as names.
-#include "platform/linux/portal_appearance.h"
+#include "platform/linux/bus/portal_appearance.h"
 
 #include "assets/bundled_fonts.h"
-#include "platform/linux/fontconfig_font_registry.h"
-#include "platform/linux/no_authenticator.h"
-#include "platform/linux/qt_screens.h"
-#include "platform/linux/xcb_island_panel.h"
-#include "platform/linux/xcb_pointer_monitor.h"
+#include "platform/linux/keyring/no_authenticator.h"
+#include "platform/linux/toolkit/fontconfig_font_registry.h"
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/xcb_island_panel.h"
+#include "platform/linux/x11/xcb_pointer_monitor.h"
 #include "tests/fakes/table.h"
 #include "tests/platform/wait_until.h"
 
@@ -93,12 +93,12 @@ TEST(WithoutX11, TheAdaptersDoWithoutIt)
         platform::XcbIslandPanel panel(screens, QRectF(10, 100, 300, 200));
         EXPECT_EQ(panel.window().height(), 200);
         EXPECT_TRUE(panel.window().flags().testFlag(Qt::WindowTransparentForInput));
-        panel.setContentView(&content);
+        panel.setContent(&content);
         EXPECT_EQ(content.size(), QSizeF(300, 200));
         panel.setFrame(QRectF(10, 100, 300, 250.5));
-        panel.orderFrontRegardless();
+        panel.show();
         EXPECT_EQ(content.size(), QSizeF(300, 251));
-        panel.setIgnoresMouseEvents(false);
+        panel.setClickThrough(false);
         EXPECT_FALSE(panel.window().flags().testFlag(Qt::WindowTransparentForInput));
         EXPECT_TRUE(panel.window().isVisible());
     }

@@ -1,5 +1,5 @@
-#include "platform/linux/local_application_bundle.h"
-#include "platform/linux/xdg_autostart.h"
+#include "platform/linux/files/local_application_bundle.h"
+#include "platform/linux/files/xdg_autostart.h"
 #include "tests/platform/wait_until.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "platform/linux/json_settings.h"
+#include "platform/linux/files/json_settings.h"
 
 #include <QDir>
 #include <QFile>

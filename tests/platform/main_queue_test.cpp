@@ -1,4 +1,4 @@
-#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/toolkit/qt_main_queue.h"
 #include "platform/thread_background_tasks.h"
 #include "tests/platform/wait_until.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/icu_number_formatter.h"
+#include "platform/linux/toolkit/icu_number_formatter.h"
 #include "tests/fakes/table.h"
 
 #include <gtest/gtest.h>

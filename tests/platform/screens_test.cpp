@@ -1,7 +1,7 @@
-#include "platform/linux/camera_notch.h"
-#include "platform/linux/island_shape.h"
-#include "platform/linux/qt_screens.h"
-#include "platform/linux/screen_coordinates.h"
+#include "platform/linux/toolkit/camera_notch.h"
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/toolkit/screen_coordinates.h"
+#include "platform/linux/x11/island_shape.h"
 
 #include "tests/fakes/table.h"
 

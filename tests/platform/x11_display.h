@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/xcb_support.h"
+#include "platform/linux/x11/xcb_support.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "platform/linux/xcb_floating_window.h"
+#include "platform/linux/x11/xcb_floating_window.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
 
@@ -43,7 +43,7 @@ class X11FloatingWindow : public testing::Test
 protected:
     void SetUp() override
     {
-        m_window->makeKeyAndOrderFront();
+        m_window->show();
         ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
     }
 
@@ -81,10 +81,10 @@ TEST_F(X11FloatingWindow, ComesBackWhereItWasHoweverItWasHidden)
         if (byUser) {
             window().close();
         } else {
-            m_window->orderOut();
+            m_window->hide();
         }
         EXPECT_FALSE(window().isVisible());
-        m_window->makeKeyAndOrderFront();
+        m_window->show();
         ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()) && window().isActive(); }));
         EXPECT_EQ(window().position(), QPoint(120, 90));
         EXPECT_EQ(m_display.extents(id(), XCB_SHAPE_SK_BOUNDING).size(),

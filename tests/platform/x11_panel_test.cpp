@@ -1,6 +1,6 @@
-#include "platform/linux/island_shape.h"
-#include "platform/linux/qt_screens.h"
-#include "platform/linux/xcb_island_panel.h"
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/island_shape.h"
+#include "platform/linux/x11/xcb_island_panel.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
 
@@ -42,9 +42,9 @@ protected:
         // As the island's stage: at the top centre of the screen.
         m_frame = QRectF(std::round(screen.center().x()) - 150, screen.height() - 200, 300, 200);
         m_panel = std::make_unique<XcbIslandPanel>(m_screens, m_frame);
-        m_panel->setContentView(&m_content);
+        m_panel->setContent(&m_content);
         m_panel->setContentOutline(m_outline, m_radius);
-        m_panel->orderFrontRegardless();
+        m_panel->show();
     }
 
     void SetUp() override
@@ -134,19 +134,19 @@ TEST_F(X11Panel, StaysBelowALockedScreen)
     EXPECT_TRUE(waitUntil([&] { return isAbove(menu); }));
     EXPECT_FALSE(isAbove(locker));
     m_display.hide(locker);
-    m_panel->orderFrontRegardless();
+    m_panel->show();
     EXPECT_TRUE(waitUntil([&] { return isAbove(dialog); }));
 }
 
 TEST_F(X11Panel, TakesClicksWhileActiveAndTheKeyboardWhenAsked)
 {
     ASSERT_TRUE(takesClicksIn({}));
-    m_panel->setIgnoresMouseEvents(false);
+    m_panel->setClickThrough(false);
     ASSERT_TRUE(takesClicksIn({outlinePixels()}));
     m_display.click(pixel({150, 10}));
     ASSERT_TRUE(waitUntil([&] { return m_content.clicks == 1; }));
     EXPECT_FALSE(m_panel->window().isActive());
-    m_panel->makeKeyWindow();
+    m_panel->activate();
     EXPECT_TRUE(waitUntil([&] { return m_panel->window().isActive(); }));
 }
 
@@ -168,7 +168,7 @@ TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
     ASSERT_TRUE(waitUntil([&] { return m_display.isComposited(); }));
     EXPECT_TRUE(waitUntil(isWhole));
     // The outline still bounds what can be clicked.
-    m_panel->setIgnoresMouseEvents(false);
+    m_panel->setClickThrough(false);
     EXPECT_TRUE(takesClicksIn({outlinePixels()}));
     EXPECT_TRUE(isWhole());
     compositor.terminate();

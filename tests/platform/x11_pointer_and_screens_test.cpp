@@ -1,6 +1,6 @@
-#include "platform/linux/qt_screens.h"
-#include "platform/linux/xcb_island_panel.h"
-#include "platform/linux/xcb_pointer_monitor.h"
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/xcb_island_panel.h"
+#include "platform/linux/x11/xcb_pointer_monitor.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
 
@@ -135,7 +135,7 @@ TEST_F(X11TwoScreens, HaveThePointerAndThePanelInTheSamePlace)
         EXPECT_EQ(screen.frame, QRectF(isLeft ? -640 : 0, 800 / m_scale - height, width, height));
         EXPECT_EQ(screen.safeAreaTop, isLeft ? 0 : 38);
         platform::XcbIslandPanel panel(m_screens, screen.frame);
-        panel.orderFrontRegardless();
+        panel.show();
         panel.setFrame({screen.frame.x() + 10, screen.frame.bottom() - 60, 100, 60});
         const auto id = static_cast<xcb_window_t>(panel.window().winId());
         const QRectF expected((isLeft ? 0 : 640) + 10 * m_scale, 0, 100 * m_scale, 60 * m_scale);

@@ -1,6 +1,6 @@
 #include "keyring_desktop.h"
 #include "keys/key_vault.h"
-#include "platform/linux/remembered_accounts.h"
+#include "platform/linux/keyring/remembered_accounts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "keyring_desktop.h"
 #include "keys/key_vault.h"
-#include "platform/linux/polkit_authenticator.h"
+#include "platform/linux/keyring/polkit_authenticator.h"
 #include "polkit_desktop.h"
 #include "tests/fakes/table.h"
 #include "tests/platform/wait_until.h"

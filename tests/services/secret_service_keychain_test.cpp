@@ -1,7 +1,7 @@
 #include "keyring_desktop.h"
 #include "keys/base58.h"
 #include "keys/key_vault.h"
-#include "platform/linux/secret_service_keychain.h"
+#include "platform/linux/keyring/secret_service_keychain.h"
 #include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
 #include "tests/fakes/table.h"

@@ -5,10 +5,10 @@
 // wallet_actor <accounts file> polkit|willing [<milliseconds for the user>]
 
 #include "keys/key_vault.h"
-#include "platform/linux/gio_calls.h"
-#include "platform/linux/polkit_authenticator.h"
-#include "platform/linux/process_hardening.h"
-#include "platform/linux/secret_service_keychain.h"
+#include "platform/linux/bus/gio_calls.h"
+#include "platform/linux/keyring/polkit_authenticator.h"
+#include "platform/linux/keyring/secret_service_keychain.h"
+#include "platform/linux/process/process_hardening.h"
 #include "platform/thread_background_tasks.h"
 #include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"

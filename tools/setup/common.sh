@@ -73,6 +73,8 @@ build() {
     # The tests use the node that was made sure of, now or by an earlier run.
     [ -z "${node:-}" ] || settings+=("-DNODE=$node")
     command -v ccache >/dev/null && settings+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    # Without these, objects that use a precompiled header are not cached.
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
     say "building ($preset)"
     cmake --preset "$preset" "${settings[@]}" >"build/$preset.configure.log" 2>&1 || {
         cat "build/$preset.configure.log" >&2

@@ -1,0 +1,63 @@
+import Corvane.Look
+import Corvane.Look.Controls
+import QtQuick
+
+// What every field shares: its panel and outline, the placeholder, the ring of the keyboard, and that
+// a click gives the window the keyboard. The editable line comes in as content.
+Item {
+    id: root
+
+    required property string placeholder
+    required property Item line
+    required property bool empty
+    property bool invalid: false
+    default property alias content: inside.data
+
+    implicitWidth: prompt.implicitWidth + 20
+    implicitHeight: root.line.implicitHeight + 12
+
+    Panel {
+        anchors.fill: parent
+        outline: root.invalid ? Qt.alpha(Theme.red, 0.6) : Theme.line
+    }
+
+    FocusRing {
+        radius: 11
+        visible: root.line.activeFocus
+    }
+
+    Item {
+        id: inside
+
+        x: 10
+        y: 6
+        width: root.width - 20
+        height: root.height - 12
+        clip: true
+    }
+
+    Label {
+        id: prompt
+
+        x: 10
+        y: 6
+        width: root.width - 20
+        elide: Text.ElideRight
+        visible: root.empty
+        text: root.placeholder
+        font: Theme.term(10)
+        color: Qt.alpha(Theme.muted, 0.7)
+        Accessible.ignored: true
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        cursorShape: Qt.IBeamCursor
+        // The island is not given the keyboard by the window manager.
+        onPressed: mouse => {
+            root.Window.window.requestActivate();
+            root.line.forceActiveFocus(Qt.MouseFocusReason);
+            mouse.accepted = false;
+        }
+    }
+}

@@ -1,0 +1,65 @@
+import Corvane.Look.Motion
+import QtQuick
+
+// Shows one card at a time. When it is told to show another, the new card rises from below while the
+// old one lifts away, on the animation of the running transaction.
+Item {
+    id: root
+
+    property Transaction transaction: null
+
+    implicitHeight: root.current.implicitHeight
+    height: root.implicitHeight
+
+    property Presence current: first
+    readonly property Presence other: root.current === first ? second : first
+
+    // Shows `card`; without a transition when there was none before.
+    function show(card) {
+        if (root.current.content === null) {
+            root.current.content = card;
+            root.current.present = true;
+            root.current.motion.jumpTo(1);
+            return;
+        }
+        // A card that nobody has seen yet has nothing to lift away.
+        if (root.current.amount === 0) {
+            root.current.content = card;
+            return;
+        }
+        const leaving = root.current;
+        const coming = root.other;
+        coming.present = false;
+        coming.motion.jumpTo(0);
+        coming.content = card;
+        coming.present = true;
+        leaving.present = false;
+        root.current = coming;
+    }
+
+    Presence {
+        id: first
+
+        width: root.width
+        transaction: root.transaction
+        enterBlur: 5
+        enterY: 12
+        leaveBlur: 5
+        leaveY: -8
+        z: root.current === first ? 1 : 0
+        enabled: root.current === first
+    }
+
+    Presence {
+        id: second
+
+        width: root.width
+        transaction: root.transaction
+        enterBlur: 5
+        enterY: 12
+        leaveBlur: 5
+        leaveY: -8
+        z: root.current === second ? 1 : 0
+        enabled: root.current === second
+    }
+}

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "look/motion/animation.h"
+#include "look/motion/transaction.h"
+
+#include <QAbstractAnimation>
+#include <QObject>
+#include <QPointer>
+#include <QQmlParserStatus>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+#include <memory>
+#include <optional>
+
+namespace corvane::look {
+
+/// A number that follows its target, on the frame clock.
+///
+/// When `target` changes, the value sets out from where it is, with the velocity it has, on the
+/// animation of the running transaction, or on its own `animation` where one is set. While nothing
+/// moves it costs nothing. Main thread.
+class AnimatedValue : public QObject, public QQmlParserStatus
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_INTERFACES(QQmlParserStatus)
+    Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged REQUIRED FINAL)
+    Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
+    /// The value as an opacity: between 0 and 1, and exactly 1 as soon as nobody can tell. The
+    /// software renderer takes a last step of less than 1e-5 for none and would blend for ever.
+    Q_PROPERTY(double opacity READ opacity NOTIFY valueChanged FINAL)
+    Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged FINAL)
+    Q_PROPERTY(corvane::look::Transaction *transaction READ transaction WRITE setTransaction NOTIFY
+                   transactionChanged FINAL)
+    /// Distance from the target at which a spring counts as arrived.
+    Q_PROPERTY(double tolerance MEMBER m_tolerance FINAL)
+    /// The value is an opacity. Where motion is reduced it still changes gradually, and every other
+    /// value at once.
+    Q_PROPERTY(bool fades MEMBER m_fades FINAL)
+
+public:
+    explicit AnimatedValue(QObject *parent = nullptr);
+    ~AnimatedValue() override;
+
+    [[nodiscard]] double target() const { return m_target; }
+    void setTarget(double target);
+    [[nodiscard]] double value() const { return m_motion.value; }
+    [[nodiscard]] double opacity() const;
+    [[nodiscard]] bool isRunning() const;
+    [[nodiscard]] Transaction *transaction() const { return m_transaction; }
+    void setTransaction(Transaction *transaction);
+
+    /// From now on the value moves on a spring of its own, whatever the transaction says; it sets
+    /// out `delay` seconds late.
+    Q_INVOKABLE void useSpring(double response, double dampingFraction, double delay = 0);
+    /// The same with the ease-in, ease-out and ease-in-out curves; all times in seconds.
+    Q_INVOKABLE void useEaseIn(double seconds, double delay = 0);
+    Q_INVOKABLE void useEaseOut(double seconds, double delay = 0);
+    /// Puts the value on `value` without a motion, before it is sent to a target.
+    Q_INVOKABLE void jumpTo(double value);
+
+    void classBegin() override;
+    void componentComplete() override;
+
+Q_SIGNALS:
+    void targetChanged();
+    void valueChanged();
+    void runningChanged();
+    void transactionChanged();
+
+private:
+    class Ticker;
+
+    void setOut(const Animation &animation);
+    void step(double seconds);
+    void stop();
+    void setMotion(const Motion &motion);
+
+    double m_target = 0;
+    double m_tolerance = 0.0005;
+    bool m_fades = false;
+    Motion m_motion;
+    Motion m_start;
+    Animation m_running;
+    double m_duration = 0;
+    std::optional<Animation> m_own;
+    QPointer<Transaction> m_transaction;
+    /// Until QML has set all properties the value sits on its target.
+    bool m_settingUp = false;
+    std::unique_ptr<Ticker> m_ticker;
+};
+
+} // namespace corvane::look

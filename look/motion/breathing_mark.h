@@ -1,0 +1,66 @@
+#pragma once
+
+#include "look/motion/breath.h"
+
+#include <QBasicTimer>
+#include <QColor>
+#include <QElapsedTimer>
+#include <QQuickPaintedItem>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::look {
+
+/// The product mark, slowly pulsing in brightness and size: the island's heartbeat.
+///
+/// It starts dim each time it is shown and stops while nothing shows it. Where a poll wakes the
+/// process anyway, its owner paces the mark with the poll's ticks, so that a breath costs few
+/// wake-ups of its own.
+class BreathingMark : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// Edge length in points.
+    Q_PROPERTY(double size MEMBER m_size NOTIFY markSizeChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
+    /// Seconds of half a breath, from dim to bright.
+    Q_PROPERTY(double period MEMBER m_period NOTIFY periodChanged FINAL)
+    /// Seconds between the ticks that the owner promises to send; 0, when the mark keeps its own
+    /// time.
+    Q_PROPERTY(double pace MEMBER m_pace NOTIFY paceChanged FINAL)
+    /// Opacity of the mark at its latest step, for what shines along with it.
+    Q_PROPERTY(double brightness READ brightness NOTIFY breathed FINAL)
+
+public:
+    explicit BreathingMark(QQuickItem *parent = nullptr);
+    [[nodiscard]] double brightness() const { return breath().opacity; }
+    /// The owner's tick: steps the mark now, and once more before the next tick.
+    Q_INVOKABLE void tick();
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void markSizeChanged();
+    void colorChanged();
+    void periodChanged();
+    void paceChanged();
+    /// The mark has been stepped and will be painted anew.
+    void breathed();
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void startOrStop();
+    void step();
+    [[nodiscard]] Breath breath() const;
+
+    double m_size = 0;
+    QColor m_color = Qt::white;
+    double m_period = 1;
+    double m_pace = 0;
+    QElapsedTimer m_shown;
+    QBasicTimer m_timer;
+    QMetaObject::Connection m_windowVisibility;
+};
+
+} // namespace corvane::look

@@ -1,0 +1,101 @@
+#include "look/paint/blur_veil.h"
+
+#include "look/paint/box_blur.h"
+
+#include <QQuickItemGrabResult>
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+namespace corvane::look {
+
+namespace {
+
+/// Below this radius (points) a blur is half a pixel wide and gone two frames later; what moves in
+/// the live item is worth more by then.
+constexpr double smallestRadius = 1;
+
+} // namespace
+
+BlurVeil::BlurVeil(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+}
+
+BlurVeil::~BlurVeil() = default;
+
+void BlurVeil::setSource(QQuickItem *source)
+{
+    if (m_source == source) {
+        return;
+    }
+    m_source = source;
+    drop();
+    Q_EMIT sourceChanged();
+}
+
+void BlurVeil::setRadius(double radius)
+{
+    if (m_radius == radius) {
+        return;
+    }
+    m_radius = radius;
+    if (radius < smallestRadius) {
+        drop();
+    } else if (isShowing()) {
+        update();
+    } else {
+        grab();
+    }
+    Q_EMIT radiusChanged();
+}
+
+void BlurVeil::grab()
+{
+    if (m_pending || !m_source || m_source->window() == nullptr || m_source->width() < 1 ||
+        m_source->height() < 1) {
+        return;
+    }
+    // One pixel a point is enough for something that is about to be blurred.
+    m_pending = m_source->grabToImage(m_source->size().toSize());
+    if (!m_pending) {
+        return;
+    }
+    connect(m_pending.get(), &QQuickItemGrabResult::ready, this, [this] {
+        const auto grabbed = std::exchange(m_pending, {});
+        if (grabbed && m_radius >= smallestRadius) {
+            m_snapshot = grabbed->image();
+            update();
+            Q_EMIT showingChanged();
+        }
+    });
+}
+
+void BlurVeil::drop()
+{
+    m_pending.reset();
+    if (isShowing()) {
+        m_snapshot = {};
+        update();
+        Q_EMIT showingChanged();
+    }
+}
+
+QSGNode *BlurVeil::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+{
+    if (m_snapshot.isNull()) {
+        delete old;
+        return nullptr;
+    }
+    auto *node = static_cast<QSGImageNode *>(old);
+    if (node == nullptr) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+        node->setFiltering(QSGTexture::Linear);
+    }
+    node->setTexture(window()->createTextureFromImage(boxBlurred(m_snapshot, m_radius / 2)));
+    node->setRect(boundingRect());
+    return node;
+}
+
+} // namespace corvane::look

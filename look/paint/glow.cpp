@@ -1,0 +1,64 @@
+#include "look/paint/glow.h"
+
+#include "look/paint/box_blur.h"
+
+#include <QPainter>
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+#include <cmath>
+
+namespace corvane::look {
+
+Glow::Glow(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+    connect(this, &Glow::sourceChanged, this, &QQuickItem::update);
+    connect(this, &Glow::radiusChanged, this, &QQuickItem::update);
+}
+
+void Glow::setSource(QQuickPaintedItem *source)
+{
+    if (m_source != source) {
+        m_source = source;
+        Q_EMIT sourceChanged();
+    }
+}
+
+void Glow::geometryChange(const QRectF &geometry, const QRectF &oldGeometry)
+{
+    QQuickItem::geometryChange(geometry, oldGeometry);
+    if (geometry.size() != oldGeometry.size()) {
+        update();
+    }
+}
+
+QSGNode *Glow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+{
+    if (!m_source || width() < 1 || height() < 1) {
+        delete old;
+        return nullptr;
+    }
+    // Three box blurs reach no further than this; one pixel a point is enough for what is blurred.
+    const int margin = static_cast<int>(std::ceil(1.8 * m_radius));
+    const QSize size(static_cast<int>(std::ceil(width())), static_cast<int>(std::ceil(height())));
+    QImage image(size + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);
+    image.fill(0);
+    {
+        QPainter painter(&image);
+        painter.translate(margin, margin);
+        m_source->paint(&painter);
+    }
+    auto *node = static_cast<QSGImageNode *>(old);
+    if (node == nullptr) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+        node->setFiltering(QSGTexture::Linear);
+    }
+    node->setTexture(window()->createTextureFromImage(boxBlurred(image, m_radius / 2)));
+    node->setRect(QRectF(QPointF(-margin, -margin), QSizeF(image.size())));
+    return node;
+}
+
+} // namespace corvane::look

@@ -1,0 +1,38 @@
+#include "look/paint/pictogram.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace corvane::look {
+
+namespace {
+
+/// The icon set draws within four fifths of its frame, and a pictogram is as large as its font.
+constexpr double frameOfFont = 1.25;
+
+} // namespace
+
+Pictogram::Pictogram(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+    connect(this, &Pictogram::changed, this, [this] { update(); });
+    connect(this, &Pictogram::fontSizeChanged, this,
+            [this] { setImplicitSize(m_fontSize * frameOfFont, m_fontSize * frameOfFont); });
+}
+
+void Pictogram::paint(QPainter *painter)
+{
+    QFile file(QStringLiteral(":/corvane/pictograms/%1.svg").arg(m_name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    QByteArray svg = file.readAll();
+    svg.replace("currentColor", m_color.name(QColor::HexRgb).toLatin1());
+    QSvgRenderer renderer(svg);
+    painter->setRenderHint(QPainter::Antialiasing);
+    renderer.render(painter, boundingRect());
+}
+
+} // namespace corvane::look

@@ -1,0 +1,117 @@
+#include "look/paint/shape_items.h"
+
+#include "look/paint/shapes.h"
+
+#include <QPainter>
+
+namespace corvane::look {
+
+namespace {
+
+/// A brush that repeats `tile` from `origin` (points) on.
+QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
+{
+    QBrush brush(tile);
+    brush.setTransform(
+        QTransform::fromTranslate(origin.x(), origin.y()).scale(1 / scale, 1 / scale));
+    return brush;
+}
+
+/// Fills `area` with the dither of `frame`. The software scene graph scales the painter, not the
+/// device, so that is where the device pixels of a point are found.
+void fillDithered(QPainter &painter, const QPainterPath &area, const QRectF &frame, double cell,
+                  const QColor &color, double topDensity, double bottomDensity)
+{
+    const double scale = painter.deviceTransform().m11();
+    const QImage tile =
+        ditherTile(ditherPattern(frame.width(), frame.height(), cell, topDensity, bottomDensity),
+                   cell, color, scale);
+    if (!tile.isNull()) {
+        painter.fillPath(area, tileBrush(tile, scale, frame.topLeft()));
+    }
+}
+
+} // namespace
+
+QuibMark::QuibMark(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+    connect(this, &QuibMark::changed, this, [this] { update(); });
+}
+
+void QuibMark::paint(QPainter *painter)
+{
+    paintQuibMark(*painter, boundingRect(), m_color);
+}
+
+NotchShape::NotchShape(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+    connect(this, &NotchShape::changed, this, [this] { update(); });
+}
+
+void NotchShape::paint(QPainter *painter)
+{
+    constexpr double grainCell = 2;
+    constexpr double grainWhite = 0.05;
+    constexpr double grainBottomDensity = 0.28;
+
+    const QRectF rect = boundingRect().adjusted(margin, margin, -margin, -margin);
+    const QPainterPath outline = notchShapePath(rect, m_bottomRadius);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(outline, Qt::black);
+    if (m_grainOpacity > 0) {
+        QColor white(Qt::white);
+        white.setAlphaF(static_cast<float>(grainWhite * m_grainOpacity));
+        fillDithered(*painter, outline, rect, grainCell, white, 0, grainBottomDensity);
+    }
+    if (m_lineWidth > 0) {
+        painter->strokePath(outline, QPen(m_lineColor, m_lineWidth));
+    }
+}
+
+RoundedBox::RoundedBox(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+    connect(this, &RoundedBox::changed, this, [this] { update(); });
+}
+
+void RoundedBox::paint(QPainter *painter)
+{
+    const double half = m_borderWidth / 2;
+    const double inset = margin + half;
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setBrush(m_color);
+    painter->setPen(m_borderWidth > 0 ? QPen(m_borderColor, m_borderWidth) : QPen(Qt::NoPen));
+    painter->drawRoundedRect(boundingRect().adjusted(inset, inset, -inset, -inset), m_radius - half,
+                             m_radius - half);
+}
+
+SparklineShape::SparklineShape(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+    connect(this, &SparklineShape::changed, this, [this] { update(); });
+}
+
+void SparklineShape::paint(QPainter *painter)
+{
+    constexpr double cell = 2;
+    constexpr double areaOpacity = 0.85;
+    constexpr double topDensity = 0.45;
+    constexpr double bottomDensity = 0.03;
+    constexpr double lineWidth = 1.5;
+
+    const QRectF rect = boundingRect();
+    QColor area = m_color;
+    area.setAlphaF(static_cast<float>(areaOpacity));
+    painter->setRenderHint(QPainter::Antialiasing);
+    fillDithered(*painter, sparklinePath(rect, m_points, true), rect, cell, area, topDensity,
+                 bottomDensity);
+    painter->strokePath(sparklinePath(rect, m_points, false), QPen(m_color, lineWidth));
+}
+
+} // namespace corvane::look

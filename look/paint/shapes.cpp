@@ -1,0 +1,163 @@
+#include "look/paint/shapes.h"
+
+#include <QColor>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane::look {
+
+namespace {
+
+/// Edge length in points from which on the mark is drawn without seams.
+constexpr double seamlessWidth = 40;
+
+/// The classic 4 × 4 index matrix; index v fills its cell from the density (v + 0.5) / 16 on, so
+/// that neither 0 nor 1 falls on a threshold.
+constexpr std::array<std::array<int, 4>, 4> bayerIndices{{
+    {0, 8, 2, 10},
+    {12, 4, 14, 6},
+    {3, 11, 1, 9},
+    {15, 7, 13, 5},
+}};
+
+constexpr std::array<std::array<double, 4>, 4> bayer = [] {
+    std::array<std::array<double, 4>, 4> thresholds{};
+    for (std::size_t row = 0; row < 4; ++row) {
+        for (std::size_t column = 0; column < 4; ++column) {
+            thresholds.at(row).at(column) = (bayerIndices.at(row).at(column) + 0.5) / 16;
+        }
+    }
+    return thresholds;
+}();
+
+} // namespace
+
+QPainterPath notchShapePath(const QRectF &rect, double bottomRadius)
+{
+    const double radius =
+        std::clamp(bottomRadius, 0.0, std::max(std::min(rect.width(), rect.height()) / 2, 0.0));
+    QPainterPath path(rect.topLeft());
+    path.lineTo(rect.topRight());
+    path.lineTo(rect.right(), rect.bottom() - radius);
+    path.quadTo(rect.bottomRight(), {rect.right() - radius, rect.bottom()});
+    path.lineTo(rect.left() + radius, rect.bottom());
+    path.quadTo(rect.bottomLeft(), {rect.left(), rect.bottom() - radius});
+    path.closeSubpath();
+    return path;
+}
+
+DitherPattern ditherPattern(double width, double height, double cell, double topDensity,
+                            double bottomDensity)
+{
+    DitherPattern pattern;
+    if (cell <= 0) {
+        return pattern;
+    }
+    pattern.columns = std::max(static_cast<int>(width / cell), 0);
+    pattern.rows = std::max(static_cast<int>(height / cell), 0);
+    if (pattern.columns == 0 || pattern.rows == 0) {
+        return {};
+    }
+    pattern.rowMasks.reserve(pattern.rows);
+    for (int row = 0; row < pattern.rows; ++row) {
+        const double position =
+            pattern.rows > 1 ? static_cast<double>(row) / (pattern.rows - 1) : 0.0;
+        const double density = topDensity + (bottomDensity - topDensity) * position;
+        quint8 mask = 0;
+        for (std::size_t column = 0; column < 4; ++column) {
+            if (bayer.at(static_cast<std::size_t>(row % 4)).at(column) < density) {
+                mask = static_cast<quint8>(mask | (1U << column));
+            }
+        }
+        pattern.rowMasks.append(mask);
+    }
+    return pattern;
+}
+
+QImage ditherTile(const DitherPattern &pattern, double cell, const QColor &color, double scale)
+{
+    const double edge = cell * scale;
+    if (std::ranges::all_of(pattern.rowMasks, [](quint8 mask) { return mask == 0; })) {
+        return {};
+    }
+    const auto pixels = [edge](int cells) { return static_cast<int>(std::lround(cells * edge)); };
+    QImage tile(pixels(4), pixels(pattern.rows), QImage::Format_ARGB32_Premultiplied);
+    tile.fill(Qt::transparent);
+    const QRgb pixel = qPremultiply(color.rgba());
+    for (int row = 0; row < pattern.rows; ++row) {
+        for (int y = pixels(row); y < pixels(row + 1); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(tile.scanLine(y));
+            for (int column = 0; column < 4; ++column) {
+                if (pattern.isFilled(row, column)) {
+                    std::fill(line + pixels(column), line + pixels(column + 1), pixel);
+                }
+            }
+        }
+    }
+    return tile;
+}
+
+std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect)
+{
+    const double unit = std::min(rect.width(), rect.height()) / quibMarkUnits;
+    const double left = rect.x() + (rect.width() - quibMarkUnits * unit) / 2;
+    const double top = rect.y() + (rect.height() - quibMarkUnits * unit) / 2;
+    std::array<QRectF, quibMarkCells.size()> rects;
+    std::ranges::transform(quibMarkCells, rects.begin(), [=](const std::array<int, 4> &cell) {
+        return QRectF(left + unit * cell[0], top + unit * cell[1], unit * cell[2], unit * cell[3]);
+    });
+    return rects;
+}
+
+void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto cells = quibMarkRects(rect);
+    if (rect.width() >= seamlessWidth) {
+        // Where cells meet between pixels one would see it in a mark of this size.
+        QPainterPath path;
+        path.setFillRule(Qt::WindingFill);
+        for (const QRectF &cell : cells) {
+            path.addRect(cell);
+        }
+        painter.fillPath(path, color);
+        return;
+    }
+    // One by one: a path of this many spans would be handed to other threads, and each breath at
+    // rest would wake them.
+    for (const QRectF &cell : cells) {
+        painter.fillRect(cell, color);
+    }
+}
+
+QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool closed)
+{
+    QPainterPath path;
+    if (points.size() < 2) {
+        return path;
+    }
+    const auto [low, high] = std::ranges::minmax(points);
+    // A flat series draws along the bottom margin instead of dividing by zero. Halves, because the
+    // difference of two numbers need not be one.
+    const double halfSpan = std::max(high / 2 - low / 2, 0.5e-9);
+    const double step = rect.width() / static_cast<double>(points.size() - 1);
+    const auto point = [&, lowest = low](qsizetype index) {
+        const double share = (points.at(index) / 2 - lowest / 2) / halfSpan;
+        return QPointF(rect.left() + step * static_cast<double>(index),
+                       rect.bottom() - rect.height() * (0.92 * share + 0.04));
+    };
+    path.moveTo(point(0));
+    for (qsizetype index = 1; index < points.size(); ++index) {
+        path.lineTo(point(index));
+    }
+    if (closed) {
+        path.lineTo(rect.bottomRight());
+        path.lineTo(rect.bottomLeft());
+        path.closeSubpath();
+    }
+    return path;
+}
+
+} // namespace corvane::look

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "look/secrets/secret_item.h"
+
+#include <QBasicTimer>
+
+#include <optional>
+
+namespace corvane::look {
+
+/// The editable line of a secure field: it shows a bullet for each character and keeps the
+/// characters in guarded memory.
+///
+/// It takes typing, the clipboard and the usual editing keys, but gives nothing back: no copy, no
+/// cut, no undo. It does not take part in input methods and tells assistive technology nothing of
+/// its content. Single key events and what the clipboard hands over pass through the toolkit's
+/// ordinary memory.
+class SecretField : public corvane::look::SecretItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool empty READ isEmpty NOTIFY emptyChanged FINAL)
+
+public:
+    explicit SecretField(QQuickItem *parent = nullptr);
+    [[nodiscard]] bool isEmpty() const { return size() == 0; }
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void emptyChanged();
+
+protected:
+    void measure() override;
+    void contentChanged() override;
+    [[nodiscard]] qsizetype positionAt(const QPointF &point) const override;
+    void select(qsizetype anchor, qsizetype caret) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    /// Where a key moves the caret; none for other keys.
+    [[nodiscard]] std::optional<qsizetype> destination(const QKeyEvent &event) const;
+    [[nodiscard]] double advance() const;
+    /// How far the bullets are scrolled to the left so that the caret shows.
+    [[nodiscard]] double scroll() const;
+    void replaceSelection(QStringView text);
+    void paste();
+    void restartBlinking();
+
+    bool m_caretShown = false;
+    QBasicTimer m_blinking;
+};
+
+} // namespace corvane::look

@@ -1,0 +1,276 @@
+#include "platform/linux/http/curl_http_client.h"
+
+#include "platform/linux/http/curl_request.h"
+#include "platform/linux/http/http_redirect.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <curl/curl.h>
+
+#include <chrono>
+#include <deque>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+namespace corvane::platform {
+
+namespace {
+
+/// Connections kept open for the next refresh.
+constexpr long keptConnections = 4;
+
+} // namespace
+
+/// Drives curl's sockets and its one timer by the event loop.
+///
+/// Results are handed over from a queued event of the application's, never while curl or one of
+/// the notifiers is at work: a waiter may send again, or destroy the client.
+class CurlHttpClient::Engine final : public QObject, public std::enable_shared_from_this<Engine>
+{
+public:
+    Engine();
+    ~Engine() override;
+
+    Completion<HttpResult> send(HttpRequest request);
+    void shutDown();
+    [[nodiscard]] bool isActive() const { return !m_transfers.empty() || m_timer.isActive(); }
+
+private:
+    struct Transfer
+    {
+        CurlRequest request;
+        Completion<HttpResult> completion;
+    };
+
+    struct Watch
+    {
+        QSocketNotifier *read = nullptr;
+        QSocketNotifier *write = nullptr;
+    };
+
+    static int onSocket(CURL *easy, curl_socket_t socket, int what, void *context, void *);
+    static int onTimeout(CURLM *multi, long milliseconds, void *context);
+
+    bool initialise();
+    /// False when curl refuses.
+    [[nodiscard]] bool start(CurlRequest &request);
+    void act(curl_socket_t socket, int events);
+    void collect();
+    void conclude(CURL *easy, CURLcode code);
+    void finish(Completion<HttpResult> completion, HttpResult result);
+    void deliver();
+    void watch(QSocketNotifier *&notifier, curl_socket_t socket, QSocketNotifier::Type type,
+               bool wanted);
+
+    CURLM *m_multi = nullptr;
+    bool m_shutDown = false;
+    QTimer m_timer;
+    std::unordered_map<curl_socket_t, Watch> m_watches;
+    std::unordered_map<CURL *, std::unique_ptr<Transfer>> m_transfers;
+    std::deque<std::pair<Completion<HttpResult>, HttpResult>> m_finished;
+};
+
+CurlHttpClient::Engine::Engine()
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
+}
+
+CurlHttpClient::Engine::~Engine()
+{
+    if (m_multi != nullptr) {
+        curl_multi_cleanup(m_multi);
+    }
+}
+
+bool CurlHttpClient::Engine::initialise()
+{
+    if (m_multi != nullptr) {
+        return true;
+    }
+    static const bool global = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    m_multi = global ? curl_multi_init() : nullptr;
+    if (m_multi == nullptr) {
+        return false;
+    }
+    curl_multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &Engine::onSocket);
+    curl_multi_setopt(m_multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(m_multi, CURLMOPT_TIMERFUNCTION, &Engine::onTimeout);
+    curl_multi_setopt(m_multi, CURLMOPT_TIMERDATA, this);
+    curl_multi_setopt(m_multi, CURLMOPT_MAXCONNECTS, keptConnections);
+    return true;
+}
+
+Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
+{
+    Completion<HttpResult> completion;
+    if (m_shutDown) {
+        // Somebody whose request has just been cancelled tries again; there is no later any more.
+        completion.resolve(HttpError::Cancelled);
+        return completion;
+    }
+    if (!isHttpUrl(request.url)) {
+        finish(completion, HttpError::BadUrl);
+        return completion;
+    }
+    if (!initialise()) {
+        finish(completion, HttpError::Unreachable);
+        return completion;
+    }
+    auto transfer =
+        std::make_unique<Transfer>(Transfer{CurlRequest(std::move(request)), completion});
+    if (!start(transfer->request)) {
+        finish(completion, HttpError::Unreachable);
+        return completion;
+    }
+    m_transfers.emplace(transfer->request.handle(), std::move(transfer));
+    return completion;
+}
+
+bool CurlHttpClient::Engine::start(CurlRequest &request)
+{
+    return request.prepare() && curl_multi_add_handle(m_multi, request.handle()) == CURLM_OK;
+}
+
+int CurlHttpClient::Engine::onTimeout(CURLM *, long milliseconds, void *context)
+{
+    QTimer &timer = static_cast<Engine *>(context)->m_timer;
+    if (milliseconds < 0) {
+        timer.stop();
+    } else {
+        timer.start(std::chrono::milliseconds(milliseconds));
+    }
+    return 0;
+}
+
+int CurlHttpClient::Engine::onSocket(CURL *, curl_socket_t socket, int what, void *context, void *)
+{
+    auto &engine = *static_cast<Engine *>(context);
+    Watch &watch = engine.m_watches[socket];
+    engine.watch(watch.read, socket, QSocketNotifier::Read,
+                 what == CURL_POLL_IN || what == CURL_POLL_INOUT);
+    engine.watch(watch.write, socket, QSocketNotifier::Write,
+                 what == CURL_POLL_OUT || what == CURL_POLL_INOUT);
+    if (what == CURL_POLL_REMOVE) {
+        engine.m_watches.erase(socket);
+    }
+    return 0;
+}
+
+void CurlHttpClient::Engine::watch(QSocketNotifier *&notifier, curl_socket_t socket,
+                                   QSocketNotifier::Type type, bool wanted)
+{
+    if (wanted == (notifier != nullptr)) {
+        return;
+    }
+    if (wanted) {
+        notifier = new QSocketNotifier(socket, type, this);
+        const int event = type == QSocketNotifier::Read ? CURL_CSELECT_IN : CURL_CSELECT_OUT;
+        connect(notifier, &QSocketNotifier::activated, this,
+                [this, socket, event] { act(socket, event); });
+        return;
+    }
+    // It may be the one that is telling us.
+    notifier->setEnabled(false);
+    notifier->deleteLater();
+    notifier = nullptr;
+}
+
+void CurlHttpClient::Engine::act(curl_socket_t socket, int events)
+{
+    int running = 0;
+    curl_multi_socket_action(m_multi, socket, events, &running);
+    collect();
+}
+
+void CurlHttpClient::Engine::collect()
+{
+    int left = 0;
+    while (const CURLMsg *message = curl_multi_info_read(m_multi, &left)) {
+        if (message->msg == CURLMSG_DONE) {
+            conclude(message->easy_handle, message->data.result);
+        }
+    }
+}
+
+void CurlHttpClient::Engine::conclude(CURL *easy, CURLcode code)
+{
+    curl_multi_remove_handle(m_multi, easy);
+    const auto found = m_transfers.find(easy);
+    if (found == m_transfers.end()) {
+        return;
+    }
+    Transfer &transfer = *found->second;
+    std::optional<HttpResult> result = transfer.request.conclude(code);
+    if (!result) {
+        if (start(transfer.request)) {
+            return;
+        }
+        result = HttpError::Unreachable;
+    }
+    finish(transfer.completion, std::move(*result));
+    m_transfers.erase(found);
+}
+
+void CurlHttpClient::Engine::finish(Completion<HttpResult> completion, HttpResult result)
+{
+    m_finished.emplace_back(std::move(completion), std::move(result));
+    if (m_finished.size() > 1) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [weak = weak_from_this()] {
+            if (const auto engine = weak.lock()) {
+                engine->deliver();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void CurlHttpClient::Engine::deliver()
+{
+    while (!m_finished.empty()) {
+        auto [completion, result] = std::move(m_finished.front());
+        m_finished.pop_front();
+        completion.resolve(std::move(result));
+    }
+}
+
+void CurlHttpClient::Engine::shutDown()
+{
+    m_shutDown = true;
+    m_timer.stop();
+    const auto transfers = std::exchange(m_transfers, {});
+    for (const auto &[easy, transfer] : transfers) {
+        curl_multi_remove_handle(m_multi, easy);
+        m_finished.emplace_back(transfer->completion, HttpError::Cancelled);
+    }
+    deliver();
+}
+
+CurlHttpClient::CurlHttpClient()
+    : m_engine(std::make_shared<Engine>())
+{}
+
+CurlHttpClient::~CurlHttpClient()
+{
+    m_engine->shutDown();
+}
+
+Completion<HttpResult> CurlHttpClient::send(HttpRequest request)
+{
+    return m_engine->send(std::move(request));
+}
+
+bool CurlHttpClient::isActive() const
+{
+    return m_engine->isActive();
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,309 @@
+#include "platform/linux/keyring/secret_service_keychain.h"
+
+#include "platform/authenticator.h"
+#include "platform/linux/keyring/secret_service_conversation.h"
+#include "platform/one_time_context.h"
+
+#include <algorithm>
+#include <future>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace corvane::platform {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+/// What a service that was too slow a moment ago gets for its next quick answer.
+constexpr milliseconds impatientBound{200};
+constexpr std::chrono::seconds impatience{10};
+/// Bound on finding out whether an item was stored after all.
+constexpr milliseconds recheckBound{500};
+
+bool anyLocked(const std::vector<KeyringItem> &items)
+{
+    return std::ranges::any_of(items, [](const KeyringItem &item) { return isLocked(item); });
+}
+
+/// Whether a search that found nothing has looked everywhere: into the keyring that held the
+/// item last, or where that is gone or nothing was stored, into the one for new items.
+bool hasSeenAll(SecretServiceConversation &talk, const std::optional<RememberedAccount> &remembered)
+{
+    if (remembered) {
+        switch (talk.lockOf(remembered->collection)) {
+        case KeyringLock::Unlocked:
+            return true;
+        case KeyringLock::Locked:
+        case KeyringLock::Unknown:
+            return false;
+        case KeyringLock::Missing:
+            break;
+        }
+    }
+    const KeyringCollection collection = talk.defaultCollection();
+    if (collection == nullptr) {
+        return !remembered && !talk.expired();
+    }
+    return !isLocked(collection);
+}
+
+/// The item that a read would take, in an unlocked keyring; null when there is none.
+KeyringItem findUnlocked(SecretServiceConversation &talk, const QString &service)
+{
+    auto items = talk.search(service);
+    if (!items || items->empty() || isLocked(items->front())) {
+        return nullptr;
+    }
+    return std::move(items->front());
+}
+
+/// Asks the user to unlock the keyring that holds the item, or where items are hidden while it is
+/// locked, the one for new items. False when there is nothing to unlock or the user refused.
+bool unlockKeyringOf(SecretServiceConversation &talk, const QString &service, milliseconds bound)
+{
+    const auto items = talk.search(service);
+    if (!items) {
+        return false;
+    }
+    if (!items->empty()) {
+        return talk.unlock(items->front().get(), bound);
+    }
+    const KeyringCollection collection = talk.defaultCollection();
+    return collection != nullptr && isLocked(collection) && talk.unlock(collection.get(), bound);
+}
+
+} // namespace
+
+/// A conversation that the main thread waits for.
+class SecretServiceKeychain::QuickCall : public SecretServiceConversation
+{
+public:
+    explicit QuickCall(const SecretServiceKeychain &keychain)
+        : SecretServiceConversation(boundFor(keychain))
+        , m_keychain(keychain)
+    {}
+    ~QuickCall()
+    {
+        if (expired()) {
+            m_keychain.m_lastTimeOut = Clock::now();
+        }
+    }
+    QuickCall(const QuickCall &) = delete;
+    QuickCall &operator=(const QuickCall &) = delete;
+
+private:
+    /// Replacing a key takes several calls; a service that hangs must not freeze the program in
+    /// each of them.
+    static milliseconds boundFor(const SecretServiceKeychain &keychain)
+    {
+        const Clock::time_point last = keychain.m_lastTimeOut;
+        const bool hung = last != Clock::time_point() && Clock::now() - last < impatience;
+        return hung ? std::min(impatientBound, keychain.m_bounds.quick) : keychain.m_bounds.quick;
+    }
+
+    const SecretServiceKeychain &m_keychain;
+};
+
+SecretServiceKeychain::SecretServiceKeychain(Authenticator &authenticator,
+                                             const QString &accountsPath,
+                                             SecretServiceBounds bounds)
+    : m_authenticator(authenticator)
+    , m_bounds(bounds)
+    , m_accounts(accountsPath)
+    , m_unlocking(std::make_shared<std::atomic<bool>>(false))
+{}
+
+SecretServiceKeychain::~SecretServiceKeychain() = default;
+
+KeychainStatus SecretServiceKeychain::add(const QString &service, const QString &account,
+                                          const SecretBytes &data, KeychainProtection protection)
+{
+    if (protection == KeychainProtection::UserPresence && !canAskForPresence()) {
+        return keychainAuthFailed;
+    }
+    QuickCall talk(*this);
+    const auto existing = talk.open() ? talk.search(service) : std::nullopt;
+    if (!existing) {
+        return talk.status();
+    }
+    if (anyLocked(*existing)) {
+        unlockInBackground();
+        return keychainAuthFailed;
+    }
+    if (!existing->empty()) {
+        return keychainDuplicateItem;
+    }
+    const KeyringCollection collection = talk.defaultCollection();
+    if (collection == nullptr) {
+        return talk.status();
+    }
+    const auto remembered = m_accounts.find(service);
+    if (isLocked(collection) || !hasSeenAll(talk, remembered)) {
+        unlockInBackground();
+        return keychainAuthFailed;
+    }
+
+    // Remembered first: a program that dies in between has remembered a key that does not exist,
+    // which the next look into the open keyring puts right. The other way round, a key would exist
+    // that a locked keyring does not tell of.
+    m_accounts.remember(service, {account, pathOf(collection)});
+    if (talk.create(collection, service, account, data, protection)) {
+        return keychainSuccess;
+    }
+
+    // The service may have stored the item and died, or have been too slow to say so.
+    const KeychainStatus status = talk.status();
+    SecretServiceConversation recheck(recheckBound);
+    const auto stored = recheck.open() ? recheck.search(service) : std::nullopt;
+    if (!stored) {
+        return status;
+    }
+    if (!stored->empty()) {
+        return accountOf(stored->front()) == account ? keychainSuccess : status;
+    }
+    m_accounts.forget(service);
+    return status;
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::copyData(const QString &service,
+                                                           const QString &prompt)
+{
+    return read(service, [&] { return askForPresence(prompt); });
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::copyData(const QString &service,
+                                                           AuthenticationContext &context)
+{
+    return read(service, [&] {
+        auto *oneTime = dynamic_cast<OneTimeContext *>(&context);
+        return oneTime != nullptr && oneTime->use();
+    });
+}
+
+std::optional<SecretBytes> SecretServiceKeychain::read(const QString &service,
+                                                       const std::function<bool()> &mayOpen) const
+{
+    bool opened = false;
+    for (;;) {
+        SecretServiceConversation talk(m_bounds.quick);
+        if (!talk.open()) {
+            return std::nullopt;
+        }
+        KeyringItem item = findUnlocked(talk, service);
+        if (item == nullptr) {
+            if (!unlockKeyringOf(talk, service, m_bounds.unlock)) {
+                return std::nullopt;
+            }
+            item = findUnlocked(talk, service);
+        }
+        if (item == nullptr) {
+            return std::nullopt;
+        }
+        if (opened || !isProtected(item)) {
+            return talk.secretOf(item);
+        }
+        // The user may take minutes: the service is looked up anew afterwards.
+        opened = mayOpen();
+        if (!opened) {
+            return std::nullopt;
+        }
+    }
+}
+
+std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service) const
+{
+    const auto remembered = m_accounts.find(service);
+    const auto fromMemory = [&] {
+        m_missedItems = !remembered;
+        return remembered ? std::optional(remembered->account) : std::nullopt;
+    };
+    QuickCall talk(*this);
+    const auto items = talk.open() ? talk.search(service) : std::nullopt;
+    if (!items) {
+        return fromMemory();
+    }
+    if (!items->empty()) {
+        const KeyringItem &item = items->front();
+        QString account = accountOf(item);
+        if (account.isEmpty()) {
+            return fromMemory();
+        }
+        m_accounts.remember(service, {account, collectionPathOf(item)});
+        m_missedItems = false;
+        return account;
+    }
+    if (!hasSeenAll(talk, remembered)) {
+        return fromMemory();
+    }
+    m_accounts.forget(service);
+    m_missedItems = false;
+    return std::nullopt;
+}
+
+KeychainStatus SecretServiceKeychain::remove(const QString &service)
+{
+    QuickCall talk(*this);
+    const auto items = talk.open() ? talk.search(service) : std::nullopt;
+    if (!items) {
+        return talk.status();
+    }
+    if (anyLocked(*items)) {
+        return keychainAuthFailed;
+    }
+    if (m_missedItems && !items->empty()) {
+        return keychainDuplicateItem;
+    }
+    talk.eraseUnfinished(service);
+    if (items->empty()) {
+        if (!hasSeenAll(talk, m_accounts.find(service))) {
+            return talk.expired() ? keychainNotAvailable : keychainAuthFailed;
+        }
+        m_accounts.forget(service);
+        return keychainItemNotFound;
+    }
+    for (const KeyringItem &item : *items) {
+        if (!talk.erase(item)) {
+            return talk.status();
+        }
+    }
+    m_accounts.forget(service);
+    return keychainSuccess;
+}
+
+bool SecretServiceKeychain::canAskForPresence()
+{
+    const auto context = m_authenticator.makeContext({});
+    return m_authenticator.canEvaluate(*context);
+}
+
+bool SecretServiceKeychain::askForPresence(const QString &prompt)
+{
+    // Owned by the reply as well, which may come after the wait has been given up.
+    const auto answer = std::make_shared<std::promise<bool>>();
+    std::future<bool> success = answer->get_future();
+    m_authenticator.evaluate(m_authenticator.makeContext(QStringLiteral("Cancel")), prompt,
+                             [answer](bool passed) { answer->set_value(passed); });
+    return success.wait_for(m_bounds.presence) == std::future_status::ready && success.get();
+}
+
+void SecretServiceKeychain::unlockInBackground()
+{
+    if (m_unlocking->exchange(true)) {
+        return;
+    }
+    std::thread([unlocking = m_unlocking, bounds = m_bounds] {
+        {
+            SecretServiceConversation talk(bounds.quick);
+            const KeyringCollection collection = talk.open() ? talk.defaultCollection() : nullptr;
+            if (collection != nullptr) {
+                static_cast<void>(talk.unlock(collection.get(), bounds.unlock));
+            }
+        }
+        *unlocking = false;
+    }).detach();
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,31 @@
+#include "platform/linux/toolkit/qt_clipboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+
+namespace corvane::platform {
+
+void QtClipboard::setText(const QString &text)
+{
+    if (QClipboard *clipboard = QGuiApplication::clipboard()) {
+        clipboard->setText(text);
+    }
+}
+
+void QtClipboard::setSecret(QStringView text)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (clipboard == nullptr) {
+        return;
+    }
+    auto content = std::make_unique<QMimeData>();
+    content->setText(text.toString());
+    // What the clipboard histories of KDE and others look for.
+    content->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+    clipboard->setMimeData(content.release());
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,110 @@
+#include "platform/linux/toolkit/qt_screens.h"
+
+#include "platform/linux/toolkit/camera_notch.h"
+
+#include <QGuiApplication>
+#include <QMetaObject>
+#include <QScreen>
+
+#include <utility>
+#include <vector>
+
+namespace corvane::platform {
+
+class QtScreens::Watcher final : public QObject
+{
+public:
+    Watcher()
+    {
+        const auto *application = qGuiApp;
+        connect(application, &QGuiApplication::screenAdded, this, [this](QScreen *screen) {
+            watch(*screen);
+            announce();
+        });
+        connect(application, &QGuiApplication::screenRemoved, this, &Watcher::announce);
+        connect(application, &QGuiApplication::primaryScreenChanged, this, &Watcher::announce);
+        const auto screens = QGuiApplication::screens();
+        for (const QScreen *screen : screens) {
+            watch(*screen);
+        }
+    }
+
+    void add(std::function<void()> handler) { m_handlers.push_back(std::move(handler)); }
+
+private:
+    void watch(const QScreen &screen)
+    {
+        connect(&screen, &QScreen::geometryChanged, this, &Watcher::announce);
+        connect(&screen, &QScreen::logicalDotsPerInchChanged, this, &Watcher::announce);
+    }
+
+    void announce()
+    {
+        if (std::exchange(m_announced, true)) {
+            return;
+        }
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_announced = false;
+                const auto handlers = m_handlers;
+                for (const auto &handler : handlers) {
+                    handler();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+
+    std::vector<std::function<void()>> m_handlers;
+    bool m_announced = false;
+};
+
+QtScreens::QtScreens(const QString &notch)
+    : m_notch(parseNotch(notch))
+    , m_watcher(std::make_unique<Watcher>())
+{}
+
+QtScreens::~QtScreens() = default;
+
+QList<Screen> QtScreens::all() const
+{
+    const ScreenCoordinates system = coordinates();
+    QList<Screen> screens;
+    const auto known = QGuiApplication::screens();
+    for (const QScreen *screen : known) {
+        Screen &added = screens.emplaceBack();
+        added.name = screen->name();
+        added.frame = system.globalFromQt(QRectF(screen->geometry()));
+        if (m_notch && screen == QGuiApplication::primaryScreen()) {
+            addNotch(added, *m_notch);
+        }
+    }
+    return screens;
+}
+
+std::optional<Screen> QtScreens::main() const
+{
+    const qsizetype index = QGuiApplication::screens().indexOf(QGuiApplication::primaryScreen());
+    return index < 0 ? std::nullopt : std::optional(all().at(index));
+}
+
+void QtScreens::observeChanges(std::function<void()> handler)
+{
+    m_watcher->add(std::move(handler));
+}
+
+ScreenCoordinates QtScreens::coordinates() const
+{
+    const QScreen *primary = QGuiApplication::primaryScreen();
+    if (primary == nullptr) {
+        return {};
+    }
+    QList<ScreenCoordinates::Display> displays;
+    const auto known = QGuiApplication::screens();
+    for (const QScreen *screen : known) {
+        displays.append({screen->geometry(), screen->devicePixelRatio()});
+    }
+    return {primary->geometry(), displays};
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/linux/toolkit/screen_coordinates.h"
+#include "platform/screens.h"
+
+#include <QSizeF>
+
+#include <memory>
+
+namespace corvane::platform {
+
+/// The displays of the running QGuiApplication.
+///
+/// The main screen is the desktop's primary one, so that the island stays where it is when a
+/// window on another screen takes the keyboard.
+class QtScreens final : public Screens
+{
+public:
+    /// The notch that the user names in the environment, since the window system reports none.
+    static constexpr const char *notchVariable = "CORVANE_NOTCH";
+
+    /// `notch`: "WIDTHxHEIGHT" in points; anything else means none.
+    explicit QtScreens(const QString &notch = qEnvironmentVariable(notchVariable));
+    ~QtScreens() override;
+
+    [[nodiscard]] QList<Screen> all() const override;
+    [[nodiscard]] std::optional<Screen> main() const override;
+    /// The changes that one event brings are told once, when it has been handled.
+    void observeChanges(std::function<void()> handler) override;
+
+    /// The coordinate systems as they are right now.
+    [[nodiscard]] ScreenCoordinates coordinates() const;
+
+private:
+    class Watcher;
+
+    std::optional<QSizeF> m_notch;
+    std::unique_ptr<Watcher> m_watcher;
+};
+
+} // namespace corvane::platform

@@ -1,0 +1,234 @@
+#include "platform/linux/x11/xcb_floating_window.h"
+
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/xcb_support.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPlatformSurfaceEvent>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QStyleHints>
+#include <QSurfaceFormat>
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace corvane::platform {
+
+namespace {
+
+/// The property by which a window names the parts of it that a compositing manager is to blur what
+/// lies behind; a list of rectangles.
+constexpr std::string_view blurProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+
+/// Lies beneath the content and moves the window by what falls through to it.
+class DragSurface final : public QQuickItem
+{
+public:
+    explicit DragSurface(QQuickItem *parent)
+        : QQuickItem(parent)
+    {
+        setAcceptedMouseButtons(Qt::LeftButton);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        m_pressed = event->globalPosition();
+        m_origin = window()->position();
+        m_motion = Motion::None;
+    }
+
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        const QPointF way = event->globalPosition() - m_pressed;
+        if (m_motion == Motion::None &&
+            way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance()) {
+            // The window manager knows of edges and workspaces; without one the window moves here.
+            m_motion = window()->startSystemMove() ? Motion::Managed : Motion::Own;
+        }
+        if (m_motion == Motion::Own) {
+            window()->setPosition(m_origin + way.toPoint());
+        }
+    }
+
+private:
+    enum class Motion { None, Managed, Own };
+
+    QPointF m_pressed;
+    QPoint m_origin;
+    Motion m_motion = Motion::None;
+};
+
+void setShape(xcb_connection_t *connection, xcb_window_t window, const QList<QRect> &region)
+{
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect &part : region) {
+        rectangles.push_back(
+            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
+    }
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                         XCB_CLIP_ORDERING_YX_BANDED, window, 0, 0,
+                         static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+void blurBehind(xcb_connection_t *connection, xcb_window_t window, const QList<QRect> &region)
+{
+    const auto question = xcb_intern_atom(
+        connection, 0, static_cast<std::uint16_t>(blurProperty.size()), blurProperty.data());
+    const xcb::Owned<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(connection, question, nullptr));
+    if (!atom) {
+        return;
+    }
+    std::vector<std::uint32_t> values;
+    for (const QRect &part : region) {
+        for (const int value : {part.x(), part.y(), part.width(), part.height()}) {
+            values.push_back(static_cast<std::uint32_t>(value));
+        }
+    }
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom->atom, XCB_ATOM_CARDINAL,
+                        32, static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+} // namespace
+
+QList<QRect> roundedArea(const QRect &area, double radius)
+{
+    const double corner = std::clamp(radius, 0.0, std::min(area.width(), area.height()) / 2.0);
+    const int cornerRows = static_cast<int>(std::ceil(corner));
+    const auto row = [&](int y, int distance) {
+        // Of this row of pixels, the edge nearest to the circle's centre sees most of the circle.
+        const double away = corner - distance - 1;
+        const double chord =
+            away <= 0 ? corner : std::sqrt(std::max(corner * corner - away * away, 0.0));
+        const int inset = static_cast<int>(std::floor(corner - chord));
+        return QRect(area.x() + inset, y, area.width() - 2 * inset, 1);
+    };
+    QList<QRect> rows;
+    for (int distance = 0; distance < cornerRows; ++distance) {
+        rows.append(row(area.top() + distance, distance));
+    }
+    if (area.height() > 2 * cornerRows) {
+        rows.append(area.adjusted(0, cornerRows, 0, -cornerRows));
+    }
+    for (int distance = cornerRows - 1; distance >= 0; --distance) {
+        rows.append(row(area.bottom() - distance, distance));
+    }
+    return rows;
+}
+
+/// Tells the X server the window's shape whenever there is a native window, or another one.
+class XcbFloatingWindow::Window final : public QQuickWindow
+{
+public:
+    Window() { connect(this, &QWindow::screenChanged, this, &Window::applyShape); }
+
+    /// Shows the window, which forgets its place with its native window.
+    void showInPlace()
+    {
+        if (!isVisible() && m_place) {
+            setPosition(*m_place);
+        }
+        show();
+    }
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        m_place = position();
+        QQuickWindow::closeEvent(event);
+    }
+
+    bool event(QEvent *event) override
+    {
+        const bool handled = QQuickWindow::event(event);
+        if (event->type() == QEvent::PlatformSurface &&
+            static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceCreated) {
+            applyShape();
+        }
+        return handled;
+    }
+
+private:
+    void applyShape()
+    {
+        const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+        if (x11 == nullptr || handle() == nullptr) {
+            return;
+        }
+        const double scale = devicePixelRatio();
+        const QRect pixels({0, 0}, (QSizeF(size()) * scale).toSize());
+        const auto region = roundedArea(pixels, cornerRadius * scale);
+        const auto id = static_cast<xcb_window_t>(winId());
+        setShape(x11->connection(), id, region);
+        blurBehind(x11->connection(), id, region);
+        xcb_flush(x11->connection());
+    }
+
+    std::optional<QPoint> m_place;
+};
+
+XcbFloatingWindow::XcbFloatingWindow(const QString &title, const QRect &geometry,
+                                     std::unique_ptr<QQuickItem> content)
+    : m_window(std::make_unique<Window>())
+    , m_content(std::move(content))
+{
+    QSurfaceFormat format = m_window->requestedFormat();
+    format.setAlphaBufferSize(8);
+    m_window->setFormat(format);
+    m_window->setColor(Qt::transparent);
+    m_window->setTitle(title);
+    m_window->setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_window->setMinimumSize(geometry.size());
+    m_window->setMaximumSize(geometry.size());
+    m_window->setGeometry(geometry);
+
+    QQuickItem *root = m_window->contentItem();
+    (new DragSurface(root))->setSize(geometry.size());
+    if (m_content) {
+        m_content->setParentItem(root);
+        m_content->setSize(geometry.size());
+    }
+}
+
+XcbFloatingWindow::~XcbFloatingWindow() = default;
+
+void XcbFloatingWindow::show()
+{
+    m_window->showInPlace();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+void XcbFloatingWindow::hide()
+{
+    m_window->close();
+}
+
+QQuickWindow &XcbFloatingWindow::window()
+{
+    return *m_window;
+}
+
+XcbFloatingWindowFactory::XcbFloatingWindowFactory(const QtScreens &screens)
+    : m_screens(screens)
+{}
+
+std::unique_ptr<FloatingWindow>
+XcbFloatingWindowFactory::makeWindow(const QString &title, const QRectF &frame,
+                                     std::unique_ptr<QQuickItem> content)
+{
+    return std::make_unique<XcbFloatingWindow>(
+        title, m_screens.coordinates().qtFromGlobal(frame).toRect(), std::move(content));
+}
+
+} // namespace corvane::platform

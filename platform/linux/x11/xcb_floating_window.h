@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/floating_window.h"
+
+#include <QList>
+#include <QRect>
+
+#include <memory>
+
+class QQuickWindow;
+
+namespace corvane::platform {
+
+class QtScreens;
+
+/// Rectangles that make up all pixels of `area` that lie at least partly inside its corners of
+/// `radius` pixels, from top to bottom and without overlaps.
+[[nodiscard]] QList<QRect> roundedArea(const QRect &area, double radius);
+
+/// A floating window on X11, looked after by the window manager.
+///
+/// It is cut to its rounded corners, so that a desktop without a compositing manager shows no black
+/// ones; what is translucent is dark there. Desktops that know the protocol blur what lies behind.
+/// Closed in whatever way it is hidden, and keeps its place. Where the application does not run on
+/// X11 it is an ordinary frameless window.
+class XcbFloatingWindow final : public FloatingWindow
+{
+public:
+    /// Radius of the corners in points.
+    static constexpr double cornerRadius = 12;
+
+    XcbFloatingWindow(const QString &title, const QRect &geometry,
+                      std::unique_ptr<QQuickItem> content);
+    ~XcbFloatingWindow() override;
+
+    void show() override;
+    void hide() override;
+
+    [[nodiscard]] QQuickWindow &window();
+
+private:
+    class Window;
+
+    std::unique_ptr<Window> m_window;
+    std::unique_ptr<QQuickItem> m_content;
+};
+
+class XcbFloatingWindowFactory final : public FloatingWindowFactory
+{
+public:
+    /// `screens` must outlive the factory.
+    explicit XcbFloatingWindowFactory(const QtScreens &screens);
+
+    [[nodiscard]] std::unique_ptr<FloatingWindow>
+    makeWindow(const QString &title, const QRectF &frame,
+               std::unique_ptr<QQuickItem> content) override;
+
+private:
+    const QtScreens &m_screens;
+};
+
+} // namespace corvane::platform

@@ -1,0 +1,235 @@
+#include "platform/linux/x11/xcb_island_panel.h"
+
+#include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/island_shape.h"
+#include "platform/linux/x11/xcb_panel_window.h"
+#include "platform/linux/x11/xcb_support.h"
+
+#include <QGuiApplication>
+#include <QPlatformSurfaceEvent>
+#include <QQuickItem>
+#include <QSurfaceFormat>
+
+#include <cmath>
+
+namespace corvane::platform {
+
+namespace {
+
+/// Whole points that cover `rectangle`; a window has no others. Its top edge stays.
+QRect windowGeometry(const QRectF &rectangle)
+{
+    return {qRound(rectangle.x()), qRound(rectangle.y()),
+            static_cast<int>(std::ceil(rectangle.width())),
+            static_cast<int>(std::ceil(rectangle.height()))};
+}
+
+} // namespace
+
+/// Keeps the X11 side in step with Qt's native window, which comes and goes.
+class XcbIslandPanel::Desktop final : public QObject
+{
+public:
+    explicit Desktop(XcbIslandPanel &panel)
+        : m_panel(panel)
+    {
+        panel.m_window.installEventFilter(this);
+    }
+
+    [[nodiscard]] XcbPanelWindow *window() { return m_window ? &*m_window : nullptr; }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress && m_window) {
+            // What is pressed may take the keyboard.
+            m_window->rememberFocus();
+        }
+        if (event->type() != QEvent::PlatformSurface) {
+            return false;
+        }
+        const auto *change = static_cast<const QPlatformSurfaceEvent *>(event);
+        if (change->surfaceEventType() == QPlatformSurfaceEvent::SurfaceCreated) {
+            adopt();
+        } else {
+            m_window.reset();
+        }
+        return false;
+    }
+
+private:
+    void adopt()
+    {
+        const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+        if (x11 == nullptr) {
+            return;
+        }
+        m_window.emplace(x11->connection(), static_cast<std::uint32_t>(m_panel.m_window.winId()),
+                         XcbPanelWindow::Observer{[this] { m_panel.applyShape(); },
+                                                  [this] { m_panel.restack(); }});
+        m_panel.applyShape();
+    }
+
+    XcbIslandPanel &m_panel;
+    std::optional<XcbPanelWindow> m_window;
+};
+
+XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
+    : m_screens(screens)
+{
+    QSurfaceFormat format = m_window.requestedFormat();
+    format.setAlphaBufferSize(8);
+    m_window.setFormat(format);
+    m_window.setColor(Qt::transparent);
+    m_window.setTitle(QStringLiteral("Corvane"));
+    m_window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+                      Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint);
+    if (xcb::isPlatform()) {
+        m_desktop = std::make_unique<Desktop>(*this);
+    } else {
+        m_window.setFlag(Qt::WindowTransparentForInput);
+    }
+    QObject::connect(&m_window, &QWindow::widthChanged, &m_window, [this] { fitContent(); });
+    QObject::connect(&m_window, &QWindow::heightChanged, &m_window, [this] { fitContent(); });
+    // Another display may have other pixels.
+    QObject::connect(&m_window, &QWindow::screenChanged, &m_window, [this] { applyShape(); });
+    setFrame(frame);
+}
+
+XcbIslandPanel::~XcbIslandPanel()
+{
+    // The window outlives the members below it, and tells of its end.
+    if (m_desktop) {
+        m_window.removeEventFilter(m_desktop.get());
+    }
+    if (m_content) {
+        m_content->setParentItem(nullptr);
+    }
+    QObject::disconnect(&m_window, nullptr, &m_window, nullptr);
+}
+
+void XcbIslandPanel::setFrame(const QRectF &frame)
+{
+    m_window.setGeometry(windowGeometry(m_screens.coordinates().qtFromGlobal(frame)));
+}
+
+void XcbIslandPanel::setLevel(int level)
+{
+    if (level == m_level) {
+        return;
+    }
+    m_level = level;
+    // Going down, the panel stays where it is until something is put above it.
+    restack();
+}
+
+void XcbIslandPanel::setClickThrough(bool on)
+{
+    if (on == m_clickThrough) {
+        return;
+    }
+    m_clickThrough = on;
+    if (!m_desktop) {
+        m_window.setFlag(Qt::WindowTransparentForInput, on);
+    }
+    applyShape();
+}
+
+void XcbIslandPanel::setContent(QQuickItem *content)
+{
+    if (m_content) {
+        m_content->setParentItem(nullptr);
+    }
+    m_content = content;
+    if (content != nullptr) {
+        content->setParentItem(m_window.contentItem());
+        fitContent();
+    }
+}
+
+void XcbIslandPanel::fitContent()
+{
+    if (m_content) {
+        m_content->setPosition({0, 0});
+        m_content->setSize(m_window.size());
+    }
+}
+
+void XcbIslandPanel::setContentOutline(const QRectF &outline, double bottomRadius)
+{
+    m_outline = outline;
+    m_bottomRadius = bottomRadius;
+    applyShape();
+}
+
+void XcbIslandPanel::applyShape()
+{
+    XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr;
+    if (window == nullptr) {
+        return;
+    }
+    const double scale = m_window.devicePixelRatio();
+    const QRect area = pixelsOf(m_outline, scale);
+    const bool clickable = !m_clickThrough && !area.isEmpty();
+    window->setInputRegion(clickable ? QList<QRect>{area} : QList<QRect>{});
+    if (window->isComposited()) {
+        window->setBoundingRegion(std::nullopt);
+    } else {
+        window->setBoundingRegion(roundedBottom(area, m_bottomRadius * scale));
+    }
+}
+
+void XcbIslandPanel::show()
+{
+    m_window.show();
+    if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
+        window->raiseToTop(displayPixels());
+    } else {
+        m_window.raise();
+    }
+}
+
+QRect XcbIslandPanel::displayPixels() const
+{
+    // Qt scales a screen's size, but not its place.
+    const QRect geometry = m_window.screen()->geometry();
+    return {geometry.topLeft(), (QSizeF(geometry.size()) * m_window.devicePixelRatio()).toSize()};
+}
+
+void XcbIslandPanel::restack()
+{
+    XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr;
+    if (window == nullptr || !m_window.isVisible()) {
+        return;
+    }
+    if (m_level >= activeLevel) {
+        window->raiseToTop(displayPixels());
+    } else {
+        window->raiseAboveManaged();
+    }
+}
+
+void XcbIslandPanel::activate()
+{
+    if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
+        window->rememberFocus();
+    }
+    m_window.requestActivate();
+}
+
+void XcbIslandPanel::deactivate()
+{
+    if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
+        window->returnFocus();
+    }
+}
+
+XcbIslandPanelFactory::XcbIslandPanelFactory(const QtScreens &screens)
+    : m_screens(screens)
+{}
+
+std::unique_ptr<IslandPanel> XcbIslandPanelFactory::makePanel(const QRectF &frame)
+{
+    return std::make_unique<XcbIslandPanel>(m_screens, frame);
+}
+
+} // namespace corvane::platform

@@ -1,0 +1,363 @@
+#include "platform/linux/x11/xcb_panel_window.h"
+
+#include "platform/linux/x11/xcb_support.h"
+
+#include <QCoreApplication>
+
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace corvane::platform {
+
+namespace {
+
+using xcb::Owned;
+
+/// Some window managers announce a new order before they have made it.
+constexpr std::chrono::milliseconds settleTime{120};
+/// So many clients are looked at, from the top.
+constexpr std::uint32_t maximumClients = 128;
+/// A client's frame is seldom more than two windows away from the root.
+constexpr int maximumFrameDepth = 6;
+
+std::vector<xcb_rectangle_t> rectanglesOf(const QList<QRect> &region)
+{
+    std::vector<xcb_rectangle_t> rectangles;
+    rectangles.reserve(static_cast<std::size_t>(region.size()));
+    for (const QRect &part : region) {
+        rectangles.push_back(
+            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
+    }
+    return rectangles;
+}
+
+void setShape(xcb_connection_t *connection, xcb_window_t window, xcb_shape_kind_t kind,
+              const QList<QRect> &region)
+{
+    const auto rectangles = rectanglesOf(region);
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED, window, 0,
+                         0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *connection, std::string_view name)
+{
+    return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+}
+
+xcb_atom_t takeAtom(xcb_connection_t *connection, xcb_intern_atom_cookie_t cookie)
+{
+    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : XCB_ATOM_NONE;
+}
+
+/// The number of the X screen with this root window.
+int screenNumberOf(xcb_connection_t *connection, xcb_window_t root)
+{
+    int number = 0;
+    for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection)); screen.rem > 0;
+         xcb_screen_next(&screen), ++number) {
+        if (screen.data->root == root) {
+            return number;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, Observer observer)
+    : m_connection(connection)
+    , m_id(id)
+    , m_observer(std::move(observer))
+{
+    const Owned<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_id), nullptr));
+    m_root = tree ? tree->root : xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+
+    // All questions go out before the first answer is waited for.
+    const auto compositorName =
+        "_NET_WM_CM_S" + std::to_string(screenNumberOf(m_connection, m_root));
+    const auto compositor = askForAtom(m_connection, compositorName);
+    const auto stacking = askForAtom(m_connection, "_NET_CLIENT_LIST_STACKING");
+    const auto active = askForAtom(m_connection, "_NET_ACTIVE_WINDOW");
+    const auto windowType = askForAtom(m_connection, "_NET_WM_WINDOW_TYPE");
+    const auto dock = askForAtom(m_connection, "_NET_WM_WINDOW_TYPE_DOCK");
+    const auto root = xcb_get_window_attributes(m_connection, m_root);
+    const auto fixes =
+        xcb_xfixes_query_version(m_connection, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);
+    m_compositorAtom = takeAtom(m_connection, compositor);
+    m_stackingAtom = takeAtom(m_connection, stacking);
+    m_activeWindowAtom = takeAtom(m_connection, active);
+
+    // The type of panels, to which compositing managers add neither shadows nor animations.
+    const xcb_atom_t type = takeAtom(m_connection, dock);
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_id,
+                        takeAtom(m_connection, windowType), XCB_ATOM_ATOM, 32, 1, &type);
+
+    // Qt listens to the root window's properties itself; its other choices must stay.
+    if (const Owned<xcb_get_window_attributes_reply_t> attributes{
+            xcb_get_window_attributes_reply(m_connection, root, nullptr)}) {
+        const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &mask);
+    }
+
+    const Owned<xcb_xfixes_query_version_reply_t> version(
+        xcb_xfixes_query_version_reply(m_connection, fixes, nullptr));
+    const auto *extension = xcb_get_extension_data(m_connection, &xcb_xfixes_id);
+    if (version && extension != nullptr && extension->present != 0) {
+        m_selectionEvent = extension->first_event + XCB_XFIXES_SELECTION_NOTIFY;
+        xcb_xfixes_select_selection_input(
+            m_connection, m_id, m_compositorAtom,
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    // Asked after the notification was ordered, so that no change falls between the two.
+    const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        m_connection, xcb_get_selection_owner(m_connection, m_compositorAtom), nullptr));
+    m_compositor = owner ? owner->owner : XCB_WINDOW_NONE;
+
+    for (QTimer *timer : {&m_soon, &m_settled}) {
+        timer->setSingleShot(true);
+        QObject::connect(timer, &QTimer::timeout, [this] { m_observer.stackChanged(); });
+    }
+    m_soon.setInterval(0);
+    m_settled.setInterval(settleTime);
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+XcbPanelWindow::~XcbPanelWindow()
+{
+    if (auto *application = QCoreApplication::instance()) {
+        application->removeNativeEventFilter(this);
+    }
+}
+
+void XcbPanelWindow::setInputRegion(const QList<QRect> &region)
+{
+    if (m_input == region) {
+        return;
+    }
+    m_input = region;
+    setShape(m_connection, m_id, XCB_SHAPE_SK_INPUT, region);
+    xcb_flush(m_connection);
+}
+
+void XcbPanelWindow::setBoundingRegion(const std::optional<QList<QRect>> &region)
+{
+    if (m_bounding == region) {
+        return;
+    }
+    m_bounding = region;
+    if (region) {
+        setShape(m_connection, m_id, XCB_SHAPE_SK_BOUNDING, *region);
+    } else {
+        xcb_shape_mask(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, m_id, 0, 0,
+                       XCB_PIXMAP_NONE);
+    }
+    xcb_flush(m_connection);
+}
+
+std::vector<std::uint32_t> XcbPanelWindow::stack() const
+{
+    const Owned<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_root), nullptr));
+    if (!tree) {
+        return {};
+    }
+    const std::span children(xcb_query_tree_children(tree.get()), tree->children_len);
+    return {children.begin(), children.end()};
+}
+
+std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
+{
+    const Owned<xcb_get_property_reply_t> list(
+        xcb_get_property_reply(m_connection,
+                               xcb_get_property(m_connection, 0, m_root, m_stackingAtom,
+                                                XCB_ATOM_WINDOW, 0, std::uint32_t{1} << 16U),
+                               nullptr));
+    if (!list || list->format != 32) {
+        return {};
+    }
+    const std::span clients(static_cast<const xcb_window_t *>(xcb_get_property_value(list.get())),
+                            list->value_len);
+    const auto count = std::min<std::size_t>(clients.size(), maximumClients);
+    const auto top = clients.last(count);
+    std::vector<xcb_window_t> climbing(top.begin(), top.end());
+    std::vector<std::uint32_t> frames;
+    // One level of the tree at a time, so that each level costs one round trip for all.
+    for (int depth = 0; depth < maximumFrameDepth && !climbing.empty(); ++depth) {
+        std::vector<xcb_query_tree_cookie_t> questions;
+        questions.reserve(climbing.size());
+        for (const xcb_window_t window : climbing) {
+            questions.push_back(xcb_query_tree(m_connection, window));
+        }
+        std::vector<xcb_window_t> parents;
+        for (std::size_t index = 0; index < questions.size(); ++index) {
+            // A client may have gone meanwhile.
+            xcb_generic_error_t *error = nullptr;
+            const Owned<xcb_query_tree_reply_t> tree(
+                xcb_query_tree_reply(m_connection, questions[index], &error));
+            const Owned<xcb_generic_error_t> dropped(error);
+            if (!tree || tree->parent == XCB_WINDOW_NONE) {
+                continue;
+            }
+            if (tree->parent == m_root) {
+                frames.push_back(climbing[index]);
+            } else {
+                parents.push_back(tree->parent);
+            }
+        }
+        climbing = std::move(parents);
+    }
+    return frames;
+}
+
+std::uint32_t XcbPanelWindow::focus() const
+{
+    const Owned<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    return reply ? reply->focus : XCB_INPUT_FOCUS_NONE;
+}
+
+void XcbPanelWindow::rememberFocus()
+{
+    if (const std::uint32_t window = focus(); window != m_id) {
+        m_previousFocus = window;
+    }
+}
+
+void XcbPanelWindow::returnFocus()
+{
+    if (focus() != m_id) {
+        return;
+    }
+    const auto giveTo = [this](std::uint32_t window) {
+        const Owned<xcb_generic_error_t> refusal(xcb_request_check(
+            m_connection, xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_PARENT, window,
+                                                      XCB_CURRENT_TIME)));
+        return refusal == nullptr;
+    };
+    // It may have gone meanwhile; then typing goes to whatever the pointer is on.
+    if (m_previousFocus == XCB_INPUT_FOCUS_NONE || !giveTo(m_previousFocus)) {
+        giveTo(XCB_INPUT_FOCUS_POINTER_ROOT);
+    }
+    m_previousFocus = XCB_INPUT_FOCUS_NONE;
+}
+
+std::optional<std::uint32_t> XcbPanelWindow::lowestCover(std::span<const std::uint32_t> windows,
+                                                         const QRect &display) const
+{
+    std::vector<xcb_get_window_attributes_cookie_t> attributes;
+    std::vector<xcb_get_geometry_cookie_t> geometries;
+    for (const xcb_window_t window : windows) {
+        attributes.push_back(xcb_get_window_attributes(m_connection, window));
+        geometries.push_back(xcb_get_geometry(m_connection, window));
+    }
+    std::vector<std::uint32_t> covers;
+    for (std::size_t index = 0; index < windows.size(); ++index) {
+        // A client may have gone meanwhile.
+        xcb_generic_error_t *error = nullptr;
+        const Owned<xcb_get_window_attributes_reply_t> shown(
+            xcb_get_window_attributes_reply(m_connection, attributes[index], &error));
+        const Owned<xcb_generic_error_t> dropped(error);
+        error = nullptr;
+        const Owned<xcb_get_geometry_reply_t> place(
+            xcb_get_geometry_reply(m_connection, geometries[index], &error));
+        const Owned<xcb_generic_error_t> alsoDropped(error);
+        if (shown && place && shown->override_redirect != 0 &&
+            shown->map_state == XCB_MAP_STATE_VIEWABLE &&
+            shown->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+            QRect(place->x, place->y, place->width, place->height).contains(display)) {
+            covers.push_back(windows[index]);
+        }
+    }
+    if (covers.empty()) {
+        return std::nullopt;
+    }
+    // Window managers frame their clients with windows that nobody is to manage.
+    const auto frames = managedFrames();
+    const auto cover = std::ranges::find_if(covers, [&](std::uint32_t window) {
+        return std::ranges::find(frames, window) == frames.end();
+    });
+    return cover == covers.end() ? std::nullopt : std::optional(*cover);
+}
+
+void XcbPanelWindow::raiseToTop(const QRect &display)
+{
+    const auto windows = stack();
+    const auto self = std::ranges::find(windows, m_id);
+    if (self == windows.end() || std::next(self) == windows.end()) {
+        return;
+    }
+    const auto cover = lowestCover({std::next(self), windows.end()}, display);
+    if (cover) {
+        const std::array<std::uint32_t, 2> values{*cover, XCB_STACK_MODE_BELOW};
+        xcb_configure_window(m_connection, m_id,
+                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                             values.data());
+    } else {
+        const std::uint32_t mode = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(m_connection, m_id, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    }
+    xcb_flush(m_connection);
+}
+
+void XcbPanelWindow::raiseAboveManaged()
+{
+    const auto windows = stack();
+    const auto self = std::find(windows.begin(), windows.end(), m_id);
+    if (self == windows.end() || std::next(self) == windows.end()) {
+        return;
+    }
+    const auto frames = managedFrames();
+    const auto top = std::find_first_of(windows.rbegin(), std::make_reverse_iterator(self),
+                                        frames.begin(), frames.end());
+    if (top == std::make_reverse_iterator(self)) {
+        return;
+    }
+    const std::array<std::uint32_t, 2> values{*top, XCB_STACK_MODE_ABOVE};
+    xcb_configure_window(m_connection, m_id,
+                         XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
+    xcb_flush(m_connection);
+}
+
+void XcbPanelWindow::announceStackChange()
+{
+    // A window manager changes several properties at once.
+    m_soon.start();
+    m_settled.start();
+}
+
+bool XcbPanelWindow::nativeEventFilter(const QByteArray &type, void *message, qintptr *)
+{
+    if (type != "xcb_generic_event_t") {
+        return false;
+    }
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    const int kind = event->response_type & 0x7f;
+    if (kind == XCB_PROPERTY_NOTIFY) {
+        const auto *changed = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+        if (changed->window == m_root &&
+            (changed->atom == m_stackingAtom || changed->atom == m_activeWindowAtom)) {
+            announceStackChange();
+        }
+    } else if (kind == m_selectionEvent) {
+        const auto *changed = reinterpret_cast<const xcb_xfixes_selection_notify_event_t *>(event);
+        if (changed->selection == m_compositorAtom && changed->owner != m_compositor) {
+            m_compositor = changed->owner;
+            m_observer.compositingChanged();
+        }
+    }
+    return false;
+}
+
+} // namespace corvane::platform
