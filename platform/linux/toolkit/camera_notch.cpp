@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-std::optional<QSizeF> parseNotch(QStringView text)
+std::optional<QSizeF> parseNotch(const QString &text)
 {
     static const QRegularExpression form(
         QStringLiteral(R"(\A([0-9]{1,5}(?:\.[0-9]{1,6})?)x([0-9]{1,5}(?:\.[0-9]{1,6})?)\z)"));

@@ -3,7 +3,7 @@
 #include "platform/screens.h"
 
 #include <QSizeF>
-#include <QStringView>
+#include <QString>
 
 #include <optional>
 
@@ -13,7 +13,7 @@ namespace corvane::platform {
 inline constexpr double maximumNotchHeight = 200;
 
 /// Reads `WIDTHxHEIGHT` in points, decimals allowed; none when the text is malformed or absurd.
-[[nodiscard]] std::optional<QSizeF> parseNotch(QStringView text);
+[[nodiscard]] std::optional<QSizeF> parseNotch(const QString &text);
 
 /// Puts a camera housing of that size at the top centre of `screen`, unless it is wider.
 void addNotch(Screen &screen, QSizeF notch);
