@@ -55,7 +55,7 @@ ensure_modules() {
     cp "$1/package-lock.json" "$stamp"
 }
 
-# ensure_node: a node that tools/localnet can run on. Debian 12's own is too old.
+# ensure_node: a node that tools/localnet can run on. That of Debian 12 is too old.
 ensure_node() {
     if ! node -e 'process.exit(parseInt(process.versions.node) < 20 ? 1 : 0)'; then
         ensure_modules tools/setup/node
@@ -66,10 +66,13 @@ ensure_node() {
     node=$(command -v node)
 }
 
-# build PRESET [TARGET...]: configures and builds.
+# build PRESET TARGET...: configures and builds. What tests need is asked for only where "all" is built
+# or has been.
 build() {
     local preset=$1 settings=()
     shift
+    [ "$*" = all ] || grep -qs '^BUILD_TESTING:[A-Z]*=ON' "build/$preset/CMakeCache.txt" ||
+        settings+=(-DBUILD_TESTING=OFF)
     # The tests use the node that was made sure of, now or by an earlier run.
     [ -z "${node:-}" ] || settings+=("-DNODE=$node")
     command -v ccache >/dev/null && settings+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
@@ -80,6 +83,7 @@ build() {
         cat "build/$preset.configure.log" >&2
         fail "cmake does not take this system" "Look at its messages above. Nothing was built."
     }
+    sed -n 's/^-- Missing: /    missing: /p' "build/$preset.configure.log"
     cmake --build --preset "$preset" "${@/#/--target=}" || fail "the build failed" \
         "Mend what the compiler says above, or remove build/$preset to start afresh."
 }
