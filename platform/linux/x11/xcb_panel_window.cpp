@@ -55,7 +55,7 @@ xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *connection, std::string_vi
 xcb_atom_t takeAtom(xcb_connection_t *connection, xcb_intern_atom_cookie_t cookie)
 {
     const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 /// The number of the X screen with this root window.
@@ -123,7 +123,7 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     // Asked after the notification was ordered, so that no change falls between the two.
     const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         m_connection, xcb_get_selection_owner(m_connection, m_compositorAtom), nullptr));
-    m_compositor = owner ? owner->owner : XCB_WINDOW_NONE;
+    m_compositor = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
 
     for (QTimer *timer : {&m_soon, &m_settled}) {
         timer->setSingleShot(true);
@@ -225,7 +225,7 @@ std::uint32_t XcbPanelWindow::focus() const
 {
     const Owned<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
-    return reply ? reply->focus : XCB_INPUT_FOCUS_NONE;
+    return reply ? reply->focus : xcb_window_t{XCB_INPUT_FOCUS_NONE};
 }
 
 void XcbPanelWindow::rememberFocus()
