@@ -3,6 +3,7 @@
 #include "core/blank_trimming.h"
 #include "core/cancellation.h"
 #include "core/endpoint_choice.h"
+#include "core/key_session.h"
 #include "core/labels.h"
 #include "core/wallet_settings.h"
 #include "keys/base58.h"
@@ -20,10 +21,10 @@ using namespace Qt::StringLiterals;
 WalletModel::WalletModel(WalletServices services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
-    , m_vault(m_services.keychain)
+    , m_keySession(std::make_unique<KeySession>(KeySessionServices{
+          m_services.queue, m_services.background, m_services.keychain, m_services.signingKeys}))
 {
     const platform::SettingsStore &settings = m_services.settings;
-    m_signingPubkey = m_vault.pubkey();
     m_address = settings.string(addressSetting).value_or(QString());
     m_network = solNetworkFromRawValue(settings.string(networkSetting).value_or(QString()))
                     .value_or(SolNetwork::Mainnet);
@@ -32,6 +33,12 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     m_displayUSD = settings.boolean(displayUSDSetting).value_or(true);
     m_tickerShowsBalance = settings.boolean(tickerShowsBalanceSetting).value_or(false);
 
+    connect(m_keySession.get(), &KeySession::aboutToChange, this, &WalletModel::objectWillChange);
+    connect(m_keySession.get(), &KeySession::pubkeyChanged, this,
+            &WalletModel::signingPubkeyChanged);
+    connect(m_keySession.get(), &KeySession::pendingBackupChanged, this,
+            &WalletModel::pendingBackupChanged);
+    connect(m_keySession.get(), &KeySession::adopted, this, &WalletModel::setAddress);
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
 
@@ -95,6 +102,52 @@ void WalletModel::setDisplayUSD(bool displayUSD)
 {
     publish(m_displayUSD, displayUSD, &WalletModel::displayUSDChanged);
     m_services.settings.setBoolean(displayUSDSetting, m_displayUSD);
+}
+
+SendResult<platform::SecretBytes> WalletModel::createWallet()
+{
+    return m_keySession->create();
+}
+
+SendResult<QString> WalletModel::importSigningKey(QStringView text)
+{
+    return m_keySession->importText(text);
+}
+
+void WalletModel::unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context)
+{
+    m_keySession->unlock(std::move(context));
+}
+
+QCoro::Task<std::optional<platform::SecretBytes>> WalletModel::backupSecret()
+{
+    return m_keySession->backupSecret();
+}
+
+void WalletModel::removeWallet()
+{
+    m_keySession->remove();
+    setAddress({});
+}
+
+const std::optional<QString> &WalletModel::signingPubkey() const
+{
+    return m_keySession->pubkey();
+}
+
+const std::optional<platform::SecretBytes> &WalletModel::pendingBackup() const
+{
+    return m_keySession->pendingBackup();
+}
+
+void WalletModel::setPendingBackup(std::optional<platform::SecretBytes> text)
+{
+    m_keySession->setPendingBackup(std::move(text));
+}
+
+const std::optional<platform::SecretBytes> &WalletModel::sessionSecret() const
+{
+    return m_keySession->seed();
 }
 
 bool WalletModel::hasValidAddress() const

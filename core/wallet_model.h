@@ -4,8 +4,6 @@
 #include "core/json_calls.h"
 #include "core/send_error.h"
 #include "core/sol_network.h"
-#include "keys/key_vault.h"
-#include "platform/completion.h"
 #include "platform/secret_bytes.h"
 
 #include <QCoroTask>
@@ -28,6 +26,7 @@ class AuthenticationContext;
 class BackgroundTasks;
 class FileSystem;
 class HttpClient;
+class Keychain;
 class MainQueue;
 class NumberFormatter;
 class SettingsStore;
@@ -37,6 +36,7 @@ class SigningKeys;
 namespace corvane::core {
 
 class Cancellation;
+class KeySession;
 
 /// What the wallet needs of the world. All services must outlive the model.
 struct WalletServices
@@ -152,21 +152,15 @@ public:
     void setDisplayUSD(bool displayUSD);
 
     /// The Base58 public key of the wallet's own key; none when it only watches.
-    [[nodiscard]] const std::optional<QString> &signingPubkey() const { return m_signingPubkey; }
-    [[nodiscard]] bool hasSigningKey() const { return m_signingPubkey.has_value(); }
+    [[nodiscard]] const std::optional<QString> &signingPubkey() const;
+    [[nodiscard]] bool hasSigningKey() const { return signingPubkey().has_value(); }
     /// The backup text (ASCII) of a key that was just created, until the user has saved it.
-    [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const
-    {
-        return m_pendingBackup;
-    }
+    [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const;
     /// Shows a backup text (ASCII), or none any more once the user has saved it.
     void setPendingBackup(std::optional<platform::SecretBytes> text);
-    [[nodiscard]] bool hasPendingBackup() const { return m_pendingBackup.has_value(); }
+    [[nodiscard]] bool hasPendingBackup() const { return pendingBackup().has_value(); }
     /// The unlocked 32-byte seed, while there is one.
-    [[nodiscard]] const std::optional<platform::SecretBytes> &sessionSecret() const
-    {
-        return m_sessionSecret;
-    }
+    [[nodiscard]] const std::optional<platform::SecretBytes> &sessionSecret() const;
     /// True when the trimmed address is one.
     [[nodiscard]] bool hasValidAddress() const;
 
@@ -231,23 +225,13 @@ private:
                               std::shared_ptr<Cancellation> cancellation);
 
     QCoro::Task<JsonResult> getJSON(QString url);
-    using MaybeSecret = std::optional<platform::SecretBytes>;
-
-    /// Reads the vault on a background thread.
-    platform::Completion<std::shared_ptr<MaybeSecret>>
-    inBackground(std::function<MaybeSecret(keys::KeyVault &)> read);
-    /// Reads the vault in the background and holds what it gives, nothing included, as the
-    /// session's seed, unless the key has changed meanwhile. True when a seed is held by that.
-    QCoro::Task<bool> loadSession(std::function<MaybeSecret(keys::KeyVault &)> read);
-    /// Stores `seed` and makes it the wallet's key; gives the public key.
-    SendResult<QString> adopt(platform::SecretBytes seed);
     void netFlip();
     void clearBalances();
     /// Runs `start` on the main thread, later, if the model still exists by then.
     void startTask(std::function<void(WalletModel &)> start);
 
     WalletServices m_services;
-    keys::KeyVault m_vault;
+    std::unique_ptr<KeySession> m_keySession;
 
     QString m_address;
     SolNetwork m_network = SolNetwork::Mainnet;
@@ -256,11 +240,6 @@ private:
     bool m_displayUSD = true;
     /// A setting that is held as it was found; nothing reads it yet.
     [[maybe_unused]] bool m_tickerShowsBalance = false;
-    std::optional<QString> m_signingPubkey;
-    std::optional<platform::SecretBytes> m_pendingBackup;
-    std::optional<platform::SecretBytes> m_sessionSecret;
-    /// How often the key has been replaced or removed.
-    unsigned m_keyChanges = 0;
     std::optional<double> m_sol;
     std::optional<double> m_usdc;
     std::optional<double> m_price;

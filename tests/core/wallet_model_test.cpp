@@ -1,5 +1,6 @@
 // State, settings and what each setter starts.
 
+#include "keys/key_vault.h"
 #include "tests/core/wallet_fixture.h"
 
 #include <QStringList>
