@@ -21,7 +21,8 @@ struct HttpHeader
     QByteArray value;
 };
 
-/// What to ask. The body goes with a POST only.
+/// What to ask. The body goes with a POST only. A redirect takes headers to no other host, but for
+/// the type of a body.
 struct HttpRequest
 {
     HttpMethod method = HttpMethod::Get;

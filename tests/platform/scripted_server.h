@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSslCertificate>
+#include <QSslKey>
+#include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUrl>
@@ -22,8 +25,10 @@ public:
     };
     using Script = std::function<Answer(const QByteArray &request)>;
 
-    explicit ScriptedServer(Script script)
+    /// Over TLS with this self-signed certificate and its key, in PEM, unless that is empty.
+    explicit ScriptedServer(Script script, QByteArray certificate = {})
         : m_script(std::move(script))
+        , m_certificate(std::move(certificate))
     {
         connect(this, &QTcpServer::newConnection, this, &ScriptedServer::accept);
         listen(QHostAddress::LocalHost);
@@ -31,7 +36,9 @@ public:
 
     [[nodiscard]] QUrl url(const QString &path = QStringLiteral("/")) const
     {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(serverPort()).arg(path));
+        const auto scheme =
+            m_certificate.isEmpty() ? QStringLiteral("http") : QStringLiteral("https");
+        return QUrl(QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(serverPort()).arg(path));
     }
     /// The requests so far, as they came.
     [[nodiscard]] const QList<QByteArray> &requests() const { return m_requests; }
@@ -43,6 +50,21 @@ public:
         return {"HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
                     "\r\n" + headers + "\r\n" + body,
                 Answer::Keep};
+    }
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        if (m_certificate.isEmpty()) {
+            QTcpServer::incomingConnection(descriptor);
+            return;
+        }
+        auto *socket = new QSslSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        socket->setLocalCertificate(QSslCertificate(m_certificate));
+        socket->setPrivateKey(QSslKey(m_certificate, QSsl::Ec));
+        socket->startServerEncryption();
+        addPendingConnection(socket);
     }
 
 private:
@@ -80,6 +102,7 @@ private:
     }
 
     Script m_script;
+    QByteArray m_certificate;
     QList<QByteArray> m_requests;
     int m_connections = 0;
 };

@@ -1,7 +1,6 @@
 #include "platform/linux/http/curl_http_client.h"
 
 #include "platform/linux/http/curl_request.h"
-#include "platform/linux/http/http_redirect.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -12,7 +11,6 @@
 
 #include <chrono>
 #include <deque>
-#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -22,6 +20,14 @@ namespace {
 
 /// Connections kept open for the next refresh.
 constexpr long keptConnections = 4;
+
+/// True for an absolute http or https URL with a host.
+bool isHttpUrl(const QUrl &url)
+{
+    return url.isValid() && !url.host().isEmpty() &&
+           (url.scheme() == QLatin1StringView("http") ||
+            url.scheme() == QLatin1StringView("https"));
+}
 
 } // namespace
 
@@ -56,8 +62,6 @@ private:
     static int onTimeout(CURLM *multi, long milliseconds, void *context);
 
     bool initialise();
-    /// False when curl refuses.
-    [[nodiscard]] bool start(CurlRequest &request);
     void act(curl_socket_t socket, int events);
     void collect();
     void conclude(CURL *easy, CURLcode code);
@@ -124,17 +128,13 @@ Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
     }
     auto transfer =
         std::make_unique<Transfer>(Transfer{CurlRequest(std::move(request)), completion});
-    if (!start(transfer->request)) {
+    CurlRequest &prepared = transfer->request;
+    if (!prepared.prepare() || curl_multi_add_handle(m_multi, prepared.handle()) != CURLM_OK) {
         finish(completion, HttpError::Unreachable);
         return completion;
     }
-    m_transfers.emplace(transfer->request.handle(), std::move(transfer));
+    m_transfers.emplace(prepared.handle(), std::move(transfer));
     return completion;
-}
-
-bool CurlHttpClient::Engine::start(CurlRequest &request)
-{
-    return request.prepare() && curl_multi_add_handle(m_multi, request.handle()) == CURLM_OK;
 }
 
 int CurlHttpClient::Engine::onTimeout(CURLM *, long milliseconds, void *context)
@@ -206,14 +206,7 @@ void CurlHttpClient::Engine::conclude(CURL *easy, CURLcode code)
         return;
     }
     Transfer &transfer = *found->second;
-    std::optional<HttpResult> result = transfer.request.conclude(code);
-    if (!result) {
-        if (start(transfer.request)) {
-            return;
-        }
-        result = HttpError::Unreachable;
-    }
-    finish(transfer.completion, std::move(*result));
+    finish(transfer.completion, transfer.request.conclude(code));
     m_transfers.erase(found);
 }
 

@@ -1,7 +1,5 @@
 #include "platform/linux/http/curl_request.h"
 
-#include "platform/linux/http/http_redirect.h"
-
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -24,6 +22,13 @@ bool isContentType(const HttpHeader &header)
     return header.name.compare("Content-Type", Qt::CaseInsensitive) == 0;
 }
 
+long redirectCount(CURL *easy)
+{
+    long count = 0;
+    curl_easy_getinfo(easy, CURLINFO_REDIRECT_COUNT, &count);
+    return count;
+}
+
 /// Some public services refuse requests that do not say who is asking.
 QByteArray userAgent()
 {
@@ -35,43 +40,69 @@ QByteArray userAgent()
 
 CurlRequest::CurlRequest(HttpRequest request)
     : m_request(std::move(request))
-    , m_deadline(Clock::now() + m_request.timeout)
-    , m_url(m_request.url)
-    , m_method(m_request.method)
     , m_easy(curl_easy_init())
 {}
 
-void CurlRequest::appendHeader(const QByteArray &line)
+CurlRequest::HeaderList CurlRequest::headersFor(const QUrl &url, bool posts, bool redirected) const
 {
-    // A line break would begin another header.
-    if (line.contains('\r') || line.contains('\n')) {
-        return;
-    }
-    if (curl_slist *longer = curl_slist_append(m_headers.get(), line.constData())) {
-        // The old list has become a part of it.
-        [[maybe_unused]] const curl_slist *const shorter = m_headers.release();
-        m_headers.reset(longer);
-    }
-}
-
-void CurlRequest::writeHeaders()
-{
-    m_headers.reset();
-    const bool posts = m_method == HttpMethod::Post;
+    HeaderList list;
+    const bool sameHost = url.host() == m_request.url.host() && url.port() == m_request.url.port();
+    const auto append = [&list](const QByteArray &line) {
+        // A line break would begin another header.
+        if (line.contains('\r') || line.contains('\n')) {
+            return;
+        }
+        if (curl_slist *longer = curl_slist_append(list.get(), line.constData())) {
+            // The old list has become a part of it.
+            [[maybe_unused]] const curl_slist *const shorter = list.release();
+            list.reset(longer);
+        }
+    };
     // curl would wait for the server's permission before it sends a large body, and name a type
     // that nobody asked for.
-    appendHeader("Expect:");
+    append("Expect:");
     if (posts && std::ranges::none_of(m_request.headers, isContentType)) {
-        appendHeader("Content-Type:");
+        append("Content-Type:");
     }
     for (const HttpHeader &header : m_request.headers) {
-        // A POST that a redirect turned into a GET has no body any more.
-        if (isContentType(header) && !posts && m_redirects > 0) {
-            continue;
+        // The type stays with the body, anything else with the host that it was meant for.
+        if (!redirected || (isContentType(header) ? posts : sameHost)) {
+            append(header.value.isEmpty() ? header.name + ';' : header.name + ": " + header.value);
         }
-        appendHeader(header.value.isEmpty() ? header.name + ';'
-                                            : header.name + ": " + header.value);
     }
+    return list;
+}
+
+/// Called by libcurl when a connection stands and the request is about to be sent over it.
+int CurlRequest::onHop(void *context, char *, char *, int, int)
+{
+    return static_cast<CurlRequest *>(context)->mayHop() ? CURL_PREREQFUNC_OK
+                                                         : CURL_PREREQFUNC_ABORT;
+}
+
+bool CurlRequest::mayHop()
+{
+    CURL *easy = handle();
+    const long redirects = redirectCount(easy);
+    const char *address = nullptr;
+    const char *method = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &address);
+    curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_METHOD, &method);
+    // curl sends a request again when a kept connection breaks under it.
+    if (m_request.once && m_sentAfter == redirects) {
+        return false;
+    }
+    m_sentAfter = redirects;
+    const QUrl url = QUrl::fromEncoded(address);
+    if (url.scheme() == QLatin1StringView("https")) {
+        // From here on nobody may read along.
+        curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    }
+    // The handle lets go of the old headers before they are freed.
+    HeaderList headers = headersFor(url, QByteArrayView(method) == "POST", redirects > 0);
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
+    m_headers = std::move(headers);
+    return true;
 }
 
 size_t CurlRequest::onBody(char *data, size_t size, size_t count, void *context)
@@ -92,20 +123,19 @@ bool CurlRequest::prepare()
     if (easy == nullptr) {
         return false;
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_deadline - Clock::now());
-    m_received.clear();
-
-    // The handle lets go of the old headers before they are replaced.
-    curl_easy_reset(easy);
-    writeHeaders();
-    curl_easy_setopt(easy, CURLOPT_URL,
-                     m_url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).constData());
+    const QByteArray url = m_request.url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    curl_easy_setopt(easy, CURLOPT_URL, url.constData());
     curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
+    curl_easy_setopt(easy, CURLOPT_HTTPAUTH, CURLAUTH_NONE);
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, maximumRedirects);
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &onHop);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, this);
     curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
-    if (m_method == HttpMethod::Post) {
+    if (m_request.method == HttpMethod::Post) {
         curl_easy_setopt(easy, CURLOPT_POST, 1L);
         curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE,
                          static_cast<curl_off_t>(m_request.body.size()));
@@ -115,9 +145,10 @@ bool CurlRequest::prepare()
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumReplySize));
     // Zero would mean no bound at all.
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max(static_cast<long>(left.count()), 1L));
+    const auto bound = static_cast<long>(m_request.timeout.count());
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max(bound, 1L));
     curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, keptConnectionAge);
-    // On a connection of its own there is nothing that curl would try again.
+    // A kept connection may turn out to be dead, which would end a request that is sent once.
     curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, m_request.once ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     // Without this, a name that does not resolve would block the main thread beyond the bound.
@@ -125,41 +156,31 @@ bool CurlRequest::prepare()
     return true;
 }
 
-std::optional<HttpResult> CurlRequest::conclude(CURLcode code)
+HttpResult CurlRequest::conclude(CURLcode code)
 {
     if (code != CURLE_OK) {
         return errorOf(code);
     }
-    long reported = 0;
-    curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &reported);
-    const int status = static_cast<int>(reported);
-    const char *location = nullptr;
-    curl_easy_getinfo(handle(), CURLINFO_REDIRECT_URL, &location);
-    if (location == nullptr || !isRedirect(status)) {
-        return HttpReply{status, std::move(m_received)};
-    }
-    const QUrl target = QUrl::fromEncoded(location);
-    if (m_redirects == maximumRedirects || !mayRedirect(m_url, target)) {
-        return HttpError::RefusedRedirect;
-    }
-    if (Clock::now() >= m_deadline) {
-        return HttpError::TimedOut;
-    }
-    ++m_redirects;
-    m_method = methodAfterRedirect(m_method, status);
-    m_url = target;
-    return std::nullopt;
+    long status = 0;
+    curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+    return HttpReply{static_cast<int>(status), std::move(m_received)};
 }
 
 HttpError CurlRequest::errorOf(CURLcode code) const
 {
+    if (m_sentAfter && redirectCount(handle()) > *m_sentAfter &&
+        (code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_URL_MALFORMAT)) {
+        return HttpError::RefusedRedirect;
+    }
     switch (code) {
     case CURLE_OPERATION_TIMEDOUT:
         return HttpError::TimedOut;
     case CURLE_FILESIZE_EXCEEDED:
         return HttpError::TooLarge;
+    case CURLE_TOO_MANY_REDIRECTS:
+        return HttpError::RefusedRedirect;
     case CURLE_URL_MALFORMAT:
-        return m_redirects > 0 ? HttpError::RefusedRedirect : HttpError::BadUrl;
+        return HttpError::BadUrl;
     default:
         return m_tooLarge ? HttpError::TooLarge : HttpError::Unreachable;
     }
