@@ -21,7 +21,7 @@
 #include "platform/linux/keyring/no_authenticator.h"
 #include "platform/linux/keyring/polkit_authenticator.h"
 #include "platform/linux/keyring/secret_service_keychain.h"
-#include "platform/linux/process/code_pages.h"
+#include "platform/linux/process/free_memory.h"
 #include "platform/linux/process/process_hardening.h"
 #include "platform/linux/process/termination_signals.h"
 #include "platform/linux/toolkit/canberra_sound_player.h"
@@ -192,7 +192,6 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
                                         desktop.appearance, theme, tour, [&content] {
                                             content.releaseUnused();
                                             platform::releaseFreeMemory();
-                                            platform::releaseCodePages();
                                         }});
     delegate->applicationDidFinishLaunching();
     instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
@@ -219,6 +218,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
 
 int main(int argc, char *argv[])
 {
+    platform::shareHeap();
     if (!platform::hardenProcess()) {
         return say(QStringLiteral("cannot keep other programs out of this one's memory\n"), 1);
     }

@@ -11,7 +11,7 @@ import shutil
 import statistics
 import time
 
-from measure import cpu_seconds, pss_megabytes, wake_ups
+from measure import cpu_seconds, memory_megabytes, wake_ups
 from Xlib import X, error
 
 from desktop import Corvane, Localnet, VirtualDesktop, processes
@@ -87,36 +87,38 @@ def start(desktop, command, environment):
 
 
 def at_rest(pid, seconds):
-    """PSS in MB, CPU in percent of a core and wake-ups a second, of a process and all below it."""
+    """Memory of its own and PSS in MB, CPU in percent of a core and wake-ups a second, of a process and
+    all below it."""
     time.sleep(SETTLE_SECONDS)
     cpu, wakes, since = total(cpu_seconds, pid), wake_ups(family(pid)), time.monotonic()
     time.sleep(seconds)
     elapsed = time.monotonic() - since
-    return (total(pss_megabytes, pid), 100 * (total(cpu_seconds, pid) - cpu) / elapsed,
+    return (total(lambda process: memory_megabytes(process)[0], pid),
+            total(lambda process: memory_megabytes(process)[1], pid), 100 * (total(cpu_seconds, pid) - cpu) / elapsed,
             (wake_ups(family(pid)) - wakes).total() / elapsed)
 
 
 def measure(desktop, command, given):
     """A row of the table, less the name."""
     if not shutil.which(command[0]):
-        return "not installed | | |"
+        return "not installed | | | |"
     times = []
     for left in reversed(range(given.starts)):
         try:
             process, milliseconds = start(desktop, command, desktop.environment)
         except TimeoutError:
-            return "no window | | |"
+            return "no window | | | |"
         times.append(milliseconds)
         if left:
             time.sleep(2)
             processes.stop(process)
             time.sleep(1)
-    pss, cpu, wakes = at_rest(process.pid, given.rest_seconds)
+    own, pss, cpu, wakes = at_rest(process.pid, given.rest_seconds)
     ended = process.poll() is not None
     processes.stop(process)
     if ended:
-        return "ended by itself | | |"
-    return f"{statistics.median(times):.0f} ms | {pss:.0f} MB | {cpu:.2f} % | {wakes:.1f} |"
+        return "ended by itself | | | |"
+    return f"{statistics.median(times):.0f} ms | {own:.0f} MB | {pss:.0f} MB | {cpu:.2f} % | {wakes:.1f} |"
 
 
 def main():
@@ -125,8 +127,8 @@ def main():
     options.add_argument("--starts", type=int, default=5, help="how often to start each")
     options.add_argument("--only", default="", help="programs whose command contains this")
     given = options.parse_args()
-    print("| program | exec to a window | PSS at rest | CPU at rest | wake-ups a second |")
-    print("| --- | --- | --- | --- | --- |", flush=True)
+    print("| program | exec to a window | memory of its own at rest | PSS at rest | CPU at rest | wake-ups a second |")
+    print("| --- | --- | --- | --- | --- | --- |", flush=True)
     with Localnet() as localnet, VirtualDesktop(backdrop=False) as desktop:
         corvane = Corvane(desktop, localnet)
         corvane.environment.pop("QT_LINUX_ACCESSIBILITY_ALWAYS_ON")

@@ -8,7 +8,7 @@ import random
 import sys
 import time
 
-from measure import MOTIONS, cpu_seconds, find_places, pss_megabytes, wake_ups
+from measure import MOTIONS, cpu_seconds, find_places, memory_megabytes, wake_ups
 
 from desktop import Corvane, Localnet, VirtualDesktop
 
@@ -29,7 +29,7 @@ def sample(corvane, began):
             continue
     wakes, since = wake_ups([corvane.process_id]), time.monotonic()
     time.sleep(5)
-    return {"minute": (since - began) / 60, "PSS MB": pss_megabytes(corvane.process_id),
+    return {"minute": (since - began) / 60, "own MB": memory_megabytes(corvane.process_id)[0],
             "handles": len(links), "sockets": sum(link.startswith("socket:") for link in links),
             "threads": len(list((process / "task").iterdir())),
             # Timers left behind would show here.
@@ -74,7 +74,7 @@ def main():
                                                                   given.minutes / 2)]
     half = len(settled) // 2
     grown = []
-    for name, tolerance in (("PSS MB", 1.5), ("handles", 2), ("sockets", 2), ("threads", 1),
+    for name, tolerance in (("own MB", 1.5), ("handles", 2), ("sockets", 2), ("threads", 1),
                             ("wake-ups/s", 3)):
         early, late = (min(entry[name] for entry in part)
                        for part in (settled[:half or 1], settled[half:]))

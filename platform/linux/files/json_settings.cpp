@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonValue>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -66,7 +67,8 @@ void JsonSettings::load()
         m_writable = false;
         return;
     }
-    const QByteArray text = file.read(maximumSize + 1);
+    // One byte more than there may be tells a file that is too long; the buffer is no larger than it.
+    const QByteArray text = file.read(std::min(file.size(), maximumSize) + 1);
     const bool readFailed = file.error() != QFileDevice::NoError;
     file.close();
     if (readFailed) {
