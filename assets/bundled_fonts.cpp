@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFontDatabase>
+#include <QResource>
 
 #include <utility>
 
@@ -24,7 +25,10 @@ void registerBundledFonts()
     const QDir folder(QStringLiteral(":/corvane/fonts"));
     const QStringList names = folder.entryList();
     for (const QString &name : names) {
-        QFontDatabase::addApplicationFont(folder.filePath(name));
+        // Embedded as they are, the files need no copy in memory.
+        const QResource font(folder.filePath(name));
+        QFontDatabase::addApplicationFontFromData(QByteArray::fromRawData(
+            reinterpret_cast<const char *>(font.data()), static_cast<qsizetype>(font.size())));
     }
 }
 
