@@ -82,7 +82,7 @@ def start(desktop, command, environment):
     before = windows(desktop.screen)
     began = time.monotonic()
     process = processes.start([str(word) for word in command], environment, desktop.folder / "program.log")
-    wait_until(lambda: windows(desktop.screen) > before, f"a window of {command[0]}", seconds=30, pause=0.002)
+    wait_until(lambda: windows(desktop.screen) > before, f"a window of {command[0]}", pause=0.002)
     return process, (time.monotonic() - began) * 1000
 
 

@@ -47,7 +47,7 @@ class InstallationTest(IslandTest):
             corvane.press_button("CONTINUE")
             corvane.wait_for(ELSEWHERE, NO_LOGIN)
             corvane.press_button("MOVE TO APPLICATIONS")
-            self.assertEqual(corvane.wait_for_end(20), 0, corvane.messages())
+            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
             process = wait_until(lambda: self.running_from(program), "the moved program")
             wait_until(corvane.is_resting, "its island")
             self.assertFalse((INSTALLED / "from an older version").exists())

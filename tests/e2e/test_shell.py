@@ -72,7 +72,7 @@ class StatusNotifierTest(ShellTest):
             host.choose("Settings…")
             wait_until(corvane.is_open, "the settings")
             host.choose("Quit Corvane")
-            self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
     def test_a_click_opens_the_menu_which_has_keys(self):
         with StatusNotifierHost(self.desktop.bus_address) as host, self.run_corvane() as corvane:
@@ -96,7 +96,7 @@ class StatusNotifierTest(ShellTest):
             with StatusNotifierHost(self.desktop.bus_address) as host:
                 host.item()
                 host.choose("Quit Corvane")
-                self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+                self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
 
 class XEmbedTest(ShellTest):
@@ -130,7 +130,7 @@ class XEmbedTest(ShellTest):
                 below = TRAY[0] + side // 2 + 20, TRAY[1] + side + 10
                 wait_until(lambda: screen.capture(*below, 1, 1).at(*below) != backdrop, "the menu")
                 screen.press("q", "Control_L")
-                self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+                self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
 
 class XEmbedAtScale2Test(XEmbedTest):
@@ -144,13 +144,13 @@ class InstanceTest(ShellTest):
             self.assertEqual((again.returncode, again.stderr), (0, ""))
             wait_until(corvane.is_open, "the island")
             # The pointer does not come.
-            wait_until(corvane.is_resting, "the resting island", seconds=15)
+            wait_until(corvane.is_resting, "the resting island")
 
             for pane, text in PANE_TEXTS.items():
                 self.assertEqual(corvane.start_again("--open", pane).returncode, 0)
                 wait_until(corvane.is_open, pane)
                 corvane.wait_for(text)
-            wait_until(corvane.is_resting, "the resting island", seconds=15)
+            wait_until(corvane.is_resting, "the resting island")
 
             # As from another terminal, which has no display.
             del corvane.environment["DISPLAY"]
@@ -158,7 +158,7 @@ class InstanceTest(ShellTest):
                 lambda: self.assertEqual(corvane.start_again("--refresh").returncode, 0))
             self.assertEqual(corvane.start_again().returncode, 0)
             self.assertEqual(corvane.start_again("--quit").returncode, 0)
-            self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
             for option in ("--quit", "--refresh"):
                 alone = corvane.start_again(option)
                 self.assertEqual(alone.returncode, 1)
@@ -200,7 +200,7 @@ class InstanceTest(ShellTest):
             # In the queue, it has not made its key yet; the old one still answers.
             self.assertEqual(corvane.start_again("--refresh").returncode, 0)
             self.assertEqual(corvane.start_again("--quit").returncode, 0)
-            self.assertEqual(corvane.wait_for_end(10), 0)
+            self.assertEqual(corvane.wait_for_end(), 0)
             self.assertIn("demo address",
                           processes.read_line(relaunched.stdout.fileno(), "the relaunch"))
             wait_until(corvane.is_resting, "the new island")
@@ -213,14 +213,14 @@ class EndTest(ShellTest):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(number), self.run_corvane() as corvane:
                 corvane.send_signal(number)
-                self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+                self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
     def test_logout_ends_it_without_asking(self):
         with SessionManager() as session, \
                 self.run_corvane(environment={"SESSION_MANAGER": session.address}) as corvane:
             session.wait_for("saved")
             session.log_out()
-            self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
             self.assertNotIn("interact request", session.events)
             # Never: the login item starts it again.
             self.assertEqual(session.properties["RestartStyleHint"][0], 3)
@@ -234,7 +234,7 @@ class LostBusTest(ShellTest):
             self.assertEqual(corvane.start_again("--refresh").returncode, 1)
             self.assert_opens_and_folds(corvane)
             corvane.send_signal(signal.SIGTERM)
-            self.assertEqual(corvane.wait_for_end(10), 0, corvane.messages())
+            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
 
 class LoginTest(ShellTest):

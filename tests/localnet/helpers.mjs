@@ -8,7 +8,7 @@ const require = createRequire(new URL('../../tools/localnet/package.json', impor
 const kit = require('@solana/kit');
 const { getTransferSolInstruction } = require('@solana-program/system');
 
-const CALL_TIMEOUT_MS = 10_000;
+const CALL_TIMEOUT_MS = 60_000;
 
 /** A running instance that ends with test `t`; `tick(ms)` moves its clock, nothing else does. */
 export async function startNet(t) {

@@ -41,14 +41,14 @@ struct Detached
     };
 };
 
-HttpRequest get(const QUrl &url, std::chrono::milliseconds timeout = 5s)
+HttpRequest get(const QUrl &url, std::chrono::milliseconds timeout = patience)
 {
     return {HttpMethod::Get, url, {}, {}, timeout};
 }
 
 HttpRequest post(const QUrl &url, const QByteArray &body)
 {
-    return {HttpMethod::Post, url, {{"Content-Type", "application/json"}}, body, 5s};
+    return {HttpMethod::Post, url, {{"Content-Type", "application/json"}}, body, patience};
 }
 
 QByteArray pathOf(const QByteArray &request)

@@ -51,9 +51,6 @@ int main(int argc, char *argv[])
     }
     const int result = RUN_ALL_TESTS();
     manager.terminate();
-    if (!manager.waitForFinished(5000)) {
-        manager.kill();
-        manager.waitForFinished(5000);
-    }
+    manager.waitForFinished(-1);
     return result;
 }

@@ -1,5 +1,7 @@
 #include "child_process.h"
 
+#include "tests/platform/wait_until.h"
+
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -8,7 +10,7 @@
 
 namespace corvane::tests {
 
-constexpr int patience = 20'000;
+constexpr int patienceMs = patience.count();
 
 ChildProcess::ChildProcess(const std::vector<std::string> &command,
                            const std::map<std::string, std::string> &environment,
@@ -32,26 +34,26 @@ ChildProcess::ChildProcess(const std::vector<std::string> &command,
         prctl(PR_SET_PDEATHSIG, SIGKILL);
     });
     m_process.start(words.takeFirst(), words);
-    m_process.waitForStarted(patience);
+    m_process.waitForStarted(patienceMs);
 }
 
 ChildProcess::~ChildProcess()
 {
     m_process.kill();
-    m_process.waitForFinished(patience);
+    m_process.waitForFinished(patienceMs);
 }
 
 void ChildProcess::write(const std::string &text)
 {
     m_process.write(text.data(), static_cast<qint64>(text.size()));
     // A program that has been killed does not read; its end is what the tests look at.
-    m_process.waitForBytesWritten(patience);
+    m_process.waitForBytesWritten(patienceMs);
 }
 
 std::optional<std::string> ChildProcess::readLine()
 {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(patience)) {
+        if (!m_process.waitForReadyRead(patienceMs)) {
             return std::nullopt;
         }
     }
@@ -72,7 +74,7 @@ QByteArray ChildProcess::read()
 
 int ChildProcess::waitForEnd()
 {
-    m_process.waitForFinished(patience);
+    m_process.waitForFinished(patienceMs);
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 

@@ -112,8 +112,7 @@ QDBusMessage KeyringDesktop::call(const QString &path, const char *interface, co
                                        QString::fromLatin1(interface), QString::fromLatin1(method));
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    constexpr int timeout = 5000;
-    return m_bus.connection().call(message, QDBus::Block, timeout);
+    return m_bus.connection().call(message, QDBus::Block, static_cast<int>(patience.count()));
 }
 
 std::optional<QStringList> KeyringDesktop::paths(const QString &service) const

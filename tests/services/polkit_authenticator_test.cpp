@@ -28,7 +28,7 @@ std::string copyInto(const std::string &folder, const std::filesystem::path &pro
 class Wallet : public ChildProcess
 {
 public:
-    explicit Wallet(const std::string &folder, const char *userBound = "20000")
+    explicit Wallet(const std::string &folder, const char *userBound = "60000")
         : ChildProcess(
               {copyInto(folder, WALLET_ACTOR), folder + "/accounts.json", "polkit", userBound}, {},
               PolkitDesktop::user)
@@ -128,7 +128,7 @@ TEST_F(PolkitAuthenticatorTest, GivesUpOnAPersonWhoDoesNotAnswerAndOnAPolkitThat
 {
     ASSERT_TRUE(desktop->startPolkit());
     {
-        Wallet hasty(folder->path(), "500");
+        Wallet hasty(folder->path(), "3000");
         const auto agent = hasty.agent("hang");
         EXPECT_EQ(hasty.ask("evaluate unlock Corvane"), "failure not passed");
         EXPECT_EQ(agent->readLine(), "org.corvane.unlock: unlock Corvane");

@@ -12,6 +12,7 @@
 #include "platform/thread_background_tasks.h"
 #include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
+#include "tests/platform/wait_until.h"
 
 #include <QByteArray>
 
@@ -41,8 +42,7 @@ class Actor
 public:
     Actor(Authenticator &authenticator, const QString &accounts)
         : m_authenticator(authenticator)
-        , m_keychain(authenticator, accounts,
-                     {.quick = std::chrono::seconds(5), .unlock = std::chrono::seconds(5)})
+        , m_keychain(authenticator, accounts, {.quick = tests::patience, .unlock = tests::patience})
     {}
 
     std::string obey(const QString &command, const QString &rest)

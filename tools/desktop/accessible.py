@@ -8,12 +8,12 @@ from dataclasses import dataclass
 
 from gi.repository import Gio, GLib
 
-from .waiting import wait_until
+from .waiting import PATIENCE, wait_until
 
 _ROOT = "/org/a11y/atspi/accessible/root"
 _REGISTRY = "org.a11y.atspi.Registry"
 _ACCESSIBLE = "org.a11y.atspi.Accessible"
-_CALL_MS = 5000
+_CALL_MS = round(1000 * PATIENCE)
 _FLAGS = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
           | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
 _SHOWING, _FOCUSED = 1 << 25, 1 << 12

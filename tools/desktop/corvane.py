@@ -8,7 +8,7 @@ import time
 
 from . import processes
 from .accessible import AccessibleTree
-from .waiting import wait_until
+from .waiting import PATIENCE, wait_until
 
 _ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ.get("CORVANE_BINARY", _ROOT / "build/release/app/corvane"))
@@ -265,9 +265,9 @@ class Corvane:
             raise RuntimeError(f"Corvane ended with {self._process.poll()}\n{self.messages()}")
         return self.desktop.screen.window_named("Corvane") and self.is_resting()
 
-    def wait_for_end(self, seconds=None):
-        """The status with which it ends by itself, however long that takes, or within a bound."""
-        return self._process.wait(seconds)
+    def wait_for_end(self):
+        """The status with which it ends by itself."""
+        return self._process.wait(PATIENCE)
 
     def send_signal(self, number):
         self._process.send_signal(number)
@@ -280,5 +280,5 @@ class Corvane:
 
     def start_again(self, *arguments):
         """Starts it a second time, to the end; with its status and what it said."""
-        return subprocess.run([*self._command, *arguments], env=self.environment, timeout=20,
+        return subprocess.run([*self._command, *arguments], env=self.environment, timeout=PATIENCE,
                               capture_output=True, text=True, check=False)

@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 
 from . import processes
-from .waiting import wait_until
+from .waiting import PATIENCE, wait_until
 from .x11 import Backdrop, Screen
 
 _ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
@@ -153,19 +153,19 @@ class VirtualDesktop:
         subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.secrets",
                         "/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
                         "array:objpath:/org/freedesktop/secrets/collection/login"],
-                       env=self.environment, stdout=subprocess.DEVNULL, timeout=5, check=True)
+                       env=self.environment, stdout=subprocess.DEVNULL, timeout=PATIENCE, check=True)
 
     def set_clipboard(self, text):
         """Puts text on the clipboard, as another program does."""
         # It stays behind to serve the text until somebody else has the clipboard.
         subprocess.run(["xclip", "-selection", "clipboard", "-in"], env=self.environment,
                        input=text.encode(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                       timeout=5, check=True)
+                       timeout=PATIENCE, check=True)
 
     def clipboard(self):
         """The text in the clipboard."""
         read = subprocess.run(["xclip", "-selection", "clipboard", "-out"], env=self.environment,
-                              capture_output=True, text=True, timeout=5, check=False)
+                              capture_output=True, text=True, timeout=PATIENCE, check=False)
         return read.stdout if read.returncode == 0 else None
 
     def make_browser(self):

@@ -2,10 +2,12 @@
 
 from gi.repository import Gio, GLib
 
+from .waiting import PATIENCE
+
 _NAME = "org.freedesktop.secrets"
 _ROOT = "/org/freedesktop/secrets"
 _SERVICE, _ITEM = "org.freedesktop.Secret.Service", "org.freedesktop.Secret.Item"
-_CALL_MS = 5000
+_CALL_MS = round(1000 * PATIENCE)
 
 
 class Keyring:

@@ -8,6 +8,7 @@ import tempfile
 import urllib.request
 
 from . import processes
+from .waiting import PATIENCE
 
 _NODE = os.environ.get("CORVANE_NODE", "node")
 _SERVER = pathlib.Path(__file__).resolve().parents[1] / "localnet" / "server.mjs"
@@ -58,7 +59,7 @@ class Localnet:
         data = None if body is None else json.dumps(body).encode()
         request = urllib.request.Request(self.url + path, data,
                                          {"Content-Type": "application/json"})
-        with _OPENER.open(request, timeout=10) as answer:
+        with _OPENER.open(request, timeout=PATIENCE) as answer:
             return json.load(answer)
 
     def control(self, what, **settings):

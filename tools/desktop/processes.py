@@ -6,9 +6,10 @@ import select
 import signal
 import subprocess
 
+from .waiting import PATIENCE
+
 _LIBC = ctypes.CDLL(None)
 _PR_SET_PDEATHSIG = 1
-_END_SECONDS = 5
 
 
 def end_with_parent():
@@ -30,7 +31,7 @@ def stop(process):
     if process.poll() is None:
         process.terminate()
         try:
-            process.wait(_END_SECONDS)
+            process.wait(PATIENCE)
         except subprocess.TimeoutExpired:
             process.kill()
     status = process.wait()
@@ -39,11 +40,11 @@ def stop(process):
     return status
 
 
-def read_line(descriptor, what, seconds=15.0):
+def read_line(descriptor, what):
     """The first line that comes through the pipe `descriptor`."""
     line = b""
     while not line.endswith(b"\n"):
-        ready, _, _ = select.select([descriptor], [], [], seconds)
+        ready, _, _ = select.select([descriptor], [], [], PATIENCE)
         piece = os.read(descriptor, 1) if ready else b""
         if not piece:
             raise RuntimeError(f"{what} {'ended' if ready else 'is silent'}")

@@ -6,13 +6,13 @@ from gi.repository import Gio, GLib
 from Xlib import X, display
 from Xlib.protocol import event
 
-from .waiting import wait_until
+from .waiting import PATIENCE, wait_until
 from .x11 import Picture
 
 _WATCHER = "org.kde.StatusNotifierWatcher"
 _ITEM = "org.kde.StatusNotifierItem"
 _MENU = "com.canonical.dbusmenu"
-_CALL_MS = 5000
+_CALL_MS = round(1000 * PATIENCE)
 _FLAGS = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
           | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
 _INTERFACE = f"""
@@ -53,7 +53,7 @@ class StatusNotifierHost:
         # Its own thread, since the program waits for some answers.
         self._thread = threading.Thread(target=self._run, args=[ready], daemon=True)
         self._thread.start()
-        if not ready.wait(5):
+        if not ready.wait(PATIENCE):
             raise RuntimeError("no status notifier host")
         return self
 
