@@ -4,14 +4,13 @@ import contextlib
 import json
 import re
 
-from support import KEY, KEY_ADDRESS, WalletTest, wait_until
+from support import KEY, KEY_ADDRESS, RECIPIENT, WalletTest, wait_until
 
 from desktop import Keyring
 from peers import LAST, NEW, SENT
 
 SERVICE = "corvane.signing-key"
 SECRET = bytes(range(1, 33))
-RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
 SHORT = "9C6h…Jtpj"
 SOL, FEE = 1_000_000_000, 5000
 
@@ -35,8 +34,6 @@ class PeersTest(WalletTest):
                 except BaseException:
                     self.stop()
                     raise
-        if self.corvane:
-            self.opens_and_folds()
 
     @property
     def accounts_file(self):
@@ -84,7 +81,7 @@ class PeersTest(WalletTest):
     def cycle_ended(self, after):
         """A forced cycle ends with the chart."""
         wait_until(lambda: any(entry["name"] == "chart" for entry in self.localnet.requests(after)),
-                   "the end of the cycle", seconds=15)
+                   "the end of the cycle")
 
     def refresh(self, figures):
         self.cycle_ended(self.press_refresh())
@@ -94,15 +91,12 @@ class PeersTest(WalletTest):
         with Keyring(self.desktop.bus_address) as keyring:
             return getattr(keyring, act)(*arguments)
 
-    def place_key(self, protection="none"):
-        self.in_keyring("create", {"service": SERVICE, "account": KEY_ADDRESS,
-                                   "protection": protection, "xdg:schema": "org.corvane.Item"}, SECRET)
-
     def prepare(self, protection="none"):
         """A key in the keyring of which the program has heard."""
         self.stop()
         self.desktop.empty_keyring()
-        self.place_key(protection)
+        self.in_keyring("create", {"service": SERVICE, "account": KEY_ADDRESS,
+                                   "protection": protection, "xdg:schema": "org.corvane.Item"}, SECRET)
         self.accounts_file.parent.mkdir()
         self.accounts_file.write_text(json.dumps({SERVICE: {
             "account": KEY_ADDRESS, "collection": "/org/freedesktop/secrets/collection/login"}}))

@@ -17,10 +17,10 @@ processes.interrupt_on_terminate()
 SCREENSHOTS = pathlib.Path(os.environ.get("CORVANE_SCREENSHOTS", ROOT / "build/screenshots"))
 ADDRESS = "4uQeVj5tqViQh7yWWGStvkEG1Zmhx6uasJtWCJziofM"
 SHORT_ADDRESS = "4uQe…iofM"
-# The key whose seed is 1, 2, … 32, in the forms that other wallets give out.
+# The key whose seed is 1, 2, … 32, as other wallets give it out.
 KEY_ADDRESS = "9C6hybhQ6Aycep9jaUnP6uL9ZYvDjUp1aSkFWPUFJtpj"
 KEY = "2Ana1pUpv2ZbMVkwF5FXapYeBEjdxDatLn7nvJkhgTSdZd8hbDHTd21as7EAsg7ypityqfsw2pMQKJcVDVcAEsd"
-SEED = "4wBqpZM9xaSheZzJSMawUKKwhdpChKbZ5eu5ky4Vigw"
+RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
 PRICE = {"price": 150.25, "change": 2.345, "chart": None}
 
 
@@ -124,5 +124,5 @@ def solana(script, *arguments):
     return done.stdout.strip()
 
 
-__all__ = ["ADDRESS", "KEY", "KEY_ADDRESS", "PROGRAM", "ROOT", "SCREENSHOTS", "SEED", "SHORT_ADDRESS", "IslandTest", "WalletTest", "solana",
-           "wait_until"]
+__all__ = ["ADDRESS", "KEY", "KEY_ADDRESS", "PROGRAM", "RECIPIENT", "SCREENSHOTS", "SHORT_ADDRESS", "IslandTest", "WalletTest",
+           "solana", "wait_until"]

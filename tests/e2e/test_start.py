@@ -11,39 +11,13 @@ class CommandLineTest(unittest.TestCase):
     def test_tells_without_a_display_and_refuses_to_lose_coins(self):
         environment = {key: value for key, value in os.environ.items()
                        if key not in ("DISPLAY", "WAYLAND_DISPLAY", "CORVANE_ENDPOINTS")}
-        for arguments, status, text in (
-                (["--help"], 0, "--endpoints"),
-                (["--version"], 0, "Corvane "),
-                (["--no-such-option"], 2, "--help"),
-                (["--endpoints", "/no/such/file"], 2, "/no/such/file"),
-                (["--demo-keychain"], 2, "--endpoints"),
-                (["--watch", "not-an-address"], 2, "address")):
-            with self.subTest(arguments):
-                ended = subprocess.run([PROGRAM, *arguments], env=environment, timeout=10,
-                                       capture_output=True, text=True, check=False)
+        for argument, status, text in (("--version", 0, "Corvane "), ("--no-such-option", 2, "--help"),
+                                       ("--demo-keychain", 2, "--endpoints")):
+            with self.subTest(argument):
+                ended = subprocess.run([PROGRAM, argument], env=environment, capture_output=True, text=True,
+                                       check=False)
                 self.assertEqual(ended.returncode, status, ended.stderr)
                 self.assertIn(text, ended.stderr if status else ended.stdout)
-                self.assertNotIn("demo address", ended.stdout)
-
-
-class FullDesktopTest(IslandTest):
-    def test_no_network_shows_the_card_without_figures(self):
-        self.localnet.stop()
-        self.addCleanup(self.localnet.start)
-        with self.run_corvane() as corvane:
-            corvane.hover()
-            corvane.wait_for("TOTAL BALANCE", "—", "≈ —", "SOL —")
-            corvane.leave()
-
-    def test_unknown_locale(self):
-        with self.run_corvane(environment={"LANG": "xx_YY.UTF-8", "LC_ALL": "xx_YY"}) as corvane:
-            corvane.hover()
-            corvane.wait_for("$1,234.05")
-
-    def test_ends_when_told(self):
-        with self.run_corvane() as corvane:
-            corvane.stop()
-            self.assertIsNone(self.desktop.screen.window_named("Corvane"))
 
 
 class NoBusTest(IslandTest):
@@ -52,15 +26,8 @@ class NoBusTest(IslandTest):
     def test_starts_and_opens(self):
         for demo in (True, False):
             with self.subTest(demo=demo), self.run_corvane(demo=demo) as corvane:
+                self.assertEqual(corvane.start_again("--quit").returncode, 1)
                 self.assert_opens_and_folds(corvane)
-
-
-class NoWindowManagerTest(IslandTest):
-    desktop_kind = {"window_manager": False}
-
-    def test_starts_and_opens(self):
-        with self.run_corvane() as corvane:
-            self.assert_opens_and_folds(corvane)
 
 
 class BareServerTest(IslandTest):

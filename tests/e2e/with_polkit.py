@@ -1,8 +1,7 @@
 #!/usr/bin/python3
 """with_polkit.py COMMAND...: runs a command as an ordinary user whose system bus has a real polkit
 that knows Corvane's actions, and whose applications folder is empty and their own, all in a mount
-namespace. The user is made for it; the environment names them: CORVANE_TESTER and
-CORVANE_TESTER_PASSWORD; and CORVANE_SMALL_DISK, a disk of theirs of 64 KiB.
+namespace. The user is made for it; the environment names them: CORVANE_TESTER and CORVANE_TESTER_PASSWORD.
 
 Without root, or without the right to mount, the command runs as it is and is told of no tester."""
 
@@ -128,17 +127,12 @@ def main():
         try:
             make_user(folder)
             started = start_polkit(folder)
-            small_disk = folder / "small-disk"
-            small_disk.mkdir()
-            mount("-t", "tmpfs", "-o", f"mode=0700,uid={ID},size=64k", "tmpfs", small_disk)
-            os.environ["CORVANE_SMALL_DISK"] = str(small_disk)
             with empty_applications():
                 return run(command, folder)
         finally:
             for process in started:
                 processes.stop(process)
-            for place in ("checkout", "small-disk"):
-                subprocess.run(["umount", "--lazy", str(folder / place)], check=False)
+            subprocess.run(["umount", "--lazy", str(folder / "checkout")], check=False)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,47 @@
+"""The balance card: its figures, the switch between dollars and coins, the address to copy."""
+
+from support import ADDRESS, SHORT_ADDRESS, IslandTest, wait_until
+
+GREEN, RED = (60, 208, 107), (232, 86, 86)
+
+
+class BalanceTest(IslandTest):
+    def test_shows_the_figures_and_follows_them(self):
+        with self.run_corvane() as corvane:
+            self.assertEqual(corvane.tree.texts(), [], "the resting island shows no text")
+            corvane.tree.listen()
+            corvane.hover()
+            wait_until(lambda: corvane.tree.heard() == ["TOTAL BALANCE $1,234.05"],
+                       lambda: f"a screen reader that says it, not {corvane.tree.heard()}")
+            corvane.wait_for("QUIB", "DEMO", "TOTAL BALANCE", "MAINNET", "+2.35%", "$1,234.05",
+                             "≈ 8,200 QUIB  ·  USDC 2.00", "SOL $150.25", SHORT_ADDRESS, "RECEIVE",
+                             "SEND")
+            self.assert_drawn_in(corvane, "+2.35%", GREEN)
+            self.localnet.fund(ADDRESS, 10, "12.5")
+            self.localnet.control("price", price=100, change=-1.5)
+            corvane.press_button("Refresh")
+            corvane.wait_for("$1,012.50", "≈ 10,000 QUIB  ·  USDC 12.50", "SOL $100.00", "-1.50%")
+            self.assert_drawn_in(corvane, "-1.50%", RED)
+            corvane.leave()
+            wait_until(lambda: not corvane.tree.texts(), "a folded card that shows no text")
+
+    def assert_drawn_in(self, corvane, text, colour):
+        """The colour, apart from what smooth edges make of it, is that of the text."""
+        picture = corvane.settled()
+        drawn = picture.colours(*corvane.tree.find(text).extents(self.desktop.scale))
+        near = [other for other in (GREEN, RED) if any(
+            all(abs(one - two) < 40 for one, two in zip(seen, other)) for seen in drawn)]
+        self.assertEqual(near, [colour], text)
+
+    def test_headline_is_remembered_and_the_address_copied(self):
+        with self.run_corvane() as corvane:
+            corvane.hover()
+            corvane.press_button("$1,234.05")
+            corvane.wait_for("8.2000 SOL")
+            corvane.press_button(SHORT_ADDRESS)
+            wait_until(lambda: self.desktop.clipboard() == ADDRESS, "the address in the clipboard")
+            corvane.leave()
+            corvane.stop()
+            corvane.start()
+            corvane.hover()
+            corvane.wait_for("8.2000 SOL")
