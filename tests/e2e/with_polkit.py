@@ -64,6 +64,7 @@ def start_polkit(folder):
     action = ACTIONS / "org.corvane.policy"
     shutil.copyfile(ROOT / "assets/org.corvane.policy", action)
     action.chmod(0o644)
+    os.chown(ACTIONS, ID, ID)  # tests take the action away
     configuration = folder / "bus.conf"
     configuration.write_text(BUS_CONFIGURATION)
     log = folder / "messages"
@@ -95,23 +96,18 @@ def empty_applications():
 
 def run(command, folder):
     # Reached by another path, the checkout may lie in a folder that is closed to the user.
-    checkout, pictures = folder / "checkout", folder / "pictures"
-    for place in (checkout, pictures):
-        place.mkdir()
-    os.chown(pictures, ID, ID)
+    checkout = folder / "checkout"
+    checkout.mkdir()
     mount("--bind", ROOT, checkout)
 
     def moved(text):
         return text.replace(str(ROOT), str(checkout))
     environment = {name: moved(value) for name, value in os.environ.items()}
-    environment |= {"CORVANE_TESTER": USER, "CORVANE_TESTER_PASSWORD": PASSWORD, "HOME": "/tmp",
-                    "CORVANE_SCREENSHOTS": str(pictures)}
+    environment |= {"CORVANE_TESTER": USER, "CORVANE_TESTER_PASSWORD": PASSWORD, "HOME": "/tmp"}
     pathlib.Path("/tmp/.X11-unix").mkdir(mode=0o1777, exist_ok=True)
     as_user = ["setpriv", f"--reuid={ID}", f"--regid={ID}", "--clear-groups"]
-    status = subprocess.run([*as_user, *map(moved, command)], env=environment,
-                            cwd=moved(os.getcwd()), check=False).returncode
-    shutil.copytree(pictures, ROOT / "build/screenshots", dirs_exist_ok=True)
-    return status
+    return subprocess.run([*as_user, *map(moved, command)], env=environment,
+                          cwd=moved(os.getcwd()), check=False).returncode
 
 
 def main():

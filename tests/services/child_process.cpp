@@ -3,18 +3,15 @@
 #include "tests/platform/wait_until.h"
 
 #include <sys/prctl.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <stdexcept>
 
 namespace corvane::tests {
 
 constexpr int patienceMs = patience.count();
 
 ChildProcess::ChildProcess(const std::vector<std::string> &command,
-                           const std::map<std::string, std::string> &environment,
-                           std::optional<uid_t> user)
+                           const std::map<std::string, std::string> &environment)
 {
     QStringList words;
     for (const std::string &word : command) {
@@ -26,13 +23,7 @@ ChildProcess::ChildProcess(const std::vector<std::string> &command,
     }
     m_process.setProcessEnvironment(variables);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.setChildProcessModifier([user] {
-        if (user && (setgid(*user) != 0 || setuid(*user) != 0)) {
-            _exit(127);
-        }
-        // After the change of user, which would forget it.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-    });
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(words.takeFirst(), words);
     m_process.waitForStarted(patienceMs);
 }
@@ -70,19 +61,6 @@ QByteArray ChildProcess::read()
 {
     m_process.waitForReadyRead(1);
     return m_process.readAllStandardOutput();
-}
-
-int ChildProcess::waitForEnd()
-{
-    m_process.waitForFinished(patienceMs);
-    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-}
-
-TemporaryFolder::TemporaryFolder(std::optional<uid_t> owner)
-{
-    if (!m_folder.isValid() || (owner && chown(path().c_str(), *owner, *owner) != 0)) {
-        throw std::runtime_error("no temporary folder");
-    }
 }
 
 } // namespace corvane::tests

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <sys/types.h>
 
@@ -12,15 +11,13 @@
 
 namespace corvane::tests {
 
-/// A program with its standard input and output as pipes; killed with this object. No wait for it
-/// is longer than twenty seconds.
+/// A program with its standard input and output as pipes; killed with this object.
 class ChildProcess
 {
 public:
-    /// `environment` is added to this process's own. With `user` the program runs as that user.
+    /// `environment` is added to this process's own.
     explicit ChildProcess(const std::vector<std::string> &command,
-                          const std::map<std::string, std::string> &environment = {},
-                          std::optional<uid_t> user = std::nullopt);
+                          const std::map<std::string, std::string> &environment = {});
     ~ChildProcess();
 
     [[nodiscard]] pid_t pid() const { return static_cast<pid_t>(m_process.processId()); }
@@ -32,23 +29,9 @@ public:
     std::string ask(const std::string &line);
     /// What has come out since the last reading.
     [[nodiscard]] QByteArray read();
-    /// Waits for the end; the exit code, -1 after a signal.
-    int waitForEnd();
 
 private:
     QProcess m_process;
-};
-
-/// A new folder under the system's temporary one, deleted with this object.
-class TemporaryFolder
-{
-public:
-    explicit TemporaryFolder(std::optional<uid_t> owner = std::nullopt);
-
-    [[nodiscard]] std::string path() const { return m_folder.path().toStdString(); }
-
-private:
-    QTemporaryDir m_folder;
 };
 
 } // namespace corvane::tests

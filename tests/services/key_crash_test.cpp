@@ -48,12 +48,12 @@ public:
         : environment{{"LD_PRELOAD", KILL_POINTS},
                       {"CORVANE_KILL_STEP", std::to_string(step)},
                       {"CORVANE_KILL_WHEN", when},
-                      {"CORVANE_KILL_ARMED", m_folder.path() + "/armed"}}
+                      {"CORVANE_KILL_ARMED", m_folder.path().toStdString() + "/armed"}}
     {}
     void arm() const { std::ofstream file(environment.at("CORVANE_KILL_ARMED")); }
 
 private:
-    TemporaryFolder m_folder;
+    QTemporaryDir m_folder;
 
 public:
     const std::map<std::string, std::string> environment;
@@ -139,9 +139,9 @@ TEST(KeyCrashTest, AKeyringKilledMeanwhileLeavesAWholeKeyOrNone)
 
 TEST(KeyCrashTest, AProgramWithoutABusHasNoKeychain)
 {
-    const TemporaryFolder folder;
-    Wallet wallet(QString::fromStdString(folder.path() + "/accounts.json"),
-                  {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder.path() + "/none"}});
+    const QTemporaryDir folder;
+    Wallet wallet(folder.filePath(QStringLiteral("accounts.json")),
+                  {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
     EXPECT_EQ(wallet.wholeKey(), "none");
     EXPECT_EQ(wallet.ask("remove"), "kept");
     EXPECT_EQ(wallet.ask(storeNew), std::to_string(platform::keychainNotAvailable));

@@ -29,24 +29,18 @@ bool isReply(const QDBusMessage &message)
 
 } // namespace
 
-std::string busConfiguration(const std::string &type, const std::string &socket)
+SessionBus::SessionBus()
 {
-    return "<busconfig><type>" + type + "</type><listen>unix:path=" + socket +
-           "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
-           "<allow own=\"*\"/><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-           "<allow eavesdrop=\"true\"/></policy></busconfig>";
-}
-
-SessionBus::SessionBus(std::optional<uid_t> user)
-    : m_user(user)
-    , m_folder(user)
-{
-    const std::string configuration = m_folder.path() + "/bus.conf";
-    std::ofstream(configuration) << busConfiguration("session", m_folder.path() + "/bus");
+    const std::string folder = m_folder.path().toStdString();
+    const std::string configuration = folder + "/bus.conf";
+    std::ofstream(configuration)
+        << "<busconfig><type>session</type><listen>unix:path=" + folder +
+               "/bus</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
+               "<allow own=\"*\"/><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+               "<allow eavesdrop=\"true\"/></policy></busconfig>";
     m_daemon = std::make_unique<ChildProcess>(
         std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration, "--nofork",
-                                 "--nopidfile", "--print-address=1"},
-        std::map<std::string, std::string>{}, user);
+                                 "--nopidfile", "--print-address=1"});
     m_address = m_daemon->readLine().value_or("");
     const QString address = QString::fromStdString(m_address);
     m_connection = QDBusConnection::connectToBus(address, address);
@@ -58,7 +52,6 @@ SessionBus::SessionBus(std::optional<uid_t> user)
 
 KeyringDesktop::KeyringDesktop(const SessionBus &bus)
     : m_bus(bus)
-    , m_folder(bus.user())
 {
     setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
 }
@@ -66,8 +59,9 @@ KeyringDesktop::KeyringDesktop(const SessionBus &bus)
 bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string> environment)
 {
     std::string program = GNOME_KEYRING_DAEMON;
+    const std::string folder = m_folder.path().toStdString();
     if (!environment.empty()) {
-        const std::string copy = m_folder.path() + "/gnome-keyring-daemon";
+        const std::string copy = folder + "/gnome-keyring-daemon";
         std::filesystem::copy_file(program, copy,
                                    std::filesystem::copy_options::overwrite_existing);
         program = copy;
@@ -76,11 +70,11 @@ bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string
     if (start == Start::Unlocked) {
         command.emplace_back("--unlock");
     }
-    environment.insert({{"HOME", m_folder.path()},
-                        {"XDG_DATA_HOME", m_folder.path()},
-                        {"XDG_RUNTIME_DIR", m_folder.path()},
+    environment.insert({{"HOME", folder},
+                        {"XDG_DATA_HOME", folder},
+                        {"XDG_RUNTIME_DIR", folder},
                         {"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}});
-    m_daemon = std::make_unique<ChildProcess>(command, environment, m_bus.user());
+    m_daemon = std::make_unique<ChildProcess>(command, environment);
     m_daemon->write(start == Start::Unlocked ? "correct horse" : "");
     m_daemon->closeInput();
     return waitUntil([&] { return items(u"nothing"_s).has_value(); });
@@ -161,7 +155,7 @@ bool KeyringDesktop::deleteItems(const QString &service) const
 
 QString KeyringDesktop::file(const char *name) const
 {
-    return QString::fromStdString(m_folder.path()) + u'/' + QString::fromUtf8(name);
+    return m_folder.filePath(QString::fromUtf8(name));
 }
 
 } // namespace corvane::tests

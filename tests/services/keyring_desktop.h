@@ -5,27 +5,23 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QMap>
+#include <QTemporaryDir>
 
 #include <memory>
 
 namespace corvane::tests {
 
-/// A bus's configuration that lets everybody do everything and starts no service.
-[[nodiscard]] std::string busConfiguration(const std::string &type, const std::string &socket);
-
-/// A session bus of its own.
+/// A session bus of its own, which lets everybody do everything and starts no service.
 class SessionBus
 {
 public:
-    explicit SessionBus(std::optional<uid_t> user = std::nullopt);
+    SessionBus();
 
     [[nodiscard]] const QDBusConnection &connection() const { return *m_connection; }
     [[nodiscard]] const std::string &address() const { return m_address; }
-    [[nodiscard]] std::optional<uid_t> user() const { return m_user; }
 
 private:
-    std::optional<uid_t> m_user;
-    TemporaryFolder m_folder;
+    QTemporaryDir m_folder;
     std::unique_ptr<ChildProcess> m_daemon;
     std::string m_address;
     std::optional<QDBusConnection> m_connection;
@@ -68,7 +64,7 @@ private:
     [[nodiscard]] std::optional<QStringList> paths(const QString &service) const;
 
     const SessionBus &m_bus;
-    TemporaryFolder m_folder;
+    QTemporaryDir m_folder;
     std::unique_ptr<ChildProcess> m_daemon;
 };
 

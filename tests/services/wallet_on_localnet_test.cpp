@@ -1,5 +1,5 @@
-// The whole path from a key to a settled transfer: a real keyring, the real HTTP client, and the
-// real Solana runtime behind its JSON-RPC port.
+// The memory of a process whose key goes the whole path to a settled transfer: a real keyring, the
+// real HTTP client, and the real Solana runtime behind its JSON-RPC port.
 
 #include "core/wallet_model.h"
 #include "keyring_desktop.h"
@@ -35,10 +35,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 fee = 5'000;
 constexpr qint64 funds = 2'000'000'000;
 const QString recipient = u"9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM"_s;
-const QString sendFailed = u"send failed — check balance covers amount + fee"_s;
 
 template <typename Value>
 Value finish(QCoro::Task<Value> task)
@@ -132,21 +130,19 @@ std::span<const std::uint8_t> bytesOf(const QByteArray &text)
 class WalletOnLocalnetTest : public testing::Test
 {
 protected:
-    static void SetUpTestSuite() { bus = std::make_unique<SessionBus>(); }
-    static void TearDownTestSuite() { bus.reset(); }
-
     void SetUp() override
     {
         ASSERT_TRUE(m_desktop.startKeyring());
         const auto line = m_localnet.readLine();
         ASSERT_TRUE(line) << "the local cluster does not start";
-        m_url = QJsonDocument::fromJson(QByteArray::fromStdString(*line))[u"url"_s].toString();
-        m_endpoints.mainnet = m_url + u"/mainnet"_s;
-        m_endpoints.devnet = m_url + u"/devnet"_s;
-        m_endpoints.walletApp = m_url + u"/wallet"_s;
-        m_endpoints.coingecko = m_url + u"/coingecko"_s;
-        m_endpoints.binance = m_url + u"/binance"_s;
-        m_endpoints.coinbase = m_url + u"/coinbase"_s;
+        const QString url =
+            QJsonDocument::fromJson(QByteArray::fromStdString(*line))[u"url"_s].toString();
+        m_endpoints.mainnet = url + u"/mainnet"_s;
+        m_endpoints.devnet = url + u"/devnet"_s;
+        m_endpoints.walletApp = url + u"/wallet"_s;
+        m_endpoints.coingecko = url + u"/coingecko"_s;
+        m_endpoints.binance = url + u"/binance"_s;
+        m_endpoints.coinbase = url + u"/coinbase"_s;
         launch();
     }
 
@@ -161,21 +157,6 @@ protected:
                                  m_formatter, m_files, m_endpoints});
     }
 
-    void createFundedWallet()
-    {
-        ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(m_model->createWallet()));
-        m_address = m_model->address();
-        static_cast<void>(finish(m_model->rpc(u"requestAirdrop"_s, {m_address, double(funds)})));
-        ASSERT_EQ(lamports(m_address), funds);
-    }
-
-    qint64 lamports(const QString &address)
-    {
-        const auto reply = finish(m_model->rpc(u"getBalance"_s, {address}));
-        const auto *result = std::get_if<QJsonValue>(&reply);
-        return result != nullptr ? result->toObject()[u"value"_s].toInteger() : -1;
-    }
-
     /// The signature, or the error's description.
     QString send(double amount)
     {
@@ -184,24 +165,9 @@ protected:
         return error != nullptr ? error->description() : std::get<QString>(result);
     }
 
-    void control(const QString &verb, const QJsonObject &body)
-    {
-        platform::HttpRequest request;
-        request.method = platform::HttpMethod::Post;
-        request.url = QUrl(m_url + u"/control/"_s + verb);
-        request.headers = {{"Content-Type", "application/json"}};
-        request.body = QJsonDocument(body).toJson();
-        const auto pending = m_http.send(request);
-        ASSERT_TRUE(waitUntil([&] { return pending.await_ready(); }));
-        const auto result = pending.await_resume();
-        ASSERT_EQ(std::get<platform::HttpReply>(result).status, 200) << qPrintable(verb);
-    }
-
-    static inline std::unique_ptr<SessionBus> bus;
-
-    KeyringDesktop m_desktop{*bus};
+    SessionBus m_bus;
+    KeyringDesktop m_desktop{m_bus};
     ChildProcess m_localnet{{NODE, LOCALNET_SERVER}};
-    QString m_url;
     FakeAuthenticator m_owner{true};
     platform::QtMainQueue m_queue;
     platform::CurlHttpClient m_http;
@@ -215,74 +181,6 @@ protected:
     std::unique_ptr<platform::SecretServiceKeychain> m_keychain;
     std::unique_ptr<core::WalletModel> m_model;
 };
-
-TEST_F(WalletOnLocalnetTest, MovesExactlyTheAmountAndTheFee)
-{
-    createFundedWallet();
-    launch();
-    EXPECT_EQ(m_model->signingPubkey(), m_address);
-    EXPECT_FALSE(m_model->sessionSecret());
-
-    // One proof of presence opens the island and the key.
-    const auto context = m_owner.makeContext({});
-    m_owner.evaluate(context, u"unlock Corvane"_s, [](bool) {});
-    m_owner.reasons.clear();
-    m_model->unlockSigningKey(context);
-    ASSERT_TRUE(waitUntil([&] { return m_model->sessionSecret().has_value(); }));
-    const QString signature = send(0.25);
-    EXPECT_TRUE(isSignature(signature)) << qPrintable(signature);
-    EXPECT_EQ(lamports(recipient), 250'000'000);
-    EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
-    EXPECT_TRUE(m_owner.reasons.isEmpty());
-    ASSERT_TRUE(waitUntil([&] { return m_model->sol() == 1.749995; })) << "the refresh follows";
-
-    // Locked again, a transfer asks by itself, and a refusal changes nothing.
-    launch();
-    m_owner.agrees = false;
-    EXPECT_EQ(send(0.1), u"touch id cancelled — nothing was sent"_s);
-    EXPECT_EQ(m_owner.reasons, QStringList{u"send 0.1000 SOL"_s});
-    EXPECT_EQ(lamports(m_address), funds - 250'000'000 - fee);
-    m_owner.agrees = true;
-    EXPECT_TRUE(isSignature(send(0.1)));
-    EXPECT_EQ(lamports(m_address), funds - 350'000'000 - 2 * fee);
-
-    // Imported on another machine, the backup is the same key.
-    const auto backup = finish(m_model->backupSecret());
-    ASSERT_TRUE(backup);
-    m_model->removeWallet();
-    launch();
-    EXPECT_FALSE(m_model->signingPubkey());
-    const auto imported = m_model->importSigningKey(textOf(*backup));
-    EXPECT_EQ(std::get<QString>(imported), m_address);
-}
-
-TEST_F(WalletOnLocalnetTest, TellsWhatTheClusterRefused)
-{
-    createFundedWallet();
-    EXPECT_EQ(send(3), sendFailed) << "more than there is";
-    EXPECT_EQ(send(2), sendFailed) << "nothing left for the fee";
-
-    // The cluster hands out a blockhash that it then forgets.
-    const auto reply = finish(m_model->rpc(u"getLatestBlockhash"_s, {}));
-    const QJsonObject stale{
-        {u"jsonrpc"_s, u"2.0"_s}, {u"id"_s, 1}, {u"result"_s, std::get<QJsonValue>(reply)}};
-    control(u"expire-blockhashes"_s, {});
-    control(u"fault"_s,
-            {{u"match"_s, u"getLatestBlockhash"_s},
-             {u"kind"_s, u"body"_s},
-             {u"count"_s, 1},
-             {u"body"_s, QString::fromUtf8(QJsonDocument(stale).toJson(QJsonDocument::Compact))}});
-    EXPECT_EQ(send(0.1), sendFailed) << "a stale blockhash";
-    EXPECT_EQ(lamports(m_address), funds);
-    EXPECT_EQ(lamports(recipient), 0);
-
-    // The transfer settles, but nobody hears of it.
-    control(u"fault"_s,
-            {{u"match"_s, u"sendTransaction"_s}, {u"kind"_s, u"drop-after"_s}, {u"count"_s, 1}});
-    EXPECT_EQ(send(0.1), sendFailed);
-    EXPECT_EQ(lamports(recipient), 100'000'000);
-    EXPECT_EQ(lamports(m_address), funds - 100'000'000 - fee);
-}
 
 TEST_F(WalletOnLocalnetTest, LeavesTheSeedNowhereButInItsGuardedPages)
 {
