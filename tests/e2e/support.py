@@ -14,7 +14,6 @@ from desktop.corvane import PROGRAM  # noqa: E402
 
 processes.interrupt_on_terminate()
 
-SCREENSHOTS = pathlib.Path(os.environ.get("CORVANE_SCREENSHOTS", ROOT / "build/screenshots"))
 ADDRESS = "4uQeVj5tqViQh7yWWGStvkEG1Zmhx6uasJtWCJziofM"
 SHORT_ADDRESS = "4uQe…iofM"
 # The key whose seed is 1, 2, … 32, as other wallets give it out.
@@ -46,10 +45,6 @@ class IslandTest(unittest.TestCase):
         if settings is None or isinstance(settings, dict):
             settings = {"corvane.address": ADDRESS, **(settings or {})}
         return Corvane(self.desktop, self.localnet, settings=settings, **more)
-
-    def save(self, picture, name):
-        """Keeps a picture for people to look at."""
-        picture.save(SCREENSHOTS / f"{name}@{self.desktop.scale}x.png")
 
     def colour_at(self, x, y):
         """The colour of the screen at a place given as for Corvane."""
@@ -124,5 +119,5 @@ def solana(script, *arguments):
     return done.stdout.strip()
 
 
-__all__ = ["ADDRESS", "KEY", "KEY_ADDRESS", "PROGRAM", "RECIPIENT", "SCREENSHOTS", "SHORT_ADDRESS", "IslandTest", "WalletTest",
+__all__ = ["ADDRESS", "KEY", "KEY_ADDRESS", "PROGRAM", "RECIPIENT", "SHORT_ADDRESS", "IslandTest", "WalletTest",
            "solana", "wait_until"]

@@ -62,7 +62,6 @@ class MannersTest(IslandTest):
             # Opened once, it has certainly asked.
             self.widths_while_opening(corvane)
             wait_until(lambda: BRIGHT in self.colours(corvane), "bright labels")
-            self.save(corvane.capture(), "high-contrast")
             self.assertLessEqual(self.widths_while_opening(corvane), FEW)
 
     def test_setting_of_a_desktop_without_a_portal(self):

@@ -2,7 +2,7 @@
 
 import subprocess
 
-from support import ADDRESS, SCREENSHOTS, IslandTest, wait_until
+from support import ADDRESS, IslandTest, wait_until
 
 
 class ReceiveTest(IslandTest):
@@ -13,8 +13,8 @@ class ReceiveTest(IslandTest):
             corvane.hover()
             corvane.press_button("RECEIVE")
             corvane.wait_for("RECEIVE", "QR code of your address", ADDRESS)
-            self.save(corvane.settled(), "receive")
-            picture = SCREENSHOTS / "receive@2x.png"
+            picture = self.desktop.folder / "receive.png"
+            corvane.settled().save(picture)
             read = subprocess.run(["zbarimg", "--quiet", "--raw", str(picture)],
                                   capture_output=True, text=True, check=False)
             self.assertEqual(read.stdout.strip(), ADDRESS)

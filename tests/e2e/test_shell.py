@@ -4,7 +4,7 @@ import signal
 import subprocess
 
 from session_manager import SessionManager
-from support import SCREENSHOTS, IslandTest, wait_until
+from support import IslandTest, wait_until
 
 from desktop import StatusNotifierHost, XEmbedTray, processes
 
@@ -64,7 +64,6 @@ class XEmbedTest(ShellTest):
                         dot = picture.at(TRAY[0] + SIDE // 2, TRAY[1] + SIDE // 2)
                         return max(edge) < 100 and min(dot) > 240 and picture.at(*TRAY) == colour
                     wait_until(is_drawn, "the mark on the tray's own colour")
-                    screen.capture(*TRAY, SIDE, SIDE).save(SCREENSHOTS / f"tray-{colour[0]}.png")
             with XEmbedTray(screen, *TRAY, SIDE) as tray:
                 wait_until(tray.docked, "the icon in the tray")
                 screen.click(TRAY[0] + SIDE // 2, TRAY[1] + SIDE // 2)
