@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
-#include <numeric>
 #include <span>
 
 namespace corvane::tests {
@@ -119,22 +117,11 @@ void X11Display::warpPointer(QPoint pixel)
     sync();
 }
 
-void X11Display::click(QPoint pixel)
+QList<QRect> X11Display::shape(xcb_window_t window)
 {
-    movePointer(pixel);
-    constexpr std::uint8_t leftButton = 1;
-    for (const std::uint8_t kind :
-         {std::uint8_t{XCB_BUTTON_PRESS}, std::uint8_t{XCB_BUTTON_RELEASE}}) {
-        xcb_test_fake_input(m_connection.get(), kind, leftButton, XCB_CURRENT_TIME, XCB_NONE, 0, 0,
-                            0);
-    }
-    sync();
-}
-
-QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)
-{
-    const auto reply = ask(m_connection.get(), xcb_shape_get_rectangles_reply,
-                           xcb_shape_get_rectangles(m_connection.get(), window, kind));
+    const auto reply =
+        ask(m_connection.get(), xcb_shape_get_rectangles_reply,
+            xcb_shape_get_rectangles(m_connection.get(), window, XCB_SHAPE_SK_BOUNDING));
     QList<QRect> rectangles;
     if (reply) {
         for (const auto &each :
@@ -143,12 +130,6 @@ QList<QRect> X11Display::shape(xcb_window_t window, xcb_shape_kind_t kind)
         }
     }
     return rectangles;
-}
-
-QRect X11Display::extents(xcb_window_t window, xcb_shape_kind_t kind)
-{
-    const QList<QRect> rectangles = shape(window, kind);
-    return std::accumulate(rectangles.begin(), rectangles.end(), QRect(), std::bit_or<>());
 }
 
 Owned<xcb_query_tree_reply_t> X11Display::tree(xcb_window_t window)

@@ -14,8 +14,8 @@
 
 namespace corvane::tests {
 
-/// Another client of the display, with windows of its own, that moves the pointer and clicks as a
-/// person would.
+/// Another client of the display, with windows of its own, that moves the pointer as a person
+/// would.
 class X11Display
 {
 public:
@@ -43,10 +43,9 @@ public:
     void movePointer(QPoint pixel);
     /// Moves the pointer without its device.
     void warpPointer(QPoint pixel);
-    void click(QPoint pixel);
 
-    [[nodiscard]] QList<QRect> shape(xcb_window_t window, xcb_shape_kind_t kind);
-    [[nodiscard]] QRect extents(xcb_window_t window, xcb_shape_kind_t kind);
+    /// What the window is cut to; one rectangle when it is whole.
+    [[nodiscard]] QList<QRect> shape(xcb_window_t window);
     /// True when `window` lies above `other`, or above the frame around it.
     [[nodiscard]] bool isAbove(xcb_window_t window, xcb_window_t other);
     [[nodiscard]] bool isViewable(xcb_window_t window);

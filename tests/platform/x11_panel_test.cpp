@@ -21,18 +21,6 @@ using platform::QtScreens;
 using platform::XcbIslandPanel;
 using Kind = X11Display::Kind;
 
-/// Counts the clicks on the island.
-class Content final : public QQuickItem
-{
-public:
-    Content() { setAcceptedMouseButtons(Qt::LeftButton); }
-
-    int clicks = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent *) override { ++clicks; }
-};
-
 class X11Panel : public testing::Test
 {
 protected:
@@ -72,17 +60,12 @@ protected:
         return {QPoint(pixel({0, 0}).x() - 10, 0),
                 QSizeF(m_frame.size() * scale()).toSize() + QSize(20, 20)};
     }
-    /// Both sides speak to the server on their own, so each change has to be waited for.
-    [[nodiscard]] bool takesClicksIn(const QList<QRect> &region)
-    {
-        return waitUntil([&] { return m_display.shape(id(), XCB_SHAPE_SK_INPUT) == region; });
-    }
     [[nodiscard]] bool isAbove(xcb_window_t other) { return m_display.isAbove(id(), other); }
 
     X11Display m_display;
     QtScreens m_screens;
     QRectF m_frame;
-    Content m_content;
+    QQuickItem m_content;
     std::unique_ptr<XcbIslandPanel> m_panel;
     const QRectF m_outline{70, 0, 160, 32};
     const double m_radius = 10;
@@ -138,26 +121,13 @@ TEST_F(X11Panel, StaysBelowALockedScreen)
     EXPECT_TRUE(waitUntil([&] { return isAbove(dialog); }));
 }
 
-TEST_F(X11Panel, TakesClicksWhileActiveAndTheKeyboardWhenAsked)
-{
-    ASSERT_TRUE(takesClicksIn({}));
-    m_panel->setClickThrough(false);
-    ASSERT_TRUE(takesClicksIn({outlinePixels()}));
-    m_display.click(pixel({150, 10}));
-    ASSERT_TRUE(waitUntil([&] { return m_content.clicks == 1; }));
-    EXPECT_FALSE(m_panel->window().isActive());
-    m_panel->activate();
-    EXPECT_TRUE(waitUntil([&] { return m_panel->window().isActive(); }));
-}
-
 TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
 {
     const auto isWhole = [&] {
-        return m_display.extents(id(), XCB_SHAPE_SK_BOUNDING).size() ==
-               (m_frame.size() * scale()).toSize();
+        return m_display.shape(id()) == QList{QRect({}, (m_frame.size() * scale()).toSize())};
     };
     const auto isCut = [&] {
-        return m_display.shape(id(), XCB_SHAPE_SK_BOUNDING) ==
+        return m_display.shape(id()) ==
                platform::roundedBottom(outlinePixels(), m_radius * scale());
     };
     ASSERT_FALSE(m_display.isComposited());
@@ -167,10 +137,6 @@ TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
                      QStringLiteral("--backend xrender --config /dev/null").split(u' '));
     ASSERT_TRUE(waitUntil([&] { return m_display.isComposited(); }));
     EXPECT_TRUE(waitUntil(isWhole));
-    // The outline still bounds what can be clicked.
-    m_panel->setClickThrough(false);
-    EXPECT_TRUE(takesClicksIn({outlinePixels()}));
-    EXPECT_TRUE(isWhole());
     compositor.terminate();
     EXPECT_TRUE(waitUntil(isCut));
     compositor.waitForFinished(-1);
