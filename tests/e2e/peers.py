@@ -21,7 +21,6 @@ FIGURES = {LAST: "the last figures", NEW: "the new figures",
 REFUSED = "send failed — check balance covers amount + fee"
 NO_BLOCKHASH = "couldn't fetch a recent blockhash"
 LOCKED = "touch id cancelled — nothing was sent"
-KEYCHAIN_LOCKED = "keychain refused the key (error -25293) — try again, and tell me this code if it persists"
 SENT = "SENT ✓"
 LONGEST = 50
 AS_ALWAYS = "as always"
@@ -60,10 +59,6 @@ def sending(does, sees, *faults, moved=0):
     return Row("cluster, sending", does, (sees,), kept, ("send", moved, *faults))
 
 
-def keychain(does, state, when, sees=LOCKED, kept="the key; the next try sends"):
-    return Row("keychain", does, (sees,), kept, ("keychain", state, when))
-
-
 NETWORK = [
     cluster("answers 503 with a page", LAST_BALANCE, *balances("status", status=503, body=HTML)),
     cluster("closes in the middle of the reply", LAST_BALANCE, *balances("truncated")),
@@ -95,12 +90,8 @@ SENDING = [
 ]
 
 SERVICES = [
-    keychain("is locked from the start, then asked to send", "locked", "start"),
-    keychain("hangs when a transfer needs the key", "hung", "sending"),
-    keychain("is killed while the key is read", "hung", "killed"),
-    keychain("holds another key in the key's place", "other", "sending", REFUSED, "nothing has moved"),
-    Row("keychain", "is locked when a key is made", (KEYCHAIN_LOCKED,), "the next try makes the one key",
-        ("creating",)),
+    Row("keychain", "hangs when a transfer needs the key", (LOCKED,), "the key; the next try sends", ("keychain_hangs",)),
+    Row("keychain", "holds another key in the key's place", (REFUSED,), "nothing has moved", ("another_key",)),
     Row("window manager", "dies, and comes back", LAST, "the island takes the keyboard meanwhile",
         ("window_manager",)),
     Row("another program", "holds pointer and keyboard", LAST, "the island opens", ("grabbed",)),

@@ -53,7 +53,7 @@ class InstallationTest(IslandTest):
             self.assertFalse((INSTALLED / "from an older version").exists())
             self.assertIn(f'\nExec="{program}"\n', entry.read_text())
 
-            # The menu opens the tour, and again the same one on the same page.
+            # The menu opens the tour, and again the same one on the same page and in the same place.
             tree = AccessibleTree(self.desktop.bus_address, process)
             self.addCleanup(tree.close)
 
@@ -66,10 +66,12 @@ class InstallationTest(IslandTest):
             tree.find("CONTINUE", "push button").press()
             wait_for("installed", LOGIN)
             self.assertIsNone(tree.find("MOVE TO APPLICATIONS"))
+            place = tree.find("Welcome to Corvane", "frame").extents(1)
             self.desktop.screen.press("Escape")
             wait_until(lambda: not tree.find("CONTINUE"), "the closed tour")
             host.choose("Welcome tour…")
             wait_for("installed", LOGIN)
+            self.assertEqual(tree.find("Welcome to Corvane", "frame").extents(1), place)
 
             # What the desktop's settings do shows at once.
             switched_on = entry.read_text()

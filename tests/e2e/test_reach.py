@@ -1,12 +1,35 @@
-"""What the program reaches for outside of itself while somebody sends: nothing but what it says."""
+"""What the program reaches for outside of itself while somebody sends, and what it leaves of the key: nothing but
+what it says. Only root may look into it."""
 
+import base64
 import os
 import re
 import shutil
 import subprocess
 import unittest
 
-from support import KEY, KEY_ADDRESS, PROGRAM, RECIPIENT, WalletTest, wait_until
+from support import KEY, KEY_ADDRESS, PROGRAM, RECIPIENT, WalletTest, solana, wait_until
+
+# Of a seed, the address, and the seed and the whole key as other wallets give them out.
+FORMS_OF = """
+import { createKeyPairFromPrivateKeyBytes, getAddressFromPublicKey, getBase58Codec } from "@solana/kit";
+const seed = Buffer.from(process.argv[1], "hex"), base58 = getBase58Codec();
+const address = await getAddressFromPublicKey((await createKeyPairFromPrivateKeyBytes(seed)).publicKey);
+console.log(address, base58.decode(seed), base58.decode(Buffer.concat([seed, base58.encode(address)])));
+"""
+
+
+def memory_of(process_id):
+    """All of it that can be read."""
+    pieces = []
+    with open(f"/proc/{process_id}/maps", encoding="utf-8") as maps, open(f"/proc/{process_id}/mem", "rb", 0) as memory:
+        for line in maps:
+            area, permissions, *_ = line.split()
+            if permissions[0] == "r" and "[v" not in line:
+                start, end = (int(place, 16) for place in area.split("-"))
+                memory.seek(start)
+                pieces.append(memory.read(end - start))
+    return b"".join(pieces)
 
 
 def may_look():
@@ -15,11 +38,24 @@ def may_look():
         ["strace", "-o", os.devnull, "true"], capture_output=True, check=False).returncode == 0
 
 
-@unittest.skipUnless(may_look(), "needs strace, root, and a machine that lets it trace")
 class ReachTest(WalletTest):
-    def test_talks_to_its_endpoints_alone_and_starts_nothing_but_the_browser(self):
+    def setUp(self):
+        super().setUp()
         self.localnet.fund(KEY_ADDRESS, 8.2)
         self.localnet.fund(RECIPIENT, 1)
+
+    def send(self, corvane, link=False):
+        corvane.press_button("SEND")
+        corvane.fill("TO", RECIPIENT)
+        corvane.fill("AMOUNT", "1")
+        corvane.press_button("SEND")
+        corvane.wait_for("SENT ✓")
+        if link:
+            corvane.press_button("VIEW ON SOLSCAN")
+        corvane.press_button("Back to the balance")
+
+    @unittest.skipUnless(may_look(), "needs strace, root, and a machine that lets it trace")
+    def test_talks_to_its_endpoints_alone_and_starts_nothing_but_the_browser(self):
         environment, opened = self.desktop.make_browser()
         # The desktop's own would start others in its turn.
         opener = self.desktop.folder / "xdg-open"
@@ -30,13 +66,8 @@ class ReachTest(WalletTest):
                   "-o", trace, "--"]
         with self.run_wallet(under=strace, environment=environment) as corvane:
             self.import_key(corvane, KEY)
-            corvane.press_button("SEND")
-            corvane.fill("TO", RECIPIENT)
-            corvane.fill("AMOUNT", "1")
-            corvane.press_button("SEND")
-            corvane.press_button("VIEW ON SOLSCAN")
+            self.send(corvane, link=True)
             wait_until(opened, "the browser")
-            corvane.press_button("Back to the balance")
             corvane.leave()
         calls = trace.read_text().splitlines()
         self.assertEqual([match[1] for call in calls if (match := re.search(r'execve(?:at)?\(.*?"([^"]+)"', call))],
@@ -48,3 +79,26 @@ class ReachTest(WalletTest):
             self.assertIn(f'sin_port=htons({port}), sin_addr=inet_addr("127.0.0.1")', call)
         self.assertEqual([call for call in calls if "listen(" in call
                           or "bind(" in call and "AF_NETLINK" not in call], [])
+
+    @unittest.skipUnless(os.geteuid() == 0, "needs root")
+    def test_leaves_the_key_nowhere_but_in_its_guarded_page(self):
+        seed = os.urandom(32)
+        address, short, key = solana(FORMS_OF, seed.hex()).split()
+        texts = [short, key, seed.hex(), base64.b64encode(seed).decode()]
+        forms = [seed, *(text.encode(code) for text in texts for code in ("ascii", "utf-16-le"))]
+        self.localnet.fund(address, 8.2)
+        with self.run_wallet() as corvane:
+            # Typed, stored, used; then read back from the keyring, used and shown.
+            self.import_key(corvane, key)
+            self.send(corvane)
+            for _ in range(2):
+                held = memory_of(corvane.process_id)
+                self.assertGreater(held.count(address.encode("utf-16-le")), 0, "the search finds what is there")
+                self.assertEqual([held.count(form) for form in forms], [1] + [0] * (len(forms) - 1))
+                corvane.leave()
+                corvane.stop()
+                corvane.start()
+                corvane.hover()
+                self.send(corvane)
+            for kept in (corvane.log, corvane.settings_file, self.desktop.folder / "xdg_data_home/corvane/accounts.json"):
+                self.assertFalse([form for form in forms if form in kept.read_bytes()], kept)

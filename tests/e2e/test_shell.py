@@ -3,7 +3,6 @@
 import signal
 import subprocess
 
-from session_manager import SessionManager
 from support import IslandTest, wait_until
 
 from desktop import StatusNotifierHost, XEmbedTray, processes
@@ -122,14 +121,6 @@ class EndTest(ShellTest):
             with self.subTest(number), self.run_corvane() as corvane:
                 corvane.send_signal(number)
                 self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
-
-    def test_logout_ends_it_without_asking(self):
-        with SessionManager() as session, \
-                self.run_corvane(environment={"SESSION_MANAGER": session.address}) as corvane:
-            session.wait_for("saved")
-            session.log_out()
-            self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
-            self.assertNotIn("interact request", session.events)
 
 
 class LostBusTest(ShellTest):

@@ -51,12 +51,6 @@ std::optional<std::string> ChildProcess::readLine()
     return m_process.readLine().chopped(1).toStdString();
 }
 
-std::string ChildProcess::ask(const std::string &line)
-{
-    write(line + '\n');
-    return readLine().value_or("died");
-}
-
 QByteArray ChildProcess::read()
 {
     m_process.waitForReadyRead(1);

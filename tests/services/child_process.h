@@ -25,8 +25,6 @@ public:
     void closeInput() { m_process.closeWriteChannel(); }
     /// The next line of output without its line break; none at the end.
     [[nodiscard]] std::optional<std::string> readLine();
-    /// Writes a line and gives the one that answers it, or "died".
-    std::string ask(const std::string &line);
     /// What has come out since the last reading.
     [[nodiscard]] QByteArray read();
 

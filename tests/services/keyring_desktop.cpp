@@ -8,7 +8,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -56,25 +55,18 @@ KeyringDesktop::KeyringDesktop(const SessionBus &bus)
     setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
 }
 
-bool KeyringDesktop::startKeyring(Start start, std::map<std::string, std::string> environment)
+bool KeyringDesktop::startKeyring(Start start)
 {
-    std::string program = GNOME_KEYRING_DAEMON;
-    const std::string folder = m_folder.path().toStdString();
-    if (!environment.empty()) {
-        const std::string copy = folder + "/gnome-keyring-daemon";
-        std::filesystem::copy_file(program, copy,
-                                   std::filesystem::copy_options::overwrite_existing);
-        program = copy;
-    }
-    std::vector<std::string> command{program, "--foreground", "--components=secrets"};
+    std::vector<std::string> command{GNOME_KEYRING_DAEMON, "--foreground", "--components=secrets"};
     if (start == Start::Unlocked) {
         command.emplace_back("--unlock");
     }
-    environment.insert({{"HOME", folder},
-                        {"XDG_DATA_HOME", folder},
-                        {"XDG_RUNTIME_DIR", folder},
-                        {"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}});
-    m_daemon = std::make_unique<ChildProcess>(command, environment);
+    const std::string folder = m_folder.path().toStdString();
+    m_daemon = std::make_unique<ChildProcess>(
+        command, std::map<std::string, std::string>{{"HOME", folder},
+                                                    {"XDG_DATA_HOME", folder},
+                                                    {"XDG_RUNTIME_DIR", folder},
+                                                    {"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}});
     m_daemon->write(start == Start::Unlocked ? "correct horse" : "");
     m_daemon->closeInput();
     return waitUntil([&] { return items(u"nothing"_s).has_value(); });

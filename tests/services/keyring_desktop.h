@@ -41,10 +41,8 @@ public:
     explicit KeyringDesktop(const SessionBus &bus);
     ~KeyringDesktop() { killKeyring(); }
 
-    /// `environment` is for a copy of the daemon without its privileges, which would make it ignore
-    /// some of that. False when the daemon does not come up.
-    [[nodiscard]] bool startKeyring(Start start = Start::Unlocked,
-                                    std::map<std::string, std::string> environment = {});
+    /// False when the daemon does not come up.
+    [[nodiscard]] bool startKeyring(Start start = Start::Unlocked);
     void killKeyring();
     void signalKeyring(int number) const;
     /// Locks the login keyring of the running daemon.

@@ -60,9 +60,6 @@ public:
         if (command == u"read") {
             return toHex(m_vault.loadSecret(rest));
         }
-        if (command == u"open") {
-            return toHex(m_vault.loadSecret(*m_context));
-        }
         if (command == u"can") {
             return m_authenticator.canEvaluate(*m_context) ? "yes" : "no";
         }

@@ -272,12 +272,6 @@ class Corvane:
     def send_signal(self, number):
         self._process.send_signal(number)
 
-    def open_pane(self, pane):
-        """Opens a pane as another program does."""
-        done = self.start_again("--open", pane)
-        if done.returncode != 0:
-            raise RuntimeError(f"--open {pane}: {done.returncode} {done.stderr}")
-
     def start_again(self, *arguments):
         """Starts it a second time, to the end; with its status and what it said."""
         return subprocess.run([*self._command, *arguments], env=self.environment, timeout=PATIENCE,

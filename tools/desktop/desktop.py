@@ -74,10 +74,10 @@ class VirtualDesktop:
                         _ADDRESS: "disabled:", "NO_AT_BRIDGE": "1"}
         return environment
 
-    def _run(self, *command, **more):
+    def _run(self, *command, environment=None, **more):
         log = self.folder / f"{command[0]}.log"
         try:
-            process = processes.start(command, self.environment, log, **more)
+            process = processes.start(command, self.environment | (environment or {}), log, **more)
         except FileNotFoundError:
             raise RuntimeError(f"{command[0]} is not installed") from None
         self._processes.append(process)
@@ -122,12 +122,11 @@ class VirtualDesktop:
         self._bus = bus
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
-    def start_keyring(self, unlocked=True):
+    def start_keyring(self, program="gnome-keyring-daemon", environment=None):
         """A keyring with what the last one kept."""
-        self.keyring = self._run("gnome-keyring-daemon", "--foreground", "--components=secrets",
-                                 *(["--unlock"] if unlocked else []), stdin=subprocess.PIPE)
-        if unlocked:
-            self.keyring.stdin.write(b"a password of its own")
+        self.keyring = self._run(str(program), "--foreground", "--components=secrets", "--unlock",
+                                 environment=environment, stdin=subprocess.PIPE)
+        self.keyring.stdin.write(b"a password of its own")
         self.keyring.stdin.close()
         ask = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
                "org.freedesktop.DBus.NameHasOwner", "string:org.freedesktop.secrets"]
@@ -147,13 +146,6 @@ class VirtualDesktop:
         shutil.rmtree(self.environment["XDG_DATA_HOME"])
         os.mkdir(self.environment["XDG_DATA_HOME"], mode=0o700)
         self.start_keyring()
-
-    def lock_keyring(self):
-        """What programs store from now on is refused."""
-        subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.secrets",
-                        "/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
-                        "array:objpath:/org/freedesktop/secrets/collection/login"],
-                       env=self.environment, stdout=subprocess.DEVNULL, timeout=PATIENCE, check=True)
 
     def set_clipboard(self, text):
         """Puts text on the clipboard, as another program does."""

@@ -7,7 +7,6 @@ from Xlib import X, display
 from Xlib.protocol import event
 
 from .waiting import PATIENCE, wait_until
-from .x11 import Picture
 
 _WATCHER = "org.kde.StatusNotifierWatcher"
 _ITEM = "org.kde.StatusNotifierItem"
@@ -128,18 +127,6 @@ class StatusNotifierHost:
         entry = next(entry for entry in self.menu() if entry.title == title)
         self._call(self._items[-1][0], self.item()["Menu"], _MENU, "Event",
                    GLib.Variant("(isvu)", (entry.id, "clicked", GLib.Variant("s", ""), 0)))
-
-
-def pixmap_on(pixmap, colour):
-    """The Picture of one (width, height, ARGB bytes) of an item on a panel of this colour."""
-    width, height, data = pixmap
-    pixels = bytearray()
-    for place in range(0, len(data), 4):
-        alpha = data[place] / 255
-        # A network's byte order is red, green, blue; a Picture's the other way round.
-        pixels += bytes(round(alpha * data[place + 1 + channel] + (1 - alpha) * colour[channel])
-                        for channel in (2, 1, 0)) + b"\0"
-    return Picture(0, 0, width, height, bytes(pixels))
 
 
 class XEmbedTray:

@@ -1,0 +1,110 @@
+"""A wallet or a keyring that is killed at any one step leaves a whole key or none."""
+
+import itertools
+import json
+import os
+import shutil
+import unittest
+
+from gi.repository import GLib
+from wallet_child import Wallet
+
+from desktop import Keyring, VirtualDesktop
+
+SERVICE = "corvane.signing-key"
+OLD, NEW, NONE = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU", "9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM", "none"
+SEEDS = {OLD: "a" * 64, NEW: "b" * 64}
+NOT_AVAILABLE = "-25291"
+
+
+def store(account):
+    return f"store {SEEDS[account]} {account}"
+
+
+class KeyCrashTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(
+            VirtualDesktop(window_manager=False, compositor=False, backdrop=False, keyring=True))
+        self.accounts, self.armed = self.desktop.folder / "accounts.json", self.desktop.folder / "armed"
+
+    def wallet(self, **environment):
+        return Wallet(self, self.accounts, "willing", **(self.desktop.environment | environment))
+
+    def items(self, service=SERVICE):
+        """The items' attributes; the service has then done all that it was asked for before."""
+        with Keyring(self.desktop.bus_address) as keyring:
+            return [attributes for attributes, _ in keyring.items(service)]
+
+    def whole_key(self, wallet):
+        """The account of the key that the wallet holds, which must be whole."""
+        account = wallet.ask("account")
+        self.assertEqual(wallet.ask("read why"), SEEDS.get(account, "nothing"))
+        return account
+
+    def kill_switch(self, step, when):
+        """Kills a program with this environment at this step after it has been armed."""
+        self.armed.unlink(missing_ok=True)
+        return {"LD_PRELOAD": os.environ["KILL_POINTS"], "CORVANE_KILL_STEP": str(step),
+                "CORVANE_KILL_WHEN": when, "CORVANE_KILL_ARMED": str(self.armed)}
+
+    def place_old_key(self, wallet):
+        self.assertEqual(wallet.ask(store(OLD)), "0")
+        self.assertEqual(self.items(f"{SERVICE}.unfinished"), [])
+
+    def test_a_killed_wallet_leaves_the_old_key_no_key_or_the_new_key(self):
+        wallet = self.wallet()
+        for command, outcomes in ((store(NEW), {OLD, NEW, NONE}), ("remove", {OLD, NONE})):
+            seen = set()
+            for when in ("before", "after"):
+                for step in itertools.count(1):
+                    with self.subTest(command=command[:6], when=when, step=step):
+                        died = False
+                        self.place_old_key(wallet)
+                        victim = self.wallet(**self.kill_switch(step, when))
+                        self.armed.touch()
+                        died = not victim.ask(command)
+                        victim.end()
+                        items = self.items()
+                        # What a locked keyring would answer, before the wallet puts it right.
+                        remembered = json.loads(self.accounts.read_text()).get(SERVICE, {}).get("account")
+                        account = self.whole_key(wallet)
+                        seen.add(account)
+                        self.assertEqual([item["account"] for item in items], [] if account == NONE else [account])
+                        if items:
+                            self.assertEqual(remembered, account)
+                    if not died:
+                        break
+                self.assertGreater(step, 10)
+            self.assertEqual(seen, outcomes)
+
+    def test_a_killed_keyring_leaves_a_whole_key_or_none(self):
+        # Without the privileges of the daemon, which would make it ignore some of its environment.
+        daemon = shutil.copyfile(shutil.which("gnome-keyring-daemon"), self.desktop.folder / "keyring")
+        daemon.chmod(0o700)
+        wallet, seen, died = self.wallet(), set(), True
+        for step in itertools.count(1):
+            self.desktop.stop_keyring()
+            self.desktop.start_keyring(program=daemon, environment=self.kill_switch(step, "after"))
+            self.place_old_key(wallet)
+            self.armed.touch()
+            stored = wallet.ask(store(NEW)) == "0"
+            try:
+                died = self.items() is None
+            except GLib.Error:
+                died = True
+            self.desktop.stop_keyring()
+            self.desktop.start_keyring()
+            self.assertLessEqual(len(self.items()), 1)
+            account = self.whole_key(wallet)
+            seen.add(account)
+            self.assertTrue(not stored or account == NEW)
+            if not died:
+                break
+        self.assertGreater(step, 10)
+        self.assertEqual(seen, {OLD, NEW, NONE})
+
+    def test_a_program_without_a_bus_has_no_keychain(self):
+        wallet = self.wallet(DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent")
+        self.assertEqual(self.whole_key(wallet), NONE)
+        self.assertEqual(wallet.ask("remove"), "kept")
+        self.assertEqual(wallet.ask(store(NEW)), NOT_AVAILABLE)

@@ -1,0 +1,70 @@
+"""The authenticator of a wallet without a face (wallet_actor), with a real polkit and an agent that obeys a script."""
+
+import os
+import pathlib
+import tempfile
+import unittest
+
+from wallet_child import Child, Wallet
+
+from desktop import wait_until
+
+AGENT = pathlib.Path(__file__).resolve().with_name("polkit_agent.py")
+ACTION = pathlib.Path("/usr/share/polkit-1/actions/org.corvane.policy")
+UNLOCK = "unlock Corvane"
+PASSED, FAILED = "success passed", "failure not passed"
+
+
+@unittest.skipUnless("CORVANE_TESTER" in os.environ, "needs with_polkit.py and root")
+class PolkitAuthenticatorTest(unittest.TestCase):
+    def wallet(self, user_bound_ms=60_000, **environment):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        return Wallet(self, f"{folder.name}/accounts.json", "polkit", user_bound_ms, **environment)
+
+    def agent(self, wallet, manner):
+        return Child(self, "/usr/bin/python3", AGENT, wallet.process.pid, manner,
+                     os.environ["CORVANE_TESTER"], os.environ["CORVANE_TESTER_PASSWORD"])
+
+    def assert_nobody(self, wallet):
+        wait_until(lambda: wallet.ask("can") == "no", "nobody who could be asked")
+        self.assertEqual(wallet.ask(f"evaluate {UNLOCK}"), FAILED)
+
+    def test_cannot_evaluate_without_polkit_action_or_agent(self):
+        self.assert_nobody(self.wallet(DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent"))
+        wallet = self.wallet()
+        self.assert_nobody(wallet)
+        agent = self.agent(wallet, "authenticate")
+        for _ in range(2):
+            self.assertEqual(wallet.ask("can"), "yes")
+        aside = ACTION.rename(ACTION.with_suffix(".aside"))
+        self.assert_nobody(wallet)
+        aside.rename(ACTION)
+        wait_until(lambda: wallet.ask("can") == "yes", "the action")
+        agent.end()
+        self.assert_nobody(wallet)
+
+    def test_shows_the_reason_and_replies_with_the_owners_answer(self):
+        wallet = self.wallet()
+        for manner, reason, shown, answer in (
+                ("authenticate", UNLOCK, "org.corvane.unlock: unlock Corvane", PASSED),
+                ("authenticate", "reveal your wallet backup key", "org.corvane.reveal: reveal your wallet backup key",
+                 PASSED),
+                ("authenticate", "send 1.2500 SOL", "org.corvane.send: send SOL from your Corvane wallet", PASSED),
+                ("refuse", UNLOCK, "org.corvane.unlock: unlock Corvane", FAILED),
+                ("dismiss", UNLOCK, "org.corvane.unlock: unlock Corvane", FAILED)):
+            with self.subTest(manner=manner, reason=reason):
+                agent = self.agent(wallet, manner)
+                # Nothing is prompted before, and what was granted once is not kept.
+                self.assertEqual(wallet.ask("can"), "yes")
+                for _ in range(2):
+                    self.assertEqual(wallet.ask(f"evaluate {reason}"), answer)
+                    self.assertEqual(agent.line(), shown)
+                agent.end()
+
+    def test_gives_up_on_a_person_who_does_not_answer(self):
+        wallet = self.wallet(user_bound_ms=3000)
+        agent = self.agent(wallet, "hang")
+        self.assertEqual(wallet.ask(f"evaluate {UNLOCK}"), FAILED)
+        self.assertEqual(agent.line(), "org.corvane.unlock: unlock Corvane")
+        self.assertEqual(agent.line(), "cancelled")
