@@ -4,17 +4,17 @@
 
 namespace corvane::platform {
 
-/// What the user has asked of every program's looks.
+/// Appearance settings that the user has chosen for all programs.
 struct AppearanceSettings
 {
-    /// Things should not move about; a short fade is fine.
+    /// Elements must not move or change size; short fades are allowed.
     bool reducedMotion = false;
     bool highContrast = false;
 
     [[nodiscard]] bool operator==(const AppearanceSettings &) const = default;
 };
 
-/// The desktop's settings of appearance. Main thread.
+/// The desktop's appearance settings. Main thread.
 class Appearance
 {
 public:
@@ -25,8 +25,8 @@ public:
     Appearance &operator=(const Appearance &) = delete;
     virtual ~Appearance() = default;
 
-    /// Asks the desktop without blocking. `reply` comes on the main thread, within two seconds; a
-    /// desktop that cannot tell has the defaults.
+    /// Reads the settings without blocking. `reply` is called on the main thread, within two
+    /// seconds, with the defaults if the desktop does not provide the settings.
     virtual void read(Reply reply) = 0;
 };
 

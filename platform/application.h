@@ -11,7 +11,7 @@ public:
     Application &operator=(const Application &) = delete;
     virtual ~Application() = default;
 
-    /// Ends the program the ordinary way, as soon as the running event has been handled.
+    /// Exits the event loop in an orderly way, as soon as the current event has been handled.
     virtual void terminate() = 0;
 };
 

@@ -15,18 +15,18 @@ public:
     virtual ~ApplicationBundle() = default;
 
     /// Absolute path of the bundle that the program runs from, ending with ".app" and without a
-    /// slash behind it; the folder of the executable when it is not in a bundle.
+    /// trailing slash; the folder of the executable if it is not in a bundle.
     [[nodiscard]] virtual QString path() const = 0;
-    /// True when anything is at `path`, also a dangling link.
+    /// True if anything exists at `path`, including a dangling link.
     [[nodiscard]] virtual bool exists(const QString &path) const = 0;
-    /// Removes what is at `path` with all that it holds. False when that failed; what is there is
-    /// then as it was.
+    /// Removes the file or folder at `path` with its contents. Returns false on failure and then
+    /// leaves it as it was.
     virtual bool remove(const QString &path) = 0;
-    /// Copies a bundle, with permissions and links. False when that failed; nothing is left at
-    /// `to` then.
+    /// Copies a bundle, with permissions and links. Returns false on failure and then leaves
+    /// nothing at `to`.
     virtual bool copy(const QString &from, const QString &to) = 0;
-    /// Starts the bundle at `path` as a new instance, which takes over when this one has ended.
-    /// Does not tell whether it started.
+    /// Starts the bundle at `path` as a new instance, which takes over when this one has exited.
+    /// Does not report whether it started.
     virtual void openNewInstance(const QString &path) = 0;
 };
 

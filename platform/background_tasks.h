@@ -13,8 +13,8 @@ public:
     BackgroundTasks &operator=(const BackgroundTasks &) = delete;
     virtual ~BackgroundTasks() = default;
 
-    /// Runs `work` on a thread that is not the main thread, at once and at the user's priority.
-    /// Nobody waits for it: work that still blocks when the program ends is abandoned.
+    /// Starts `work` immediately on a thread other than the main thread, at normal priority. Work
+    /// that still blocks when the program exits is abandoned.
     virtual void run(std::function<void()> work) = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace corvane::platform {
 
-/// The desktop's clipboard. Main thread; never fails visibly.
+/// The desktop's clipboard. Main thread; errors are ignored.
 class Clipboard
 {
 public:
@@ -16,8 +16,8 @@ public:
 
     /// Replaces whatever the clipboard holds with plain text, which may be empty.
     virtual void setText(const QString &text) = 0;
-    /// The same for a secret, which clipboard histories are asked not to keep. The clipboard has an
-    /// ordinary copy from then on.
+    /// Like setText, and asks clipboard histories not to record the text. The clipboard keeps an
+    /// ordinary, unprotected copy.
     virtual void setSecret(QStringView text) = 0;
 };
 

@@ -7,11 +7,11 @@
 
 namespace corvane::platform {
 
-/// A result that arrives once and that one coroutine awaits, on the main thread.
+/// A result that is delivered once, to one coroutine that awaits it. Main thread.
 ///
 /// Copies share the result: the producer keeps one and resolves it, the consumer awaits another.
-/// The producer must resolve it in the end (also when it is torn down), because a coroutine that
-/// is never resumed never gives its frame back.
+/// The producer must always resolve it, at the latest in its destructor: a coroutine that is never
+/// resumed leaks its frame.
 template <typename T>
 class Completion
 {
@@ -23,7 +23,7 @@ public:
     /// Delivers the result and resumes the waiter. Only the first call counts.
     void resolve(T value) const
     {
-        // The waiter may drop the last copy while it runs.
+        // The resumed coroutine may destroy the last copy.
         const std::shared_ptr<State> state = m_state;
         if (state->settled) {
             return;

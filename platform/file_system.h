@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// The few questions that the wallet asks about the user's files. Answers at once.
+/// What the wallet needs to know about the user's files. Does not block.
 class FileSystem
 {
 public:

@@ -9,11 +9,10 @@ class QQuickItem;
 
 namespace corvane::platform {
 
-/// A window without a frame that stays above normal windows: translucent, of fixed size, with
-/// rounded corners, and moved by dragging whatever of its content takes no clicks.
+/// A frameless window that stays above normal windows: translucent, of fixed size, with rounded
+/// corners. The user moves it by dragging any part of its content that does not accept clicks.
 ///
-/// It can be reached like any other window: by task bars and by window cycling. Used on the main
-/// thread.
+/// It appears in task bars and in window cycling like any other window. Main thread.
 class FloatingWindow
 {
 public:
@@ -22,14 +21,14 @@ public:
     FloatingWindow &operator=(const FloatingWindow &) = delete;
     virtual ~FloatingWindow() = default;
 
-    /// Shows the window where it last was, in front of the others, and asks for the keyboard. The
-    /// window manager may refuse that while the user is typing elsewhere.
+    /// Shows the window at its last position, above other windows, and requests keyboard focus,
+    /// which the window manager may refuse while the user is typing elsewhere.
     virtual void show() = 0;
-    /// Hides the window. The user may hide it as well, by the means of the desktop.
+    /// Hides the window. The user may hide it too, through the desktop.
     virtual void hide() = 0;
 };
 
-/// Makes such windows.
+/// Creates floating windows. Main thread.
 class FloatingWindowFactory
 {
 public:
@@ -38,7 +37,7 @@ public:
     FloatingWindowFactory &operator=(const FloatingWindowFactory &) = delete;
     virtual ~FloatingWindowFactory() = default;
 
-    /// A hidden window that is filled by `content` and owns it; `frame` is in the coordinates of
+    /// Creates a hidden window. It owns `content`, which fills it; `frame` is in the coordinates of
     /// `Screen`.
     [[nodiscard]] virtual std::unique_ptr<FloatingWindow>
     makeWindow(const QString &title, const QRectF &frame, std::unique_ptr<QQuickItem> content) = 0;

@@ -6,7 +6,7 @@
 
 namespace corvane::platform {
 
-/// The fonts that the desktop knows, together with those that the program brings along.
+/// The fonts installed on the desktop and those embedded in the program.
 class FontRegistry
 {
 public:
@@ -15,10 +15,10 @@ public:
     FontRegistry &operator=(const FontRegistry &) = delete;
     virtual ~FontRegistry() = default;
 
-    /// The family of the font whose PostScript, full or family name is exactly `name`; none when
+    /// The family of the font whose PostScript, full or family name is exactly `name`; empty if
     /// there is no such font. Main thread.
     [[nodiscard]] virtual std::optional<QString> familyOf(const QString &name) const = 0;
-    /// The desktop's monospaced family.
+    /// The desktop's default monospaced family. Main thread.
     [[nodiscard]] virtual QString monospacedFamily() const = 0;
 };
 

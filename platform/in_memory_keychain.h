@@ -7,7 +7,7 @@
 
 namespace corvane::platform {
 
-/// A keychain that lives and dies with the process, for demos and tests.
+/// A keychain that keeps its items in this process's memory only, for demos and tests.
 ///
 /// It asks nobody: a protected item is opened by any prompt, and by a context that has passed.
 class InMemoryKeychain : public Keychain

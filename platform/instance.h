@@ -10,31 +10,31 @@
 
 namespace corvane::platform {
 
-/// What one start of the program asks of the one that runs already.
+/// A request from a newly started process to the running instance.
 struct InstanceRequest
 {
-    /// Empty: to come to the front.
+    /// Empty: bring the running instance to the front.
     QString action;
-    /// Of the action, where it has one.
+    /// The action's parameter, if it takes one.
     std::optional<QString> parameter;
 
     friend bool operator==(const InstanceRequest &, const InstanceRequest &) = default;
 };
 
-/// The claim to be the only running instance, and the line to the one that is. Main thread; every
-/// call is bounded to some seconds.
+/// Claims to be the only running instance, and sends requests to an instance that already runs.
+/// Main thread; every call returns within a few seconds.
 class Instance
 {
 public:
-    /// What a claim comes to.
+    /// The outcome of a claim.
     enum class Claim {
         Granted,
-        /// Another instance runs.
+        /// Another instance is running.
         Refused,
         /// Instances cannot find each other in this session.
         Unavailable
     };
-    /// False when the request is none that the program knows.
+    /// Returns false if the request is unknown.
     using Handler = std::function<bool(const InstanceRequest &)>;
 
     Instance() = default;
@@ -42,12 +42,13 @@ public:
     Instance &operator=(const Instance &) = delete;
     virtual ~Instance() = default;
 
-    /// Asks to be the only instance from now until the end of this object. Where another one runs,
-    /// waits up to `patience` for its end.
+    /// Claims to be the only instance for the lifetime of this object. Waits up to `patience` for a
+    /// running instance to exit.
     [[nodiscard]] virtual Claim claim(std::chrono::milliseconds patience) = 0;
-    /// Hands `request` to the running instance. False when none runs, or it has not taken it.
+    /// Sends `request` to the running instance. Returns false if none is running or if it did not
+    /// accept the request.
     [[nodiscard]] virtual bool send(const InstanceRequest &request) = 0;
-    /// After a granted claim: lets `handler` answer requests on `queue`, also those that have come
+    /// After a granted claim: calls `handler` on `queue` for each request, including those received
     /// since the claim. Both must outlive this object.
     virtual void serve(MainQueue &queue, Handler handler) = 0;
 };

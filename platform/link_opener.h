@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// Hands links to the desktop. Main thread.
+/// Opens links through the desktop. Main thread.
 class LinkOpener
 {
 public:
@@ -13,8 +13,8 @@ public:
     LinkOpener &operator=(const LinkOpener &) = delete;
     virtual ~LinkOpener() = default;
 
-    /// Opens a web page (http or https; nothing else is opened) with the user's browser. Returns at
-    /// once and never fails visibly.
+    /// Opens a web page in the user's browser; ignores URLs that are neither http nor https.
+    /// Returns immediately; errors are ignored.
     virtual void open(const QUrl &page) = 0;
 };
 

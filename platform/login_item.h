@@ -11,11 +11,11 @@ public:
     LoginItem &operator=(const LoginItem &) = delete;
     virtual ~LoginItem() = default;
 
-    /// True when the desktop will start this installation at the next login. Asks anew each time,
-    /// because the user may change it elsewhere.
+    /// True if the desktop will start this installation at the next login. Reads the setting on
+    /// every call, because the user may change it elsewhere.
     [[nodiscard]] virtual bool isEnabled() const = 0;
-    /// Makes the desktop start this installation at login. False when that failed; nothing has
-    /// changed then.
+    /// Makes the desktop start this installation at login. Returns false on failure and then
+    /// changes nothing.
     virtual bool enable() = 0;
 };
 

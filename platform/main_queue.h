@@ -8,7 +8,7 @@ namespace corvane::platform {
 
 /// A delayed or repeating action that has been scheduled on a MainQueue.
 ///
-/// Letting go of the handle does not cancel the action; only `cancel()` does.
+/// Destroying the handle does not cancel the action; only `cancel()` does.
 class WorkItem
 {
 public:
@@ -17,15 +17,15 @@ public:
     WorkItem &operator=(const WorkItem &) = delete;
     virtual ~WorkItem() = default;
 
-    /// Drops the action and everything it captured. Harmless after it has run.
+    /// Drops the action and everything it captured. Does nothing after it has run.
     virtual void cancel() = 0;
 };
 
 /// The main thread's queue, its clock and its timers.
 ///
-/// Everything that waits in the system waits here, so that tests can drive time by hand. All
-/// members except `post` must be called on the main thread; all actions run on it, never inside the
-/// call that scheduled them.
+/// All delays and polls of the program go through it, so that tests control time. All members
+/// except `post` must be called on the main thread; all actions run on it, never inside the call
+/// that scheduled them.
 class MainQueue
 {
 public:
@@ -42,8 +42,7 @@ public:
     /// Wall-clock time, for time stamps shown to people.
     [[nodiscard]] virtual std::chrono::system_clock::time_point wallTime() const = 0;
 
-    /// Runs `action` on the main thread as soon as the running event has been handled. May be
-    /// called from any thread.
+    /// Runs `action` on the main thread as soon as the current event has been handled. Thread-safe.
     virtual void post(Action action) = 0;
 
     /// Runs `action` once, `delay` from now.

@@ -6,7 +6,7 @@
 
 namespace corvane::platform {
 
-/// Writes decimal numbers as people read them in the user's locale.
+/// Formats decimal numbers for the user's locale. Main thread.
 class NumberFormatter
 {
 public:
@@ -15,8 +15,8 @@ public:
     NumberFormatter &operator=(const NumberFormatter &) = delete;
     virtual ~NumberFormatter() = default;
 
-    /// `value` with the locale's separators, digits grouped, exactly `decimals` (0 or more)
-    /// fraction digits, ties rounded to even. None when the locale services give no text.
+    /// Formats `value` with the locale's separators, grouped digits and exactly `decimals` (0 or
+    /// more) fraction digits; ties round to even. Empty if the locale services fail.
     [[nodiscard]] virtual std::optional<QString> decimal(double value, int decimals) const = 0;
 };
 

@@ -6,15 +6,15 @@
 
 namespace corvane::platform {
 
-/// A context that opens one thing after it has passed. May be used from any thread.
+/// A context that can be used once after it has passed. Thread-safe.
 class OneTimeContext final : public AuthenticationContext
 {
 public:
     [[nodiscard]] bool passed() const override { return m_passed; }
 
-    /// For the authenticator, when its evaluation has succeeded.
+    /// Called by the authenticator when its evaluation has succeeded.
     void pass() { m_passed = true; }
-    /// For the keychain: true the first time after passing, which uses the context up.
+    /// Called by the keychain: true on the first call after `pass()`, false on every later one.
     [[nodiscard]] bool use() { return m_passed.exchange(false); }
 
 private:

@@ -8,11 +8,11 @@
 
 namespace corvane::platform {
 
-/// Watches the pointer wherever it is, also over other programs' windows.
+/// Watches the pointer anywhere on the desktop, including over other programs' windows.
 class PointerMonitor
 {
 public:
-    /// Keeps a subscription alive; destroying it ends the subscription.
+    /// Owns a subscription; destroying it cancels the subscription.
     class Token
     {
     public:
@@ -29,16 +29,16 @@ public:
     virtual ~PointerMonitor() = default;
 
     /// Calls `handler` when the pointer moves, with or without a button held, outside this
-    /// program's windows (an adapter may include them). May be called from any thread; bursts of
-    /// movements may be merged into one call. Null when the desktop refuses.
+    /// program's windows (an adapter may include them). May be called from any thread; several
+    /// movements may be merged into one call. Null if the desktop refuses.
     virtual std::unique_ptr<Token> addGlobalMonitor(Handler handler) = 0;
 
-    /// The same for movements over this program's own windows. Null when the global monitor sees
-    /// those already.
+    /// The same for movements over this program's own windows. Null if the global monitor already
+    /// reports those.
     virtual std::unique_ptr<Token> addLocalMonitor(Handler handler) = 0;
 
-    /// Where the pointer is now, in the coordinates of `Screen`; none when there is no pointer on
-    /// any screen. Main thread.
+    /// The current pointer position in the coordinates of `Screen`; empty if no screen has a
+    /// pointer. Main thread.
     [[nodiscard]] virtual std::optional<QPointF> location() const = 0;
 };
 

@@ -20,12 +20,12 @@ struct Screen
     QRectF frame;
     /// Height of the band at the top that a camera housing occupies; 0 without one.
     double safeAreaTop = 0;
-    /// The usable areas beside the camera housing; none on screens without one.
+    /// The usable areas beside the camera housing; empty on screens without one.
     std::optional<QRectF> auxiliaryTopLeftArea;
     std::optional<QRectF> auxiliaryTopRightArea;
 };
 
-/// The displays as they are right now. Used on the main thread; nothing is cached by callers.
+/// The current displays. Main thread; callers must not cache the results.
 class Screens
 {
 public:
@@ -36,10 +36,10 @@ public:
 
     /// All screens in the desktop's order; may be empty while displays are being switched.
     [[nodiscard]] virtual QList<Screen> all() const = 0;
-    /// The screen that the user works on, if the desktop knows one.
+    /// The screen that the user works on; empty if the desktop reports none.
     [[nodiscard]] virtual std::optional<Screen> main() const = 0;
-    /// Calls `handler` after every change of the screens, from any thread, for the rest of the
-    /// object's life.
+    /// Calls `handler` after every change of the screens, on any thread, for the lifetime of this
+    /// object.
     virtual void observeChanges(std::function<void()> handler) = 0;
 };
 

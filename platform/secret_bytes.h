@@ -8,14 +8,14 @@
 
 namespace corvane::platform {
 
-/// Bytes that must not leak: they lie in their own guarded, locked pages, are wiped on release, can
-/// be moved but not copied by accident, and are compared in constant time.
+/// Bytes that must not leak: stored in guarded, locked pages of their own, wiped on release,
+/// movable but not implicitly copyable, compared in constant time.
 class SecretBytes
 {
 public:
     /// No bytes.
     SecretBytes() noexcept = default;
-    /// `size` zero bytes. Throws std::bad_alloc when the guarded memory is used up.
+    /// `size` zero bytes. Throws std::bad_alloc if no guarded memory is left.
     explicit SecretBytes(std::size_t size);
     SecretBytes(SecretBytes &&other) noexcept;
     SecretBytes &operator=(SecretBytes &&other) noexcept;
@@ -23,9 +23,9 @@ public:
     SecretBytes &operator=(const SecretBytes &) = delete;
     ~SecretBytes();
 
-    /// A guarded copy of `bytes`; wiping the original is the caller's business.
+    /// A guarded copy of `bytes`. The caller must wipe the original.
     [[nodiscard]] static SecretBytes copyOf(std::span<const std::uint8_t> bytes);
-    /// A second guarded copy, said aloud.
+    /// An explicit copy, guarded like the original.
     [[nodiscard]] SecretBytes clone() const { return copyOf(bytes()); }
 
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return {m_data, m_size}; }
     [[nodiscard]] std::span<std::uint8_t> bytes() noexcept { return {m_data, m_size}; }
 
-    /// Compares in a time that depends on the size alone.
+    /// Takes a time that depends only on the size.
     [[nodiscard]] bool operator==(const SecretBytes &other) const noexcept;
 
 private:

@@ -9,11 +9,11 @@
 
 namespace corvane::platform {
 
-/// Ed25519 as of RFC 8032, on 32-byte seeds. May be called from any thread.
+/// Ed25519 as defined in RFC 8032, with 32-byte seeds. Thread-safe.
 class SigningKeys
 {
 public:
-    /// Bytes of an Ed25519 seed.
+    /// Size of an Ed25519 seed in bytes.
     static constexpr std::size_t seedSize = 32;
     using PublicKey = std::array<std::uint8_t, 32>;
     using Signature = std::array<std::uint8_t, 64>;
@@ -25,9 +25,9 @@ public:
 
     /// A fresh random seed.
     [[nodiscard]] virtual SecretBytes makeSeed() = 0;
-    /// The public key of `seed`; none unless the seed has 32 bytes.
+    /// The public key of `seed`; empty unless the seed has 32 bytes.
     [[nodiscard]] virtual std::optional<PublicKey> publicKey(const SecretBytes &seed) const = 0;
-    /// The signature of `message`; none unless the seed has 32 bytes.
+    /// The signature of `message`; empty unless the seed has 32 bytes.
     [[nodiscard]] virtual std::optional<Signature>
     sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const = 0;
 };

@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// Ed25519 by libsodium.
+/// Ed25519 with libsodium.
 class SodiumSigningKeys final : public SigningKeys
 {
 public:

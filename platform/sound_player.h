@@ -2,15 +2,14 @@
 
 namespace corvane::platform {
 
-/// The short sounds that mark the moments of a transfer.
+/// The short sounds that accompany a transfer.
 enum class Sound {
-    Pop,   ///< it sets out
-    Glass, ///< it has arrived
-    Basso, ///< it has failed
+    Pop,   ///< the transfer starts
+    Glass, ///< the transfer succeeded
+    Basso, ///< the transfer failed
 };
 
-/// Plays the desktop's sounds. Main thread; returns at once and never fails visibly: where there is
-/// no sound there is silence.
+/// Plays the desktop's sounds. Main thread.
 class SoundPlayer
 {
 public:
@@ -19,7 +18,7 @@ public:
     SoundPlayer &operator=(const SoundPlayer &) = delete;
     virtual ~SoundPlayer() = default;
 
-    /// Sounds may overlap.
+    /// Returns immediately; sounds may overlap. Does nothing if the sound cannot be played.
     virtual void play(Sound sound) = 0;
 };
 

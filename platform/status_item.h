@@ -19,18 +19,17 @@ struct MenuItem
     /// Run on the main thread when the item is chosen. A title without an action is a heading that
     /// cannot be chosen.
     std::function<void()> action;
-    /// A lower-case character that chooses the item, with the desktop's usual modifier, while the
-    /// menu is open; empty for none.
+    /// A lower-case character. With the desktop's usual modifier it activates the item while the
+    /// menu is open. Empty for none.
     QString keyEquivalent;
 
     [[nodiscard]] bool isSeparator() const { return title.isEmpty(); }
 };
 
-/// Draws a status item's picture into a square of any size. The desktop's panel behind it may be
-/// dark or light.
+/// Draws a status item's picture into a square of any size, on a dark or light background.
 using StatusPicture = std::function<void(QPainter &, const QRectF &)>;
 
-/// The program's place among the desktop's status icons, for as long as it exists.
+/// The program's icon among the desktop's status icons; removed when this object is destroyed.
 class StatusItem
 {
 public:
@@ -40,7 +39,7 @@ public:
     virtual ~StatusItem() = default;
 };
 
-/// The desktop's row of status icons. Main thread.
+/// The desktop's area for status icons. Main thread.
 class StatusBar
 {
 public:
@@ -49,9 +48,9 @@ public:
     StatusBar &operator=(const StatusBar &) = delete;
     virtual ~StatusBar() = default;
 
-    /// Shows `picture` with `menu`, now or as soon as the desktop has a place for it, and again
-    /// whenever that place has been away. Never fails: on a desktop without such a place the item
-    /// just stays unseen.
+    /// Shows `picture` with `menu` as soon as the desktop has a status area, and again whenever
+    /// that area reappears. Never fails: on a desktop without a status area the item stays
+    /// invisible.
     [[nodiscard]] virtual std::unique_ptr<StatusItem> makeStatusItem(StatusPicture picture,
                                                                      QList<MenuItem> menu) = 0;
 };

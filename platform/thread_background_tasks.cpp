@@ -10,7 +10,7 @@ void ThreadBackgroundTasks::run(std::function<void()> work)
     ++*m_running;
     std::thread([work = std::move(work), running = m_running]() mutable {
         work();
-        // What the work has captured belongs to it.
+        // Destroy the captured objects before the work counts as done.
         work = nullptr;
         --*running;
     }).detach();

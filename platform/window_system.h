@@ -6,9 +6,8 @@ class FloatingWindowFactory;
 class IslandPanelFactory;
 class PointerMonitor;
 
-/// What draws windows on this desktop and knows where the pointer is, such as an X server: the
-/// three services that only together make an island. One is chosen when the program starts. Main
-/// thread.
+/// The display system of this desktop, such as an X server: the windows and the pointer position,
+/// which the island needs together. One is chosen when the program starts. Main thread.
 class WindowSystem
 {
 public:
@@ -17,7 +16,7 @@ public:
     WindowSystem &operator=(const WindowSystem &) = delete;
     virtual ~WindowSystem() = default;
 
-    /// Each lives as long as this object.
+    /// The references are valid for the lifetime of this object.
     [[nodiscard]] virtual PointerMonitor &pointerMonitor() = 0;
     [[nodiscard]] virtual IslandPanelFactory &islandPanels() = 0;
     [[nodiscard]] virtual FloatingWindowFactory &floatingWindows() = 0;

@@ -53,7 +53,7 @@ AppearanceSettings readSettings()
     if (bus == nullptr) {
         return {};
     }
-    // Asking it would start a portal where none runs.
+    // A call without this check would start a portal.
     if (isRunning(calls, bus.get(), portalName)) {
         const char *const spaces[] = {commonAppearance, gnomeInterface, gnomeAccessibility,
                                       kdeInterface, nullptr};

@@ -7,8 +7,8 @@ namespace corvane::platform {
 class BackgroundTasks;
 class MainQueue;
 
-/// Reads the desktop portal's settings (GNOME's and KDE's, which say whether animations are
-/// wanted), or GNOME's own where no portal runs.
+/// Reads the settings for animations and contrast from the desktop portal, or from GNOME's own
+/// settings if no portal is running.
 class DesktopAppearance final : public Appearance
 {
 public:

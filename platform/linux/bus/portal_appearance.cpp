@@ -4,10 +4,10 @@ namespace corvane::platform {
 
 namespace {
 
-/// The portal's value of "contrast" that asks for more of it.
+/// The portal's value of "contrast" for higher contrast.
 constexpr guint32 higherContrast = 1;
 
-/// One setting of the portal; null when there is none of this type.
+/// One setting of the portal; null if it is absent or of another type.
 GioPtr<GVariant> setting(GVariant *settings, const char *space, const char *key,
                          const GVariantType *type)
 {
@@ -34,7 +34,7 @@ AppearanceSettings appearanceIn(GVariant *settings)
 {
     const GioPtr<GVariant> contrast =
         setting(settings, commonAppearance, "contrast", G_VARIANT_TYPE_UINT32);
-    // KDE multiplies all durations with it.
+    // KDE multiplies all animation durations by this factor.
     const GioPtr<GVariant> speed =
         setting(settings, kdeInterface, "AnimationDurationFactor", G_VARIANT_TYPE_STRING);
     const bool stands = speed && isZero(g_variant_get_string(speed.get(), nullptr));

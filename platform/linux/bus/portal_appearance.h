@@ -1,6 +1,6 @@
 #pragma once
 
-// Before Qt, whose keywords its headers use as names.
+// Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/gio_calls.h"
 
 #include "platform/appearance.h"
@@ -12,8 +12,8 @@ inline constexpr char gnomeAccessibility[] = "org.gnome.desktop.a11y.interface";
 inline constexpr char kdeInterface[] = "org.kde.kdeglobals.KDE";
 inline constexpr char commonAppearance[] = "org.freedesktop.appearance";
 
-/// What the portal's settings, of type a{sa{sv}}, say. Settings that are missing or of an
-/// unexpected type change nothing.
+/// Converts the portal's settings, of type a{sa{sv}}. Settings that are missing or of an unexpected
+/// type keep their defaults.
 [[nodiscard]] AppearanceSettings appearanceIn(GVariant *settings);
 
 } // namespace corvane::platform

@@ -2,11 +2,12 @@
 
 namespace corvane::platform {
 
-/// Lets all threads share one heap, where the allocator would give each of those that wait for a bus or
-/// a file a heap of its own. Before any other thread is started.
+/// Makes all threads share one heap. By default the allocator gives each thread a heap of its own,
+/// also those that only wait for a bus or a file. Must be called before any other thread is
+/// started.
 void shareHeap() noexcept;
 
-/// Hands memory that has been freed back to the system. Takes some milliseconds. Any thread.
+/// Returns freed memory to the system. Takes a few milliseconds. Thread-safe.
 void releaseFreeMemory() noexcept;
 
 } // namespace corvane::platform

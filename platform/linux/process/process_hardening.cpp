@@ -7,7 +7,8 @@ namespace corvane::platform {
 
 bool hardenProcess() noexcept
 {
-    // Not being dumpable would be enough by itself, but is lost when a program changes its user.
+    // Clearing the dumpable flag would suffice, but the kernel resets it when a process changes its
+    // user.
     constexpr rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
     const bool limited = setrlimit(RLIMIT_CORE, &noCore) == 0;
     const bool sealed = prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) == 0;

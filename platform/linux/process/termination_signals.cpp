@@ -22,7 +22,7 @@ extern "C" void noteSignal(int)
 {
     const int saved = errno;
     const char byte = 0;
-    // A full pipe holds a signal already.
+    // If the pipe is full, a notification is pending already.
     [[maybe_unused]] const auto written = write(writingEnd.load(), &byte, 1);
     errno = saved;
 }
@@ -46,7 +46,7 @@ TerminationSignals::TerminationSignals(std::function<void()> handler)
     : m_notifier(QSocketNotifier::Read)
 {
     if (pipe2(m_pipe, O_CLOEXEC | O_NONBLOCK) != 0) {
-        return; // the signals keep their way of ending the program
+        return; // the signals keep their default action
     }
     m_notifier.setSocket(m_pipe[0]);
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier,
@@ -68,7 +68,8 @@ TerminationSignals::~TerminationSignals()
     if (m_pipe[0] < 0) {
         return;
     }
-    // The handler stays: a signal more while the program is ending changes nothing.
+    // The handler stays installed, so that a further signal is ignored while the program shuts
+    // down.
     writingEnd = -1;
     m_notifier.setEnabled(false);
     close(m_pipe[0]);

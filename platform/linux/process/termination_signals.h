@@ -6,9 +6,9 @@
 
 namespace corvane::platform {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, for as long as it exists. A
-/// signal that was ignored at the start, as by nohup, stays so. At most one at a time; made after
-/// the application object.
+/// Turns SIGTERM, SIGINT and SIGHUP into calls on the main thread for the lifetime of this object.
+/// A signal that was ignored at the start, for example by nohup, stays ignored. At most one object
+/// may exist; create it after the application object.
 class TerminationSignals
 {
 public:

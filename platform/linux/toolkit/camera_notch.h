@@ -9,13 +9,15 @@
 
 namespace corvane::platform {
 
-/// Taller cameras are a typing error.
+/// In points. A larger height is taken for a typing error.
 inline constexpr double maximumNotchHeight = 200;
 
-/// Reads `WIDTHxHEIGHT` in points, decimals allowed; none when the text is malformed or absurd.
+/// Parses `WIDTHxHEIGHT` in points, decimals allowed; empty if the text is malformed or out of
+/// range.
 [[nodiscard]] std::optional<QSizeF> parseNotch(const QString &text);
 
-/// Puts a camera housing of that size at the top centre of `screen`, unless it is wider.
+/// Adds a camera housing of size `notch` to the top centre of `screen`, unless it is wider than the
+/// screen.
 void addNotch(Screen &screen, QSizeF notch);
 
 } // namespace corvane::platform

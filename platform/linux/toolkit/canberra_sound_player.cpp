@@ -11,7 +11,7 @@ namespace corvane::platform {
 
 namespace {
 
-/// The names that the sounds have in the freedesktop sound theme.
+/// The names of the sounds in the freedesktop sound naming specification.
 constexpr std::array<std::pair<Sound, const char *>, 3> themeNames{{
     {Sound::Pop, "message"},
     {Sound::Glass, "complete"},

@@ -14,7 +14,8 @@ class BackgroundTasks;
 class CanberraSoundPlayer final : public SoundPlayer
 {
 public:
-    /// `background` must outlive the player; connecting to a sound server may take its time.
+    /// `background` must outlive the player. It is used because connecting to a sound server may
+    /// block.
     explicit CanberraSoundPlayer(BackgroundTasks &background);
     ~CanberraSoundPlayer() override;
 
@@ -22,7 +23,7 @@ public:
 
 private:
     BackgroundTasks &m_background;
-    /// Made with the first sound; sounds that are still playing keep it.
+    /// Created for the first sound; shared with sounds that are still playing.
     std::shared_ptr<ca_context> m_context;
 };
 

@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// Opens links with the program that the desktop has for them.
+/// Opens links in the desktop's default program for them.
 class DesktopLinkOpener final : public LinkOpener
 {
 public:

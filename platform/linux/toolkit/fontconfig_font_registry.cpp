@@ -45,8 +45,8 @@ std::optional<QString> FontconfigFontRegistry::familyOf(const QString &name) con
         return *known;
     }
     const QByteArray wanted = name.toUtf8();
-    // The configuration is the one that Qt uses already, its sets are walked where they lie. The
-    // few fonts that the program brings along come first.
+    // This is the configuration that Qt has loaded already. Its sets are searched in place, without
+    // a copy, the few fonts embedded in the program first.
     for (const FcSetName set : {FcSetApplication, FcSetSystem}) {
         if (const auto family = familyIn(FcConfigGetFonts(FcConfigGetCurrent(), set), wanted)) {
             m_families.insert(name, *family);

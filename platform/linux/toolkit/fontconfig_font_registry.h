@@ -6,8 +6,8 @@
 
 namespace corvane::platform {
 
-/// Looks fonts up in fontconfig's configuration, which Qt shares: fonts that the program has
-/// registered with QFontDatabase are found as well.
+/// Looks up fonts in the fontconfig configuration that Qt uses too, so that it also finds fonts
+/// registered with QFontDatabase.
 class FontconfigFontRegistry final : public FontRegistry
 {
 public:
@@ -15,7 +15,7 @@ public:
     [[nodiscard]] QString monospacedFamily() const override;
 
 private:
-    /// What was found; what was not may still be registered later.
+    /// Only successful look-ups: a font that was not found may be registered later.
     mutable QHash<QString, QString> m_families;
 };
 

@@ -12,7 +12,7 @@ namespace corvane::platform {
 namespace {
 
 constexpr const char *fallbackLocale = "en_US";
-/// More digits than a double holds say nothing, but are asked for politely.
+/// Upper limit for a caller's request. A double has far fewer significant digits.
 constexpr int maximumDecimals = 100;
 
 /// The ICU name of a POSIX locale name such as `de_DE.UTF-8` or `sr_RS@latin`.
@@ -42,7 +42,7 @@ QByteArray languageOf(const char *locale)
     return U_SUCCESS(status) ? QByteArray(language.data()) : QByteArray();
 }
 
-/// True when ICU knows no such language and took the process's own, as it does without a word.
+/// True if ICU does not know the language and silently used the process's default locale instead.
 bool isOfDefaultLanguage(const UNumberFormat *format, const QByteArray &locale)
 {
     UErrorCode status = U_ZERO_ERROR;

@@ -9,16 +9,16 @@
 
 namespace corvane::platform {
 
-/// Decimal numbers by ICU's locale data.
+/// Formats decimal numbers with ICU.
 class IcuNumberFormatter final : public NumberFormatter
 {
 public:
-    /// `locale` is a POSIX or ICU locale name; "C", "POSIX", an empty and an unknown one give the
-    /// English (United States) separators.
+    /// `locale` is a POSIX or ICU locale name; "C", "POSIX", an empty and an unknown name select
+    /// the English (United States) separators.
     explicit IcuNumberFormatter(const QByteArray &locale = localeOfEnvironment());
     ~IcuNumberFormatter() override;
 
-    /// The name that the environment sets for numbers.
+    /// The locale name for numbers from the environment variables.
     [[nodiscard]] static QByteArray localeOfEnvironment();
 
     [[nodiscard]] std::optional<QString> decimal(double value, int decimals) const override;
@@ -27,7 +27,7 @@ private:
     struct Format;
 
     QByteArray m_locale;
-    /// By number of decimals; opening a format costs far more than using it.
+    /// Cached by number of decimals: opening a format costs far more than using it.
     mutable std::map<int, std::unique_ptr<Format>> m_formats;
 };
 

@@ -16,7 +16,7 @@ QtApplication::QtApplication()
 
 void QtApplication::terminate()
 {
-    // What still happens in the running event must not happen after the end.
+    // Queued, so that the current event is handled completely before the event loop exits.
     QMetaObject::invokeMethod(QCoreApplication::instance(), "quit", Qt::QueuedConnection);
 }
 

@@ -4,8 +4,8 @@
 
 namespace corvane::platform {
 
-/// The running QGuiApplication. A session that ends is told that there is nothing to save or to
-/// ask, and that the login item, not the session, starts the program again.
+/// The running QGuiApplication. When the session ends, it tells the session manager that there is
+/// nothing to save or ask, and that it must not restart the program (the login item does).
 class QtApplication final : public Application
 {
 public:

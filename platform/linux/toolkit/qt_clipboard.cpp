@@ -23,7 +23,7 @@ void QtClipboard::setSecret(QStringView text)
     }
     auto content = std::make_unique<QMimeData>();
     content->setText(text.toString());
-    // What the clipboard histories of KDE and others look for.
+    // The hint that the clipboard histories of KDE and other desktops check.
     content->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
     clipboard->setMimeData(content.release());
 }

@@ -26,8 +26,8 @@ int toMilliseconds(std::chrono::nanoseconds time)
 
 } // namespace
 
-/// The running timers and the posted actions. One object receives them all, so that an action may
-/// cancel itself or destroy the queue while it runs.
+/// The active timers and the posted actions. They are kept outside the queue object, so that an
+/// action may cancel itself or destroy the queue while it runs.
 class QtMainQueue::Timers final : public QObject, public std::enable_shared_from_this<Timers>
 {
 public:
@@ -43,7 +43,7 @@ public:
     void cancel(const Entry &entry);
     /// From any thread.
     void post(Action action);
-    /// Drops all timers, and posted actions with them.
+    /// Drops all timers and posted actions.
     void stop();
 
 protected:
@@ -52,12 +52,13 @@ protected:
 
 private:
     std::map<int, std::shared_ptr<Entry>> m_entries;
-    // Handed over here rather than within Qt's events, where the thread sanitizer does not see it.
+    // Passed between threads here rather than in Qt's events, whose synchronisation the thread
+    // sanitizer does not see.
     std::mutex m_mutex;
     std::deque<Action> m_posted;
 };
 
-/// Refers to the entry rather than to the timer's number, which Qt uses again.
+/// Refers to the entry rather than to the timer id, which Qt reuses.
 class QtMainQueue::Item final : public WorkItem
 {
 public:

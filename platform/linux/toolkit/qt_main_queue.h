@@ -6,12 +6,13 @@
 
 namespace corvane::platform {
 
-/// The main queue on Qt's event loop. Made on the main thread, after the application object.
+/// The main queue on Qt's event loop. Must be created on the main thread, after the application
+/// object.
 class QtMainQueue final : public MainQueue
 {
 public:
     QtMainQueue();
-    /// Drops everything still waiting.
+    /// Drops all pending actions.
     ~QtMainQueue() override;
 
     [[nodiscard]] std::chrono::nanoseconds now() const override;

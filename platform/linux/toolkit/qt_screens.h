@@ -16,19 +16,19 @@ namespace corvane::platform {
 class QtScreens final : public Screens
 {
 public:
-    /// The notch that the user names in the environment, since the window system reports none.
+    /// The environment variable for the notch, which no window system reports.
     static constexpr const char *notchVariable = "CORVANE_NOTCH";
 
-    /// `notch`: "WIDTHxHEIGHT" in points; anything else means none.
+    /// `notch`: "WIDTHxHEIGHT" in points; any other text means no notch.
     explicit QtScreens(const QString &notch = qEnvironmentVariable(notchVariable));
     ~QtScreens() override;
 
     [[nodiscard]] QList<Screen> all() const override;
     [[nodiscard]] std::optional<Screen> main() const override;
-    /// The changes that one event brings are told once, when it has been handled.
+    /// Several changes within one event are reported once, after it has been handled.
     void observeChanges(std::function<void()> handler) override;
 
-    /// The coordinate systems as they are right now.
+    /// The current coordinate systems.
     [[nodiscard]] ScreenCoordinates coordinates() const;
 
 private:

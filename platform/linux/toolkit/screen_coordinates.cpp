@@ -31,7 +31,7 @@ std::optional<QPointF> ScreenCoordinates::globalFromPixel(QPoint pixel) const
     for (const Display &display : m_displays) {
         const QPointF origin = display.geometry.topLeft();
         const QRectF pixels(origin, QSizeF(display.geometry.size()) * display.scale);
-        // The rectangle's own test counts the far edges in, which belong to the next display.
+        // QRectF::contains() includes the right and bottom edges, which belong to the next display.
         if (pixel.x() >= pixels.left() && pixel.x() < pixels.right() && pixel.y() >= pixels.top() &&
             pixel.y() < pixels.bottom()) {
             const QPointF centre = QPointF(pixel) + QPointF(0.5, 0.5);

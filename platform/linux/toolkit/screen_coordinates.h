@@ -14,12 +14,12 @@ namespace corvane::platform {
 ///
 /// - global points: origin at the bottom left of the primary display, y upward (`Screen`);
 /// - Qt's virtual desktop: the same points, origin at its top left, y downward;
-/// - X pixels, y downward. Qt gives a display the same top left corner in pixels and in points and
-///   divides its size by the display's scale factor.
+/// - X pixels, y downward. In Qt a display has the same top left corner in pixels and in points;
+///   its size in points is its size in pixels divided by its scale factor.
 class ScreenCoordinates
 {
 public:
-    /// One display, as Qt sees it.
+    /// One display as reported by Qt.
     struct Display
     {
         /// In Qt's virtual desktop.
@@ -28,7 +28,7 @@ public:
         double scale = 1;
     };
 
-    /// Without displays, every translation from pixels gives none.
+    /// Has no displays: every translation from pixels returns an empty result.
     ScreenCoordinates() = default;
     ScreenCoordinates(QRect primary, QList<Display> displays);
 
@@ -36,7 +36,7 @@ public:
     [[nodiscard]] QRectF globalFromQt(const QRectF &rectangle) const;
     [[nodiscard]] QPointF globalFromQt(QPointF point) const;
     [[nodiscard]] QRectF qtFromGlobal(const QRectF &rectangle) const;
-    /// The global point of a pixel's centre; none when it lies on no display.
+    /// The global point of a pixel's centre; empty if the pixel is on no display.
     [[nodiscard]] std::optional<QPointF> globalFromPixel(QPoint pixel) const;
 
 private:

@@ -19,10 +19,10 @@ namespace corvane::platform {
 
 namespace {
 
-/// Side lengths, in pixels, that panels ask for at scale 1 and 2.
+/// Side lengths in pixels that desktop panels request at scale 1 and 2.
 constexpr int pictureSizes[] = {16, 18, 22, 24, 32, 36, 44, 48, 64};
 
-/// Draws the picture anew at each size that is asked for, so that nothing is ever scaled.
+/// Draws the picture separately for each requested size, so that it is never scaled.
 class PictureEngine final : public QIconEngine
 {
 public:
@@ -61,7 +61,7 @@ private:
     StatusPicture m_picture;
 };
 
-/// A menu whose key equivalents work while it is open; Qt knows them only for menus of windows.
+/// A menu whose shortcuts work while it is open. Qt handles shortcuts only in menus of windows.
 class KeyedMenu final : public QMenu
 {
 protected:
@@ -79,7 +79,8 @@ protected:
     }
 };
 
-/// The icon and its menu, made when there is a place for them; what they load is not small.
+/// The icon and its menu, created only when the desktop has a status area, because they load much
+/// code.
 class Tray
 {
 public:
@@ -101,7 +102,7 @@ public:
         }
         m_icon.setToolTip(QStringLiteral("Corvane"));
         m_icon.setContextMenu(&m_menu);
-        // The menu is all that the item has: either button opens it.
+        // The item has no other function, so that either button opens the menu.
         QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_menu,
                          [this](QSystemTrayIcon::ActivationReason reason) {
                              if (reason == QSystemTrayIcon::Trigger) {

@@ -4,8 +4,8 @@
 
 namespace corvane::platform {
 
-/// Status icons by the StatusNotifierItem protocol, or in an XEmbed tray where only that exists.
-/// Made after a QApplication.
+/// Status icons by the StatusNotifierItem protocol, or in an XEmbed tray if the desktop has only
+/// that. Must be created after the QApplication.
 class QtStatusBar final : public StatusBar
 {
 public:

@@ -21,12 +21,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The first frames of the island come before its icon.
+/// Delays the icon until the island's first frames have been drawn.
 constexpr auto startDelay = 400ms;
 constexpr auto xembedGrace = 3s;
 constexpr int callTimeoutMs = 5'000;
 
-/// The tray of the display's first screen; others went out of use before trays came.
+/// The tray of the X display's first screen. Current systems have no further X screens.
 constexpr std::string_view traySelectionName = "_NET_SYSTEM_TRAY_S0";
 
 const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -64,7 +64,7 @@ void StatusTrayWatch::watchBus()
     m_watcherService.addWatchedService(watcherService);
     connect(&m_watcherService, &QDBusServiceWatcher::serviceRegistered, this,
             &StatusTrayWatch::askForHost);
-    // A watcher may be there before a panel that shows what it watches.
+    // The watcher may start before a panel (host) that shows the items.
     bus.connect(watcherService, watcherPath, watcherService,
                 QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(askForHost()));
     askForHost();
@@ -113,7 +113,7 @@ void StatusTrayWatch::watchDisplay()
         connection, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root, m_traySelection,
         XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
     QCoreApplication::instance()->installNativeEventFilter(this);
-    // Asked after the notification was ordered, so that no tray falls between the two.
+    // Queried after subscribing to the notification, so that no tray is missed in between.
     const xcb::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection, xcb_get_selection_owner(connection, m_traySelection), nullptr));
     if (owner && owner->owner != XCB_WINDOW_NONE) {

@@ -13,15 +13,15 @@ namespace corvane::platform {
 
 /// Waits for the first place where the desktop shows status icons, without polling. Main thread.
 ///
-/// Qt asks only once in a program's life whether there is a StatusNotifierItem host, and a question
-/// without an answer stops it for many seconds: so this asks first.
+/// Qt checks only once per process whether a StatusNotifierItem host exists, and blocks for many
+/// seconds if the host does not answer. This class therefore checks first, without blocking.
 class StatusTrayWatch final : public QObject, public QAbstractNativeEventFilter
 {
     Q_OBJECT
 
 public:
-    /// Calls `found` once, when a StatusNotifierItem host has answered, or when for a while there
-    /// has been an XEmbed tray only.
+    /// Calls `found` once, as soon as a StatusNotifierItem host has answered, or if only an XEmbed
+    /// tray has been present for some time.
     explicit StatusTrayWatch(std::function<void()> found);
     ~StatusTrayWatch() override;
 
@@ -37,7 +37,7 @@ private:
 
     std::function<void()> m_found;
     QDBusServiceWatcher m_watcherService;
-    /// Desktops start the two kinds of trays in any order; the better one is waited for.
+    /// Desktops may start the XEmbed tray first; this leaves time for a StatusNotifierItem host.
     QTimer m_xembedGrace;
     std::uint32_t m_traySelection = 0;
     int m_selectionEvent = -1;
