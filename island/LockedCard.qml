@@ -5,17 +5,16 @@ import Corvane.Look.Motion
 import QtQuick
 
 // Stands in for every pane until the user has proved presence once.
-Item {
+CardFrame {
     id: root
 
     required property IslandController island
 
-    implicitHeight: 40 + mark.implicitHeight + 14 + title.implicitHeight + 14 + unlock.implicitHeight + 46
+    topMargin: 40
+    spacing: 14
+    bottomMargin: 46
 
     BreathingMark {
-        id: mark
-
-        y: 40
         anchors.horizontalCenter: parent.horizontalCenter
         size: 26
         color: Theme.green
@@ -23,10 +22,6 @@ Item {
     }
 
     Label {
-        id: title
-
-        anchors.top: mark.bottom
-        anchors.topMargin: 14
         anchors.horizontalCenter: parent.horizontalCenter
         text: "CORVANE LOCKED"
         font: Theme.pixel(9, 2.2)
@@ -34,10 +29,6 @@ Item {
     }
 
     PillButton {
-        id: unlock
-
-        anchors.top: title.bottom
-        anchors.topMargin: 14
         anchors.horizontalCenter: parent.horizontalCenter
         label: "UNLOCK"
         icon: "touchid"

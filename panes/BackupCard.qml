@@ -8,13 +8,15 @@ import Corvane.Panes
 import QtQuick
 
 // Shows the key of a new wallet once, until the user has saved it.
-Item {
+CardFrame {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    implicitHeight: 8 + header.height + 10 + warning.height + 10 + key.height + 10 + done.implicitHeight + 16
+    topMargin: 8
+    spacing: 10
+    bottomMargin: 16
 
     BackupCardModel {
         id: card
@@ -24,11 +26,7 @@ Item {
     }
 
     Item {
-        id: header
-
-        x: 28
-        y: 8
-        width: root.width - 56
+        width: parent.width
         height: Math.max(symbol.implicitHeight, title.implicitHeight)
 
         Pictogram {
@@ -53,13 +51,7 @@ Item {
     }
 
     Label {
-        id: warning
-
-        x: 28
-        anchors.top: header.bottom
-        anchors.topMargin: 10
-        width: root.width - 56
-        height: implicitHeight
+        width: parent.width
         text: "this is the ONLY copy. save it somewhere safe — a password manager, paper, anywhere offline. anyone holding it owns the wallet; lose it and nobody can recover it."
         wrapMode: Text.WordWrap
         font: Theme.term(9)
@@ -67,12 +59,7 @@ Item {
     }
 
     Panel {
-        id: key
-
-        x: 28
-        anchors.top: warning.bottom
-        anchors.topMargin: 10
-        width: root.width - 56
+        width: parent.width
         height: secret.implicitHeight + 20
 
         SecretLabel {
@@ -81,7 +68,6 @@ Item {
             x: 10
             y: 10
             width: parent.width - 20
-            height: implicitHeight
             secret: card.backup
             font: Theme.term(9)
             color: Theme.ink
@@ -92,24 +78,25 @@ Item {
         }
     }
 
-    PillButton {
-        x: 28
-        anchors.verticalCenter: done.verticalCenter
-        label: card.copyLabel
-        icon: "doc.on.doc"
-        onTriggered: card.copy()
-    }
+    Item {
+        width: parent.width
+        height: done.implicitHeight
 
-    PillButton {
-        id: done
+        PillButton {
+            anchors.verticalCenter: done.verticalCenter
+            label: card.copyLabel
+            icon: "doc.on.doc"
+            onTriggered: card.copy()
+        }
 
-        anchors.right: parent.right
-        anchors.rightMargin: 28
-        anchors.top: key.bottom
-        anchors.topMargin: 10
-        label: "I'VE SAVED IT"
-        icon: "checkmark"
-        filled: true
-        onTriggered: card.finish()
+        PillButton {
+            id: done
+
+            anchors.right: parent.right
+            label: "I'VE SAVED IT"
+            icon: "checkmark"
+            filled: true
+            onTriggered: card.finish()
+        }
     }
 }

@@ -6,13 +6,15 @@ import Corvane.Panes
 import QtQuick
 
 // The default pane: what the wallet is worth, how the price moves, and the ways to the other panes.
-Item {
+CardFrame {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    implicitHeight: 6 + header.height + 11 + figures.height + 11 + sparkline.height + 11 + actions.height + 14
+    topMargin: 6
+    spacing: 11
+    bottomMargin: 14
 
     BalanceCardModel {
         id: card
@@ -22,11 +24,7 @@ Item {
     }
 
     Item {
-        id: header
-
-        x: 28
-        y: 6
-        width: root.width - 56
+        width: parent.width
         height: Math.max(title.implicitHeight, networkTag.implicitHeight)
 
         Label {
@@ -60,101 +58,90 @@ Item {
     }
 
     Item {
-        id: figures
+        width: parent.width
+        height: 4 + (card.hasAddress ? worth.implicitHeight : invitation.implicitHeight)
 
-        x: 28
-        anchors.top: header.bottom
-        anchors.topMargin: 11
-        width: root.width - 56
-        height: 4 + (card.hasAddress ? headline.implicitHeight + 6 + holdings.implicitHeight : watchTitle.implicitHeight + 6 + watchText.implicitHeight)
-
-        RollingText {
-            id: headline
+        Stack {
+            id: worth
 
             y: 2
-            width: Math.min(implicitWidth, parent.width)
-            height: implicitHeight
+            width: parent.width
+            spacing: 6
             visible: card.hasAddress
-            text: card.headline
-            font: Theme.pixel(24)
-            color: Theme.ink
-            minimumScale: 0.6
 
-            PressArea {
-                anchors.fill: parent
-                label: card.headline
-                onTriggered: card.toggleHeadline()
+            RollingText {
+                width: Math.min(implicitWidth, parent.width)
+                text: card.headline
+                font: Theme.pixel(24)
+                color: Theme.ink
+                minimumScale: 0.6
+
+                PressArea {
+                    anchors.fill: parent
+                    label: card.headline
+                    onTriggered: card.toggleHeadline()
+                }
+            }
+
+            Item {
+                width: parent.width
+                height: holdings.implicitHeight
+
+                Label {
+                    id: holdings
+
+                    width: Math.min(implicitWidth, parent.width - solPrice.width - 8)
+                    elide: Text.ElideRight
+                    text: card.holdings
+                    font: Theme.term(10)
+                    color: Theme.muted
+                }
+
+                Label {
+                    id: solPrice
+
+                    anchors.right: parent.right
+                    width: Math.min(implicitWidth, parent.width / 2)
+                    elide: Text.ElideRight
+                    text: card.solPrice
+                    font: Theme.term(10)
+                    color: Theme.muted
+                }
             }
         }
 
-        Label {
-            id: holdings
-
-            anchors.top: headline.bottom
-            anchors.topMargin: 6
-            width: Math.min(implicitWidth, parent.width - solPrice.width - 8)
-            elide: Text.ElideRight
-            visible: card.hasAddress
-            text: card.holdings
-            font: Theme.term(10)
-            color: Theme.muted
-        }
-
-        Label {
-            id: solPrice
-
-            anchors.right: parent.right
-            anchors.top: holdings.top
-            width: Math.min(implicitWidth, parent.width / 2)
-            elide: Text.ElideRight
-            visible: card.hasAddress
-            text: card.solPrice
-            font: Theme.term(10)
-            color: Theme.muted
-        }
-
-        Label {
-            id: watchTitle
+        Stack {
+            id: invitation
 
             y: 2
-            visible: !card.hasAddress
-            text: "WATCH YOUR QUIBS"
-            font: Theme.term(14, Theme.Heavy)
-            color: Theme.ink
-        }
-
-        Label {
-            id: watchText
-
-            anchors.top: watchTitle.bottom
-            anchors.topMargin: 6
             width: parent.width
+            spacing: 6
             visible: !card.hasAddress
-            text: "paste your quib wallet address - balances live in the notch. no keys, watch-only."
-            wrapMode: Text.WordWrap
-            font: Theme.term(10)
-            color: Theme.muted
+
+            Label {
+                text: "WATCH YOUR QUIBS"
+                font: Theme.term(14, Theme.Heavy)
+                color: Theme.ink
+            }
+
+            Label {
+                width: parent.width
+                text: "paste your quib wallet address - balances live in the notch. no keys, watch-only."
+                wrapMode: Text.WordWrap
+                font: Theme.term(10)
+                color: Theme.muted
+            }
         }
     }
 
     SparklineView {
-        id: sparkline
-
-        x: 28
-        anchors.top: figures.bottom
-        anchors.topMargin: 11
-        width: root.width - 56
+        width: parent.width
         height: 38
         wave: card.wave
     }
 
     Item {
-        id: actions
-
-        x: 28
-        anchors.top: sparkline.bottom
-        anchors.topMargin: 11
-        width: root.width - 56
+        width: parent.width
         height: Math.max(chip.visible ? chip.implicitHeight : setAddress.implicitHeight, receive.visible ? receive.implicitHeight : 0, send.visible ? send.implicitHeight : 0)
 
         AddressChip {
@@ -200,9 +187,9 @@ Item {
             filled: true
             onTriggered: card.send()
         }
-    }
 
-    Announcement {
-        text: card.announcement
+        Announcement {
+            text: card.announcement
+        }
     }
 }

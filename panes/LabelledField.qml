@@ -3,7 +3,7 @@ import Corvane.Look.Controls
 import QtQuick
 
 // A field under its label.
-Item {
+Stack {
     id: root
 
     required property string label
@@ -15,11 +15,9 @@ Item {
     readonly property Item field: field
     signal edited(string text)
 
-    implicitHeight: caption.implicitHeight + 4 + field.implicitHeight
+    spacing: 4
 
     Label {
-        id: caption
-
         text: root.label
         font: Theme.term(8, Theme.Bold, 1.4)
         color: Theme.muted
@@ -30,10 +28,7 @@ Item {
     TextField {
         id: field
 
-        anchors.top: caption.bottom
-        anchors.topMargin: 4
         width: root.fieldWidth
-        height: implicitHeight
         label: root.label
         placeholder: root.placeholder
         onEdited: text => root.edited(text)

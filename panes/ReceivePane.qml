@@ -6,13 +6,15 @@ import Corvane.Panes
 import QtQuick
 
 // The wallet's address, as a QR code and in letters.
-Item {
+CardFrame {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    implicitHeight: 4 + header.height + 12 + (card.hasAddress ? (code.valid ? pop.height + 12 : 0) + address.implicitHeight + 12 + copy.implicitHeight : hint.implicitHeight + 48) + 16
+    topMargin: 4
+    spacing: 12
+    bottomMargin: 16
 
     ReceivePaneModel {
         id: card
@@ -22,38 +24,33 @@ Item {
     }
 
     PaneHeader {
-        id: header
-
-        x: 28
-        y: 4
-        width: root.width - 56
-        height: implicitHeight
+        width: parent.width
         title: "RECEIVE"
         networkName: card.networkName
         mainnet: card.isMainnet
         onClosed: card.close()
     }
 
-    Label {
-        id: hint
-
-        anchors.top: header.bottom
-        anchors.topMargin: 12 + 24
-        anchors.horizontalCenter: parent.horizontalCenter
+    Item {
+        width: parent.width
+        height: card.hasAddress ? 0 : 24 + hint.implicitHeight + 24
         visible: !card.hasAddress
-        text: "set your wallet address in settings first"
-        font: Theme.term(10)
-        color: Theme.muted
+
+        Label {
+            id: hint
+
+            y: 24
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "set your wallet address in settings first"
+            font: Theme.term(10)
+            color: Theme.muted
+        }
     }
 
     QRPop {
-        id: pop
-
-        anchors.top: header.bottom
-        anchors.topMargin: 12
         anchors.horizontalCenter: parent.horizontalCenter
         width: 162
-        height: 162
+        height: code.valid ? 162 : 0
         visible: code.valid
 
         Rectangle {
@@ -77,12 +74,9 @@ Item {
     }
 
     Label {
-        id: address
-
-        anchors.top: code.valid ? pop.bottom : header.bottom
-        anchors.topMargin: 12
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, 380)
+        height: card.hasAddress ? implicitHeight : 0
         visible: card.hasAddress
         text: card.address
         elide: Text.ElideMiddle
@@ -91,11 +85,8 @@ Item {
     }
 
     GreenButton {
-        id: copy
-
-        anchors.top: address.bottom
-        anchors.topMargin: 12
         anchors.horizontalCenter: parent.horizontalCenter
+        height: card.hasAddress ? implicitHeight : 0
         visible: card.hasAddress
         title: card.copyLabel
         horizontalPadding: 16

@@ -5,18 +5,15 @@ import Corvane.Panes
 import QtQuick
 
 // The fields of a transfer, its button, and what became of the last one.
-Item {
+Stack {
     id: root
 
     required property SendPaneModel card
 
-    implicitHeight: recipient.implicitHeight + 10 + amount.implicitHeight + 10 + action.height + (root.card.sent ? 10 + sentRow.height : 0) + (error.text === "" ? 0 : 10 + error.implicitHeight)
+    spacing: 10
 
     LabelledField {
-        id: recipient
-
         width: parent.width
-        height: implicitHeight
         label: "TO"
         placeholder: "recipient solana address"
         text: root.card.recipient
@@ -24,59 +21,55 @@ Item {
         onEdited: text => root.card.recipient = text
     }
 
-    LabelledField {
-        id: amount
-
-        anchors.top: recipient.bottom
-        anchors.topMargin: 10
-        width: 160
-        height: implicitHeight
-        label: "AMOUNT (SOL)"
-        placeholder: "0.00"
-        text: root.card.amount
-        invalid: root.card.amountIsWrong
-        onEdited: text => root.card.amount = text
-    }
-
     Item {
-        id: beside
+        width: parent.width
+        height: amount.implicitHeight
 
-        anchors.left: amount.right
-        anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.bottom: amount.bottom
-        height: amount.field.implicitHeight
+        LabelledField {
+            id: amount
 
-        OutlineButton {
-            id: max
-
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.card.hasMax
-            title: "MAX"
-            font: Theme.term(8, Theme.Bold)
-            color: Theme.green
-            horizontalPadding: 8
-            verticalPadding: 5
-            onTriggered: root.card.max()
+            width: 160
+            label: "AMOUNT (SOL)"
+            placeholder: "0.00"
+            text: root.card.amount
+            invalid: root.card.amountIsWrong
+            onEdited: text => root.card.amount = text
         }
 
-        Label {
-            anchors.left: root.card.hasMax ? max.right : parent.left
-            anchors.leftMargin: root.card.hasMax ? 8 : 0
+        Item {
+            anchors.left: amount.right
+            anchors.leftMargin: 8
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.card.equivalence
-            elide: Text.ElideRight
-            font: Theme.term(9)
-            color: Theme.muted
+            anchors.bottom: amount.bottom
+            height: amount.field.implicitHeight
+
+            OutlineButton {
+                id: max
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.card.hasMax
+                title: "MAX"
+                font: Theme.term(8, Theme.Bold)
+                color: Theme.green
+                horizontalPadding: 8
+                verticalPadding: 5
+                onTriggered: root.card.max()
+            }
+
+            Label {
+                anchors.left: root.card.hasMax ? max.right : parent.left
+                anchors.leftMargin: root.card.hasMax ? 8 : 0
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.card.equivalence
+                elide: Text.ElideRight
+                font: Theme.term(9)
+                color: Theme.muted
+            }
         }
     }
 
     Item {
-        id: action
-
-        anchors.top: amount.bottom
-        anchors.topMargin: 10
         width: parent.width
         height: 2 + send.implicitHeight
 
@@ -138,12 +131,8 @@ Item {
     }
 
     Item {
-        id: sentRow
-
-        anchors.top: action.bottom
-        anchors.topMargin: 10
         width: parent.width
-        height: sentText.implicitHeight
+        height: root.card.sent ? sentText.implicitHeight : 0
 
         Label {
             id: sentText
@@ -190,10 +179,6 @@ Item {
     }
 
     ErrorLine {
-        id: error
-
-        anchors.top: root.card.sent ? sentRow.bottom : action.bottom
-        anchors.topMargin: 10
         width: parent.width
         text: root.card.errorMsg
     }

@@ -6,13 +6,15 @@ import Corvane.Panes
 import QtQuick
 
 // Sends coins: to whom, how many, and what became of it.
-Item {
+CardFrame {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    implicitHeight: 6 + header.height + 10 + (card.hasKey ? form.implicitHeight : notice.implicitHeight) + 16
+    topMargin: 6
+    spacing: 10
+    bottomMargin: 16
 
     SendPaneModel {
         id: card
@@ -22,12 +24,7 @@ Item {
     }
 
     PaneHeader {
-        id: header
-
-        x: 28
-        y: 6
-        width: root.width - 56
-        height: implicitHeight
+        width: parent.width
         title: "SEND"
         networkName: card.networkName
         mainnet: card.isMainnet
@@ -35,43 +32,34 @@ Item {
     }
 
     Item {
-        id: notice
-
-        x: 28
-        anchors.top: header.bottom
-        anchors.topMargin: 10
-        width: root.width - 56
-        implicitHeight: 2 + noticeText.implicitHeight + 8 + setUp.implicitHeight
+        width: parent.width
+        height: card.hasKey ? 0 : 2 + notice.implicitHeight
         visible: !card.hasKey
 
-        Label {
-            id: noticeText
+        Stack {
+            id: notice
 
             y: 2
-            text: "no wallet yet — create or import one first"
-            font: Theme.term(9)
-            color: Theme.muted
-        }
+            spacing: 8
 
-        PillButton {
-            id: setUp
+            Label {
+                text: "no wallet yet — create or import one first"
+                font: Theme.term(9)
+                color: Theme.muted
+            }
 
-            anchors.top: noticeText.bottom
-            anchors.topMargin: 8
-            label: "SET UP WALLET"
-            icon: "sparkles"
-            filled: true
-            onTriggered: card.close()
+            PillButton {
+                label: "SET UP WALLET"
+                icon: "sparkles"
+                filled: true
+                onTriggered: card.close()
+            }
         }
     }
 
     SendForm {
-        id: form
-
-        x: 28
-        anchors.top: header.bottom
-        anchors.topMargin: 10
-        width: root.width - 56
+        width: parent.width
+        height: card.hasKey ? implicitHeight : 0
         visible: card.hasKey
         card: card
     }

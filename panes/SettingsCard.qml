@@ -6,13 +6,15 @@ import Corvane.Panes
 import QtQuick
 
 // What the wallet watches, whom it asks, and the last things to do with its key.
-Item {
+CardFrame {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    implicitHeight: 6 + header.height + 9 + addressBlock.height + 9 + rpcBlock.height + 9 + networkRow.height + 9 + walletRow.height + 9 + 2 + done.implicitHeight + 16
+    topMargin: 6
+    spacing: 9
+    bottomMargin: 16
 
     SettingsCardModel {
         id: card
@@ -22,11 +24,7 @@ Item {
     }
 
     Item {
-        id: header
-
-        x: 28
-        y: 6
-        width: root.width - 56
+        width: parent.width
         height: Math.max(title.implicitHeight, unit.implicitHeight)
 
         Label {
@@ -49,18 +47,11 @@ Item {
         }
     }
 
-    Item {
-        id: addressBlock
-
-        x: 28
-        anchors.top: header.bottom
-        anchors.topMargin: 9
-        width: root.width - 56
-        height: address.implicitHeight + (addressError.text === "" ? 0 : 4 + addressError.implicitHeight)
+    Stack {
+        width: parent.width
+        spacing: 4
 
         LabelledField {
-            id: address
-
             width: parent.width
             label: "WALLET ADDRESS (public key, watch-only)"
             placeholder: "paste your quib address"
@@ -69,26 +60,16 @@ Item {
         }
 
         ErrorLine {
-            id: addressError
-
-            y: address.implicitHeight + 4
             width: parent.width
             text: card.addressError
         }
     }
 
-    Item {
-        id: rpcBlock
-
-        x: 28
-        anchors.top: addressBlock.bottom
-        anchors.topMargin: 9
-        width: root.width - 56
-        height: rpc.implicitHeight + 4 + rpcSource.implicitHeight
+    Stack {
+        width: parent.width
+        spacing: 4
 
         LabelledField {
-            id: rpc
-
             width: parent.width
             label: "CUSTOM RPC URL (optional, wins over public RPC)"
             placeholder: card.rpcPlaceholder
@@ -97,9 +78,6 @@ Item {
         }
 
         Label {
-            id: rpcSource
-
-            y: rpc.implicitHeight + 4
             text: card.rpcSource
             font: Theme.term(8)
             color: card.rpcIsPublic ? Theme.muted : Theme.green
@@ -107,12 +85,7 @@ Item {
     }
 
     Item {
-        id: networkRow
-
-        x: 28
-        anchors.top: rpcBlock.bottom
-        anchors.topMargin: 9
-        width: root.width - 56
+        width: parent.width
         height: Math.max(networkLabel.implicitHeight, picker.implicitHeight)
 
         Label {
@@ -140,12 +113,7 @@ Item {
     }
 
     Item {
-        id: walletRow
-
-        x: 28
-        anchors.top: networkRow.bottom
-        anchors.topMargin: 9
-        width: root.width - 56
+        width: parent.width
         height: Math.max(walletText.implicitHeight, backup.implicitHeight)
 
         Label {
@@ -181,27 +149,29 @@ Item {
         }
     }
 
-    OutlineButton {
-        x: 28
-        anchors.verticalCenter: done.verticalCenter
-        title: "QUIT"
-        font: Theme.pixel(9, 1.5)
-        color: Theme.red
-        horizontalPadding: 12
-        verticalPadding: 6
-        onTriggered: card.quit()
-    }
+    Item {
+        width: parent.width
+        height: 2 + done.implicitHeight
 
-    GreenButton {
-        id: done
+        OutlineButton {
+            anchors.verticalCenter: done.verticalCenter
+            title: "QUIT"
+            font: Theme.pixel(9, 1.5)
+            color: Theme.red
+            horizontalPadding: 12
+            verticalPadding: 6
+            onTriggered: card.quit()
+        }
 
-        anchors.right: parent.right
-        anchors.rightMargin: 28
-        anchors.top: walletRow.bottom
-        anchors.topMargin: 11
-        title: "DONE"
-        horizontalPadding: 18
-        verticalPadding: 6
-        onTriggered: card.done()
+        GreenButton {
+            id: done
+
+            y: 2
+            anchors.right: parent.right
+            title: "DONE"
+            horizontalPadding: 18
+            verticalPadding: 6
+            onTriggered: card.done()
+        }
     }
 }

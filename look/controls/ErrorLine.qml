@@ -6,6 +6,7 @@ import QtQuick
 Label {
     id: root
 
+    height: root.text === "" ? 0 : root.implicitHeight
     visible: root.text !== ""
     wrapMode: Text.WordWrap
     font: Theme.term(8)
