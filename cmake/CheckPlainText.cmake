@@ -1,8 +1,7 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Finds texts that could be taken for markup: what is shown comes from servers, too. Every view writes
-# with Label, which alone says what a text is.
-# cmake -DROOT=<source folder> -P CheckPlainText.cmake
+# Finds text items that could interpret markup, because some texts come from servers. Views must use Label,
+# the only type that sets the text format. cmake -DROOT=<source folder> -P CheckPlainText.cmake
 set(label "${ROOT}/look/controls/Label.qml")
 file(STRINGS "${label}" plain REGEX "^    textFormat: Text\\.PlainText$")
 if(NOT plain)
@@ -18,7 +17,7 @@ foreach(folder app core island keys look onboarding panes platform)
         file(STRINGS "${file}" lines REGEX
             "(^|[^A-Za-z0-9_])Text *({|$)|textFormat|TextEdit|TextArea|(Rich|Styled|Auto|Markdown)Text|setHtml")
         foreach(line IN LISTS lines)
-            # TextInput's signal, which interprets nothing.
+            # A signal of TextInput, which interprets no markup.
             if(NOT line MATCHES "onTextEdited")
                 list(APPEND violations "${file}: ${line}")
             endif()

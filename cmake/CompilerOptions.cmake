@@ -1,4 +1,4 @@
-# Warnings for code that is written here; generated QML code is left out of it.
+# Warnings for the code of this repository; generated QML code is exempt.
 add_library(corvane_warnings INTERFACE)
 target_compile_options(corvane_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
@@ -18,17 +18,17 @@ elseif(CORVANE_SANITIZE)
         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
     if(CORVANE_FUZZ)
-        # Counts edges and compared values for libFuzzer; programs without it just count.
+        # Instruments edges and comparisons for libFuzzer; has no effect on other programs.
         add_compile_options(-fsanitize=fuzzer-no-link)
     endif()
 else()
-    # What an attacker meets who has found a fault all the same. A test reads it off the program.
+    # Hardening against exploitation of memory errors. A test checks the built program for it.
     add_compile_options(
         $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=3> -D_GLIBCXX_ASSERTIONS
         -fstack-protector-strong -fstack-clash-protection -ftrivial-auto-var-init=zero)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
         add_compile_options(-fcf-protection=full)
-        # Debian's start-up objects do not say that they can do with a shadow stack.
+        # Debian's start-up objects are not marked as compatible with a shadow stack.
         add_link_options(LINKER:-z,shstk)
     elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64")
         add_compile_options(-mbranch-protection=standard)
@@ -41,15 +41,15 @@ add_link_options($<$<CONFIG:Release>:LINKER:--gc-sections>)
 include(CheckPIESupported)
 check_pie_supported()
 
-# Takes the warnings off the registration and QML cache code that Qt generates for a module.
+# Disables warnings for the registration and QML cache code that Qt generates for a module.
 function(corvane_exempt_generated_code target)
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "qmlcache|qmltyperegistrations")
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
 endfunction()
 
-# Gives the sources of a target the headers that most of them read, compiled once. Off in a plain
-# build, which therefore finds a source that does not include what it uses.
+# Precompiles the headers that most sources of a target include. Off by default, so that a plain build
+# finds sources that do not include what they use.
 option(CORVANE_PRECOMPILED_HEADERS "Compile common headers once for each target" OFF)
 if(CORVANE_PRECOMPILED_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     # A compiler cache compares precompiled headers byte by byte.

@@ -1,5 +1,5 @@
-# Which folder may include from and import which: a test reads this table. A folder stands after all that
-# it uses, so no arrow leads back.
+# Which folders each folder may include from and import. A test checks the sources against this table. A
+# folder may use only folders listed above it, so that there are no cycles.
 set(CORVANE_LAYERS
     "platform:"
     "platform/linux/files:platform"

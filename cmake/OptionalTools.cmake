@@ -1,5 +1,5 @@
-# corvane_find_program(VARIABLE NAME USE): finds an optional tool, or says in one line what is left out
-# for want of it. tools/setup/common.sh shows these lines.
+# corvane_find_program(VARIABLE NAME USE): finds an optional tool. If it is missing, reports in one
+# line what is not built without it. tools/setup/common.sh prints these lines.
 function(corvane_find_program variable name use)
     find_program(${variable} ${name})
     if(NOT ${variable})

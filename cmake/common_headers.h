@@ -1,6 +1,6 @@
 #pragma once
 
-// What most sources include, for corvane_precompile(). Sources still name what they use.
+// Headers that most sources include, for corvane_precompile(). Sources still include what they use.
 
 #include <QByteArray>
 #include <QList>
