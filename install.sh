@@ -1,21 +1,21 @@
 #!/bin/bash
-# Installs Corvane for everyone who uses this machine, or takes it away again.
+# Installs Corvane for all users of this machine, or removes it.
 
 usage="Usage: ./install.sh [--bundle FOLDER]
        ./install.sh --uninstall
 
-Builds Corvane, as ./run does, and installs it for everyone who uses this machine: the application
+Builds Corvane, as ./run does, and installs it for all users of this machine: the application
 directory /Applications/Corvane.app, links to it where desktops look (the command corvane, the menu
 entry, icons, metadata, the manual page) and the polkit action that guards the key. Run it again to
-upgrade; a Corvane that runs goes on undisturbed.
+upgrade; a running Corvane is not affected.
 
   --bundle FOLDER   install this Corvane.app instead of building one
-  --uninstall       take everything away again, also the login item of the user who calls this;
-                    only the settings and the key in the keyring stay
+  --uninstall       remove everything, including the login item of the user who runs this,
+                    except the settings and the key in the keyring
   --help            show this text
 
-Run it as an ordinary user: sudo is asked for only where something is put in place or taken away.
-With DESTDIR=FOLDER everything goes below FOLDER, and sudo is never asked for."
+Run it as an ordinary user: it uses sudo only to install and to remove files.
+With DESTDIR=FOLDER everything is installed below FOLDER, without sudo."
 
 bundle='' uninstall=''
 while [ $# != 0 ]; do
@@ -29,7 +29,7 @@ while [ $# != 0 ]; do
     shift
 done
 
-# Given from where this was called, which is left now.
+# Relative to the caller's folder, which common.sh changes.
 [ -z "${DESTDIR:-}" ] || DESTDIR=$(realpath -m "$DESTDIR")
 . "$(dirname "$0")/tools/setup/common.sh"
 app=/Applications/Corvane.app
@@ -37,11 +37,11 @@ placement=tools/setup/placement.sh
 root=()
 [ "$(id -u)" = 0 ] || [ -n "${DESTDIR:-}" ] || root=(sudo)
 
-# Whose login item and running program this is about; under sudo not root's.
+# The user whose login item and running program are meant; under sudo this is not root.
 user=$(id -un)
 [ "$(id -u)" != 0 ] || user=${SUDO_USER:-$user}
 
-# as_user COMMAND...: with the rights of $user.
+# as_user COMMAND...: runs COMMAND as $user.
 as_user() {
     if [ "$(id -un)" = "$user" ]; then
         "$@"
@@ -50,8 +50,8 @@ as_user() {
     fi
 }
 
-# is_running: whether $user runs the installed program, also one that has been replaced since. Told by
-# its command line, because the program hides from its own user which file it is.
+# is_running: whether $user is running the installed program, including a version that has been replaced
+# since. Checks the command line, because the hardened process does not let its user read /proc/PID/exe.
 is_running() {
     [ -z "${DESTDIR:-}" ] || return
     local process name program
@@ -66,7 +66,7 @@ is_running() {
     return 1
 }
 
-# require_root WHAT: says what sudo will be asked for, and fails where there is none.
+# require_root WHAT ARGUMENTS: announces what sudo is needed for; fails if sudo is missing.
 require_root() {
     if [ -z "${root:-}" ]; then
         return
@@ -75,7 +75,7 @@ require_root() {
     say "$1 needs root; sudo may ask for your password"
 }
 
-# login_item: the file by which $user's desktop starts the installed program, if there is one.
+# login_item: prints the autostart file that starts the installed program for $user, if it exists.
 login_item() {
     local home folder
     home=$(getent passwd "$user" | cut -d: -f6)
@@ -86,7 +86,7 @@ login_item() {
 }
 
 if [ -z "${DESTDIR:-}" ] && [ "$(dpkg-query -W -f '${db:Status-Status}' corvane 2>/dev/null)" = installed ]; then
-    fail "Corvane is installed as a Debian package" "To take that away: sudo apt-get purge corvane"
+    fail "Corvane is installed as a Debian package" "To remove it: sudo apt-get purge corvane"
 fi
 
 if [ "$uninstall" ]; then
@@ -96,7 +96,7 @@ if [ "$uninstall" ]; then
         say "Corvane is not installed"
         exit
     fi
-    say "taking away:"
+    say "removing:"
     printf '    %s\n' $files "$item" | sed '/^ *$/d'
     if is_running; then
         say "asking the running Corvane to quit"
@@ -105,26 +105,26 @@ if [ "$uninstall" ]; then
             is_running || break
             sleep 0.5
         done
-        ! is_running || say "it is still running, and ends with your session at the latest"
+        ! is_running || say "it is still running, and stops when you log out at the latest"
     fi
     if [ "$item" ]; then
         as_user rm -f "$item"
-        as_user rmdir "${item%/*}" 2>/dev/null || true # others have entries there
+        as_user rmdir "${item%/*}" 2>/dev/null || true # other programs may have entries there
     fi
     if [ "$files" ]; then
-        require_root "taking it away" --uninstall
-        "${root[@]}" "$placement" remove || fail "not everything could be taken away" \
+        require_root "removing it" --uninstall
+        "${root[@]}" "$placement" remove || fail "not everything could be removed" \
             "Look at the message above, then run this again."
     fi
-    say "Corvane is uninstalled; its settings and your key in the keyring are still there"
+    say "Corvane is uninstalled; its settings and your key in the keyring are kept"
     exit
 fi
 
 if [ -z "$bundle" ]; then
     owner=$(stat -c %U .)
     if [ "$(id -u)" = 0 ] && [ "$owner" != root ]; then
-        fail "the build would leave files of root in a checkout of $owner" \
-            "As $owner: ./install.sh, which asks for sudo itself. Or, when built: $0 --bundle FOLDER"
+        fail "the build would create files owned by root in a checkout owned by $owner" \
+            "As $owner: ./install.sh, which runs sudo itself. Or, if already built: $0 --bundle FOLDER"
     fi
     ensure_packages build
     ensure_modules assets
@@ -140,10 +140,10 @@ cat <<END
     links to it in /usr/local/bin, /usr/local/share (applications, icons, man) and /usr/share/metainfo
     the polkit action, in /usr/share/polkit-1/actions
 END
-require_root "putting these in place" "--bundle '$bundle'"
+require_root "installing these files" "--bundle '$bundle'"
 "${root[@]}" "$placement" put "$bundle" || fail "Corvane could not be installed" "Look at the message above."
 if is_running; then
-    say "the Corvane that runs is still the one from before: corvane --quit, then corvane"
+    say "the old version is still running; to start the new one: corvane --quit, then corvane"
 else
     say "installed; start it from the menu of your desktop or with: corvane"
 fi

@@ -1,5 +1,5 @@
-"""A desktop of its own for demos and tests: display, window manager, compositor, session bus,
-pointer, screen reader. See README.md."""
+"""A virtual desktop for demos and tests: display, window manager, compositor, session bus,
+pointer, accessibility client. See README.md."""
 
 from .accessible import AccessibleTree
 from .corvane import Corvane

@@ -1,7 +1,7 @@
-"""Reads and operates a program over the accessibility bus, as a screen reader does.
+"""Reads and operates a program through the accessibility bus, as a screen reader does.
 
-It talks to the bus itself: the usual client library keeps a cache that only a main loop refreshes.
-"""
+Uses the bus directly, because the usual client library keeps a cache that only a main loop
+refreshes. """
 
 import contextlib
 from dataclasses import dataclass
@@ -21,7 +21,7 @@ _SHOWING, _FOCUSED = 1 << 25, 1 << 12
 
 @dataclass(frozen=True)
 class Accessible:
-    """One thing that a program shows."""
+    """One accessible object of a program."""
 
     tree: "AccessibleTree"
     owner: str
@@ -33,22 +33,22 @@ class Accessible:
 
     @property
     def description(self):
-        """None when it has gone meanwhile."""
+        """None if it no longer exists."""
         try:
             return self.tree.get(self.owner, self.path, "Description")
         except GLib.Error:
             return None
 
     def press(self):
-        """Does what a screen reader's user does to a button."""
+        """Performs the object's default action, as a screen reader's user does."""
         done, = self.tree.call(self.owner, self.path, "org.a11y.atspi.Action", "DoAction",
                                GLib.Variant("(i)", (0,)))
         if not done:
             raise RuntimeError(f"{self.role} {self.name!r} cannot be pressed")
 
     def extents(self, scale):
-        """(x, y, width, height) on the screen, in pixels, of which `scale` make a point. None when
-        it has gone meanwhile."""
+        """(x, y, width, height) on the screen in pixels; `scale` is the number of pixels per point.
+        None if the object no longer exists."""
         try:
             points, = self.tree.call(self.owner, self.path, "org.a11y.atspi.Component",
                                      "GetExtents", GLib.Variant("(u)", (0,)))
@@ -58,7 +58,7 @@ class Accessible:
 
 
 class AccessibleTree:
-    """What the program with this process id shows."""
+    """The accessible objects of the program with this process id."""
 
     def __init__(self, bus_address, process_id):
         session = Gio.DBusConnection.new_for_address_sync(bus_address, _FLAGS, None, None)
@@ -74,7 +74,7 @@ class AccessibleTree:
         self._bus.close_sync(None)
 
     def listen(self):
-        """Begins to note what a screen reader would say of its own accord."""
+        """Starts recording the notifications that a screen reader would announce."""
         wait_until(self.things, "the program on the accessibility bus")
         self.call(_REGISTRY, "/org/a11y/atspi/registry", _REGISTRY, "RegisterEvent",
                   GLib.Variant("(sass)", ("object:state-changed:showing", [], "")))
@@ -84,13 +84,13 @@ class AccessibleTree:
     def _note(self, _bus, owner, path, _interface, _signal, arguments):
         what, shows = arguments.unpack()[:2]
         if owner == self._owner and what == "showing" and shows:
-            with contextlib.suppress(GLib.Error):  # it has gone meanwhile
+            with contextlib.suppress(GLib.Error):  # it no longer exists
                 role, = self.call(owner, path, _ACCESSIBLE, "GetRoleName")
                 if role == "notification":
                     self._heard.append(self.get(owner, path, "Name"))
 
     def heard(self):
-        """The names of the notifications that have come up since `listen`."""
+        """The names of the notifications since `listen`."""
         self.things()
         return self._heard
 
@@ -99,7 +99,7 @@ class AccessibleTree:
                                    Gio.DBusCallFlags.NONE, _CALL_MS, None).unpack()
 
     def get(self, owner, path, what):
-        """A property of something that the bus names."""
+        """A property of an accessible object."""
         value, = self.call(owner, path, "org.freedesktop.DBus.Properties", "Get",
                            GLib.Variant("(ss)", (_ACCESSIBLE, what)))
         return value
@@ -117,10 +117,10 @@ class AccessibleTree:
         return None
 
     def things(self):
-        """Everything that shows now, in the order of the tree. Empty while the program is not on
-        the bus."""
+        """All visible objects, in the order of the tree. Empty while the program is not on the
+        bus."""
         while GLib.MainContext.default().iteration(False):
-            pass  # what has come up is noted while it is still there
+            pass  # records notifications while they exist
         self._owner = self._owner or self._find_program()
         if self._owner is None:
             return []
@@ -135,7 +135,7 @@ class AccessibleTree:
             (states, _), = self.call(self._owner, path, _ACCESSIBLE, "GetState")
             children = self._children(self._owner, path)
         except GLib.Error:
-            return  # it went while we were asking
+            return  # it disappeared during the query
         if depth > 1 and not states & _SHOWING:
             return
         found.append(Accessible(self, self._owner, path, name, role, depth,
@@ -144,12 +144,12 @@ class AccessibleTree:
             self._collect(child, depth + 1, found)
 
     def texts(self):
-        """The names of all that shows, without the program and its window."""
+        """The names of all visible objects, except the program and its window."""
         return [thing.name for thing in self.things() if thing.name and thing.depth > 1]
 
     def find(self, name, *roles):
-        """The thing with this name, or for which `name`, a function, is true, and with one of these
-        roles if there are any; None when nothing shows that."""
+        """The first visible object with this name (or for which `name`, a function, returns true)
+        and, if given, one of these roles; None if there is none."""
         matches = name if callable(name) else lambda text: text == name
         return next((thing for thing in self.things()
                      if matches(thing.name) and (not roles or thing.role in roles)), None)

@@ -1,4 +1,4 @@
-"""The built program under the hands of a script."""
+"""Runs the built program and operates it."""
 
 import json
 import os
@@ -18,21 +18,20 @@ CARD_WIDTH = 620
 ONBOARDED = "corvane.onboarded.v1"
 ON_NOTCH = (0, 12)
 ASIDE = (-600, 500)
-DARK = 40  # no channel of a pixel that belongs to the island's black is brighter
-_FIELDS = ("text", "panel")  # a masked field is told only by the panel round it
-_STILL_SECONDS = 0.4  # longer than any pause in an animation, shorter than a caret shows
-_PANEL_SIDE = 354  # from the middle of the screen to the panel's edge
-_PANEL_BODY = 360  # the panel's height below the top band
+DARK = 40  # upper limit of each colour channel in the island's black
+_FIELDS = ("text", "panel")  # a masked field is found by the panel around it
+_STILL_SECONDS = 0.4  # longer than any pause in an animation, shorter than a blink of the caret
+_PANEL_SIDE = 354  # distance from the middle of the screen to the panel's edge
+_PANEL_BODY = 360  # height of the panel below the top band
 
 
 class Corvane:
     """Runs the program on a desktop while entered.
 
-    `settings` is what the settings file holds beforehand: an object, or text to write as it is. An
-    object is told as well that the tour of a first run has been shown, or what `onboarded` says;
-    None tells nothing. `under` is a command to run it under, which becomes its process.
-    All places are in points from the middle of the screen's top edge.
-    """
+    `settings` is the initial content of the settings file: an object, or text that is written
+    unchanged. `onboarded` is added to an object as the flag for a finished tour; None adds nothing.
+    `under` is a command that runs the program by exec. All positions are in points, relative to the
+    middle of the screen's top edge. """
 
     def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
                  arguments=(), environment=None, program=PROGRAM, onboarded=True, under=()):
@@ -71,7 +70,7 @@ class Corvane:
         self.stop()
 
     def start(self):
-        """Starts it and waits until the resting island is on the screen."""
+        """Starts the program and waits until the collapsed island is on the screen."""
         self.log = self.desktop.folder / "corvane.log"
         self._process = processes.start(self._command, self.environment, self.log,
                                         stdout=subprocess.PIPE)
@@ -81,7 +80,7 @@ class Corvane:
         wait_until(self._shows_island, lambda: f"the resting island\n{self.messages()}")
 
     def stop(self):
-        """Ends it; the status that it ended with."""
+        """Stops the program and returns its exit status."""
         if self._tree:
             self._tree.close()
             self._tree = None
@@ -106,30 +105,30 @@ class Corvane:
         return self._tree
 
     def capture(self):
-        """The panel's part of the screen and a little more."""
+        """The area of the screen that contains the panel, and a margin."""
         scale = self.desktop.scale
         side, height = round((_PANEL_SIDE + 20) * scale), round((self.band + _PANEL_BODY) * scale)
         return self.desktop.screen.capture(self._middle - side, 0, 2 * side, height)
 
     def outline(self, picture=None):
-        """(left, right, bottom) of the black island; None where there is none."""
+        """(left, right, bottom) of the black island; None if it is not visible."""
         scale = self.desktop.scale
         picture = picture or self.capture()
         run = picture.dark_run(round(4 * scale), self._middle)
         if run is None:
             return None
-        # Nothing is drawn so near to the left edge in any state.
+        # In no state is anything drawn this close to the left edge.
         column, bottom = run[0] + round(14 * scale), 0
         while bottom < picture.height and max(picture.at(column, bottom)) < DARK:
             bottom += 1
         return (run[0] - self._middle) / scale, (run[1] - self._middle) / scale, bottom / scale
 
     def resting_outline(self):
-        """Where the resting island has to be."""
+        """The expected position of the collapsed island."""
         if not self.notch:
             return -80, 80, self.band
         width = max(160, self.notch[0] + 52)
-        # Lopsided: the mark needs more room left of the notch than there is right of it.
+        # Not centred: the mark needs more space to the left of the notch.
         return -width / 2 - 20, width / 2 - 20, self.band
 
     def is_resting(self, picture=None):
@@ -138,13 +137,13 @@ class Corvane:
             abs(is_now - should) <= 1 for is_now, should in zip(outline, self.resting_outline()))
 
     def is_open(self, picture=None):
-        """True when a card hangs below the whole strip."""
+        """True if a card is visible below the full width of the top strip."""
         outline = self.outline(picture)
         return (outline is not None and outline[2] > self.band + 100
                 and abs(outline[1] - outline[0] - CARD_WIDTH) <= 2)
 
     def settled(self):
-        """A picture of the panel once nothing in it has moved for a while."""
+        """A picture of the panel, taken once nothing in it moves."""
         latest, since = self.capture(), time.monotonic()
 
         def still():
@@ -157,7 +156,7 @@ class Corvane:
         return latest
 
     def pixels(self, x, y):
-        """A place of the screen, in pixels."""
+        """A position on the screen in pixels."""
         return self._middle + x * self.desktop.scale, y * self.desktop.scale
 
     def point_at(self, x, y):
@@ -167,25 +166,25 @@ class Corvane:
         self.desktop.screen.click(*self.pixels(x, y))
 
     def tap(self, x, y):
-        """Clicks there before anything can notice the pointer, and leaves again."""
+        """Clicks there and leaves, before the program can react to the pointer."""
         self.desktop.screen.tap(*self.pixels(x, y), *self.pixels(*ASIDE))
 
     def click(self, thing):
-        """Clicks the middle of something that the accessibility bus names."""
+        """Clicks the middle of an accessible object."""
         x, y, width, height = thing.extents(self.desktop.scale)
         self.desktop.screen.click(x + width / 2, y + height / 2)
 
     def double_click(self, thing):
-        """Clicks twice, as fast as a hand can."""
+        """Double-clicks."""
         self.click(thing)
         self.desktop.screen.click()
 
     def press_button(self, name):
-        """Clicks the button with this name once it shows and has come to rest."""
+        """Clicks the button with this name once it is visible and no longer moves."""
         self.click(self.still(name, "push button"))
 
     def wait_enabled(self, name, enabled=True):
-        """Waits until the button with this name can be pressed, or cannot."""
+        """Waits until the button with this name is enabled, or disabled."""
         says = "" if enabled else "unavailable"
         wait_until(lambda: self.still(name, "push button").description == says,
                    lambda: f"{name} {'enabled' if enabled else 'disabled'}")
@@ -195,7 +194,7 @@ class Corvane:
         return self.still(lambda text: text.startswith(name), *_FIELDS)
 
     def still(self, name, *roles):
-        """The thing with this name and one of these roles, once it stays where it is."""
+        """The object with this name and one of these roles, once it no longer moves."""
         latest = None
 
         def resting():
@@ -207,7 +206,7 @@ class Corvane:
         return wait_until(resting, lambda: f"{name} at rest among {self.tree.things()}", pause=0.05)
 
     def fill(self, name, text):
-        """Clicks into a field and types over what it holds, key by key."""
+        """Clicks a field and replaces its content, key by key."""
         self.click(self.field(name))
         screen = self.desktop.screen
         wait_until(lambda: screen.keyboard_owner() == screen.window_named("Corvane"),
@@ -219,13 +218,13 @@ class Corvane:
             screen.press("BackSpace")
 
     def hover(self):
-        """Rests the pointer on the notch and waits for the card."""
+        """Moves the pointer onto the notch and waits for the card."""
         self.point_at(*ON_NOTCH)
         wait_until(self.is_open, "the open card")
 
     def watch_opening(self):
-        """Hovers until each state on the way to the open card has been seen; the picture of each
-        that shows it best."""
+        """Opens the card, repeatedly if necessary, until a picture of each intermediate state has
+        been taken; returns the best picture of each."""
         pictures = {"resting": self.capture()}
         left, right, _ = self.outline(pictures["resting"])
         widest = dict.fromkeys(("hovered", "widened"), right - left)
@@ -244,17 +243,17 @@ class Corvane:
             wait_until(self.is_open, "the open card")
             if {"hovered", "widened"} <= pictures.keys():
                 return pictures
-            # A busy machine skips frames.
+            # A busy machine may skip frames; try again.
             self.leave()
-        raise TimeoutError(f"of the opening only seen: {', '.join(pictures)}")
+        raise TimeoutError(f"states seen while opening: {', '.join(pictures)}")
 
     def leave(self):
-        """Takes the pointer away and waits for the resting island."""
+        """Moves the pointer away and waits until the island has collapsed."""
         self.point_at(*ASIDE)
         wait_until(self.is_resting, "the resting island")
 
     def wait_for(self, *names):
-        """Waits until all of these texts show; the texts that then show."""
+        """Waits until all of these texts are visible; returns all visible texts."""
         def complete():
             texts = self.tree.texts()
             return texts if set(names) <= set(texts) else None
@@ -262,17 +261,18 @@ class Corvane:
 
     def _shows_island(self):
         if self._process.poll() is not None:
-            raise RuntimeError(f"Corvane ended with {self._process.poll()}\n{self.messages()}")
+            raise RuntimeError(f"Corvane exited with {self._process.poll()}\n{self.messages()}")
         return self.desktop.screen.window_named("Corvane") and self.is_resting()
 
     def wait_for_end(self):
-        """The status with which it ends by itself."""
+        """Waits until the program exits by itself; returns its status."""
         return self._process.wait(PATIENCE)
 
     def send_signal(self, number):
         self._process.send_signal(number)
 
     def start_again(self, *arguments):
-        """Starts it a second time, to the end; with its status and what it said."""
+        """Starts it a second time and waits until that process exits; returns its status and
+        output."""
         return subprocess.run([*self._command, *arguments], env=self.environment, timeout=PATIENCE,
                               capture_output=True, text=True, check=False)

@@ -1,4 +1,4 @@
-"""A display, a session bus and a home of their own, all gone at the end."""
+"""A separate display, session bus and home folder, all removed at the end."""
 
 import os
 import pathlib
@@ -14,11 +14,10 @@ _ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
 
 
 class VirtualDesktop:
-    """Starts what is asked for when entered, and ends it when left, however it is left.
+    """Starts the requested services when entered and always stops them when left.
 
-    `size` is in pixels; `scale` of them make a point. Without a bus, programs are told of none. The
-    keyring is a real one, empty and unlocked.
-    """
+    `size` is in pixels; `scale` is the number of pixels per point. Without a bus, programs get no bus
+    address. The keyring is a real one, empty and unlocked. """
 
     def __init__(self, size=(1920, 1080), scale=1, window_manager=True, compositor=True, bus=True,
                  backdrop=True, keyring=False):
@@ -60,7 +59,7 @@ class VirtualDesktop:
                        "the backdrop")
 
     def _make_environment(self):
-        """The caller's environment less everything that belongs to the caller's desktop."""
+        """The caller's environment without the variables of the caller's desktop."""
         foreign = ("DBUS_", "XDG_", "QT_", "QML", "WAYLAND_", "AT_SPI_", "CORVANE_", "LC_", "LANG",
                    "XAUTHORITY", "http_proxy", "https_proxy", "all_proxy")
         environment = {key: value for key, value in os.environ.items()
@@ -86,7 +85,7 @@ class VirtualDesktop:
     def _start_display(self):
         reading, writing = os.pipe()
         try:
-            # Xvfb itself finds a free number; two that start at once never meet.
+            # Xvfb chooses a free display number itself, so that two instances never collide.
             width, height = self._size
             self._run("Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
                       "-nolisten", "tcp", "-noreset", pass_fds=[writing])
@@ -107,11 +106,11 @@ class VirtualDesktop:
         wait_until(self.screen.has_compositor, "the compositor")
 
     def process(self, name):
-        """The one started last under this name."""
+        """The last process started under this name."""
         return next(process for process in reversed(self._processes) if process.args[0] == name)
 
     def _start_bus(self):
-        # Neither a keyring nor anyone who asks for its password comes of itself.
+        # Keep the bus from starting a keyring or a password prompt by itself.
         services = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "dbus-1/services"
         services.mkdir(parents=True)
         for name in ("org.freedesktop.secrets", "org.gnome.keyring.SystemPrompter"):
@@ -123,7 +122,7 @@ class VirtualDesktop:
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
     def start_keyring(self, program="gnome-keyring-daemon", environment=None):
-        """A keyring with what the last one kept."""
+        """Starts a keyring with the content of the last one."""
         self.keyring = self._run(str(program), "--foreground", "--components=secrets", "--unlock",
                                  environment=environment, stdin=subprocess.PIPE)
         self.keyring.stdin.write(b"a password of its own")
@@ -134,39 +133,39 @@ class VirtualDesktop:
                                                      capture_output=True).stdout, "the keyring")
 
     def stop_keyring(self):
-        """Ends it under everybody's feet, stopped or not."""
+        """Kills it while programs use it, even if it is stopped (SIGSTOP)."""
         self.keyring.kill()
         self.keyring.wait()
         if self.keyring in self._processes:
             self._processes.remove(self.keyring)
 
     def empty_keyring(self):
-        """Forgets every key, and what programs remember of them."""
+        """Deletes every key and the accounts remembered for them."""
         self.stop_keyring()
         shutil.rmtree(self.environment["XDG_DATA_HOME"])
         os.mkdir(self.environment["XDG_DATA_HOME"], mode=0o700)
         self.start_keyring()
 
     def set_clipboard(self, text):
-        """Puts text on the clipboard, as another program does."""
-        # It stays behind to serve the text until somebody else has the clipboard.
+        """Copies a text to the clipboard, as another program does."""
+        # It keeps running to serve the text until another program takes the clipboard.
         subprocess.run(["xclip", "-selection", "clipboard", "-in"], env=self.environment,
                        input=text.encode(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                        timeout=PATIENCE, check=True)
 
     def clipboard(self):
-        """The text in the clipboard."""
+        """The text on the clipboard."""
         read = subprocess.run(["xclip", "-selection", "clipboard", "-out"], env=self.environment,
                               capture_output=True, text=True, timeout=PATIENCE, check=False)
         return read.stdout if read.returncode == 0 else None
 
     def make_browser(self):
-        """The desktop's handler for links, which notes the last one that it is to open: what the
-        environment has to say of it, and how to read that link."""
+        """Registers a handler for links that records the last link. Returns the environment variables
+        it needs and a function that returns that link."""
         browser = self.folder / "browser"
         browser.write_text(f'#!/bin/sh\necho "$1" > {browser}.opened\n')
         browser.chmod(0o755)
-        # For xdg-open, where it is installed; otherwise the variable counts.
+        # Used by xdg-open if it is installed; otherwise the variable is used.
         applications = pathlib.Path(self.environment["XDG_DATA_HOME"]) / "applications"
         applications.mkdir(exist_ok=True)
         (applications / "noting-browser.desktop").write_text(
@@ -178,7 +177,7 @@ class VirtualDesktop:
         return {"BROWSER": str(browser)}, lambda: opened.read_text().strip() if opened.exists() else ""
 
     def lose_display(self):
-        """Ends the X server under everybody's feet."""
+        """Kills the X server while programs use it."""
         if self.backdrop:
             self.backdrop.close()
         self.screen.close()
@@ -187,7 +186,7 @@ class VirtualDesktop:
         self._processes[0].wait()
 
     def lose_bus(self):
-        """Ends the session bus under everybody's feet."""
+        """Kills the session bus while programs use it."""
         self._bus.kill()
         self._bus.wait()
 

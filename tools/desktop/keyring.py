@@ -1,4 +1,4 @@
-"""What lies in a desktop's keyring, read and changed behind every program's back."""
+"""Reads and changes the content of a desktop's keyring directly."""
 
 from gi.repository import Gio, GLib
 
@@ -11,7 +11,7 @@ _CALL_MS = round(1000 * PATIENCE)
 
 
 class Keyring:
-    """A talk with the Secret Service on the bus with this address, while entered."""
+    """A session with the Secret Service on the bus with this address, while entered."""
 
     def __init__(self, bus_address):
         self._address = bus_address
@@ -37,7 +37,7 @@ class Keyring:
         return [*unlocked, *locked]
 
     def items(self, service):
-        """(attributes, secret) of each item; the keyring has to be open."""
+        """(attributes, secret) of each item; the keyring must be unlocked."""
         def attributes(path):
             return self._call(path, "org.freedesktop.DBus.Properties", "Get", "(ss)", _ITEM,
                               "Attributes")[0]

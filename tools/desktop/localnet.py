@@ -1,4 +1,4 @@
-"""The local cluster of tools/localnet, started for as long as it is needed."""
+"""Runs the local cluster of tools/localnet."""
 
 import json
 import os
@@ -12,12 +12,12 @@ from .waiting import PATIENCE
 
 _NODE = os.environ.get("CORVANE_NODE", "node")
 _SERVER = pathlib.Path(__file__).resolve().parents[1] / "localnet" / "server.mjs"
-# Not through a proxy that the environment names.
+# Ignores proxies set in the environment.
 _OPENER = urllib.request.build_opener(urllib.request.ProxyHandler({}))
 
 
 class Localnet:
-    """Runs the server while entered. Stopped and started again, it has the same address."""
+    """Runs the server while entered. After a stop and a start it has the same address."""
 
     def __enter__(self):
         self._files = tempfile.TemporaryDirectory(prefix="corvane-localnet-")
@@ -50,7 +50,7 @@ class Localnet:
         self._port = int(self.url.rsplit(":", 1)[1])
 
     def stop(self):
-        """Ends it; what it held is gone."""
+        """Stops the server; its state is lost."""
         if self._process:
             processes.stop(self._process)
             self._process = None
@@ -67,16 +67,16 @@ class Localnet:
         return self._fetch(f"/control/{what}", settings)
 
     def fund(self, address, sol, usdc=None, cluster="mainnet"):
-        """Sets what an address holds."""
+        """Sets the balances of an address."""
         self.control("balance", cluster=cluster, address=address, lamports=round(sol * 1e9))
         self.control("usdc", cluster=cluster, address=address, amount=usdc)
 
     def airdrop(self, address, sol, cluster="mainnet"):
-        """Lets the cluster itself pay, as a faucet does."""
+        """Sends coins from the cluster itself, as a faucet does."""
         self._ask(cluster, "requestAirdrop", address, round(sol * 1e9))
 
     def lamports(self, address, cluster="mainnet"):
-        """What the cluster itself says an address holds."""
+        """The balances of an address according to the cluster."""
         return self._ask(cluster, "getBalance", address)["value"]
 
     def _ask(self, cluster, method, *params):
@@ -87,6 +87,6 @@ class Localnet:
         return answer["result"]
 
     def requests(self, after=0, waiting=False):
-        """The requests so far that have been answered or dropped, or those that still wait for it."""
+        """The finished requests so far (answered or dropped), or the pending ones."""
         entries = self._fetch(f"/control/log?after={after}")["entries"]
         return [entry for entry in entries if (entry["doneMs"] is None) == waiting]

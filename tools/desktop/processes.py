@@ -13,21 +13,22 @@ _PR_SET_PDEATHSIG = 1
 
 
 def end_with_parent():
-    """For the moment between fork and exec: the kernel ends the child when its parent is gone."""
+    """Runs between fork and exec: makes the kernel kill the child when its parent dies."""
     _LIBC.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 def start(command, environment, log, **more):
-    """Starts `command` with its messages in the file `log`."""
+    """Starts `command` with its output in the file `log`."""
     with open(log, "ab") as messages:
-        # In a session of its own a Ctrl-C reaches the script alone, which then ends all in order.
+        # In a separate session, so that Ctrl-C reaches only the script, which then stops
+        # everything in order.
         more = {"stdin": subprocess.DEVNULL, "stdout": messages} | more
         return subprocess.Popen(command, env=environment, stderr=messages, start_new_session=True,
                                 preexec_fn=end_with_parent, **more)
 
 
 def stop(process):
-    """Ends a process politely, then not."""
+    """Terminates a process, and kills it if it does not exit."""
     if process.poll() is None:
         process.terminate()
         try:
@@ -41,7 +42,7 @@ def stop(process):
 
 
 def read_line(descriptor, what):
-    """The first line that comes through the pipe `descriptor`."""
+    """The first line read from the pipe `descriptor`."""
     line = b""
     while not line.endswith(b"\n"):
         ready, _, _ = select.select([descriptor], [], [], PATIENCE)
@@ -53,7 +54,7 @@ def read_line(descriptor, what):
 
 
 def interrupt_on_terminate():
-    """Lets SIGTERM unwind the script, so that everything it started is ended."""
+    """Makes SIGTERM unwind the script, so that everything it started is stopped."""
     def leave(number, _frame):
         raise SystemExit(128 + number)
     signal.signal(signal.SIGTERM, leave)

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Starts the built Corvane. With --demo it runs against the local cluster, with throw-away settings
-and a throw-away key that holds a few coins. Without a display it gets a virtual one: the pointer
-goes onto the notch and off again, and pictures of the island are saved in build/demo/."""
+and a throw-away key that holds a few coins. Without a display it runs on a virtual one: the pointer
+moves onto the notch and away again, and pictures of the island are saved in build/demo/."""
 
 import argparse
 import contextlib
@@ -42,7 +42,7 @@ def fund(localnet, address):
 
 
 def run_demo_here(localnet):
-    """On the user's own display, until the program ends."""
+    """Runs on the user's own display, until the program exits."""
     with tempfile.TemporaryDirectory(prefix="corvane-demo-") as folder:
         environment = os.environ | {"XDG_CONFIG_HOME": folder}
         command = [str(PROGRAM), "--endpoints", str(localnet.endpoints), "--demo-keychain"]
@@ -65,7 +65,7 @@ def run_demo_here(localnet):
 
 
 def show_off(demo):
-    """On a virtual desktop: opens the card, checks what it shows and saves pictures."""
+    """Runs on a virtual desktop: opens the card, checks its content and saves pictures."""
     with contextlib.ExitStack() as stack:
         localnet = stack.enter_context(Localnet()) if demo else None
         desktop = stack.enter_context(VirtualDesktop())

@@ -1,4 +1,4 @@
-"""The two kinds of places where a desktop shows status icons."""
+"""The two kinds of status areas on a desktop."""
 
 import threading
 
@@ -25,7 +25,7 @@ _INTERFACE = f"""
 
 
 class MenuEntry:
-    """One line of a menu, as a panel gets it."""
+    """One line of a menu, as a panel receives it."""
 
     def __init__(self, layout):
         self.id, properties, children = layout
@@ -37,8 +37,8 @@ class MenuEntry:
 
 
 class StatusNotifierHost:
-    """A panel that speaks StatusNotifierItem, while entered. `has_host` may be set later: the
-    watcher is there before something that shows what it watches."""
+    """A panel with the StatusNotifierItem protocol, while entered. `has_host` may be set later: the
+    watcher may exist before a host that shows the items."""
 
     def __init__(self, bus_address, has_host=True):
         self._address, self._has_host = bus_address, has_host
@@ -49,7 +49,7 @@ class StatusNotifierHost:
 
     def __enter__(self):
         ready = threading.Event()
-        # Its own thread, since the program waits for some answers.
+        # On a separate thread, because the program blocks on some replies.
         self._thread = threading.Thread(target=self._run, args=[ready], daemon=True)
         self._thread.start()
         if not ready.wait(PATIENCE):
@@ -89,13 +89,13 @@ class StatusNotifierHost:
                                    Gio.DBusCallFlags.NONE, _CALL_MS, None).unpack()
 
     def register_host(self):
-        """A panel has come."""
+        """Announces a host."""
         self._has_host = True
         self._bus.emit_signal(None, "/StatusNotifierWatcher", _WATCHER,
                               "StatusNotifierHostRegistered", None)
 
     def _living_items(self):
-        """Those whose programs are still there."""
+        """The items whose programs are still on the bus."""
         def lives(owner):
             return self._call("org.freedesktop.DBus", "/org/freedesktop/DBus",
                               "org.freedesktop.DBus", "NameHasOwner",
@@ -111,7 +111,7 @@ class StatusNotifierHost:
         return found
 
     def activate(self):
-        """What a panel does at a click."""
+        """Activates the item, as a click on a panel does."""
         owner, path = self._items[-1]
         self._call(owner, path, _ITEM, "Activate", GLib.Variant("(ii)", (400, 300)))
 
@@ -130,14 +130,14 @@ class StatusNotifierHost:
 
 
 class XEmbedTray:
-    """A panel that icons dock into, `side` pixels large and in one colour, while entered."""
+    """An XEmbed tray of one colour for icons of `side` pixels, while entered."""
 
     def __init__(self, screen, x, y, side=24, colour=(60, 60, 60)):
         self.x, self.y, self.side = x, y, side
         self._name, self._colour = screen.display.get_display_name(), colour
 
     def __enter__(self):
-        # A connection of its own, since its events belong to nobody else.
+        # A separate connection, because it receives events.
         self._display = display.Display(self._name)
         root = self._display.screen().root
         red, green, blue = self._colour

@@ -1,4 +1,4 @@
-"""An X display as a user meets it: pixels, a pointer, windows that can be clicked."""
+"""An X display as a user sees it: pixels, a pointer, windows that can be clicked."""
 
 import struct
 import time
@@ -13,14 +13,14 @@ _STEP_SECONDS = 0.004
 
 
 class Picture:
-    """Pixels of the screen. Coordinates are the screen's."""
+    """Pixels of the screen, in screen coordinates."""
 
     def __init__(self, x, y, width, height, data):
         self.x, self.y, self.width, self.height = x, y, width, height
         self._data = data  # blue, green, red, unused
 
     def at(self, x, y):
-        """The colour (red, green, blue) at a place of the screen."""
+        """The colour (red, green, blue) at a position."""
         place = 4 * ((y - self.y) * self.width + x - self.x)
         blue, green, red = self._data[place:place + 3]
         return red, green, blue
@@ -34,7 +34,7 @@ class Picture:
                 for column in range(x, x + width)}
 
     def dark_run(self, y, middle, limit=40):
-        """(left, right) of the row's run of nearly black pixels round the column `middle`, or
+        """(left, right) of the run of nearly black pixels around the column `middle` of a row, or
         None."""
         def dark(x):
             return self.x <= x < self.x + self.width and max(self.at(x, y)) < limit
@@ -66,7 +66,8 @@ class Picture:
 
 
 class Screen:
-    """The first screen of a display. Its pointer is the real one: the server makes the events."""
+    """The first screen of a display. It moves the real pointer, so that the server generates the
+    events."""
 
     def __init__(self, name):
         self.display = display.Display(name)
@@ -78,11 +79,12 @@ class Screen:
         self.display.close()
 
     def capture(self, x=0, y=0, width=None, height=None):
-        """What is on the screen now, all windows as they overlap."""
+        """A picture of the screen with all windows."""
         width, height = width or self.width, height or self.height
         rows = max(1, _BAND_BYTES // (4 * width))
         bands = []
-        # In bands, because the client library reads large replies slowly; no frame may come between.
+        # Read in bands, because the client library reads large replies slowly; the grab keeps frames
+        # from changing in between.
         self.display.grab_server()
         for top in range(y, y + height, rows):
             count = min(rows, y + height - top)
@@ -92,12 +94,12 @@ class Screen:
         return Picture(x, y, width, height, b"".join(bands))
 
     def jump(self, x, y):
-        """Puts the pointer somewhere at once."""
+        """Moves the pointer in one step."""
         xtest.fake_input(self.display, X.MotionNotify, x=round(x), y=round(y))
         self.display.sync()
 
     def move(self, x, y):
-        """Moves the pointer as a hand does, over the places between."""
+        """Moves the pointer through the positions in between, as a user does."""
         here = self.root.query_pointer()
         distance = max(abs(x - here.root_x), abs(y - here.root_y))
         steps = max(1, round(distance / _STEP_PIXELS))
@@ -107,7 +109,7 @@ class Screen:
             time.sleep(_STEP_SECONDS)
 
     def click(self, x=None, y=None):
-        """Moves there, if a place is named, and presses and releases the first button."""
+        """Moves there, if a position is given, and clicks the first button."""
         if x is not None:
             self.move(x, y)
         for event in (X.ButtonPress, X.ButtonRelease):
@@ -115,7 +117,7 @@ class Screen:
         self.display.sync()
 
     def drag(self, x, y, to_x, to_y):
-        """Moves there and drags with the first button to another place."""
+        """Moves there and drags with the first button to another position."""
         self.move(x, y)
         xtest.fake_input(self.display, X.ButtonPress, 1)
         self.display.sync()
@@ -124,7 +126,7 @@ class Screen:
         self.display.sync()
 
     def tap(self, x, y, away_x, away_y):
-        """Jumps there, clicks and jumps away, in one message to the server."""
+        """Moves there, clicks and moves away, in one message to the server."""
         fake = xtest.fake_input
         fake(self.display, X.MotionNotify, x=round(x), y=round(y))
         fake(self.display, X.ButtonPress, 1)
@@ -140,7 +142,7 @@ class Screen:
                               for held in modifiers])
 
     def type(self, text):
-        """Types characters that the keyboard has on a key, alone or with Shift."""
+        """Types characters that have a key on the keyboard, alone or with Shift."""
         for character in text:
             self._stroke(ord(character), [])
 
@@ -159,7 +161,7 @@ class Screen:
         time.sleep(_STEP_SECONDS)
 
     def keyboard_owner(self):
-        """The window that has the keyboard; a number where the protocol has a special value."""
+        """The window with the keyboard focus; a number for the protocol's special values."""
         return self.display.get_input_focus().focus
 
     def window_named(self, name):
@@ -170,7 +172,7 @@ class Screen:
                 if shown and window.get_wm_name() == name:
                     return window
             except (error.BadWindow, error.BadDrawable):
-                continue  # it went while we were asking
+                continue  # it disappeared during the query
         return None
 
     def has_window_manager(self):
@@ -183,10 +185,10 @@ class Screen:
 
 
 class Backdrop:
-    """A window in one colour that fills the screen beneath all others and counts real clicks."""
+    """A window of one colour that fills the screen below all others and counts real clicks."""
 
     def __init__(self, screen, colour=(48, 92, 140)):
-        # A connection of its own, since its events belong to nobody else.
+        # A separate connection, because it receives events.
         self.colour = colour
         self._display = display.Display(screen.display.get_display_name())
         root = self._display.screen().root
@@ -194,7 +196,8 @@ class Backdrop:
         self._window = root.create_window(
             0, 0, screen.width, screen.height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent,
             background_pixel=red << 16 | green << 8 | blue, event_mask=X.ButtonPressMask,
-            # Without the window manager between, a click has arrived once the server has answered.
+            # Not managed by the window manager, so that a click has arrived once the server has
+            # replied.
             override_redirect=True)
         self._window.configure(stack_mode=X.Below)
         self._window.map()
@@ -205,7 +208,7 @@ class Backdrop:
         self._display.close()
 
     def clicks(self):
-        """How many clicks have arrived so far."""
+        """The number of clicks so far."""
         self._display.sync()
         while self._display.pending_events():
             self._clicks += self._display.next_event().type == X.ButtonPress

@@ -1,10 +1,9 @@
 #!/bin/bash
-# Puts the bundle where the desktop finds it, and takes it away again: the part of install.sh that
-# needs root. $DESTDIR goes before every path, for tests and packagers.
+# Installs the bundle and its links, or removes them: the part of install.sh that needs root. $DESTDIR is
+# prepended to every path, for tests and packagers.
 #
-#   placement.sh put FOLDER   installs the bundle FOLDER, or replaces what is installed by it
-#   placement.sh remove       takes everything away
-#   placement.sh list         what `remove` would take away, one path a line
+#   placement.sh put FOLDER   installs the bundle FOLDER, replacing an installed one placement.sh remove
+#   removes everything placement.sh list         lists what `remove` would remove, one path per line
 
 set -euo pipefail
 umask 022
@@ -12,13 +11,14 @@ export LC_ALL=C.UTF-8
 
 destination=${DESTDIR:-}
 app=/Applications/Corvane.app
-# Both hidden, so that no file manager offers them, and beside the bundle, so that it is replaced by
-# renaming: a program that runs keeps what it has opened.
+# Hidden, so that file managers do not show them, and beside the bundle, so that renaming can replace it: a
+# running program keeps its open files.
 staged=$destination/Applications/.Corvane.app.new
 replaced=$destination/Applications/.Corvane.app.old
-# Copied while all else is linked: whoever may write to the bundle must not write polkit's rules.
+# Copied, unlike the other files, which are linked: write access to the bundle must not give write access to
+# polkit's rules.
 policy=usr/share/polkit-1/actions/org.corvane.policy
-# Polkit reads only names that end with ".policy".
+# Polkit reads only files whose names end with ".policy".
 staged_policy=$destination/usr/share/polkit-1/actions/.org.corvane.policy.new
 # Debian 12's polkit and AppStream read /usr/share only.
 link_folders=(usr/local/bin usr/local/share/applications usr/local/share/icons/hicolor
@@ -35,7 +35,7 @@ is_ours() { [ -L "$1" ] && [[ $(readlink "$1") == "$app"/* ]]; }
 
 is_our_policy() { [ -f "$1" ] && grep -q 'action id="org\.corvane\.' "$1"; }
 
-# our_links: every link into the bundle, wherever it now points to.
+# our_links: prints every link into the bundle, including dangling ones.
 our_links() {
     local folder
     for folder in "${link_folders[@]}"; do
@@ -43,7 +43,7 @@ our_links() {
     done
 }
 
-# wanted_links: for the bundle $1 a line "PATH TARGET" for each link, both without $DESTDIR.
+# wanted_links BUNDLE: prints a line "PATH TARGET" for each link of the bundle, both without $DESTDIR.
 wanted_links() {
     local file
     echo "/usr/local/bin/corvane $app/bin/corvane"
@@ -61,7 +61,7 @@ drop_dangling_links() {
     done
 }
 
-# used_folders: those that this installation may have made, the deepest first.
+# used_folders: prints the folders that this installation may have created, the deepest first.
 used_folders() {
     local path target
     {
@@ -73,37 +73,38 @@ used_folders() {
     } | sed 's|/[^/]*$||' | sort -ur
 }
 
-# drop_empty_folders FOLDERS: removes those of these lines that are empty now, and the emptied ones above.
+# drop_empty_folders FOLDERS: removes the empty ones of these folders (one per line) and parents that become
+# empty.
 drop_empty_folders() {
     local folder
     while read -r folder; do
-        # Debian itself makes the one for manual pages.
+        # The folder for manual pages is Debian's own.
         while [[ $folder == "$destination"/usr/*share/* && $folder != */share/man ]] && [ -d "$folder" ]; do
             rmdir "$folder" 2>/dev/null || break
             folder=${folder%/*}
         done
     done <<<"$1"
-    # A folder with other rights was not made here.
+    # A folder with other permissions was not created by this script.
     folder=$destination/Applications
     [ ! -d "$folder" ] || [ "$(stat -c %a "$folder")" != 755 ] ||
         rmdir --ignore-fail-on-non-empty "$folder"
 }
 
-# A cache that is not there needs no refresh: without one, the folders themselves are read.
+# A missing cache needs no refresh: desktops then read the folders themselves.
 refresh_caches() {
     local share=$destination/usr/local/share
     if [ -f "$share/applications/mimeinfo.cache" ] && command -v update-desktop-database >/dev/null; then
         update-desktop-database -q "$share/applications" || true
     fi
     if [ -d "$share/icons/hicolor" ]; then
-        touch "$share/icons/hicolor" # running desktops look at its time
+        touch "$share/icons/hicolor" # running desktops check its modification time
         if [ -f "$share/icons/hicolor/icon-theme.cache" ] && command -v gtk-update-icon-cache >/dev/null; then
             gtk-update-icon-cache -q -t "$share/icons/hicolor" || true
         fi
     fi
 }
 
-# An earlier run may have been killed between two renames.
+# recover: cleans up after an earlier run that was killed between two renames.
 recover() {
     rm -rf "$staged" "$staged_policy"
     if [ -d "$replaced" ] && ! is_bundle "$destination$app"; then
@@ -138,16 +139,16 @@ put() {
     recover
     fresh=yes
     if [ -e "$destination$app" ] || [ -L "$destination$app" ]; then
-        is_bundle "$destination$app" || fail "$destination$app is there and not Corvane; move it away first"
+        is_bundle "$destination$app" || fail "$destination$app exists and is not Corvane; move it away first"
         fresh=no
     fi
     while read -r path target; do
         path=$destination$path
         [ ! -e "$path" ] && [ ! -L "$path" ] || is_ours "$path" ||
-            fail "$path is there and not of this installation; move it away first"
+            fail "$path exists and does not belong to this installation; move it away first"
     done < <(wanted_links "$bundle")
     [ ! -e "$destination/$policy" ] || is_our_policy "$destination/$policy" ||
-        fail "$destination/$policy is there and not of this installation; move it away first"
+        fail "$destination/$policy exists and does not belong to this installation; move it away first"
 
     trap undo EXIT
     trap 'exit 130' INT TERM HUP
@@ -164,7 +165,7 @@ put() {
     drop_dangling_links
     install -D -m 644 "$bundle/share/polkit-1/actions/org.corvane.policy" "$staged_policy"
     refresh_caches
-    # From here on it is the new version: what follows cannot fail half-way.
+    # The new version is complete from here on; the remaining steps must not be interrupted.
     trap '' INT TERM HUP
     mv -T "$staged_policy" "$destination/$policy"
     trap - EXIT
@@ -183,7 +184,7 @@ remove() {
         mv -T "$destination$app" "$staged"
         rm -rf "$staged"
     elif [ -e "$destination$app" ]; then
-        echo "$destination$app is not Corvane and stays" >&2
+        echo "$destination$app is not Corvane and was not removed" >&2
     fi
     refresh_caches
     drop_empty_folders "$folders"
