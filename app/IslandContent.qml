@@ -4,49 +4,57 @@ import Corvane.Island
 import Corvane.Panes
 import QtQuick
 
-// The island with its cards.
+// The island with its cards. Each card gets its model when it is made, and both go together.
 IslandRoot {
     id: root
 
+    required property CardModels cards
+
     backupCard: Component {
         BackupCard {
-            model: root.model
-            island: root.island
+            id: backup
+
+            card: root.cards.backupCard(backup)
         }
     }
 
     setupCard: Component {
         SetupCard {
-            model: root.model
-            island: root.island
+            id: setup
+
+            card: root.cards.setupCard(setup)
         }
     }
 
     balanceCard: Component {
         BalanceCard {
-            model: root.model
-            island: root.island
+            id: balance
+
+            card: root.cards.balanceCard(balance)
         }
     }
 
     settingsCard: Component {
         SettingsCard {
-            model: root.model
-            island: root.island
+            id: settings
+
+            card: root.cards.settingsCard(settings)
         }
     }
 
     receivePane: Component {
         ReceivePane {
-            model: root.model
-            island: root.island
+            id: receive
+
+            card: root.cards.receivePane(receive)
         }
     }
 
     sendPane: Component {
         SendPane {
-            model: root.model
-            island: root.island
+            id: send
+
+            card: root.cards.sendPane(send)
         }
     }
 }

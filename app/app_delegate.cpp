@@ -104,7 +104,7 @@ void AppDelegate::showTour()
 
 void AppDelegate::quit()
 {
-    m_islandServices.application.terminate();
+    m_shellServices.application.terminate();
 }
 
 void AppDelegate::open(island::IslandPane pane)

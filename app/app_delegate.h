@@ -5,6 +5,7 @@
 #include "look/theme.h"
 #include "onboarding/onboarding.h"
 #include "platform/appearance.h"
+#include "platform/application.h"
 #include "platform/application_bundle.h"
 #include "platform/instance.h"
 #include "platform/login_item.h"
@@ -18,6 +19,7 @@ namespace corvane::app {
 /// What the application needs besides a wallet and an island. Everything outlives the delegate.
 struct ShellServices
 {
+    platform::Application &application;
     platform::StatusBar &statusBar;
     platform::LoginItem &loginItem;
     platform::ApplicationBundle &bundle;

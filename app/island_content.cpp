@@ -7,8 +7,9 @@
 
 namespace corvane::app {
 
-IslandContent::IslandContent(QString badge)
-    : m_badge(std::move(badge))
+IslandContent::IslandContent(panes::CardServices cardServices, QString badge)
+    : m_cardServices(cardServices)
+    , m_badge(std::move(badge))
 {
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
@@ -17,11 +18,13 @@ IslandContent::~IslandContent() = default;
 
 QQuickItem *IslandContent::make(island::IslandController &island)
 {
+    m_cards = std::make_unique<panes::CardModels>(island.model(), island, m_cardServices);
     QQmlComponent component(&m_engine,
                             QUrl(QStringLiteral("qrc:/qt/qml/Corvane/App/IslandContent.qml")));
     const QVariantMap properties{
         {QStringLiteral("model"), QVariant::fromValue(&island.model())},
         {QStringLiteral("island"), QVariant::fromValue(&island)},
+        {QStringLiteral("cards"), QVariant::fromValue(m_cards.get())},
         {QStringLiteral("badge"), m_badge},
     };
     m_root.reset(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
@@ -42,6 +45,7 @@ void IslandContent::releaseUnused()
 void IslandContent::unload()
 {
     m_root.reset();
+    m_cards.reset();
 }
 
 } // namespace corvane::app

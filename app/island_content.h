@@ -1,6 +1,7 @@
 #pragma once
 
 #include "island/island_controller.h"
+#include "panes/card_models.h"
 
 #include <QQmlEngine>
 #include <QString>
@@ -16,7 +17,7 @@ class IslandContent
 {
 public:
     /// `badge` is shown beside the product's name; empty for none.
-    explicit IslandContent(QString badge);
+    IslandContent(panes::CardServices cardServices, QString badge);
     ~IslandContent();
 
     /// The root view of `island`. A view that does not load is a programming error and stops the
@@ -33,8 +34,10 @@ public:
     void unload();
 
 private:
+    panes::CardServices m_cardServices;
     QString m_badge;
     QQmlEngine m_engine;
+    std::unique_ptr<panes::CardModels> m_cards;
     std::unique_ptr<QQuickItem> m_root;
 };
 

@@ -160,7 +160,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     }
 
     look::Theme theme(desktop.fonts);
-    app::IslandContent content(options.demoKeychain ? QStringLiteral("DEMO") : QString());
+    app::IslandContent content(
+        {desktop.queue, desktop.clipboard, desktop.sounds, desktop.links, desktop.application},
+        options.demoKeychain ? QStringLiteral("DEMO") : QString());
     onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
                                  desktop.application, desktop.windowSystem.floatingWindows(),
                                  [&content](onboarding::Onboarding &onboarding) {
@@ -180,19 +182,19 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
         });
         return root;
     };
-    delegate.emplace(core::WalletServices{desktop.queue, desktop.http, settings,
-                                          *keyServices.keychain, signingKeys, desktop.background,
-                                          desktop.formatter, desktop.files, endpoints},
-                     island::IslandServices{
-                         desktop.queue, desktop.screens, desktop.windowSystem.pointerMonitor(),
-                         desktop.windowSystem.islandPanels(), *keyServices.authenticator,
-                         desktop.clipboard, desktop.sounds, desktop.links, desktop.application,
-                         makeContent},
-                     app::ShellServices{desktop.statusBar, desktop.loginItem, desktop.bundle,
-                                        desktop.appearance, theme, tour, [&content] {
-                                            content.releaseUnused();
-                                            platform::releaseFreeMemory();
-                                        }});
+    delegate.emplace(
+        core::WalletServices{desktop.queue, desktop.http, settings, *keyServices.keychain,
+                             signingKeys, desktop.background, desktop.formatter, desktop.files,
+                             endpoints},
+        island::IslandServices{desktop.queue, desktop.screens,
+                               desktop.windowSystem.pointerMonitor(),
+                               desktop.windowSystem.islandPanels(), *keyServices.authenticator,
+                               desktop.clipboard, makeContent},
+        app::ShellServices{desktop.application, desktop.statusBar, desktop.loginItem,
+                           desktop.bundle, desktop.appearance, theme, tour, [&content] {
+                               content.releaseUnused();
+                               platform::releaseFreeMemory();
+                           }});
     delegate->applicationDidFinishLaunching();
     instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
         // It may come before the first frame, and make a card.

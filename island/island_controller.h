@@ -3,15 +3,12 @@
 #include "core/wallet_model.h"
 #include "island/island_pane.h"
 #include "look/motion/transaction.h"
-#include "platform/application.h"
 #include "platform/authenticator.h"
 #include "platform/clipboard.h"
 #include "platform/island_panel.h"
-#include "platform/link_opener.h"
 #include "platform/main_queue.h"
 #include "platform/pointer_monitor.h"
 #include "platform/screens.h"
-#include "platform/sound_player.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -37,9 +34,6 @@ struct IslandServices
     platform::IslandPanelFactory &panels;
     platform::Authenticator &authenticator;
     platform::Clipboard &clipboard;
-    platform::SoundPlayer &sounds;
-    platform::LinkOpener &links;
-    platform::Application &application;
     /// Makes the panel's content; called once, by `show`. The caller keeps what it returns, which
     /// may be null.
     std::function<QQuickItem *(IslandController &)> makeContent;
@@ -110,9 +104,6 @@ public:
     [[nodiscard]] const std::optional<QString> &authMessage() const { return m_authMessage; }
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] core::WalletModel &model() const { return m_model; }
-    [[nodiscard]] platform::MainQueue &queue() const { return m_services.queue; }
-    /// What the cards need of the desktop.
-    [[nodiscard]] const IslandServices &services() const { return m_services; }
 
     /// The screen that the island lives on and its measures there, from `island_geometry.h`.
     [[nodiscard]] std::optional<platform::Screen> screen() const;

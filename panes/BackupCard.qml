@@ -1,5 +1,3 @@
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Look.Paint
@@ -11,19 +9,11 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property BackupCardModel card
 
     topMargin: 8
     spacing: 10
     bottomMargin: 16
-
-    BackupCardModel {
-        id: card
-
-        wallet: root.model
-        island: root.island
-    }
 
     Item {
         width: parent.width
@@ -68,13 +58,13 @@ CardFrame {
             x: 10
             y: 10
             width: parent.width - 20
-            secret: card.backup
+            secret: root.card.backup
             font: Theme.term(9)
             color: Theme.ink
             selectionColor: Qt.alpha(Theme.green, 0.4)
             Accessible.role: Accessible.StaticText
             Accessible.name: "Your secret key, which is not read out. The next button copies it."
-            onCopyRequested: (first, count) => card.copyPart(first, count)
+            onCopyRequested: (first, count) => root.card.copyPart(first, count)
         }
     }
 
@@ -84,9 +74,9 @@ CardFrame {
 
         PillButton {
             anchors.verticalCenter: done.verticalCenter
-            label: card.copyLabel
+            label: root.card.copyLabel
             icon: "doc.on.doc"
-            onTriggered: card.copy()
+            onTriggered: root.card.copy()
         }
 
         PillButton {
@@ -96,7 +86,7 @@ CardFrame {
             label: "I'VE SAVED IT"
             icon: "checkmark"
             filled: true
-            onTriggered: card.finish()
+            onTriggered: root.card.finish()
         }
     }
 }

@@ -1,5 +1,3 @@
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Panes
@@ -9,19 +7,11 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property BalanceCardModel card
 
     topMargin: 6
     spacing: 11
     bottomMargin: 14
-
-    BalanceCardModel {
-        id: card
-
-        wallet: root.model
-        island: root.island
-    }
 
     Item {
         width: parent.width
@@ -42,8 +32,8 @@ CardFrame {
             anchors.left: title.right
             anchors.leftMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            name: card.networkName
-            mainnet: card.isMainnet
+            name: root.card.networkName
+            mainnet: root.card.isMainnet
         }
 
         Label {
@@ -51,15 +41,15 @@ CardFrame {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, parent.width - networkTag.x - networkTag.width - 8)
             elide: Text.ElideRight
-            text: card.changeText
+            text: root.card.changeText
             font: Theme.term(10, Theme.Bold)
-            color: card.changeIsFall ? Theme.red : Theme.green
+            color: root.card.changeIsFall ? Theme.red : Theme.green
         }
     }
 
     Item {
         width: parent.width
-        height: 4 + (card.hasAddress ? worth.implicitHeight : invitation.implicitHeight)
+        height: 4 + (root.card.hasAddress ? worth.implicitHeight : invitation.implicitHeight)
 
         Stack {
             id: worth
@@ -67,19 +57,19 @@ CardFrame {
             y: 2
             width: parent.width
             spacing: 6
-            visible: card.hasAddress
+            visible: root.card.hasAddress
 
             RollingText {
                 width: Math.min(implicitWidth, parent.width)
-                text: card.headline
+                text: root.card.headline
                 font: Theme.pixel(24)
                 color: Theme.ink
                 minimumScale: 0.6
 
                 PressArea {
                     anchors.fill: parent
-                    label: card.headline
-                    onTriggered: card.toggleHeadline()
+                    label: root.card.headline
+                    onTriggered: root.card.toggleHeadline()
                 }
             }
 
@@ -92,7 +82,7 @@ CardFrame {
 
                     width: Math.min(implicitWidth, parent.width - solPrice.width - 8)
                     elide: Text.ElideRight
-                    text: card.holdings
+                    text: root.card.holdings
                     font: Theme.term(10)
                     color: Theme.muted
                 }
@@ -103,7 +93,7 @@ CardFrame {
                     anchors.right: parent.right
                     width: Math.min(implicitWidth, parent.width / 2)
                     elide: Text.ElideRight
-                    text: card.solPrice
+                    text: root.card.solPrice
                     font: Theme.term(10)
                     color: Theme.muted
                 }
@@ -116,7 +106,7 @@ CardFrame {
             y: 2
             width: parent.width
             spacing: 6
-            visible: !card.hasAddress
+            visible: !root.card.hasAddress
 
             Label {
                 text: "WATCH YOUR QUIBS"
@@ -137,7 +127,7 @@ CardFrame {
     SparklineView {
         width: parent.width
         height: 38
-        wave: card.wave
+        wave: root.card.wave
     }
 
     Item {
@@ -148,21 +138,21 @@ CardFrame {
             id: chip
 
             anchors.verticalCenter: parent.verticalCenter
-            visible: card.hasAddress
-            text: card.chipText
-            copied: card.copied
-            onTriggered: card.copyAddress()
+            visible: root.card.hasAddress
+            text: root.card.chipText
+            copied: root.card.copied
+            onTriggered: root.card.copyAddress()
         }
 
         GreenButton {
             id: setAddress
 
             anchors.verticalCenter: parent.verticalCenter
-            visible: !card.hasAddress
+            visible: !root.card.hasAddress
             title: "SET ADDRESS"
             horizontalPadding: 14
             verticalPadding: 7
-            onTriggered: card.openSettings()
+            onTriggered: root.card.openSettings()
         }
 
         PillButton {
@@ -171,9 +161,9 @@ CardFrame {
             anchors.right: send.visible ? send.left : parent.right
             anchors.rightMargin: send.visible ? 8 : 0
             anchors.verticalCenter: parent.verticalCenter
-            visible: card.hasAddress
+            visible: root.card.hasAddress
             label: "RECEIVE"
-            onTriggered: card.receive()
+            onTriggered: root.card.receive()
         }
 
         PillButton {
@@ -181,15 +171,15 @@ CardFrame {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            visible: card.canSend
+            visible: root.card.canSend
             label: "SEND"
             icon: "paperplane.fill"
             filled: true
-            onTriggered: card.send()
+            onTriggered: root.card.send()
         }
 
         Announcement {
-            text: card.announcement
+            text: root.card.announcement
         }
     }
 }

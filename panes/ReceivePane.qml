@@ -1,5 +1,3 @@
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Panes
@@ -9,32 +7,24 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property ReceivePaneModel card
 
     topMargin: 4
     spacing: 12
     bottomMargin: 16
 
-    ReceivePaneModel {
-        id: card
-
-        wallet: root.model
-        island: root.island
-    }
-
     PaneHeader {
         width: parent.width
         title: "RECEIVE"
-        networkName: card.networkName
-        mainnet: card.isMainnet
-        onClosed: card.close()
+        networkName: root.card.networkName
+        mainnet: root.card.isMainnet
+        onClosed: root.card.close()
     }
 
     Item {
         width: parent.width
-        height: card.hasAddress ? 0 : 24 + hint.implicitHeight + 24
-        visible: !card.hasAddress
+        height: root.card.hasAddress ? 0 : 24 + hint.implicitHeight + 24
+        visible: !root.card.hasAddress
 
         Label {
             id: hint
@@ -67,7 +57,7 @@ CardFrame {
             y: 9
             width: 144
             height: 144
-            text: card.address
+            text: root.card.address
             Accessible.role: Accessible.Graphic
             Accessible.name: "QR code of your address"
         }
@@ -76,9 +66,9 @@ CardFrame {
     Label {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, 380)
-        height: card.hasAddress ? implicitHeight : 0
-        visible: card.hasAddress
-        text: card.address
+        height: root.card.hasAddress ? implicitHeight : 0
+        visible: root.card.hasAddress
+        text: root.card.address
         elide: Text.ElideMiddle
         font: Theme.term(9)
         color: Theme.muted
@@ -86,11 +76,11 @@ CardFrame {
 
     GreenButton {
         anchors.horizontalCenter: parent.horizontalCenter
-        height: card.hasAddress ? implicitHeight : 0
-        visible: card.hasAddress
-        title: card.copyLabel
+        height: root.card.hasAddress ? implicitHeight : 0
+        visible: root.card.hasAddress
+        title: root.card.copyLabel
         horizontalPadding: 16
         verticalPadding: 7
-        onTriggered: card.copyAddress()
+        onTriggered: root.card.copyAddress()
     }
 }

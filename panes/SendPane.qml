@@ -1,5 +1,3 @@
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Panes
@@ -9,32 +7,24 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property SendPaneModel card
 
     topMargin: 6
     spacing: 10
     bottomMargin: 16
 
-    SendPaneModel {
-        id: card
-
-        wallet: root.model
-        island: root.island
-    }
-
     PaneHeader {
         width: parent.width
         title: "SEND"
-        networkName: card.networkName
-        mainnet: card.isMainnet
-        onClosed: card.close()
+        networkName: root.card.networkName
+        mainnet: root.card.isMainnet
+        onClosed: root.card.close()
     }
 
     Item {
         width: parent.width
-        height: card.hasKey ? 0 : 2 + notice.implicitHeight
-        visible: !card.hasKey
+        height: root.card.hasKey ? 0 : 2 + notice.implicitHeight
+        visible: !root.card.hasKey
 
         Stack {
             id: notice
@@ -52,15 +42,15 @@ CardFrame {
                 label: "SET UP WALLET"
                 icon: "sparkles"
                 filled: true
-                onTriggered: card.close()
+                onTriggered: root.card.close()
             }
         }
     }
 
     SendForm {
         width: parent.width
-        height: card.hasKey ? implicitHeight : 0
-        visible: card.hasKey
-        card: card
+        height: root.card.hasKey ? implicitHeight : 0
+        visible: root.card.hasKey
+        card: root.card
     }
 }

@@ -1,5 +1,3 @@
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Panes
@@ -9,19 +7,11 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property SettingsCardModel card
 
     topMargin: 6
     spacing: 9
     bottomMargin: 16
-
-    SettingsCardModel {
-        id: card
-
-        wallet: root.model
-        island: root.island
-    }
 
     Item {
         width: parent.width
@@ -55,13 +45,13 @@ CardFrame {
             width: parent.width
             label: "WALLET ADDRESS (public key, watch-only)"
             placeholder: "paste your quib address"
-            text: card.address
-            onEdited: text => card.address = text
+            text: root.card.address
+            onEdited: text => root.card.address = text
         }
 
         ErrorLine {
             width: parent.width
-            text: card.addressError
+            text: root.card.addressError
         }
     }
 
@@ -72,15 +62,15 @@ CardFrame {
         LabelledField {
             width: parent.width
             label: "CUSTOM RPC URL (optional, wins over public RPC)"
-            placeholder: card.rpcPlaceholder
-            text: card.customRPC
-            onEdited: text => card.customRPC = text
+            placeholder: root.card.rpcPlaceholder
+            text: root.card.customRPC
+            onEdited: text => root.card.customRPC = text
         }
 
         Label {
-            text: card.rpcSource
+            text: root.card.rpcSource
             font: Theme.term(8)
-            color: card.rpcIsPublic ? Theme.muted : Theme.green
+            color: root.card.rpcIsPublic ? Theme.muted : Theme.green
         }
     }
 
@@ -106,9 +96,9 @@ CardFrame {
             anchors.verticalCenter: parent.verticalCenter
             width: 200
             label: networkLabel.text
-            titles: card.networks
-            selected: card.network
-            onChosen: index => card.network = index
+            titles: root.card.networks
+            selected: root.card.network
+            onChosen: index => root.card.network = index
         }
     }
 
@@ -120,9 +110,9 @@ CardFrame {
             id: walletText
 
             anchors.verticalCenter: parent.verticalCenter
-            text: card.walletText
+            text: root.card.walletText
             font: Theme.term(8)
-            color: card.hasKey ? Theme.green : Theme.muted
+            color: root.card.hasKey ? Theme.green : Theme.muted
         }
 
         LinkText {
@@ -131,10 +121,10 @@ CardFrame {
             anchors.right: remove.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            visible: card.hasKey
+            visible: root.card.hasKey
             title: "BACKUP"
             color: Theme.green
-            onTriggered: card.backup()
+            onTriggered: root.card.backup()
         }
 
         LinkText {
@@ -142,10 +132,10 @@ CardFrame {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            visible: card.hasKey
-            title: card.removeLabel
+            visible: root.card.hasKey
+            title: root.card.removeLabel
             color: Theme.red
-            onTriggered: card.remove()
+            onTriggered: root.card.remove()
         }
     }
 
@@ -160,7 +150,7 @@ CardFrame {
             color: Theme.red
             horizontalPadding: 12
             verticalPadding: 6
-            onTriggered: card.quit()
+            onTriggered: root.card.quit()
         }
 
         GreenButton {
@@ -171,7 +161,7 @@ CardFrame {
             title: "DONE"
             horizontalPadding: 18
             verticalPadding: 6
-            onTriggered: card.done()
+            onTriggered: root.card.done()
         }
     }
 }

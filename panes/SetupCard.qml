@@ -1,7 +1,5 @@
 pragma ComponentBehavior: Bound
 
-import Corvane.Core
-import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Look.Motion
@@ -13,32 +11,31 @@ import QtQuick
 CardFrame {
     id: root
 
-    required property WalletModel model
-    required property IslandController island
+    required property SetupCardModel card
 
     topMargin: 10
     spacing: 10
     bottomMargin: 18
 
-    SetupCardModel {
-        id: card
+    Connections {
+        target: root.card
 
-        wallet: root.model
-        island: root.island
-        onImportingChanged: faces.show(card.importing ? importFace : choiceFace)
+        function onImportingChanged() {
+            faces.show(root.card.importing ? importFace : choiceFace);
+        }
     }
 
     CardSwitcher {
         id: faces
 
         width: parent.width
-        transaction: root.island.transaction
+        transaction: root.card.transaction
         Component.onCompleted: faces.show(choiceFace)
     }
 
     ErrorLine {
         width: parent.width
-        text: card.errorMsg
+        text: root.card.errorMsg
     }
 
     Component {
@@ -72,7 +69,7 @@ CardFrame {
                     label: "CREATE WALLET"
                     icon: "sparkles"
                     filled: true
-                    onTriggered: card.createWallet()
+                    onTriggered: root.card.createWallet()
                 }
 
                 PillButton {
@@ -80,7 +77,7 @@ CardFrame {
                     anchors.leftMargin: 8
                     anchors.verticalCenter: create.verticalCenter
                     label: "IMPORT"
-                    onTriggered: card.showImport()
+                    onTriggered: root.card.showImport()
                 }
             }
         }
@@ -109,7 +106,7 @@ CardFrame {
             SecureField {
                 width: parent.width
                 placeholder: "secret key"
-                secret: card.importText
+                secret: root.card.importText
             }
 
             Item {
@@ -119,7 +116,7 @@ CardFrame {
                 PillButton {
                     anchors.verticalCenter: submit.verticalCenter
                     label: "BACK"
-                    onTriggered: card.back()
+                    onTriggered: root.card.back()
                 }
 
                 PillButton {
@@ -129,9 +126,9 @@ CardFrame {
                     label: "IMPORT"
                     icon: "key.fill"
                     filled: true
-                    enabled: card.canImport
-                    opacity: card.canImport ? 1 : 0.4
-                    onTriggered: card.importKey()
+                    enabled: root.card.canImport
+                    opacity: root.card.canImport ? 1 : 0.4
+                    onTriggered: root.card.importKey()
                 }
             }
         }

@@ -2,22 +2,24 @@
 
 namespace corvane::panes {
 
-BackupCardModel::BackupCardModel(QObject *parent)
+BackupCardModel::BackupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
+                                 platform::Clipboard &clipboard, platform::MainQueue &queue,
+                                 QObject *parent)
     : QObject(parent)
+    , m_wallet(wallet)
+    , m_transaction(transaction)
+    , m_clipboard(clipboard)
+    , m_copied(queue, copiedFor)
 {
     connect(&m_copied, &PassingFlag::changed, this, &BackupCardModel::copyLabelChanged);
-}
-
-void BackupCardModel::componentComplete()
-{
-    connect(m_wallet, &core::WalletModel::pendingBackupChanged, this, &BackupCardModel::read);
+    connect(&m_wallet, &core::WalletModel::pendingBackupChanged, this, &BackupCardModel::read);
     read();
 }
 
 void BackupCardModel::read()
 {
-    if (m_wallet->pendingBackup()) {
-        m_backup.assign(m_wallet->pendingBackup()->bytes());
+    if (m_wallet.pendingBackup()) {
+        m_backup.assign(m_wallet.pendingBackup()->bytes());
     }
 }
 
@@ -28,20 +30,20 @@ QString BackupCardModel::copyLabel() const
 
 void BackupCardModel::copy()
 {
-    const QStringView pending = m_wallet->hasPendingBackup() ? m_backup.view() : QStringView();
-    m_island->services().clipboard.setSecret(pending);
-    m_copied.raise(m_island->queue(), copiedFor);
+    const QStringView pending = m_wallet.hasPendingBackup() ? m_backup.view() : QStringView();
+    m_clipboard.setSecret(pending);
+    m_copied.raise();
 }
 
 void BackupCardModel::copyPart(int first, int count)
 {
-    m_island->services().clipboard.setSecret(m_backup.view().sliced(first, count));
+    m_clipboard.setSecret(m_backup.view().sliced(first, count));
 }
 
 void BackupCardModel::finish()
 {
-    m_island->transaction()->run(look::Animation::spring(0.42, 0.88),
-                                 [this] { m_wallet->setPendingBackup(std::nullopt); });
+    m_transaction.run(look::Animation::spring(0.42, 0.88),
+                      [this] { m_wallet.setPendingBackup(std::nullopt); });
 }
 
 } // namespace corvane::panes

@@ -12,8 +12,6 @@ using island::IslandPane;
 
 namespace {
 
-constexpr QChar unknownAmount(u'—');
-
 QString signedPercent(double change)
 {
     const QString sign = std::signbit(change) ? QString() : QStringLiteral("+");
@@ -22,25 +20,25 @@ QString signedPercent(double change)
 
 QString dollars(const WalletModel &wallet, std::optional<double> amount)
 {
-    return amount ? u'$' + wallet.group(*amount, 2) : QString(unknownAmount);
+    return amount ? u'$' + wallet.group(*amount, 2) : QStringLiteral("—");
 }
 
 } // namespace
 
-BalanceCardModel::BalanceCardModel(QObject *parent)
+BalanceCardModel::BalanceCardModel(WalletModel &wallet, island::IslandController &island,
+                                   platform::MainQueue &queue, QObject *parent)
     : QObject(parent)
+    , m_wallet(wallet)
+    , m_island(island)
+    , m_copied(queue, copiedFor)
 {
     connect(&m_copied, &PassingFlag::changed, this, &BalanceCardModel::chipChanged);
-}
-
-void BalanceCardModel::componentComplete()
-{
     for (const auto signal :
          {&WalletModel::solChanged, &WalletModel::usdcChanged, &WalletModel::priceChanged,
           &WalletModel::chgChanged, &WalletModel::displayUSDChanged, &WalletModel::networkChanged,
           &WalletModel::addressChanged, &WalletModel::signingPubkeyChanged,
           &WalletModel::waveChanged}) {
-        connect(m_wallet, signal, this, &BalanceCardModel::update);
+        connect(&m_wallet, signal, this, &BalanceCardModel::update);
     }
     update();
 }
@@ -48,23 +46,29 @@ void BalanceCardModel::componentComplete()
 BalanceCardModel::Figures BalanceCardModel::read() const
 {
     Figures figures;
-    if (const std::optional<double> change = m_wallet->chg()) {
+    if (const std::optional<double> change = m_wallet.chg()) {
         figures.changeText = signedPercent(*change);
         // What is not a number does not rise either.
         figures.changeIsFall = !(*change >= 0);
     }
-    figures.headline =
-        m_wallet->displayUSD() ? dollars(*m_wallet, m_wallet->totalUSD()) : m_wallet->solLabel();
-    figures.holdings = QStringLiteral("≈ ") + m_wallet->quibLabel();
-    if (const std::optional<double> usdc = m_wallet->usdc()) {
-        figures.holdings += QStringLiteral("  ·  USDC ") + m_wallet->group(*usdc, 2);
+    if (m_wallet.displayUSD()) {
+        const std::optional<double> total = m_wallet.totalUSD();
+        figures.headline = dollars(m_wallet, total);
+        figures.headlineIsKnown = total.has_value();
+    } else {
+        figures.headline = m_wallet.solLabel();
+        figures.headlineIsKnown = m_wallet.sol().has_value();
     }
-    figures.solPrice = QStringLiteral("SOL ") + dollars(*m_wallet, m_wallet->price());
-    figures.address = m_wallet->shortAddress();
-    figures.hasAddress = m_wallet->hasValidAddress();
-    figures.canSend = m_wallet->hasSigningKey();
-    figures.networkName = networkTitle(m_wallet->network());
-    figures.isMainnet = m_wallet->network() == core::SolNetwork::Mainnet;
+    figures.holdings = QStringLiteral("≈ ") + m_wallet.quibLabel();
+    if (const std::optional<double> usdc = m_wallet.usdc()) {
+        figures.holdings += QStringLiteral("  ·  USDC ") + m_wallet.group(*usdc, 2);
+    }
+    figures.solPrice = QStringLiteral("SOL ") + dollars(m_wallet, m_wallet.price());
+    figures.address = m_wallet.shortAddress();
+    figures.hasAddress = m_wallet.hasValidAddress();
+    figures.canSend = m_wallet.hasSigningKey();
+    figures.networkName = networkTitle(m_wallet.network());
+    figures.isMainnet = m_wallet.network() == core::SolNetwork::Mainnet;
     return figures;
 }
 
@@ -76,15 +80,15 @@ void BalanceCardModel::update()
         Q_EMIT figuresChanged();
         Q_EMIT chipChanged();
     }
-    const bool isKnown = m_figures.hasAddress && m_figures.headline.front() != unknownAmount;
-    const QString announcement =
-        isKnown ? QStringLiteral("TOTAL BALANCE ") + m_figures.headline : QString();
+    const QString announcement = m_figures.hasAddress && m_figures.headlineIsKnown
+                                     ? QStringLiteral("TOTAL BALANCE ") + m_figures.headline
+                                     : QString();
     if (m_announcement != announcement) {
         m_announcement = announcement;
         Q_EMIT announcementChanged();
     }
-    if (m_wave != m_wallet->wave()) {
-        m_wave = m_wallet->wave();
+    if (m_wave != m_wallet.wave()) {
+        m_wave = m_wallet.wave();
         Q_EMIT waveChanged();
     }
 }
@@ -96,28 +100,28 @@ QString BalanceCardModel::chipText() const
 
 void BalanceCardModel::toggleHeadline()
 {
-    m_wallet->setDisplayUSD(!m_wallet->displayUSD());
+    m_wallet.setDisplayUSD(!m_wallet.displayUSD());
 }
 
 void BalanceCardModel::copyAddress()
 {
-    m_island->copyAddress();
-    m_copied.raise(m_island->queue(), copiedFor);
+    m_island.copyAddress();
+    m_copied.raise();
 }
 
 void BalanceCardModel::receive()
 {
-    m_island->setPane(IslandPane::Receive);
+    m_island.setPane(IslandPane::Receive);
 }
 
 void BalanceCardModel::send()
 {
-    m_island->setPane(IslandPane::Send);
+    m_island.setPane(IslandPane::Send);
 }
 
 void BalanceCardModel::openSettings()
 {
-    m_island->setPane(IslandPane::Settings);
+    m_island.setPane(IslandPane::Settings);
 }
 
 } // namespace corvane::panes

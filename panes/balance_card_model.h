@@ -6,19 +6,16 @@
 
 #include <QList>
 #include <QObject>
-#include <QQmlParserStatus>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::panes {
 
 /// What the balance card shows, in words, and what its controls do. Main thread.
-class BalanceCardModel : public QObject, public QQmlParserStatus
+class BalanceCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
-    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    QML_UNCREATABLE("made by CardModels")
     /// The 24-hour change with its sign; empty while it is unknown.
     Q_PROPERTY(QString changeText READ changeText NOTIFY figuresChanged FINAL)
     Q_PROPERTY(bool changeIsFall READ changeIsFall NOTIFY figuresChanged FINAL)
@@ -40,7 +37,8 @@ class BalanceCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(bool copied READ isCopied NOTIFY chipChanged FINAL)
 
 public:
-    explicit BalanceCardModel(QObject *parent = nullptr);
+    BalanceCardModel(core::WalletModel &wallet, island::IslandController &island,
+                     platform::MainQueue &queue, QObject *parent = nullptr);
 
     [[nodiscard]] QString changeText() const { return m_figures.changeText; }
     [[nodiscard]] bool changeIsFall() const { return m_figures.changeIsFall; }
@@ -65,9 +63,6 @@ public:
     Q_INVOKABLE void send();
     Q_INVOKABLE void openSettings();
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
     void figuresChanged();
     void announcementChanged();
@@ -75,12 +70,14 @@ Q_SIGNALS:
     void chipChanged();
 
 private:
-    /// Everything worded, as last published; empty until the card has its wallet.
+    /// Everything worded, as last published.
     struct Figures
     {
         QString changeText;
         bool changeIsFall = false;
         QString headline;
+        /// The headline is a figure, and not the sign for an unknown one.
+        bool headlineIsKnown = false;
         QString holdings;
         QString solPrice;
         QString address;
@@ -95,8 +92,8 @@ private:
     [[nodiscard]] Figures read() const;
     void update();
 
-    core::WalletModel *m_wallet = nullptr;
-    island::IslandController *m_island = nullptr;
+    core::WalletModel &m_wallet;
+    island::IslandController &m_island;
     Figures m_figures;
     QString m_announcement;
     QList<double> m_wave;

@@ -14,20 +14,23 @@ inline constexpr std::chrono::milliseconds copiedFor{1200};
 
 /// A flag that is raised for a while: "just copied", "really remove?". Main thread.
 ///
-/// Raising it again does not take the earlier fall back, which then comes early.
+/// A second raise() keeps the first timer: the flag is lowered when the first time is over.
 class PassingFlag : public QObject
 {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    PassingFlag(platform::MainQueue &queue, std::chrono::nanoseconds duration)
+        : m_queue(queue)
+        , m_duration(duration)
+    {}
 
     [[nodiscard]] bool isRaised() const { return m_raised; }
 
-    void raise(platform::MainQueue &queue, std::chrono::nanoseconds duration)
+    void raise()
     {
         setRaised(true);
-        queue.after(duration, [flag = QPointer(this)] {
+        m_queue.after(m_duration, [flag = QPointer(this)] {
             if (flag) {
                 flag->setRaised(false);
             }
@@ -47,6 +50,8 @@ private:
         }
     }
 
+    platform::MainQueue &m_queue;
+    std::chrono::nanoseconds m_duration;
     bool m_raised = false;
 };
 

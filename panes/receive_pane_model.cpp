@@ -7,37 +7,36 @@ namespace corvane::panes {
 
 using core::WalletModel;
 
-ReceivePaneModel::ReceivePaneModel(QObject *parent)
+ReceivePaneModel::ReceivePaneModel(WalletModel &wallet, island::IslandController &island,
+                                   platform::MainQueue &queue, QObject *parent)
     : QObject(parent)
+    , m_wallet(wallet)
+    , m_island(island)
+    , m_copied(queue, copiedFor)
 {
     connect(&m_copied, &PassingFlag::changed, this, &ReceivePaneModel::copyLabelChanged);
-}
-
-void ReceivePaneModel::componentComplete()
-{
-    connect(m_wallet, &WalletModel::addressChanged, this, &ReceivePaneModel::changed);
-    connect(m_wallet, &WalletModel::networkChanged, this, &ReceivePaneModel::changed);
-    Q_EMIT changed();
+    connect(&m_wallet, &WalletModel::addressChanged, this, &ReceivePaneModel::changed);
+    connect(&m_wallet, &WalletModel::networkChanged, this, &ReceivePaneModel::changed);
 }
 
 bool ReceivePaneModel::hasAddress() const
 {
-    return m_wallet != nullptr && m_wallet->hasValidAddress();
+    return m_wallet.hasValidAddress();
 }
 
 QString ReceivePaneModel::address() const
 {
-    return hasAddress() ? core::trimmingBlanks(m_wallet->address()).toString() : QString();
+    return hasAddress() ? core::trimmingBlanks(m_wallet.address()).toString() : QString();
 }
 
 QString ReceivePaneModel::networkName() const
 {
-    return m_wallet != nullptr ? networkTitle(m_wallet->network()) : QString();
+    return networkTitle(m_wallet.network());
 }
 
 bool ReceivePaneModel::isMainnet() const
 {
-    return m_wallet != nullptr && m_wallet->network() == core::SolNetwork::Mainnet;
+    return m_wallet.network() == core::SolNetwork::Mainnet;
 }
 
 QString ReceivePaneModel::copyLabel() const
@@ -47,13 +46,13 @@ QString ReceivePaneModel::copyLabel() const
 
 void ReceivePaneModel::copyAddress()
 {
-    m_island->copyAddress();
-    m_copied.raise(m_island->queue(), copiedFor);
+    m_island.copyAddress();
+    m_copied.raise();
 }
 
 void ReceivePaneModel::close()
 {
-    m_island->setPane(island::IslandPane::Balance);
+    m_island.setPane(island::IslandPane::Balance);
 }
 
 } // namespace corvane::panes

@@ -5,19 +5,16 @@
 #include "panes/passing_flag.h"
 
 #include <QObject>
-#include <QQmlParserStatus>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::panes {
 
 /// The address that others pay to. Main thread.
-class ReceivePaneModel : public QObject, public QQmlParserStatus
+class ReceivePaneModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
-    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    QML_UNCREATABLE("made by CardModels")
     Q_PROPERTY(bool hasAddress READ hasAddress NOTIFY changed FINAL)
     /// Trimmed; empty unless it is one.
     Q_PROPERTY(QString address READ address NOTIFY changed FINAL)
@@ -26,7 +23,8 @@ class ReceivePaneModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString copyLabel READ copyLabel NOTIFY copyLabelChanged FINAL)
 
 public:
-    explicit ReceivePaneModel(QObject *parent = nullptr);
+    ReceivePaneModel(core::WalletModel &wallet, island::IslandController &island,
+                     platform::MainQueue &queue, QObject *parent = nullptr);
 
     /// Copies the address and says so for a moment.
     Q_INVOKABLE void copyAddress();
@@ -38,16 +36,13 @@ public:
     [[nodiscard]] bool isMainnet() const;
     [[nodiscard]] QString copyLabel() const;
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
     void changed();
     void copyLabelChanged();
 
 private:
-    core::WalletModel *m_wallet = nullptr;
-    island::IslandController *m_island = nullptr;
+    core::WalletModel &m_wallet;
+    island::IslandController &m_island;
     PassingFlag m_copied;
 };
 

@@ -22,32 +22,34 @@ constexpr double feeMargin = 0.0001;
 
 } // namespace
 
-SendPaneModel::SendPaneModel(QObject *parent)
+SendPaneModel::SendPaneModel(WalletModel &wallet, island::IslandController &island,
+                             platform::SoundPlayer &sounds, platform::LinkOpener &links,
+                             QObject *parent)
     : QObject(parent)
-{}
-
-void SendPaneModel::componentComplete()
+    , m_wallet(wallet)
+    , m_island(island)
+    , m_sounds(sounds)
+    , m_links(links)
 {
     for (const auto signal : {&WalletModel::solChanged, &WalletModel::priceChanged,
                               &WalletModel::networkChanged, &WalletModel::signingPubkeyChanged}) {
-        connect(m_wallet, signal, this, &SendPaneModel::changed);
+        connect(&m_wallet, signal, this, &SendPaneModel::changed);
     }
-    Q_EMIT changed();
 }
 
 QString SendPaneModel::networkName() const
 {
-    return m_wallet != nullptr ? networkTitle(m_wallet->network()) : QString();
+    return networkTitle(m_wallet.network());
 }
 
 bool SendPaneModel::isMainnet() const
 {
-    return m_wallet != nullptr && m_wallet->network() == core::SolNetwork::Mainnet;
+    return m_wallet.network() == core::SolNetwork::Mainnet;
 }
 
 bool SendPaneModel::hasKey() const
 {
-    return m_wallet != nullptr && m_wallet->hasSigningKey();
+    return m_wallet.hasSigningKey();
 }
 
 void SendPaneModel::setRecipient(const QString &recipient)
@@ -73,7 +75,7 @@ bool SendPaneModel::amountIsValid() const
     if (!amount || !(*amount > 0)) {
         return false;
     }
-    const std::optional<double> balance = m_wallet->sol();
+    const std::optional<double> balance = m_wallet.sol();
     return !balance || *amount <= *balance;
 }
 
@@ -94,12 +96,12 @@ bool SendPaneModel::isReady() const
 
 bool SendPaneModel::hasMax() const
 {
-    return m_wallet != nullptr && m_wallet->sol().has_value();
+    return m_wallet.sol().has_value();
 }
 
 void SendPaneModel::max()
 {
-    if (const std::optional<double> balance = m_wallet->sol()) {
+    if (const std::optional<double> balance = m_wallet.sol()) {
         setAmount(core::fixedPoint(std::max(*balance - feeMargin, 0.0), 4));
     }
 }
@@ -111,10 +113,10 @@ QString SendPaneModel::equivalence() const
         return {};
     }
     QString text = QStringLiteral("≈ ") +
-                   m_wallet->group(std::round(*amount * core::quibPerSol), 0) +
+                   m_wallet.group(std::round(*amount * core::quibPerSol), 0) +
                    QStringLiteral(" QUIB");
-    if (const std::optional<double> price = m_wallet->price()) {
-        text += QStringLiteral("  ·  $") + m_wallet->group(*amount * *price, 2);
+    if (const std::optional<double> price = m_wallet.price()) {
+        text += QStringLiteral("  ·  $") + m_wallet.group(*amount * *price, 2);
     }
     return text;
 }
@@ -131,19 +133,19 @@ QString SendPaneModel::shortSignature() const
 
 std::optional<QUrl> SendPaneModel::link() const
 {
-    return m_sentSig ? m_wallet->explorerURL(*m_sentSig) : std::nullopt;
+    return m_sentSig ? m_wallet.explorerURL(*m_sentSig) : std::nullopt;
 }
 
 void SendPaneModel::openLink()
 {
     if (const std::optional<QUrl> page = link()) {
-        m_island->services().links.open(*page);
+        m_links.open(*page);
     }
 }
 
 void SendPaneModel::close()
 {
-    m_island->setPane(IslandPane::Balance);
+    m_island.setPane(IslandPane::Balance);
 }
 
 void SendPaneModel::send()
@@ -156,20 +158,22 @@ void SendPaneModel::send()
     m_errorMsg.clear();
     m_sentSig.reset();
     Q_EMIT changed();
-    m_island->services().sounds.play(Sound::Pop);
+    m_sounds.play(Sound::Pop);
     // The task goes on by itself.
-    transfer(this, m_wallet, m_island, core::trimmingBlanks(m_recipient).toString(), *amount);
+    transfer(this, &m_wallet, &m_island, &m_sounds, core::trimmingBlanks(m_recipient).toString(),
+             *amount);
 }
 
 QCoro::Task<> SendPaneModel::transfer(QPointer<SendPaneModel> pane, QPointer<WalletModel> wallet,
-                                      QPointer<island::IslandController> island, QString recipient,
+                                      QPointer<island::IslandController> island,
+                                      platform::SoundPlayer *sounds, QString recipient,
                                       double amount)
 {
     auto sending = wallet->sendSOL(recipient, amount);
     const core::SendResult<QString> result = co_await sending;
     if (island) {
         const bool accepted = std::holds_alternative<QString>(result);
-        island->services().sounds.play(accepted ? Sound::Glass : Sound::Basso);
+        sounds->play(accepted ? Sound::Glass : Sound::Basso);
     }
     if (pane) {
         pane->finish(result);

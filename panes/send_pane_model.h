@@ -2,11 +2,12 @@
 
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
+#include "platform/link_opener.h"
+#include "platform/sound_player.h"
 
 #include <QCoroTask>
 
 #include <QObject>
-#include <QQmlParserStatus>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
@@ -22,13 +23,11 @@ namespace corvane::panes {
 /// |
 ///
 /// Main thread.
-class SendPaneModel : public QObject, public QQmlParserStatus
+class SendPaneModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
-    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    QML_UNCREATABLE("made by CardModels")
     Q_PROPERTY(QString networkName READ networkName NOTIFY changed FINAL)
     Q_PROPERTY(bool isMainnet READ isMainnet NOTIFY changed FINAL)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
@@ -53,7 +52,9 @@ class SendPaneModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(int burst READ burst NOTIFY changed FINAL)
 
 public:
-    explicit SendPaneModel(QObject *parent = nullptr);
+    SendPaneModel(core::WalletModel &wallet, island::IslandController &island,
+                  platform::SoundPlayer &sounds, platform::LinkOpener &links,
+                  QObject *parent = nullptr);
 
     /// Sends what is typed. The button offers it only while `ready`.
     Q_INVOKABLE void send();
@@ -83,9 +84,6 @@ public:
     [[nodiscard]] QString errorMsg() const { return m_errorMsg; }
     [[nodiscard]] int burst() const { return m_burst; }
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
     void changed();
 
@@ -97,11 +95,13 @@ private:
     void finish(const core::SendResult<QString> &result);
     /// Goes on when the pane is gone: the coins are on their way.
     static QCoro::Task<> transfer(QPointer<SendPaneModel> pane, QPointer<core::WalletModel> wallet,
-                                  QPointer<island::IslandController> island, QString recipient,
-                                  double amount);
+                                  QPointer<island::IslandController> island,
+                                  platform::SoundPlayer *sounds, QString recipient, double amount);
 
-    core::WalletModel *m_wallet = nullptr;
-    island::IslandController *m_island = nullptr;
+    core::WalletModel &m_wallet;
+    island::IslandController &m_island;
+    platform::SoundPlayer &m_sounds;
+    platform::LinkOpener &m_links;
     QString m_recipient;
     QString m_amount;
     bool m_sending = false;

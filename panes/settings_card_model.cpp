@@ -17,36 +17,36 @@ constexpr std::chrono::seconds armedFor{3};
 
 } // namespace
 
-SettingsCardModel::SettingsCardModel(QObject *parent)
+SettingsCardModel::SettingsCardModel(WalletModel &wallet, island::IslandController &island,
+                                     platform::Application &application, platform::MainQueue &queue,
+                                     QObject *parent)
     : QObject(parent)
+    , m_wallet(wallet)
+    , m_island(island)
+    , m_application(application)
+    , m_confirmRemove(queue, armedFor)
 {
     connect(&m_confirmRemove, &PassingFlag::changed, this, &SettingsCardModel::removeLabelChanged);
-}
-
-void SettingsCardModel::componentComplete()
-{
     for (const auto signal : {&WalletModel::addressChanged, &WalletModel::customRPCChanged,
                               &WalletModel::networkChanged, &WalletModel::rpcSourceLabelChanged,
                               &WalletModel::signingPubkeyChanged}) {
-        connect(m_wallet, signal, this, &SettingsCardModel::changed);
+        connect(&m_wallet, signal, this, &SettingsCardModel::changed);
     }
-    Q_EMIT changed();
 }
 
 QString SettingsCardModel::address() const
 {
-    return m_wallet != nullptr ? m_wallet->address() : QString();
+    return m_wallet.address();
 }
 
 void SettingsCardModel::setAddress(const QString &address)
 {
-    m_wallet->setAddress(address);
+    m_wallet.setAddress(address);
 }
 
 QString SettingsCardModel::addressError() const
 {
-    if (m_wallet == nullptr || m_wallet->hasValidAddress() ||
-        core::trimmingBlanks(m_wallet->address()).isEmpty()) {
+    if (m_wallet.hasValidAddress() || core::trimmingBlanks(m_wallet.address()).isEmpty()) {
         return {};
     }
     return QStringLiteral("not a valid solana address");
@@ -54,27 +54,27 @@ QString SettingsCardModel::addressError() const
 
 QString SettingsCardModel::customRPC() const
 {
-    return m_wallet != nullptr ? m_wallet->customRPC() : QString();
+    return m_wallet.customRPC();
 }
 
 void SettingsCardModel::setCustomRPC(const QString &customRPC)
 {
-    m_wallet->setCustomRPC(customRPC);
+    m_wallet.setCustomRPC(customRPC);
 }
 
 QString SettingsCardModel::rpcPlaceholder() const
 {
-    return m_wallet != nullptr ? m_wallet->publicRPC() : QString();
+    return m_wallet.publicRPC();
 }
 
 QString SettingsCardModel::rpcSource() const
 {
-    return m_wallet != nullptr ? QStringLiteral("RPC: ") + m_wallet->rpcSourceLabel() : QString();
+    return QStringLiteral("RPC: ") + m_wallet.rpcSourceLabel();
 }
 
 bool SettingsCardModel::rpcIsPublic() const
 {
-    return m_wallet != nullptr && m_wallet->rpcSourceLabel().contains(QStringLiteral("PUBLIC"));
+    return m_wallet.rpcSourceLabel().contains(QStringLiteral("PUBLIC"));
 }
 
 QList<QString> SettingsCardModel::networks() const
@@ -88,10 +88,7 @@ QList<QString> SettingsCardModel::networks() const
 
 int SettingsCardModel::network() const
 {
-    if (m_wallet == nullptr) {
-        return 0;
-    }
-    const auto found = std::ranges::find(core::allSolNetworks, m_wallet->network());
+    const auto found = std::ranges::find(core::allSolNetworks, m_wallet.network());
     return static_cast<int>(found - core::allSolNetworks.begin());
 }
 
@@ -99,13 +96,13 @@ void SettingsCardModel::setNetwork(int index)
 {
     // A click on the network that is chosen already is no choice.
     if (index != network()) {
-        m_wallet->setNetwork(core::allSolNetworks.at(static_cast<std::size_t>(index)));
+        m_wallet.setNetwork(core::allSolNetworks.at(static_cast<std::size_t>(index)));
     }
 }
 
 bool SettingsCardModel::hasKey() const
 {
-    return m_wallet != nullptr && m_wallet->hasSigningKey();
+    return m_wallet.hasSigningKey();
 }
 
 QString SettingsCardModel::walletText() const
@@ -113,7 +110,7 @@ QString SettingsCardModel::walletText() const
     if (!hasKey()) {
         return QStringLiteral("no wallet — create or import one on the balance card");
     }
-    const QString &key = *m_wallet->signingPubkey();
+    const QString &key = *m_wallet.signingPubkey();
     return QStringLiteral("WALLET: ") + key.left(4) + u'…' + key.right(4) +
            QStringLiteral(" · key in keychain");
 }
@@ -127,7 +124,7 @@ QString SettingsCardModel::removeLabel() const
 void SettingsCardModel::backup()
 {
     // The task goes on by itself.
-    showBackup(m_wallet, m_island);
+    showBackup(&m_wallet, &m_island);
 }
 
 QCoro::Task<> SettingsCardModel::showBackup(QPointer<WalletModel> wallet,
@@ -146,22 +143,22 @@ QCoro::Task<> SettingsCardModel::showBackup(QPointer<WalletModel> wallet,
 void SettingsCardModel::remove()
 {
     if (!m_confirmRemove.isRaised()) {
-        m_confirmRemove.raise(m_island->queue(), armedFor);
+        m_confirmRemove.raise();
         return;
     }
-    m_wallet->removeWallet();
+    m_wallet.removeWallet();
     m_confirmRemove.lower();
 }
 
 void SettingsCardModel::quit()
 {
-    m_island->services().application.terminate();
+    m_application.terminate();
 }
 
 void SettingsCardModel::done()
 {
-    m_island->setPane(IslandPane::Balance);
-    m_wallet->refresh();
+    m_island.setPane(IslandPane::Balance);
+    m_wallet.refresh();
 }
 
 } // namespace corvane::panes

@@ -3,12 +3,12 @@
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
 #include "panes/passing_flag.h"
+#include "platform/application.h"
 
 #include <QCoroTask>
 
 #include <QList>
 #include <QObject>
-#include <QQmlParserStatus>
 #include <QString>
 #include <QtQmlIntegration/qqmlintegration.h>
 
@@ -16,13 +16,11 @@ namespace corvane::panes {
 
 /// The settings, which take effect with every key, and the last things to do with a key. Main
 /// thread.
-class SettingsCardModel : public QObject, public QQmlParserStatus
+class SettingsCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
-    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    QML_UNCREATABLE("made by CardModels")
     Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY changed FINAL)
     /// What is wrong with the address; empty while nothing is.
     Q_PROPERTY(QString addressError READ addressError NOTIFY changed FINAL)
@@ -44,7 +42,9 @@ class SettingsCardModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)
 
 public:
-    explicit SettingsCardModel(QObject *parent = nullptr);
+    SettingsCardModel(core::WalletModel &wallet, island::IslandController &island,
+                      platform::Application &application, platform::MainQueue &queue,
+                      QObject *parent = nullptr);
 
     /// Asks for the key where it must, and shows it on the backup card. A refusal changes nothing.
     Q_INVOKABLE void backup();
@@ -70,9 +70,6 @@ public:
     [[nodiscard]] QString walletText() const;
     [[nodiscard]] QString removeLabel() const;
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
     void changed();
     void removeLabelChanged();
@@ -82,8 +79,9 @@ private:
     static QCoro::Task<> showBackup(QPointer<core::WalletModel> wallet,
                                     QPointer<island::IslandController> island);
 
-    core::WalletModel *m_wallet = nullptr;
-    island::IslandController *m_island = nullptr;
+    core::WalletModel &m_wallet;
+    island::IslandController &m_island;
+    platform::Application &m_application;
     PassingFlag m_confirmRemove;
 };
 

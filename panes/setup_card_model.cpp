@@ -20,8 +20,11 @@ look::Animation cardSpring()
 
 } // namespace
 
-SetupCardModel::SetupCardModel(QObject *parent)
+SetupCardModel::SetupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
+                               QObject *parent)
     : QObject(parent)
+    , m_wallet(wallet)
+    , m_transaction(transaction)
 {
     connect(&m_importText, &look::SecretText::changed, this, &SetupCardModel::canImportChanged);
 }
@@ -33,7 +36,7 @@ bool SetupCardModel::canImport() const
 
 void SetupCardModel::createWallet()
 {
-    m_island->transaction()->run(cardSpring(), [this] { report(m_wallet->createWallet()); });
+    m_transaction.run(cardSpring(), [this] { report(m_wallet.createWallet()); });
 }
 
 void SetupCardModel::importKey()
@@ -41,8 +44,8 @@ void SetupCardModel::importKey()
     if (!canImport()) {
         return;
     }
-    m_island->transaction()->run(cardSpring(), [this] {
-        const auto imported = m_wallet->importSigningKey(m_importText.view());
+    m_transaction.run(cardSpring(), [this] {
+        const auto imported = m_wallet.importSigningKey(m_importText.view());
         if (std::holds_alternative<QString>(imported)) {
             m_importText.clear();
         }
@@ -63,7 +66,7 @@ void SetupCardModel::back()
 
 void SetupCardModel::show(bool importing)
 {
-    m_island->transaction()->run(faceSpring(), [this, importing] {
+    m_transaction.run(faceSpring(), [this, importing] {
         m_importing = importing;
         Q_EMIT importingChanged();
         setErrorMsg({});

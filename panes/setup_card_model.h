@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/wallet_model.h"
-#include "island/island_controller.h"
+#include "look/motion/transaction.h"
 #include "look/secrets/secret_text.h"
 
 #include <QObject>
@@ -16,8 +16,9 @@ class SetupCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(corvane::core::WalletModel *wallet MEMBER m_wallet REQUIRED FINAL)
-    Q_PROPERTY(corvane::island::IslandController *island MEMBER m_island REQUIRED FINAL)
+    QML_UNCREATABLE("made by CardModels")
+    /// On which one face of the card makes way for the other.
+    Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
     /// The import form is shown instead of the choice.
     Q_PROPERTY(bool importing READ isImporting NOTIFY importingChanged FINAL)
     /// The secret key that is being pasted.
@@ -27,7 +28,8 @@ class SetupCardModel : public QObject
     Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY errorMsgChanged FINAL)
 
 public:
-    explicit SetupCardModel(QObject *parent = nullptr);
+    SetupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
+                   QObject *parent = nullptr);
 
     /// Makes a wallet with a new key; its backup is shown next.
     Q_INVOKABLE void createWallet();
@@ -38,6 +40,7 @@ public:
     /// Back to the choice; forgets what was pasted.
     Q_INVOKABLE void back();
 
+    [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] bool isImporting() const { return m_importing; }
     [[nodiscard]] look::SecretText *importText() { return &m_importText; }
     /// There is something to import, blanks apart.
@@ -55,8 +58,8 @@ private:
     void report(const core::SendResult<Value> &result);
     void setErrorMsg(const QString &message);
 
-    core::WalletModel *m_wallet = nullptr;
-    island::IslandController *m_island = nullptr;
+    core::WalletModel &m_wallet;
+    look::Transaction &m_transaction;
     bool m_importing = false;
     look::SecretText m_importText;
     QString m_errorMsg;

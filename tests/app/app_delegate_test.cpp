@@ -31,13 +31,13 @@ protected:
             core::WalletServices{queue, http, settings, keychain, signingKeys, background,
                                  formatter, files, endpoints},
             island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                   m_clipboard, m_sounds, m_links, m_application,
+                                   m_clipboard,
                                    [this](island::IslandController &island) {
                                        m_island = &island;
                                        return nullptr;
                                    }},
-            ShellServices{m_statusBar, m_loginItem, m_bundle, m_appearance, m_theme, m_tour,
-                          [] {}});
+            ShellServices{m_application, m_statusBar, m_loginItem, m_bundle, m_appearance, m_theme,
+                          m_tour, [] {}});
         m_delegate->applicationDidFinishLaunching();
         queue.drain();
         http.forgetRequests();
@@ -56,8 +56,6 @@ protected:
     tests::FakePanelFactory m_panels;
     tests::FakeAuthenticator m_authenticator;
     tests::FakeClipboard m_clipboard;
-    tests::FakeSoundPlayer m_sounds;
-    tests::FakeLinkOpener m_links;
     tests::FakeApplication m_application;
     tests::FakeStatusBar m_statusBar;
     tests::FakeLoginItem m_loginItem;

@@ -20,7 +20,7 @@ protected:
         launchAndSettle();
         m_island = std::make_unique<island::IslandController>(
             *model, island::IslandServices{queue, m_screens, m_pointer, m_panels, m_authenticator,
-                                           m_clipboard, m_sounds, m_links, m_application, nullptr});
+                                           m_clipboard, nullptr});
         m_island->show();
         queue.drain();
     }
@@ -30,9 +30,6 @@ protected:
     FakePanelFactory m_panels;
     FakeAuthenticator m_authenticator;
     FakeClipboard m_clipboard;
-    FakeSoundPlayer m_sounds;
-    FakeLinkOpener m_links;
-    FakeApplication m_application;
     std::unique_ptr<island::IslandController> m_island;
 };
 

@@ -2,19 +2,24 @@
 
 #include "onboarding/onboarding.h"
 #include "tests/fakes/fake_shell.h"
-#include "tests/panes/card_fixture.h"
+#include "tests/island/island_fixture.h"
 
 #include <QQuickItem>
 
 namespace corvane::tests {
 
 /// An island, and a tour that ends with it.
-class OnboardingTest : public CardTest
+class OnboardingTest : public IslandTest
 {
 protected:
-    OnboardingTest() { launchIsland(); }
+    OnboardingTest()
+    {
+        m_screens.screens = {plainScreen({0, 0, 1512, 982})};
+        launchIsland();
+    }
     ~OnboardingTest() override { m_onboarding.reset(); }
 
+    FakeApplication m_application;
     FakeBundle m_bundle;
     FakeLoginItem m_loginItem;
     FakeFloatingWindows m_windows;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "panes/card_models.h"
 #include "tests/island/island_fixture.h"
+
+#include <type_traits>
 
 namespace corvane::tests {
 
@@ -10,15 +13,10 @@ class CardTest : public IslandTest
 protected:
     CardTest() { m_screens.screens = {plainScreen({0, 0, 1512, 982})}; }
 
-    /// Gives `card` what a view would give it.
-    template <typename Card>
-    void open(Card &card)
+    /// What makes the cards of the launched island.
+    [[nodiscard]] panes::CardModels cards()
     {
-        card.setProperty("wallet", QVariant::fromValue(model.get()));
-        card.setProperty("island", QVariant::fromValue(m_island.get()));
-        if constexpr (requires { card.componentComplete(); }) {
-            card.componentComplete();
-        }
+        return {*model, *m_island, {queue, m_clipboard, m_sounds, m_links, m_application}};
     }
 
     /// A wallet with a key that was created before, and is in memory.
@@ -61,14 +59,27 @@ protected:
         m_island.reset();
         model.reset();
     }
+
+    FakeSoundPlayer m_sounds;
+    FakeLinkOpener m_links;
+    FakeApplication m_application;
 };
 
-/// And one card of which the test knows the model.
-template <typename Card>
+/// And the model of one card, which `make` makes.
+template <auto make>
 class OneCardTest : public CardTest
 {
 protected:
-    Card m_card;
+    using Card =
+        std::remove_pointer_t<std::invoke_result_t<decltype(make), panes::CardModels &, QObject *>>;
+
+    void openCard()
+    {
+        panes::CardModels models = cards();
+        m_card.reset((models.*make)(nullptr));
+    }
+
+    std::unique_ptr<Card> m_card;
 };
 
 } // namespace corvane::tests

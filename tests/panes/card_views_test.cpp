@@ -21,14 +21,15 @@ class CardViewsTest : public tests::CardTest, public testing::WithParamInterface
 protected:
     ~CardViewsTest() override { m_stage.clear(); }
 
-    /// Shows the card of this type as the island would.
-    QQuickItem &show(const QString &type)
+    /// Shows the card of this type as the island would, with its model.
+    template <typename Card>
+    QQuickItem &show(const QString &type, Card *card)
     {
-        return m_stage.show(u"Panes/"_s + type,
-                            {{u"model"_s, QVariant::fromValue(model.get())},
-                             {u"island"_s, QVariant::fromValue(m_island.get())},
-                             {u"width"_s, 620}},
-                            {620, 600});
+        QQuickItem &view =
+            m_stage.show(u"Panes/"_s + type,
+                         {{u"card"_s, QVariant::fromValue(card)}, {u"width"_s, 620}}, {620, 600});
+        card->setParent(&view);
+        return view;
     }
 
     [[nodiscard]] QQuickItem *control(const QString &name) const
@@ -66,14 +67,14 @@ TEST_P(CardViewsTest, Balance)
 {
     settings.setString(u"corvane.address"_s, tests::addressA);
     launchWithKey();
-    show(u"BalanceCard"_s);
+    show(u"BalanceCard"_s, cards().balanceCard(nullptr));
     expectClean({u"TOTAL BALANCE"_s});
 }
 
 TEST_P(CardViewsTest, Setup)
 {
     launchIsland();
-    QQuickItem &card = show(u"SetupCard"_s);
+    QQuickItem &card = show(u"SetupCard"_s, cards().setupCard(nullptr));
     expectClean({u"YOUR WALLET, IN THE NOTCH"_s});
     const double plain = card.implicitHeight();
     refuseNextKey();
@@ -104,7 +105,7 @@ TEST_P(CardViewsTest, Backup)
     launchWithKey();
     // As wide as a key can be.
     model->setPendingBackup(platform::SecretBytes::copyOf(std::vector<std::uint8_t>(88, 'W')));
-    show(u"BackupCard"_s);
+    show(u"BackupCard"_s, cards().backupCard(nullptr));
     expectClean();
     press(u"COPY"_s);
     expectClean({u"COPIED"_s});
@@ -113,7 +114,7 @@ TEST_P(CardViewsTest, Backup)
 TEST_P(CardViewsTest, Settings)
 {
     launchIsland();
-    QQuickItem &card = show(u"SettingsCard"_s);
+    QQuickItem &card = show(u"SettingsCard"_s, cards().settingsCard(nullptr));
     expectClean({u"paste your quib address"_s});
     EXPECT_EQ(control(u"BACKUP"_s), nullptr);
     EXPECT_EQ(control(u"REMOVE"_s), nullptr);
@@ -130,7 +131,7 @@ TEST_P(CardViewsTest, Settings)
 TEST_P(CardViewsTest, Receive)
 {
     launchIsland();
-    show(u"ReceivePane"_s);
+    show(u"ReceivePane"_s, cards().receivePane(nullptr));
     expectClean({u"set your wallet address in settings first"_s});
     EXPECT_EQ(control(u"COPY ADDRESS"_s), nullptr);
     EXPECT_FALSE(tests::texts(m_stage.view()).contains(u"corvane::panes::QRCode"_s));
@@ -148,13 +149,13 @@ TEST_P(CardViewsTest, Send)
                 R"({"result": {"value": {"blockhash": "11111111111111111111111111111111"}}})");
     http.answer(u"sendTransaction"_s, R"({"error": {"code": 1, "message": "no"}})");
     launchIsland();
-    show(u"SendPane"_s);
+    show(u"SendPane"_s, cards().sendPane(nullptr));
     expectClean({u"no wallet yet — create or import one first"_s});
     EXPECT_EQ(control(u"SEND"_s), nullptr);
     m_stage.clear();
 
     launchWithKey();
-    QQuickItem &card = show(u"SendPane"_s);
+    QQuickItem &card = show(u"SendPane"_s, cards().sendPane(nullptr));
     expectClean();
     const double plain = card.implicitHeight();
     EXPECT_FALSE(control(u"SEND"_s)->isEnabled());

@@ -11,12 +11,12 @@ using namespace Qt::StringLiterals;
 using island::IslandPane;
 using tests::addressA;
 
-using SettingsCardModelTest = tests::OneCardTest<SettingsCardModel>;
+using SettingsCardModelTest = tests::OneCardTest<&CardModels::settingsCard>;
 
 TEST_F(SettingsCardModelTest, FlagsWhatIsTypedAndNeverRejectsIt)
 {
     launchIsland();
-    open(m_card);
+    openCard();
     const QString bad = u"not a valid solana address"_s;
     for (const auto &[typed, error] : tests::Table<QString, QString>{
              {addressA.chopped(1) + u'0', bad},
@@ -24,92 +24,92 @@ TEST_F(SettingsCardModelTest, FlagsWhatIsTypedAndNeverRejectsIt)
              {u" "_s + addressA + u"\t"_s, {}},
              {u"  "_s, {}},
          }) {
-        QSignalSpy changed(&m_card, &SettingsCardModel::changed);
-        m_card.setAddress(typed);
+        QSignalSpy changed(m_card.get(), &SettingsCardModel::changed);
+        m_card->setAddress(typed);
         EXPECT_GT(changed.count(), 0);
-        EXPECT_EQ(m_card.addressError(), error) << typed.toStdString();
-        EXPECT_EQ(m_card.address(), typed);
+        EXPECT_EQ(m_card->addressError(), error) << typed.toStdString();
+        EXPECT_EQ(m_card->address(), typed);
         EXPECT_EQ(settings.string(u"corvane.address"_s), typed);
     }
     for (const auto &[typed, source, isPublic] : tests::Table<QString, QString, bool>{
              {u"ftp://x"_s, u"RPC: PUBLIC RPC (RATE-LIMITED)"_s, true},
              {u"https://x.test"_s, u"RPC: CUSTOM ENDPOINT"_s, false},
          }) {
-        m_card.setCustomRPC(typed);
-        EXPECT_EQ(m_card.customRPC(), typed);
-        EXPECT_EQ(m_card.rpcSource(), source);
-        EXPECT_EQ(m_card.rpcIsPublic(), isPublic);
+        m_card->setCustomRPC(typed);
+        EXPECT_EQ(m_card->customRPC(), typed);
+        EXPECT_EQ(m_card->rpcSource(), source);
+        EXPECT_EQ(m_card->rpcIsPublic(), isPublic);
     }
 }
 
 TEST_F(SettingsCardModelTest, SwitchesTheNetworkAndFetches)
 {
     launchIsland();
-    open(m_card);
-    m_card.setNetwork(0);
+    openCard();
+    m_card->setNetwork(0);
     queue.drain();
     EXPECT_EQ(http.names().size(), 0U);
-    m_card.setNetwork(1);
+    m_card->setNetwork(1);
     queue.drain();
-    EXPECT_EQ(m_card.network(), 1);
+    EXPECT_EQ(m_card->network(), 1);
     EXPECT_EQ(model->network(), core::SolNetwork::Devnet);
-    EXPECT_EQ(m_card.rpcPlaceholder(), endpoints.devnet);
+    EXPECT_EQ(m_card->rpcPlaceholder(), endpoints.devnet);
     EXPECT_EQ(http.count(tests::coinGecko), 1);
 
     m_island->setPane(IslandPane::Settings);
     http.forgetRequests();
-    m_card.done();
+    m_card->done();
     queue.drain();
     EXPECT_EQ(m_island->pane(), IslandPane::Balance);
     EXPECT_EQ(http.count(tests::chart), 1) << "only a forced refresh fetches it at once";
-    m_card.quit();
+    m_card->quit();
     EXPECT_EQ(m_application.terminations, 1);
 }
 
 TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
 {
     const QString key = launchWithKey();
-    open(m_card);
-    EXPECT_EQ(m_card.walletText(),
+    openCard();
+    EXPECT_EQ(m_card->walletText(),
               u"WALLET: "_s + key.first(4) + u"…"_s + key.last(4) + u" · key in keychain"_s);
     const QString really = u"REALLY REMOVE? (backup first!)"_s;
-    m_card.remove();
+    m_card->remove();
     queue.advance(2999ms);
-    EXPECT_EQ(m_card.removeLabel(), really);
+    EXPECT_EQ(m_card->removeLabel(), really);
     queue.advance(1ms);
-    EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
-    m_card.remove();
-    EXPECT_TRUE(m_card.hasKey());
+    EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);
+    m_card->remove();
+    EXPECT_TRUE(m_card->hasKey());
     queue.advance(2s);
-    m_card.remove();
-    EXPECT_FALSE(m_card.hasKey());
-    EXPECT_EQ(m_card.walletText(), u"no wallet — create or import one on the balance card"_s);
-    EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
-    EXPECT_EQ(m_card.address(), QString());
+    m_card->remove();
+    EXPECT_FALSE(m_card->hasKey());
+    EXPECT_EQ(m_card->walletText(), u"no wallet — create or import one on the balance card"_s);
+    EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);
+    EXPECT_EQ(m_card->address(), QString());
     EXPECT_FALSE(keychain.copyAccount(u"corvane.signing-key"_s));
 
     // A reset that is under way from before ends a new arming.
     ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(addressA)));
-    m_card.remove();
+    m_card->remove();
     queue.advance(1s);
-    EXPECT_EQ(m_card.removeLabel(), u"REMOVE"_s);
-    EXPECT_TRUE(m_card.hasKey());
+    EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);
+    EXPECT_TRUE(m_card->hasKey());
 }
 
 TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
 {
     launchLocked();
     m_island->setPane(IslandPane::Settings);
-    open(m_card);
+    openCard();
     keychain.refuses = true;
-    m_card.backup();
+    m_card->backup();
     settle();
     EXPECT_EQ(keychain.prompts, QStringList{u"reveal your wallet backup key"_s});
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
 
     keychain.refuses = false;
-    m_card.backup();
+    m_card->backup();
     EXPECT_FALSE(model->hasPendingBackup());
     settle();
     EXPECT_TRUE(model->hasPendingBackup());
@@ -119,17 +119,15 @@ TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
 TEST_F(SettingsCardModelTest, ABackupOutlivesTheCardButNotTheWallet)
 {
     launchLocked();
-    {
-        SettingsCardModel card;
-        open(card);
-        card.backup();
-    }
+    openCard();
+    m_card->backup();
+    m_card.reset();
     settle();
     EXPECT_TRUE(model->hasPendingBackup());
 
     launchLocked();
-    open(m_card);
-    m_card.backup();
+    openCard();
+    m_card->backup();
     close();
     settle();
 }

@@ -18,7 +18,7 @@ using island::IslandPane;
 using tests::addressA;
 using tests::Table;
 
-using BalanceCardModelTest = tests::OneCardTest<BalanceCardModel>;
+using BalanceCardModelTest = tests::OneCardTest<&CardModels::balanceCard>;
 
 TEST_F(BalanceCardModelTest, WordsTheFigures)
 {
@@ -40,12 +40,12 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
         http.answer(tests::balance, R"({"result": {"value": )" + lamports + "}}");
         http.answer(tests::tokens, tokenReply(usdc));
         launchIsland();
-        open(m_card);
-        EXPECT_EQ(m_card.headline(), dollars);
-        EXPECT_EQ(m_card.holdings(), holdings);
-        EXPECT_EQ(m_card.solPrice(), solPrice);
-        m_card.toggleHeadline();
-        EXPECT_EQ(m_card.headline(), coins);
+        openCard();
+        EXPECT_EQ(m_card->headline(), dollars);
+        EXPECT_EQ(m_card->holdings(), holdings);
+        EXPECT_EQ(m_card->solPrice(), solPrice);
+        m_card->toggleHeadline();
+        EXPECT_EQ(m_card->headline(), coins);
         EXPECT_EQ(settings.boolean(u"corvane.displayUSD"_s), false);
     }
 }
@@ -53,7 +53,7 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
 TEST_F(BalanceCardModelTest, SignsTheChange)
 {
     launchIsland();
-    open(m_card);
+    openCard();
     for (const auto &[change, text, isFall] : Table<QByteArray, QString, bool>{
              {"2.345", u"+2.35%"_s, false},
              {"0", u"+0.00%"_s, false},
@@ -64,31 +64,31 @@ TEST_F(BalanceCardModelTest, SignsTheChange)
                     R"({"solana": {"usd": 150, "usd_24h_change": )" + change + "}}");
         model->refresh();
         queue.drain();
-        EXPECT_EQ(m_card.changeText(), text);
-        EXPECT_EQ(m_card.changeIsFall(), isFall) << change.constData();
+        EXPECT_EQ(m_card->changeText(), text);
+        EXPECT_EQ(m_card->changeIsFall(), isFall) << change.constData();
     }
 }
 
 TEST_F(BalanceCardModelTest, OffersWhatTheWalletCanDo)
 {
     launchIsland();
-    open(m_card);
-    EXPECT_FALSE(m_card.hasAddress());
-    EXPECT_FALSE(m_card.canSend());
-    QSignalSpy figures(&m_card, &BalanceCardModel::figuresChanged);
+    openCard();
+    EXPECT_FALSE(m_card->hasAddress());
+    EXPECT_FALSE(m_card->canSend());
+    QSignalSpy figures(m_card.get(), &BalanceCardModel::figuresChanged);
     model->setAddress(u' ' + addressA);
-    EXPECT_TRUE(m_card.hasAddress());
+    EXPECT_TRUE(m_card->hasAddress());
     EXPECT_GT(figures.count(), 0);
     model->setAddress(addressA.chopped(1) + u'0');
-    EXPECT_FALSE(m_card.hasAddress());
+    EXPECT_FALSE(m_card->hasAddress());
     model->setNetwork(core::SolNetwork::Devnet);
-    EXPECT_EQ(m_card.networkName(), u"DEVNET"_s);
+    EXPECT_EQ(m_card->networkName(), u"DEVNET"_s);
     for (const auto &[act, pane] : Table<void (BalanceCardModel::*)(), IslandPane>{
              {&BalanceCardModel::openSettings, IslandPane::Settings},
              {&BalanceCardModel::receive, IslandPane::Receive},
              {&BalanceCardModel::send, IslandPane::Send},
          }) {
-        (m_card.*act)();
+        (m_card.get()->*act)();
         EXPECT_EQ(m_island->pane(), pane);
     }
 }
@@ -97,40 +97,40 @@ TEST_F(BalanceCardModelTest, SaysForAMomentThatTheAddressWasCopied)
 {
     launchIsland();
     model->setAddress(addressA);
-    open(m_card);
-    m_card.copyAddress();
-    EXPECT_EQ(m_card.chipText(), u"COPIED"_s);
+    openCard();
+    m_card->copyAddress();
+    EXPECT_EQ(m_card->chipText(), u"COPIED"_s);
     queue.advance(1s);
-    m_card.copyAddress();
+    m_card->copyAddress();
     // The first click's reset ends it.
     queue.advance(200ms);
-    EXPECT_EQ(m_card.chipText(), u"EPjF…Dt1v"_s);
+    EXPECT_EQ(m_card->chipText(), u"EPjF…Dt1v"_s);
 }
 
-using ReceivePaneModelTest = tests::OneCardTest<ReceivePaneModel>;
+using ReceivePaneModelTest = tests::OneCardTest<&CardModels::receivePane>;
 
 TEST_F(ReceivePaneModelTest, ShowsAndCopiesTheTrimmedAddress)
 {
     launchIsland();
-    open(m_card);
+    openCard();
     for (const auto &[address, shown] : Table<QString, QString>{
              {{}, {}},
              {addressA + u'\n', {}},
              {u"\t"_s + addressA + u' ', addressA},
          }) {
         model->setAddress(address);
-        EXPECT_EQ(m_card.address(), shown);
-        EXPECT_EQ(m_card.hasAddress(), !shown.isEmpty());
+        EXPECT_EQ(m_card->address(), shown);
+        EXPECT_EQ(m_card->hasAddress(), !shown.isEmpty());
     }
     model->setAddress(addressA);
-    m_card.copyAddress();
+    m_card->copyAddress();
     EXPECT_EQ(m_clipboard.texts, QStringList{addressA});
     queue.advance(1199ms);
-    EXPECT_EQ(m_card.copyLabel(), u"COPIED"_s);
+    EXPECT_EQ(m_card->copyLabel(), u"COPIED"_s);
     queue.advance(1ms);
-    EXPECT_EQ(m_card.copyLabel(), u"COPY ADDRESS"_s);
+    EXPECT_EQ(m_card->copyLabel(), u"COPY ADDRESS"_s);
     m_island->setPane(IslandPane::Receive);
-    m_card.close();
+    m_card->close();
     EXPECT_EQ(m_island->pane(), IslandPane::Balance);
 }
 
@@ -174,38 +174,38 @@ TEST(QR, IsDrawnInWholePixelsWithAQuietZone)
     EXPECT_FALSE(QR::image(QString(3000, u'x'), 144));
 }
 
-using BackupCardModelTest = tests::OneCardTest<BackupCardModel>;
+using BackupCardModelTest = tests::OneCardTest<&CardModels::backupCard>;
 
 TEST_F(BackupCardModelTest, ShowsAndCopiesExactlyTheKeyUntilItIsSaved)
 {
     launchIsland();
     const QString text = tests::textOf(std::get<platform::SecretBytes>(model->createWallet()));
-    open(m_card);
-    EXPECT_EQ(m_card.backup()->view(), text);
-    m_card.copy();
-    EXPECT_EQ(m_card.copyLabel(), u"COPIED"_s);
+    openCard();
+    EXPECT_EQ(m_card->backup()->view(), text);
+    m_card->copy();
+    EXPECT_EQ(m_card->copyLabel(), u"COPIED"_s);
     queue.advance(1200ms);
-    EXPECT_EQ(m_card.copyLabel(), u"COPY"_s);
-    m_card.copyPart(2, 5);
+    EXPECT_EQ(m_card->copyLabel(), u"COPY"_s);
+    m_card->copyPart(2, 5);
     EXPECT_EQ(m_clipboard.secrets, (QStringList{text, text.sliced(2, 5)}));
     EXPECT_EQ(m_clipboard.texts, QStringList());
 
-    m_card.finish();
+    m_card->finish();
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_TRUE(model->hasSigningKey());
     // The card that is leaving still shows it, but gives nothing away.
-    EXPECT_EQ(m_card.backup()->view(), text);
-    m_card.copy();
+    EXPECT_EQ(m_card->backup()->view(), text);
+    m_card->copy();
     EXPECT_EQ(m_clipboard.secrets.last(), QString());
 }
 
-class SetupCardModelTest : public tests::OneCardTest<SetupCardModel>
+class SetupCardModelTest : public tests::OneCardTest<&CardModels::setupCard>
 {
 protected:
     SetupCardModelTest()
     {
         launchIsland();
-        open(m_card);
+        openCard();
     }
 
     const QString m_refused = u"keychain refused the key (error -25293) — try again, and tell me "
@@ -215,11 +215,11 @@ protected:
 TEST_F(SetupCardModelTest, CreatesAKeyThatWaitsForItsBackup)
 {
     refuseNextKey();
-    m_card.createWallet();
-    EXPECT_EQ(m_card.errorMsg(), m_refused);
+    m_card->createWallet();
+    EXPECT_EQ(m_card->errorMsg(), m_refused);
     EXPECT_FALSE(model->hasSigningKey());
-    m_card.createWallet();
-    EXPECT_EQ(m_card.errorMsg(), QString());
+    m_card->createWallet();
+    EXPECT_EQ(m_card->errorMsg(), QString());
     EXPECT_TRUE(model->hasSigningKey());
     EXPECT_TRUE(model->hasPendingBackup());
 }
@@ -236,18 +236,18 @@ TEST_F(SetupCardModelTest, ImportsWhatIsMoreThanBlanksAndForgetsItWithItsFace)
              {u' ' + addressA + u'\n', true, {}},
          }) {
         SCOPED_TRACE(text.toStdString());
-        m_card.showImport();
-        EXPECT_TRUE(m_card.importText()->isEmpty());
-        m_card.importText()->insert(0, text);
-        EXPECT_EQ(m_card.canImport(), canImport);
-        m_card.importKey();
-        EXPECT_EQ(m_card.errorMsg(), error);
+        m_card->showImport();
+        EXPECT_TRUE(m_card->importText()->isEmpty());
+        m_card->importText()->insert(0, text);
+        EXPECT_EQ(m_card->canImport(), canImport);
+        m_card->importKey();
+        EXPECT_EQ(m_card->errorMsg(), error);
         const bool imported = canImport && error.isEmpty();
         EXPECT_EQ(model->hasSigningKey(), imported);
-        EXPECT_EQ(m_card.importText()->view(), imported ? QStringView() : text);
-        m_card.back();
-        EXPECT_EQ(m_card.errorMsg(), QString());
-        EXPECT_FALSE(m_card.isImporting());
+        EXPECT_EQ(m_card->importText()->view(), imported ? QStringView() : text);
+        m_card->back();
+        EXPECT_EQ(m_card->errorMsg(), QString());
+        EXPECT_FALSE(m_card->isImporting());
     }
     EXPECT_FALSE(model->hasPendingBackup());
 }

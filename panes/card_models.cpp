@@ -1,0 +1,45 @@
+#include "panes/card_models.h"
+
+namespace corvane::panes {
+
+CardModels::CardModels(core::WalletModel &wallet, island::IslandController &island,
+                       CardServices services, QObject *parent)
+    : QObject(parent)
+    , m_wallet(wallet)
+    , m_island(island)
+    , m_services(services)
+{}
+
+BackupCardModel *CardModels::backupCard(QObject *view)
+{
+    return new BackupCardModel(m_wallet, *m_island.transaction(), m_services.clipboard,
+                               m_services.queue, view);
+}
+
+BalanceCardModel *CardModels::balanceCard(QObject *view)
+{
+    return new BalanceCardModel(m_wallet, m_island, m_services.queue, view);
+}
+
+ReceivePaneModel *CardModels::receivePane(QObject *view)
+{
+    return new ReceivePaneModel(m_wallet, m_island, m_services.queue, view);
+}
+
+SendPaneModel *CardModels::sendPane(QObject *view)
+{
+    return new SendPaneModel(m_wallet, m_island, m_services.sounds, m_services.links, view);
+}
+
+SettingsCardModel *CardModels::settingsCard(QObject *view)
+{
+    return new SettingsCardModel(m_wallet, m_island, m_services.application, m_services.queue,
+                                 view);
+}
+
+SetupCardModel *CardModels::setupCard(QObject *view)
+{
+    return new SetupCardModel(m_wallet, *m_island.transaction(), view);
+}
+
+} // namespace corvane::panes

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
+#include "panes/backup_card_model.h"
+#include "panes/balance_card_model.h"
+#include "panes/receive_pane_model.h"
+#include "panes/send_pane_model.h"
+#include "panes/settings_card_model.h"
+#include "panes/setup_card_model.h"
+#include "platform/application.h"
+#include "platform/clipboard.h"
+#include "platform/link_opener.h"
+#include "platform/main_queue.h"
+#include "platform/sound_player.h"
+
+#include <QObject>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::panes {
+
+/// What the cards need of the desktop. Everything outlives the cards.
+struct CardServices
+{
+    platform::MainQueue &queue;
+    platform::Clipboard &clipboard;
+    platform::SoundPlayer &sounds;
+    platform::LinkOpener &links;
+    platform::Application &application;
+};
+
+/// Makes the model of a card when its view is made, with what that card uses. Main thread.
+class CardModels : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made with the island's views")
+
+public:
+    /// The wallet and the island outlive the cards.
+    CardModels(core::WalletModel &wallet, island::IslandController &island, CardServices services,
+               QObject *parent = nullptr);
+
+    /// Each model is owned by `view`, and goes with it.
+    Q_INVOKABLE corvane::panes::BackupCardModel *backupCard(QObject *view);
+    Q_INVOKABLE corvane::panes::BalanceCardModel *balanceCard(QObject *view);
+    Q_INVOKABLE corvane::panes::ReceivePaneModel *receivePane(QObject *view);
+    Q_INVOKABLE corvane::panes::SendPaneModel *sendPane(QObject *view);
+    Q_INVOKABLE corvane::panes::SettingsCardModel *settingsCard(QObject *view);
+    Q_INVOKABLE corvane::panes::SetupCardModel *setupCard(QObject *view);
+
+private:
+    core::WalletModel &m_wallet;
+    island::IslandController &m_island;
+    CardServices m_services;
+};
+
+} // namespace corvane::panes
