@@ -6,8 +6,8 @@
 
 #include <utility>
 
-// Resources of a static library are dropped by the linker unless somebody names them; the macro
-// must stand outside any namespace.
+// The linker drops resources of a static library that are not referenced. The macro must be used
+// outside any namespace.
 static void initialiseResources()
 {
     Q_INIT_RESOURCE(assets);
@@ -25,7 +25,7 @@ void registerBundledFonts()
     const QDir folder(QStringLiteral(":/corvane/fonts"));
     const QStringList names = folder.entryList();
     for (const QString &name : names) {
-        // Embedded as they are, the files need no copy in memory.
+        // The files are embedded uncompressed, so that they need no copy in memory.
         const QResource font(folder.filePath(name));
         QFontDatabase::addApplicationFontFromData(QByteArray::fromRawData(
             reinterpret_cast<const char *>(font.data()), static_cast<qsizetype>(font.size())));

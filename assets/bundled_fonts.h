@@ -2,9 +2,9 @@
 
 namespace corvane::assets {
 
-/// Makes the fonts that the program brings along known to Qt and fontconfig, and the pictograms
-/// readable under ":/corvane/pictograms". Takes a few milliseconds the first time, and
-/// nothing after that. Main thread.
+/// Registers the embedded fonts with Qt and fontconfig, and makes the pictograms available under
+/// ":/corvane/pictograms". Takes a few milliseconds on the first call; later calls do nothing. Main
+/// thread.
 void registerBundledFonts();
 
 } // namespace corvane::assets

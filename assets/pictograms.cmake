@@ -1,4 +1,4 @@
-# The pictograms by the names that the views use, each with the icon of the set that draws it.
+# The pictograms: the name used in the views, and the name of the icon in the icon set.
 set(CORVANE_PICTOGRAMS
     "arrow.clockwise=bold/arrow-clockwise-bold"
     "arrow.down.circle.fill=fill/arrow-circle-down-fill"

@@ -22,7 +22,7 @@ void springStep(benchmark::State &state)
 }
 BENCHMARK(springStep);
 
-/// A card's snapshot, one pixel a point, as the content effect blurs it in each frame.
+/// Blurs a card's snapshot, at one pixel per point, as the content effect does in each frame.
 void cardBlur(benchmark::State &state)
 {
     QImage card(620, 210, QImage::Format_ARGB32_Premultiplied);
@@ -33,7 +33,7 @@ void cardBlur(benchmark::State &state)
 }
 BENCHMARK(cardBlur)->Arg(2)->Arg(7)->Unit(benchmark::kMillisecond);
 
-/// The island's own picture at scale 1 and 2: shape, grain and outline.
+/// Paints the island at scale 1 and 2: shape, grain and outline.
 void islandPaint(benchmark::State &state)
 {
     const double scale = static_cast<double>(state.range(0));

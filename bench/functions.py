@@ -1,6 +1,7 @@
 #!/usr/bin/python3
-"""Times functions of the release build beside what web wallets run for the same work, and prints a table
-in Markdown. All figures are CPU time of one call, Node's elapsed time."""
+"""Measures functions of the release build and the libraries that web wallets use for the same work, and
+prints a table in Markdown. All figures are CPU time per call, except for Node, where they are elapsed
+time."""
 
 import json
 import os
@@ -11,7 +12,7 @@ import subprocess
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 BENCHMARKS = ROOT / "build/release/bench/corvane_bench"
 KIT = "@solana/kit in Node"
-# What, the benchmark, the budget, and whose name in yardsticks.mjs does the same.
+# Description, benchmark, budget, and (library, name in yardsticks.mjs) of the comparison.
 ROWS = (
     ("a refresh cycle, without the network", "refreshCycle", "0.2 ms", None),
     ("reading a chart of 288 points", "parseChart/288", "—", None),

@@ -1,9 +1,8 @@
 #!/usr/bin/python3
 """Measures the built program as a whole and prints a table in Markdown.
 
-Starts it on a virtual desktop of 1920 x 1080 points against the local cluster: how long until the
-first frame, what it costs at rest, and what its frames cost while something moves.
-"""
+Starts it on a virtual desktop of 1920 x 1080 points against the local cluster: the time to the first
+frame, its cost at rest, and the cost of its frames during animations. """
 
 import argparse
 import os
@@ -42,14 +41,14 @@ def first_frame(corvane):
 
 
 def wake_ups(pids):
-    """How often each thread of these processes has woken up so far. A later count less an earlier one
-    has only what was added: threads that ended meanwhile count nothing."""
+    """The number of wake-ups of each thread of these processes so far. Subtracting an earlier count
+    from a later one ignores threads that have exited in between."""
     counts = Counter()
     for pid in pids:
         for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"):
             try:
                 switches = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.M)
-            except OSError:  # it has just ended
+            except OSError:  # the thread has just exited
                 continue
             counts[status.parent.name] = int(switches[1])
     return counts
@@ -61,9 +60,9 @@ def cpu_seconds(pid):
 
 
 def memory_megabytes(pid):
-    """What the process costs of its own, and its PSS. Its own are the pages that nothing but swapping
-    could free: private and dirty, most of them anonymous. The rest of the PSS are clean pages of
-    programs and libraries, which the kernel drops when it needs the room."""
+    """The process's own memory and its PSS. Its own memory are the pages that only swapping could
+    free: private and dirty, most of them anonymous. The rest of the PSS are clean pages of programs
+    and libraries, which the kernel drops when it needs memory."""
     rollup = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
     return tuple(int(re.search(rf"^{name}:\s+(\d+)", rollup, re.M)[1]) / 1024
                  for name in ("Private_Dirty", "Pss"))
@@ -75,7 +74,7 @@ def told_memory(pid):
 
 
 def at_rest(pid, seconds):
-    """CPU in percent of a core and wake-ups a second."""
+    """CPU in percent of a core, and wake-ups per second."""
     time.sleep(5)  # the first refresh cycle belongs to the start
     wakes, cpu, since = wake_ups([pid]), cpu_seconds(pid), time.monotonic()
     time.sleep(seconds)
@@ -84,10 +83,10 @@ def at_rest(pid, seconds):
 
 
 def rest_rows(desktop, localnet, seconds):
-    """The rows of a program that nobody looks at, and of one that has been looked at once."""
+    """The rows for a program that was never opened, and for one that was opened once."""
     budget = f"{OWN_BUDGETS[desktop.scale]} MB, 40 MB PSS"
     idle = Corvane(desktop, localnet)
-    # The accessibility bus belongs to a screen reader, not to the program at rest.
+    # Without the accessibility bus, which only a screen reader would use.
     idle.environment.pop("QT_LINUX_ACCESSIBILITY_ALWAYS_ON")
     with idle:
         cpu, wakes = at_rest(idle.process_id, seconds)
@@ -106,8 +105,8 @@ def rest_rows(desktop, localnet, seconds):
 
 
 def hover_delay(corvane):
-    """Milliseconds from the pointer's arrival to the first frame after it. The spring sets out from
-    rest there; to the eye something has changed two frames later."""
+    """Milliseconds from the pointer's arrival to the first frame after it. The spring starts with
+    that frame; the first visible change follows two frames later."""
     corvane.leave()
     time.sleep(1)
     frames = FRAME.findall(corvane.messages())
@@ -120,14 +119,14 @@ def hover_delay(corvane):
 RECIPIENT = "4uQeVj5tqViQh7yWWGStvkEG1Zmhx6uasJtWCJziofM"
 BACK = "Back to the balance"
 PANES = {"RECEIVE": BACK, "SEND": BACK, "Settings": "DONE"}
-_MOTION_SECONDS = 1.5  # longer than any motion, the sparkline's included
-_REST_SECONDS = 15  # after these at the latest the program takes its rest
+_MOTION_SECONDS = 1.5  # longer than any animation, including the sparkline's
+_REST_SECONDS = 15  # the program is at rest after this time at the latest
 OWN_BUDGETS = {1: 10, 2: 14}  # MB, by scale
 
 
 def find_places(desktop, localnet):
-    """Where the buttons and fields are, in pixels. A run of its own, because reading them over the
-    accessibility bus costs the program time."""
+    """The positions of buttons and fields in pixels. Found in a separate run, because reading them
+    over the accessibility bus costs the program time."""
     places = {}
 
     def note(corvane, name, *roles):
@@ -142,7 +141,7 @@ def find_places(desktop, localnet):
             if pane == "SEND":
                 note(corvane, "TO", "text")
                 note(corvane, "AMOUNT (SOL)", "text")
-                # The balance card's button has this name, too.
+                # The balance card's button has the same name.
                 x, y, width, height = corvane.still("SEND", "push button").extents(desktop.scale)
                 places["send it"] = x + width / 2, y + height / 2
             corvane.press_button(leave)
@@ -165,7 +164,7 @@ def change_cards(corvane, places):
 
 
 def send(corvane, places):
-    """The wave while it is sent, and the burst."""
+    """Sends a transfer: the wave during sending, and the burst."""
     screen = corvane.desktop.screen
     corvane.hover()
     time.sleep(_MOTION_SECONDS)
@@ -185,7 +184,7 @@ MOTIONS = {"opening and folding": open_and_fold, "changing cards": change_cards,
 
 
 def frames_while(corvane, motion, places, rounds):
-    """CPU milliseconds of each frame while the island is put through a motion so many times."""
+    """CPU milliseconds of each frame while `motion` is repeated `rounds` times."""
     before = len(FRAME.findall(corvane.messages()))
     for _ in range(rounds):
         motion(corvane, places)
@@ -200,13 +199,13 @@ def percentile(values, share):
 def main():
     options = argparse.ArgumentParser(description=__doc__)
     options.add_argument("--rest-seconds", type=float, default=60,
-                         help="how long to watch it at rest (default: 60; the budget says 600)")
-    options.add_argument("--starts", type=int, default=10, help="how often to start it")
-    options.add_argument("--rounds", type=int, default=10, help="how often to open and fold it")
+                         help="duration of the measurement at rest (default: 60; the budget is for 600)")
+    options.add_argument("--starts", type=int, default=10, help="number of starts")
+    options.add_argument("--rounds", type=int, default=10, help="number of times to open and collapse it")
     given = options.parse_args()
 
     rows = [("binary with its resources", f"{PROGRAM.stat().st_size / 2**20:.1f} MB", "3 MB")]
-    os.sync()  # pages of a program that has just been built are not yet clean
+    os.sync()  # the pages of a program that was just built may still be dirty
     with Localnet() as localnet:
         with VirtualDesktop(backdrop=False) as desktop:
             idle = Corvane(desktop, localnet)

@@ -1,9 +1,8 @@
 #!/usr/bin/python3
-"""Puts the built program beside others that sit on a desktop all day, and prints a table in Markdown.
+"""Compares the built program with others that run on a desktop all day, and prints a table in Markdown.
 
-Each runs alone on a virtual desktop of its own: how long from exec to a window on the screen, and, once
-it has come to rest, what it and its children cost. A program that is not installed is named as such.
-"""
+Each runs alone on a separate virtual desktop. Measures the time from exec to a window on the screen and, at
+rest, the cost of the program and its children. Lists programs that are not installed as such. """
 
 import argparse
 import pathlib
@@ -22,7 +21,7 @@ PAGE = "data:text/html,<title>Balance</title><h1>8.2 SOL</h1>"
 
 
 def commands(folder):
-    """The other programs, with what makes them as small as they get."""
+    """The other programs, with the settings for their lowest memory use."""
     conky, polybar = folder / "conky", folder / "polybar"
     conky.write_text("conky.config = { out_to_x = true, own_window = true, update_interval = 1 }\n"
                      "conky.text = [[CPU ${cpu} % MEM ${mem} ${time %H:%M:%S}]]\n")
@@ -40,7 +39,7 @@ def commands(folder):
 
 
 def family(pid):
-    """A process and everything below it."""
+    """The process ids of a process and all its descendants."""
     children = {}
     for status in pathlib.Path("/proc").glob("[0-9]*/stat"):
         try:
@@ -55,7 +54,7 @@ def family(pid):
 
 
 def total(measure, pid):
-    """A figure of a process and all below it; what has just ended counts nothing."""
+    """The sum of a figure over a process and its descendants; processes that have just exited are ignored."""
     figures = []
     for process in family(pid):
         try:
@@ -66,19 +65,19 @@ def total(measure, pid):
 
 
 def windows(screen):
-    """How many windows of any size show; those of the window manager itself do not count."""
+    """The number of visible windows of any size, except those of the window manager."""
     def shows(window):
         try:
             geometry = window.get_geometry()
             return (window.get_attributes().map_state == X.IsViewable and geometry.width > 8
                     and geometry.height > 8)
-        except (error.BadWindow, error.BadDrawable):  # it went away meanwhile
+        except (error.BadWindow, error.BadDrawable):  # it was closed in the meantime
             return False
     return sum(shows(window) for window in screen.root.query_tree().children)
 
 
 def start(desktop, command, environment):
-    """The started process, and the milliseconds until a window of it showed."""
+    """The started process, and the milliseconds until one of its windows was visible."""
     before = windows(desktop.screen)
     began = time.monotonic()
     process = processes.start([str(word) for word in command], environment, desktop.folder / "program.log")
@@ -87,8 +86,8 @@ def start(desktop, command, environment):
 
 
 def at_rest(pid, seconds):
-    """Memory of its own and PSS in MB, CPU in percent of a core and wake-ups a second, of a process and
-    all below it."""
+    """Own memory and PSS in MB, CPU in percent of a core, and wake-ups per second, of a process and its
+    descendants."""
     time.sleep(SETTLE_SECONDS)
     cpu, wakes, since = total(cpu_seconds, pid), wake_ups(family(pid)), time.monotonic()
     time.sleep(seconds)
@@ -99,7 +98,7 @@ def at_rest(pid, seconds):
 
 
 def measure(desktop, command, given):
-    """A row of the table, less the name."""
+    """A row of the table, without the name."""
     if not shutil.which(command[0]):
         return "not installed | | | |"
     times = []
@@ -117,15 +116,16 @@ def measure(desktop, command, given):
     ended = process.poll() is not None
     processes.stop(process)
     if ended:
-        return "ended by itself | | | |"
+        return "exited by itself | | | |"
     return f"{statistics.median(times):.0f} ms | {own:.0f} MB | {pss:.0f} MB | {cpu:.2f} % | {wakes:.1f} |"
 
 
 def main():
     options = argparse.ArgumentParser(description=__doc__)
-    options.add_argument("--rest-seconds", type=float, default=60, help="how long to watch each (default: 60)")
-    options.add_argument("--starts", type=int, default=5, help="how often to start each")
-    options.add_argument("--only", default="", help="programs whose command contains this")
+    options.add_argument("--rest-seconds", type=float, default=60,
+                         help="duration of each measurement at rest (default: 60)")
+    options.add_argument("--starts", type=int, default=5, help="number of starts of each")
+    options.add_argument("--only", default="", help="measure only programs whose command contains this")
     given = options.parse_args()
     print("| program | exec to a window | memory of its own at rest | PSS at rest | CPU at rest | wake-ups a second |")
     print("| --- | --- | --- | --- | --- | --- |", flush=True)

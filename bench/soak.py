@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Uses the built program as a restless user on a bad network does, for half an hour, and prints how
-its memory, handles, threads and connections fare. Ends with status 1 when one of them grows."""
+"""Uses the built program constantly on a bad network for half an hour, and prints its memory, handles,
+threads and connections over time. Exits with status 1 if one of them grows."""
 
 import argparse
 import pathlib
@@ -32,13 +32,13 @@ def sample(corvane, began):
     return {"minute": (since - began) / 60, "own MB": memory_megabytes(corvane.process_id)[0],
             "handles": len(links), "sockets": sum(link.startswith("socket:") for link in links),
             "threads": len(list((process / "task").iterdir())),
-            # Timers left behind would show here.
+            # Leaked timers would show here.
             "wake-ups/s": (wake_ups([corvane.process_id]) - wakes).total() / (time.monotonic() - since),
             "CPU s": cpu_seconds(corvane.process_id)}
 
 
 def trouble(corvane, localnet, places, chance):
-    """A minute of use, on a network that fails half of the time."""
+    """One minute of use, on a network that fails half of the time."""
     end = time.monotonic() + 60 - SETTLE_SECONDS
     while time.monotonic() < end:
         if chance.random() < 0.5:
@@ -51,14 +51,14 @@ def trouble(corvane, localnet, places, chance):
 def main():
     options = argparse.ArgumentParser(description=__doc__)
     options.add_argument("--minutes", type=float, default=30)
-    options.add_argument("--seed", type=int, default=1, help="of what is done, and when")
+    options.add_argument("--seed", type=int, default=1, help="seed of the random actions and faults")
     given = options.parse_args()
     chance = random.Random(given.seed)
     samples = []
     with Localnet() as localnet, VirtualDesktop() as desktop:
         places = find_places(desktop, localnet)
         corvane = Corvane(desktop, localnet)
-        # The accessibility bus belongs to a screen reader.
+        # Without the accessibility bus, which only a screen reader would use.
         corvane.environment.pop("QT_LINUX_ACCESSIBILITY_ALWAYS_ON")
         with corvane:
             localnet.fund(corvane.address, 1000)

@@ -21,7 +21,7 @@ namespace {
 using namespace corvane;
 using namespace Qt::StringLiterals;
 
-/// A one-day chart as the price service sends it.
+/// A one-day chart in the price service's format.
 QByteArray chartDocument(std::int64_t points)
 {
     QByteArray rows;
@@ -46,7 +46,7 @@ void parseChart(benchmark::State &state)
 }
 BENCHMARK(parseChart)->Arg(288)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 
-/// Everything between the seed and the text that goes to the cluster.
+/// All steps from the seed to the encoded transaction that is sent to the cluster.
 void buildAndSignTransfer(benchmark::State &state)
 {
     platform::SodiumSigningKeys keys;
@@ -72,8 +72,8 @@ void sign(benchmark::State &state)
 }
 BENCHMARK(sign)->Unit(benchmark::kMicrosecond);
 
-/// A whole cycle of the polling: price, chart and both balances, from the requests to the labels;
-/// the replies are there at once.
+/// A complete polling cycle: price, chart and both balances, from the requests to the labels. The
+/// replies are available immediately.
 void refreshCycle(benchmark::State &state)
 {
     tests::HandDrivenQueue queue;

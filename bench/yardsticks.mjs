@@ -1,6 +1,5 @@
-// Times what web wallets run for the same work, with the npm libraries that the local cluster brings
-// along and with OpenSSL as Node has it: one JSON object of nanoseconds.
-// Run in tools/localnet, whose modules it uses.
+// Measures the libraries that web wallets use, with the npm modules of the local cluster and with Node's
+// OpenSSL. Prints one JSON object with nanoseconds per call. Run it in tools/localnet, whose modules it uses.
 
 import { createPrivateKey, generateKeyPairSync, sign } from "node:crypto";
 import { createRequire } from "node:module";

@@ -1,4 +1,5 @@
-// Writes the application's icons: icon_writer FOLDER, the folder of the icon theme.
+// Writes the application's icons. Usage: icon_writer FOLDER, where FOLDER is that of the icon
+// theme.
 
 #include "look/paint/shapes.h"
 #include "look/theme.h"
@@ -14,7 +15,7 @@ namespace {
 
 using namespace corvane::look;
 
-/// The mark on a black tile, in pixels of a picture of `size` × `size`.
+/// The mark on a black tile, in pixels, in a picture of `size` × `size` pixels.
 struct Icon
 {
     int size;
@@ -22,7 +23,8 @@ struct Icon
     int tile;
     double radius;
     int markOffset;
-    /// Of the mark's grid. Whole, so that every edge of the mark lies on a pixel.
+    /// Side of one unit of the mark's grid. An integer, so that every edge of the mark is on a
+    /// pixel boundary.
     int unit;
 
     [[nodiscard]] QRectF tileRect() const
@@ -36,18 +38,18 @@ struct Icon
     }
 };
 
-// The mark has an odd number of units: where a tile around it would need half a pixel on each side,
-// a row is left free at the right and at the bottom. Small icons have little room around the mark.
+// The mark has an odd number of units. Where centring would need half a pixel, the right and bottom
+// margins are one pixel wider. Small icons have narrow margins.
 constexpr Icon icons[] = {
     {16, 0, 15, 4, 1, 1},     {22, 0, 21, 5, 4, 1},       {24, 1, 21, 5, 5, 1},
     {32, 0, 32, 8, 3, 2},     {48, 0, 47, 11, 4, 3},      {64, 3, 57, 14, 12, 3},
     {128, 6, 116, 29, 25, 6}, {256, 12, 232, 58, 50, 12},
 };
 constexpr const Icon &scalable = icons[6];
-/// Without a tile; desktops give it the colour of their text.
+/// Without a tile; desktops draw it in their text colour.
 constexpr Icon symbolic{16, 0, 0, 0, 1, 1};
 
-/// The outline that the island has, too.
+/// The colour of the outline, as on the island.
 QColor hairline()
 {
     QColor line = Theme::paper();
@@ -64,7 +66,7 @@ QImage painted(const Icon &icon)
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::black);
     painter.drawRoundedRect(icon.tileRect(), icon.radius, icon.radius);
-    // The hairline parts the tile from a dark panel.
+    // The hairline separates the tile from a dark panel.
     painter.setPen(hairline());
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(icon.tileRect().adjusted(0.5, 0.5, -0.5, -0.5), icon.radius - 0.5,
@@ -103,7 +105,7 @@ QByteArray vector(const Icon &icon, const QColor &colour)
     return (text + QStringLiteral("\"/>\n</svg>\n")).toUtf8();
 }
 
-/// Makes the folder of `file` and an empty file in it.
+/// Creates the folder of `file`, and opens the file for writing.
 bool open(QSaveFile &file)
 {
     return QDir().mkpath(QFileInfo(file.fileName()).path()) && file.open(QIODevice::WriteOnly);
