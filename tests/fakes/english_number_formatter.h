@@ -8,7 +8,7 @@
 
 namespace corvane::tests {
 
-/// Numbers as in the United States, with ties to even.
+/// Formats numbers as in the United States; ties round to even.
 class EnglishNumberFormatter final : public platform::NumberFormatter
 {
 public:
@@ -22,7 +22,7 @@ public:
         return english.toString(std::nearbyint(value * scale) / scale, 'f', decimals);
     }
 
-    /// As if the locale services were missing.
+    /// If true, returns nothing, as if the locale services failed.
     bool silent = false;
 };
 

@@ -15,7 +15,7 @@ public:
     explicit FakeFontRegistry(QHash<QString, QString> families)
         : m_families(std::move(families))
     {}
-    /// The fonts that the program brings along.
+    /// A registry of the fonts embedded in the program.
     [[nodiscard]] static FakeFontRegistry bundled()
     {
         return FakeFontRegistry(

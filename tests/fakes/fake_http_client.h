@@ -17,10 +17,10 @@ namespace corvane::tests {
 
 /// An HTTP client without a network, scripted by a test.
 ///
-/// A request goes by its name: the method member of a JSON body, or else the URL. It is answered
-/// from the script on the main queue, later than the call like a real one, or held until the test
-/// releases it. A name that is not in the script fails the test. Requests still held when the
-/// client goes away are resolved as cancelled.
+/// A request is identified by its name: the "method" member of a JSON body, or otherwise the URL.
+/// It is answered from the script on the main queue, after the call has returned, or held until the
+/// test releases it. A name that is not in the script fails the test. Requests still held when the
+/// client is destroyed are resolved as cancelled.
 class FakeHttpClient final : public platform::HttpClient
 {
 public:
@@ -39,10 +39,10 @@ public:
         answer(name, platform::HttpReply{status, body});
     }
 
-    /// Keeps every later request of this name unanswered until it is released.
+    /// Holds every later request of this name until it is released.
     void hold(const QString &name) { m_script.insert_or_assign(name, std::nullopt); }
 
-    /// Delivers the result of the longest held request of this name, at once.
+    /// Immediately delivers the result of the oldest held request of this name.
     void release(const QString &name, platform::HttpResult result)
     {
         const auto held = std::ranges::find(m_held, name, &Held::name);
@@ -93,7 +93,7 @@ public:
         return std::ranges::count(m_names, name);
     }
     [[nodiscard]] std::size_t heldRequests() const { return m_held.size(); }
-    /// Forgets the record, not the script.
+    /// Clears the recorded requests, not the script.
     void forgetRequests()
     {
         m_requests.clear();

@@ -17,7 +17,7 @@
 
 namespace corvane::tests {
 
-/// A panel that keeps the last menu it was given.
+/// A status bar that records the last menu.
 class FakeStatusBar final : public platform::StatusBar
 {
 public:
@@ -47,7 +47,7 @@ public:
     int registrations = 0;
 };
 
-/// A disk that holds bundles, and notes what is done to them.
+/// A set of bundles that records the operations on them.
 class FakeBundle final : public platform::ApplicationBundle
 {
 public:
@@ -79,7 +79,7 @@ public:
     QStringList done;
 };
 
-/// Makes windows that note what is done to them.
+/// Creates windows that record the calls on them.
 class FakeFloatingWindows final : public platform::FloatingWindowFactory
 {
 public:
@@ -116,7 +116,7 @@ public:
     bool visible = false;
 };
 
-/// A desktop with settings of appearance.
+/// A desktop with configurable appearance settings.
 class FakeAppearance final : public platform::Appearance
 {
 public:
@@ -125,7 +125,7 @@ public:
     platform::AppearanceSettings settings;
 };
 
-/// A session in which another instance may run and may answer.
+/// A session in which another instance may be running and may reply.
 class FakeInstance final : public platform::Instance
 {
 public:

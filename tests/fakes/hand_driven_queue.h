@@ -10,7 +10,7 @@
 
 namespace corvane::tests {
 
-/// A main queue whose clock stands still until a test moves it.
+/// A main queue whose clock is moved only by the test.
 class HandDrivenQueue final : public platform::MainQueue
 {
 public:
@@ -47,7 +47,7 @@ public:
         }
     }
 
-    /// Moves the clock by `step`, running each action at its own time and in its order.
+    /// Moves the clock by `step` and runs each due action at its time, in order.
     void advance(std::chrono::nanoseconds step)
     {
         const std::chrono::nanoseconds end = m_now + step;
@@ -69,7 +69,7 @@ public:
         m_now = end;
     }
 
-    /// Delayed and repeating actions that have neither run out nor been cancelled.
+    /// The number of delayed and repeating actions that are still pending.
     [[nodiscard]] std::size_t pendingTimers() const
     {
         return static_cast<std::size_t>(std::ranges::count_if(

@@ -7,7 +7,7 @@
 
 namespace corvane::tests {
 
-/// Background work that waits until the test runs it, on the test's own thread.
+/// Background tasks that are held until the test runs them, on the test's thread.
 class HeldBackgroundTasks final : public platform::BackgroundTasks
 {
 public:

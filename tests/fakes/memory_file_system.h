@@ -6,7 +6,7 @@
 
 namespace corvane::tests {
 
-/// A file system of which only the names exist.
+/// A file system that consists of file names only.
 class MemoryFileSystem final : public platform::FileSystem
 {
 public:

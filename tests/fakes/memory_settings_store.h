@@ -9,7 +9,7 @@
 
 namespace corvane::tests {
 
-/// Settings that live in memory and remember every write.
+/// A settings store in memory that records every write.
 class MemorySettingsStore final : public platform::SettingsStore
 {
 public:

@@ -8,14 +8,14 @@
 
 namespace corvane::tests {
 
-/// The text that a guarded page holds in ASCII.
+/// Converts ASCII bytes to a string.
 [[nodiscard]] inline QString textOf(const platform::SecretBytes &text)
 {
     return QString::fromLatin1(reinterpret_cast<const char *>(text.bytes().data()),
                                static_cast<qsizetype>(text.size()));
 }
 
-/// A seed that is recognised by the byte it repeats.
+/// A seed that consists of 32 times the same byte.
 [[nodiscard]] inline platform::SecretBytes seedOf(std::uint8_t byte)
 {
     platform::SecretBytes seed(32);

@@ -5,7 +5,7 @@
 
 namespace corvane::tests {
 
-/// Cases of one test, a row each; the loop over them names the columns.
+/// The cases of a test, one row each; a structured binding in the loop names the columns.
 template <typename... Columns>
 using Table = std::vector<std::tuple<Columns...>>;
 

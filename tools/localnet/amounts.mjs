@@ -5,7 +5,7 @@ export const U64_MAX = 2n ** 64n - 1n;
 export const SOL_DECIMALS = 9;
 export const USDC_DECIMALS = 6;
 
-/** An integer of 64 bits given as a JSON number or, above 2^53, as digits in a string. */
+/** Parses a 64-bit integer from a JSON number or, above 2^53, from digits in a string. */
 export function parseU64(value, name) {
     const fits = typeof value === 'number' ? Number.isSafeInteger(value) && value >= 0
         : typeof value === 'string' && /^\d{1,20}$/.test(value);
@@ -15,7 +15,7 @@ export function parseU64(value, name) {
     return BigInt(value);
 }
 
-/** "12.5" or 12.5 in units of 10^-decimals, exactly: no detour over binary fractions. */
+/** Converts "12.5" or 12.5 to units of 10^-decimals exactly, without binary fractions. */
 export function parseDecimal(value, decimals, name) {
     const text = ['number', 'string'].includes(typeof value) ? String(value) : '';
     const match = /^(\d{1,20})(?:\.(\d+))?$/.exec(text);
@@ -30,7 +30,7 @@ export function parseDecimal(value, decimals, name) {
     return units;
 }
 
-/** Units of 10^-decimals as the shortest decimal text. */
+/** Converts units of 10^-decimals to the shortest decimal text. */
 export function formatDecimal(units, decimals) {
     const digits = units.toString().padStart(decimals + 1, '0');
     const fraction = digits.slice(-decimals).replace(/0+$/, '');

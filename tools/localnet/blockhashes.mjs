@@ -1,13 +1,13 @@
 import { randomBytes } from 'node:crypto';
 import { getBase58Decoder } from '@solana/kit';
 
-/** A transaction may name any blockhash of this many latest slots. */
+/** A transaction may use a blockhash of any of this many latest slots. */
 export const WINDOW_SLOTS = 150n;
 
 /**
- * The slot clock of a cluster and the blockhashes it has given out. The runtime itself knows only
- * its newest blockhash, which would turn every transfer that crosses a slot boundary into a failure.
- * Slots follow the wall clock and hashes are made when asked for, so an idle cluster does nothing.
+ * The slot clock of a cluster and the blockhashes that it has returned. The runtime itself accepts
+ * only its newest blockhash, so that every transfer across a slot boundary would fail. Slots follow
+ * the wall clock and hashes are created on request, so that an idle cluster does nothing.
  */
 export class BlockhashWindow {
     #issued = new Map();
@@ -51,7 +51,7 @@ export class BlockhashWindow {
         return this.#issued.has(blockhash);
     }
 
-    /** Moves the clock on until no blockhash given out so far is accepted any more. */
+    /** Advances the clock until no blockhash returned so far is accepted any more. */
     expireAll() {
         this.#skipped += WINDOW_SLOTS + 1n;
     }

@@ -13,15 +13,15 @@ export const USDC_MINTS = {
     devnet: '4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU',
 };
 
-/** How many transactions the cluster remembers, for their status and against replays. */
+/** The number of transactions kept for status queries and for the detection of replays. */
 const REMEMBERED_TRANSACTIONS = 10_000;
-/** A slot this far behind the newest counts as final. */
+/** A slot is finalized when the newest slot is this many slots later. */
 const FINAL_AFTER_SLOTS = 32n;
 
-/** One cluster: a runtime of its own, its slot clock and the fate of the transactions sent to it. */
+/** One cluster: a separate runtime, its slot clock and the results of the transactions sent to it. */
 export class Cluster {
     #svm = new LiteSVM()
-        .withBlockhashCheck(false) // BlockhashWindow does it
+        .withBlockhashCheck(false) // BlockhashWindow checks it
         .withTransactionHistory(BigInt(REMEMBERED_TRANSACTIONS));
     #window;
     #statuses = new Map();
@@ -83,14 +83,14 @@ export class Cluster {
         return this.tokenAccounts(owner, this.usdcMint).reduce((sum, { token }) => sum + token.amount, 0n);
     }
 
-    /** Sends new lamports to an address. Returns the signature, or throws BadInput. */
+    /** Creates lamports at an address. Returns the signature, or throws BadInput. */
     airdrop(address, amount) {
         if (this.balance(address) + amount > U64_MAX) {
             throw new BadInput('the balance would not fit 64 bits');
         }
         this.#setClock();
-        // The runtime signs the airdrop with its own newest blockhash: without a fresh one a second
-        // airdrop of the same amount would be the same transaction again.
+        // The runtime signs the airdrop with its newest blockhash. Without a new blockhash, a second airdrop
+        // of the same amount would be an identical transaction.
         this.#svm.expireBlockhash();
         const result = this.#svm.airdrop(address, lamports(amount));
         if (result === null || result instanceof FailedTransactionMetadata) {
@@ -102,15 +102,16 @@ export class Cluster {
     }
 
     /**
-     * Runs a transaction given in its wire form. Returns { signature } and, when the preflight
-     * refused it, `failure` with { err, text, logs, unitsConsumed }. Malformed bytes throw BadInput.
+     * Executes a transaction in wire format. Returns { signature } and, if the preflight check
+     * rejected it, `failure` with { err, text, logs, unitsConsumed }. Throws BadInput on malformed
+     * bytes.
      */
     submit(bytes, { skipPreflight = false } = {}) {
         const { transaction, blockhash, signature } = decodeTransaction(bytes);
         this.#setClock();
         const failure = this.#preflight(transaction, blockhash);
-        // Without the preflight a node takes anything it can read and says nothing of what becomes
-        // of it; only what gets as far as executing leaves a trace and costs its fee.
+        // Without the preflight check a node accepts every readable transaction and does not report its
+        // result; only a transaction that starts to execute is recorded and costs a fee.
         const executes = !failure || (skipPreflight && failure.executed);
         if (executes) {
             const result = this.#svm.sendTransaction(transaction);
@@ -148,7 +149,7 @@ export class Cluster {
     #preflight(transaction, blockhash) {
         const result = this.#svm.simulateTransaction(transaction);
         const refused = result instanceof FailedTransactionMetadata ? describeFailure(result) : null;
-        // In the order of a node: the signature first, then the age, then everything else.
+        // Checked in the same order as by a node: the signature, the age, then everything else.
         if (refused?.err !== 'SignatureFailure' && !this.#window.accepts(blockhash)) {
             return { ...namedError('BlockhashNotFound'), logs: [], unitsConsumed: 0n, executed: false };
         }
@@ -171,7 +172,7 @@ export class Cluster {
         }
     }
 
-    /** Programs read slot and time from the runtime's clock account. */
+    /** Updates the runtime's clock account, from which programs read slot and time. */
     #setClock() {
         const clock = this.#svm.getClock();
         clock.slot = this.slot;

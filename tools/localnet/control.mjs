@@ -1,4 +1,4 @@
-/** The control interface: how a demo or a test sets balances, prices and faults, and reads the log. */
+/** The control interface, with which demos and tests set balances, prices and faults, and read the log. */
 
 import { formatDecimal, parseAddress, parseDecimal, parseU64, SOL_DECIMALS, USDC_DECIMALS } from './amounts.mjs';
 import { BadInput } from './errors.mjs';
@@ -33,7 +33,7 @@ function log(net, query) {
     return { entries: net.log.entries({ after: Number(parseU64(after, 'after')), name: query.get('name') ?? undefined }) };
 }
 
-/** What each control does, and the members its body may have. */
+/** The action of each control request, and the members that its body may have. */
 const routes = {
     'GET /control/state': { run: (net, { query }) => state(net, query) },
     'GET /control/log': { run: (net, { query }) => log(net, query) },
@@ -89,7 +89,7 @@ function readBody(text, members = []) {
     return body;
 }
 
-/** The answer { status, type, body } to a control request. */
+/** Returns the reply { status, type, body } to a control request. */
 export async function answerControl(net, { method, path, query, headers, body }) {
     const reply = (status, value) => ({ status, type: 'application/json', body: toJson(value) });
     const route = `${method} ${path}`;

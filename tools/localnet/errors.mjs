@@ -1,4 +1,4 @@
-/** Input that a caller got wrong; the message is meant for that caller. */
+/** Invalid input; the message is sent to the caller. */
 export class BadInput extends Error {}
 
 /** A failure that JSON-RPC reports as an error object. */

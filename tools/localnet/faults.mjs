@@ -1,4 +1,4 @@
-/** Faults that a test orders: which requests they hit, how often, and what they do to the answer. */
+/** Faults that a test can inject: the requests they apply to, how often, and their effect on the reply. */
 
 import { BadInput } from './errors.mjs';
 import { isObject } from './json.mjs';
@@ -27,10 +27,10 @@ function flag(value) {
 }
 
 /**
- * Every kind with the settings it takes and its effect on an answer { status, type, body }. `run`
- * makes the true answer and carries out the call in doing so; a kind that does not use it keeps
- * the call from happening. The effect is a new answer: `cut` closes the connection after half of
- * the body, `drop` sends nothing at all, `location` says where to ask instead.
+ * Each kind of fault with its settings and its effect on a reply { status, type, body }. `run`
+ * executes the call and returns the true reply; a kind that does not call `run` prevents the call.
+ * The effect is a new reply: `cut` closes the connection after half of the body, `drop` sends
+ * nothing, `location` redirects.
  */
 const kinds = {
     latency: { settings: { ms: integer(0, MAX_DELAY_MS) }, required: ['ms'] },
@@ -60,7 +60,7 @@ const kinds = {
     },
     oversize: {
         settings: { bytes: integer(1, MAX_OVERSIZE_BYTES) },
-        // The true answer with one huge member in front: only its size is wrong.
+        // The true reply with one huge member in front, so that only its size is wrong.
         apply: async (run, { bytes = DEFAULT_OVERSIZE_BYTES }) => {
             const answer = await run();
             const rest = answer.body.startsWith('{"') ? `,${answer.body.slice(1)}` : '}';
@@ -102,7 +102,7 @@ function checkFault(fault) {
         throw new BadInput(`kind must be one of ${Object.keys(kinds).join(', ')}`);
     }
     if (count !== undefined && integer(1, 1_000_000)(count) !== true) {
-        throw new BadInput('count must be a positive integer, or absent for until cleared');
+        throw new BadInput('count must be a positive integer; without it the fault applies until cleared');
     }
     if (cluster !== undefined && !['mainnet', 'devnet'].includes(cluster)) {
         throw new BadInput('cluster must be mainnet or devnet');
@@ -125,7 +125,7 @@ export class Faults {
     #active = [];
     #nextId = 1;
 
-    /** Adds a fault as ordered and returns its number. Throws BadInput on anything unclear. */
+    /** Adds a fault and returns its id. Throws BadInput on an invalid description. */
     add(fault) {
         const id = this.#nextId;
         this.#active.push({ id, ...checkFault(fault), applied: 0 });
@@ -142,8 +142,8 @@ export class Faults {
     }
 
     /**
-     * Takes what applies to a request known by `names`: at most one delay and one other fault,
-     * the oldest first. What is taken counts as used.
+     * Returns the faults for a request known by `names`: at most one delay and one other fault, the
+     * oldest first. Returned faults count as used.
      */
     take(names, cluster) {
         const fits = (fault) => (fault.match === '*' || names.includes(fault.match))
@@ -160,7 +160,7 @@ export class Faults {
     }
 }
 
-/** The answer to send: the true one from `run`, or what the fault makes of it. */
+/** Returns the reply to send: the true one from `run`, or the one that the fault produces. */
 export async function answerUnder(effect, run, context) {
     return effect ? kinds[effect.kind].apply(run, effect.settings, context) : run();
 }

@@ -1,6 +1,7 @@
 /**
- * JSON text of a value. Unlike JSON.stringify it writes a BigInt as a bare number: nodes send
- * 64-bit integers (lamports, rentEpoch) that a double cannot hold, and clients have to cope.
+ * Converts a value to JSON text. Unlike JSON.stringify it writes a BigInt as a plain number: nodes
+ * send 64-bit integers (lamports, rentEpoch) that a double cannot represent, and clients must
+ * handle them.
  */
 export function toJson(value) {
     if (typeof value === 'bigint') {
@@ -16,7 +17,7 @@ export function toJson(value) {
     return JSON.stringify(value);
 }
 
-/** Whether arrays and objects nest no deeper than `limit`, so that recursion over them is safe. */
+/** True if arrays and objects are nested at most `limit` levels deep, so that recursion is safe. */
 export function nestsWithin(value, limit) {
     if (value === null || typeof value !== 'object') {
         return true;

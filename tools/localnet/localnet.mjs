@@ -1,4 +1,4 @@
-/** The HTTP side: one loopback listener in front of two clusters and the price services. */
+/** The HTTP server: one loopback listener for two clusters and the price services. */
 
 import http from 'node:http';
 import { isIP } from 'node:net';
@@ -12,10 +12,10 @@ import { RequestLog } from './request_log.mjs';
 import { answerCall, errorReply, readCall } from './rpc.mjs';
 
 const MAX_BODY_BYTES = 64 * 1024;
-/** A fault may order a large reply. */
+/** A fault description may contain a large reply. */
 const MAX_CONTROL_BYTES = 2 * 1024 * 1024;
 const REQUEST_TIMEOUT_MS = 15_000;
-/** Longer than any delay that can be ordered. */
+/** Longer than the longest delay of a fault. */
 const IDLE_TIMEOUT_MS = 180_000;
 
 const page = (title) => `<!doctype html><meta charset="utf-8"><title>${title}</title><h1>${title}</h1>\n`;
@@ -25,8 +25,8 @@ function plain(status, body) {
 }
 
 /**
- * The body as text, or null when it is larger than any honest request. Such a body is read to its
- * end and thrown away: a client that is still sending would not see the refusal.
+ * Reads the body as text; null if it exceeds the limit. A larger body is read to its end and
+ * discarded, because a client that is still sending would not see the error reply.
  */
 async function readBody(request, limit) {
     const chunks = [];
@@ -78,7 +78,7 @@ export class Localnet {
         this.#server.timeout = IDLE_TIMEOUT_MS;
     }
 
-    /** Starts listening on a loopback address; port 0 takes any free one. */
+    /** Starts listening on a loopback address; port 0 selects any free port. */
     async listen({ host = '127.0.0.1', port = 0 } = {}) {
         if (!['127.0.0.1', '::1'].includes(host)) {
             throw new BadInput('host must be 127.0.0.1 or ::1: the control interface is for this machine only');
@@ -96,7 +96,7 @@ export class Localnet {
         return `http://${host}:${this.#server.address().port}`;
     }
 
-    /** Where a wallet has to look to talk to this instance only. */
+    /** The base addresses with which a wallet uses only this instance. */
     get endpoints() {
         const below = (path) => `${this.url}/${path}`;
         return {
@@ -110,7 +110,7 @@ export class Localnet {
         };
     }
 
-    /** Ends every connection, delayed answers included. */
+    /** Closes every connection and drops delayed replies. */
     async close() {
         this.#closing.abort();
         const closed = new Promise((resolve) => { this.#server.close(resolve); });
@@ -121,7 +121,7 @@ export class Localnet {
 
     async #serve(request, response) {
         try {
-            // The request line may hold anything; only paths are served.
+            // The request line may contain anything; only paths are served.
             const url = new URL(request.url.replace(/^\/+/, '/'), 'http://localnet');
             const isControl = url.pathname.startsWith('/control/');
             const limit = isControl ? MAX_CONTROL_BYTES : MAX_BODY_BYTES;
@@ -176,7 +176,7 @@ export class Localnet {
         }
     }
 
-    /** What a request is about: the names faults know it by and how its true answer is made. */
+    /** Classifies a request: the names by which faults match it, and a function for its true reply. */
     #route({ method, path, query, headers, body }) {
         const proxied = path === '/api/rpc';
         const clusterName = proxied ? (query.get('network') === 'devnet' ? 'devnet' : 'mainnet') : path.slice(1);

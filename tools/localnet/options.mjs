@@ -4,7 +4,7 @@ import { BadInput } from './errors.mjs';
 
 export const usage = `Usage: node server.mjs [options]
 
-A local Solana cluster (mainnet and devnet apart), the price services and an explorer page on one
+A local Solana cluster (separate mainnet and devnet), the price services and an explorer page on one
 loopback port. When ready it prints one line of JSON: {"url":"http://127.0.0.1:PORT"}.
 
   --port N                          port to listen on (default 0: any free one)
@@ -17,7 +17,7 @@ loopback port. When ready it prints one line of JSON: {"url":"http://127.0.0.1:P
   --price N                         dollars per SOL (default 150.25)
   --change N                        change of the price in 24 hours, in percent (default 2.345)
   --slot-ms N                       length of a slot (default 400)
-  --parent PID                      end when that process is gone
+  --parent PID                      exit when that process does
   --help                            show this text
 `;
 
@@ -55,11 +55,11 @@ function holdings(list, name, decimals) {
     });
 }
 
-/** The command line as settings. Throws BadInput with a message for the user. */
+/** Parses the command line into settings. Throws BadInput with a message for the user. */
 export function parseOptions(args) {
     let values;
     try {
-        // A negative number after a space would read as another option.
+        // parseArgs would take a negative number after a space for another option.
         const joined = args.map((arg, index) => (arg === '--change' && /^-\d/.test(args[index + 1] ?? '')
             ? `--change=${args[index + 1]}` : arg))
             .filter((arg, index) => !(args[index - 1] === '--change' && /^-\d/.test(arg)));

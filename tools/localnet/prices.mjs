@@ -1,16 +1,16 @@
-/** The documents of the price services, all derived from one price, one change and one chart. */
+/** The replies of the price services, all derived from one price, one change and one chart. */
 
 import { BadInput } from './errors.mjs';
 
 const CHART_POINTS = 288;
 const CHART_STEP_MS = 5 * 60 * 1000;
 const MAX_CHART_POINTS = 5000;
-/** How much one step of the generated chart moves, relative to the price. */
+/** The size of one step of the generated chart, relative to the price. */
 const STEP_SIZE = 0.004;
 const SEED = 0x5eed;
 const SUPPLY = 540_000_000;
 
-/** A small generator with a fixed seed: every start draws the same chart. */
+/** A small random generator with a fixed seed, so that every start generates the same chart. */
 function seededRandom(seed) {
     let state = seed >>> 0;
     return () => {
@@ -21,7 +21,7 @@ function seededRandom(seed) {
     };
 }
 
-/** A random walk tied down at both ends, so that it agrees with the price and its change. */
+/** A random walk with fixed ends, so that it is consistent with the price and its change. */
 function generateChart(price, change) {
     const random = seededRandom(SEED);
     const walk = [0];
@@ -53,7 +53,7 @@ export class Market {
     }
 
     /**
-     * Changes what is given: `price` in dollars, `change` in percent or null for none, `chart` as
+     * Sets the given members: `price` in dollars, `change` in percent or null for none, `chart` as
      * an array of prices or null for the generated one.
      */
     set({ price = this.#price, change = this.#change, chart = this.#chart }) {
@@ -74,7 +74,7 @@ export class Market {
         return { price: this.#price, change: this.#change, chart: this.#chart };
     }
 
-    /** The answer { status, body } of one service to a path below its base and its query. */
+    /** Returns the reply { status, body } of one service to a path below its base address and a query. */
     answer(source, query) {
         return this.#documents[source](query);
     }
@@ -147,7 +147,10 @@ export class Market {
     };
 }
 
-/** Which service a path belongs to, or null. The first segment is the base given to the wallet. */
+/**
+ * Returns the service that a path belongs to, or null. The first segment is part of the wallet's
+ * base address.
+ */
 const paths = new Map([
     ['/coingecko/api/v3/simple/price', 'coingecko'],
     ['/coingecko/api/v3/coins/solana/market_chart', 'chart'],

@@ -4,8 +4,8 @@ const MAX_ENTRIES = 10_000;
 const MAX_BODY_CHARS = 4096;
 
 /**
- * What was asked and what became of it, in memory and, with a file, as one JSON line per finished
- * request. Lines are in the order of finishing; `seq` gives the order of arrival.
+ * Records requests and their results, in memory and, with a file, as one JSON line per finished
+ * request. Lines are in the order of completion; `seq` is the order of arrival.
  */
 export class RequestLog {
     #entries = [];
@@ -17,7 +17,7 @@ export class RequestLog {
         this.#file = path === undefined ? null : openSync(path, 'w', 0o600);
     }
 
-    /** Notes an arrival. Its entry has null for `doneMs` and `status` until `finish`. */
+    /** Records an arrival. `doneMs` and `status` of its entry are null until `finish`. */
     begin({ body, ...details }) {
         const entry = {
             seq: this.#nextSeq,
@@ -36,7 +36,7 @@ export class RequestLog {
         return entry;
     }
 
-    /** Completes an entry; a status of null says that no answer was sent. */
+    /** Completes an entry; a null status means that no reply was sent. */
     finish(entry, status) {
         entry.doneMs = Date.now() - this.#startedAt;
         entry.status = status;
@@ -45,7 +45,7 @@ export class RequestLog {
         }
     }
 
-    /** The entries after number `after`, all of them or those of one RPC method or price source. */
+    /** Returns the entries after number `after`: all, or those of one RPC method or price source. */
     entries({ after = 0, name } = {}) {
         return this.#entries.filter((entry) => entry.seq > after && (name === undefined || entry.name === name));
     }

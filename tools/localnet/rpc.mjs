@@ -1,4 +1,4 @@
-/** JSON-RPC 2.0 over one cluster: reading the envelope, checking parameters, the methods. */
+/** JSON-RPC 2.0 for one cluster: parsing requests, checking parameters, and the methods. */
 
 import { getBase58Encoder, isSignature } from '@solana/kit';
 import { TOKEN_PROGRAM_ADDRESS } from '@solana-program/token';
@@ -33,7 +33,7 @@ function stringParam(params, index) {
 function bytesOfBase58(text, size, name) {
     let bytes = null;
     try {
-        // Longer texts cannot be of the right size and would only cost time.
+        // Longer texts cannot have the right size, and decoding them costs time.
         bytes = text.length <= 4 * size ? getBase58Encoder().encode(text) : null;
     } catch {
         throw invalid(`Invalid ${name}: Invalid`);
@@ -76,7 +76,7 @@ function decodeWire(text, encoding = 'base58') {
     }
     if (encoding === 'base64') {
         const bytes = Buffer.from(text, 'base64');
-        // Buffer skips whatever is not Base64; a node refuses it.
+        // Buffer ignores characters that are not Base64; a node rejects them.
         if (bytes.toString('base64') !== text) {
             throw invalid('invalid base64 encoding');
         }
@@ -167,8 +167,8 @@ const methods = {
 export const methodNames = Object.keys(methods);
 
 /**
- * The call in a request body: { id, method, params }, or { id, error } when it is not one.
- * A call that cannot be attributed has the id null, as the protocol asks.
+ * Parses the call in a request body: { id, method, params }, or { id, error } if it is invalid. The
+ * id of a call without a usable id is null, as the protocol requires.
  */
 export function readCall(body) {
     let call;
@@ -185,7 +185,7 @@ export function readCall(body) {
         : { id, error: new RpcError(-32600, 'Invalid request') };
 }
 
-/** The text of a reply that reports an error. */
+/** Returns the text of an error reply. */
 export function errorReply(id, { code, message, data }) {
     return toJson({ jsonrpc: '2.0', error: { code, message, data }, id });
 }
@@ -200,7 +200,7 @@ function run(cluster, { method, params }) {
     return methods[method](cluster, params);
 }
 
-/** Runs a call and returns the reply's text. Never throws. */
+/** Executes a call and returns the text of the reply. Never throws. */
 export function answerCall(cluster, call) {
     try {
         if (call.error) {

@@ -1,5 +1,5 @@
 #!/usr/bin/env node
-/** The command: starts a Localnet as the command line says and ends it cleanly. */
+/** The command: starts a Localnet with the settings of the command line and shuts it down cleanly. */
 
 import { renameSync, writeFileSync } from 'node:fs';
 import { BadInput } from './errors.mjs';
@@ -17,7 +17,7 @@ function isRunning(pid) {
     }
 }
 
-/** In one step, so that a reader never sees half of it. */
+/** Written atomically, so that a reader never sees an incomplete file. */
 function writeWhole(path, content) {
     const unfinished = `${path}.${process.pid}.new`;
     writeFileSync(unfinished, content);

@@ -1,4 +1,4 @@
-/** SPL token accounts in a runtime: written in their real layout, read back as a node reports them. */
+/** SPL token accounts in a runtime: written in their real layout, returned in a node's format. */
 
 import { lamports, unwrapOption } from '@solana/kit';
 import {
@@ -8,7 +8,7 @@ import {
 import { formatDecimal, USDC_DECIMALS } from './amounts.mjs';
 import { BadInput } from './errors.mjs';
 
-/** What every account of a running cluster shows: rent is never due again. */
+/** The rent epoch of every account on a live cluster: rent is never due again. */
 const RENT_EXEMPT_EPOCH = 18446744073709551615n;
 const STATE_NAMES = {
     [AccountState.Uninitialized]: 'uninitialized',
@@ -44,8 +44,8 @@ export function isMint(svm, address) {
 }
 
 /**
- * Sets what `owner` holds of `mint` in its associated token account, or in the account `at` for
- * owners that hold it in several. An amount of null removes the account. Returns its address.
+ * Sets the amount of `mint` in the owner's associated token account, or in the account `at` for
+ * owners with several accounts. A null amount removes the account. Returns the account's address.
  */
 export async function setTokenBalance(svm, { mint, owner, amount, at }) {
     const [associated] = await findAssociatedTokenPda({ mint, owner, tokenProgram: TOKEN_PROGRAM_ADDRESS });
@@ -73,7 +73,7 @@ export async function setTokenBalance(svm, { mint, owner, amount, at }) {
     return address;
 }
 
-/** The token accounts of `owner`, of one mint or of all, in the order of their addresses. */
+/** Returns the token accounts of `owner`, for one mint or all, sorted by address. */
 export function tokenAccountsOf(svm, owner, mint) {
     return svm.getProgramAccounts(TOKEN_PROGRAM_ADDRESS)
         .filter((account) => account.data.length === getTokenSize())
@@ -101,7 +101,7 @@ function parsedInfo(token) {
     };
 }
 
-/** One element of a getTokenAccountsByOwner reply. */
+/** Formats one element of a getTokenAccountsByOwner reply. */
 export function describeTokenAccount(account, encoding) {
     const data = encoding === 'jsonParsed'
         ? { parsed: { info: parsedInfo(account.token), type: 'account' }, program: 'spl-token', space: account.space }

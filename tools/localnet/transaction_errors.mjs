@@ -1,4 +1,4 @@
-/** Turns the runtime's account of a failed transaction into what a node's JSON-RPC says about it. */
+/** Converts the runtime's error of a failed transaction to the format of a node's JSON-RPC reply. */
 
 const transactionTexts = {
     AccountInUse: 'Account in use',
@@ -29,14 +29,15 @@ const instructionTexts = {
     ArithmeticOverflow: 'Program arithmetic overflowed',
 };
 
-/** { err, text } of one error by its name. */
+/** Returns { err, text } for an error name. */
 export function namedError(name) {
     return { err: name, text: transactionTexts[name] ?? name };
 }
 
 /**
- * { err, text } of a FailedTransactionMetadata. The binding gives plain errors as bare ordinals,
- * but its own description carries the names that JSON-RPC uses, so those are read from there.
+ * Returns { err, text } for a FailedTransactionMetadata. The binding returns simple errors as
+ * ordinals only, but its text description contains the names that JSON-RPC uses, so they are parsed
+ * from there.
  */
 export function describeFailure(failure) {
     const description = /err: (.*?), meta: TransactionMetadata/s.exec(failure.toString())?.[1] ?? 'Unknown';

@@ -1,6 +1,6 @@
 /**
- * Reads the wire form of a transaction strictly. The runtime ends the whole process on bytes it
- * cannot decode, so everything that reaches it has passed through here first.
+ * A strict parser of the wire format of transactions. The runtime aborts the whole process on bytes
+ * that it cannot decode, so that all input must pass this parser first.
  */
 
 import { getAddressDecoder, getBase58Decoder } from '@solana/kit';
@@ -36,7 +36,7 @@ class Reader {
         return this.take(1)[0];
     }
 
-    /** A length in groups of seven bits, at most three bytes, in its shortest form. */
+    /** Reads a length in groups of seven bits, at most three bytes; it must have its shortest form. */
     length() {
         let value = 0;
         for (let index = 0; index < 3; index += 1) {
@@ -91,7 +91,10 @@ function readMessage(reader) {
     return { requiredSignatures, readonlySigned, readonlyUnsigned, keys, blockhash, instructions, lookups };
 }
 
-/** The same consistency rules as a node's: counts fit together and every index names an account. */
+/**
+ * Checks the same consistency rules as a node: counts must match and every index must refer to an
+ * account.
+ */
 function checkConsistency(message, signatureCount) {
     const { requiredSignatures, readonlySigned, readonlyUnsigned, keys, instructions, lookups } = message;
     const accountCount = lookups.reduce((sum, count) => sum + count, keys.length);
@@ -102,7 +105,7 @@ function checkConsistency(message, signatureCount) {
         && lookups.every((count) => count > 0)
         && instructions.every(({ program, accounts }) => program > 0 && program < keys.length
             && accounts.every((index) => index < accountCount));
-    // Signatures are handed on by signer address, so two signers must not share one.
+    // Signatures are passed on by signer address, so that two signers must not share an address.
     const signers = keys.slice(0, requiredSignatures);
     if (!consistent || new Set(signers).size !== signers.length) {
         throw new BadInput('Transaction failed to sanitize accounts offsets correctly');
@@ -110,8 +113,8 @@ function checkConsistency(message, signatureCount) {
 }
 
 /**
- * Returns { transaction, blockhash, signature }: the transaction in the form the runtime takes,
- * the blockhash it names and its first signature as text. Throws BadInput on anything malformed.
+ * Returns { transaction, blockhash, signature }: the transaction in the runtime's format, its
+ * blockhash, and its first signature as text. Throws BadInput on malformed input.
  */
 export function decodeTransaction(bytes) {
     if (bytes.length > MAX_TRANSACTION_BYTES) {
