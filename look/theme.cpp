@@ -9,7 +9,7 @@ namespace corvane::look {
 
 namespace {
 
-/// What `create` hands to the engine; set while the theme lives.
+/// The object that `create` passes to the engine; null while no theme exists.
 Theme *existing = nullptr;
 
 QFont fontOf(const QString &family, double size, QFont::Weight weight)
@@ -75,7 +75,7 @@ QFont Theme::pixel(double size, double tracking) const
 
 QFont Theme::term(double size, Weight weight, double tracking) const
 {
-    // The regular face decides whether the family is used at all.
+    // The family is used only if its regular face exists.
     const bool exists = m_fonts.familyOf(QStringLiteral("JetBrainsMono-Regular")).has_value();
     QFont font = fontOf(exists ? QStringLiteral("JetBrains Mono") : m_fonts.monospacedFamily(),
                         size, static_cast<QFont::Weight>(weight));

@@ -13,10 +13,9 @@ class QQmlEngine;
 
 namespace corvane::look {
 
-/// The palette and the two typefaces; the one singleton of the views.
+/// The palette and the two typefaces; the only singleton of the views.
 ///
-/// The entry point makes it, with the fonts of the desktop, and keeps it for as long as there are
-/// views. Main thread.
+/// The entry point creates it with the desktop's fonts. It must outlive all views. Main thread.
 class Theme : public QObject
 {
     Q_OBJECT
@@ -30,7 +29,7 @@ class Theme : public QObject
     Q_PROPERTY(QColor paper READ paper CONSTANT FINAL)
     Q_PROPERTY(QColor line READ line NOTIFY appearanceChanged FINAL)
     Q_PROPERTY(QColor glass READ glass CONSTANT FINAL)
-    /// Nothing moves about; what comes and goes fades.
+    /// Nothing moves; items fade in and out.
     Q_PROPERTY(bool reducedMotion READ isMotionReduced NOTIFY appearanceChanged FINAL)
 
 public:
@@ -41,14 +40,14 @@ public:
     explicit Theme(const platform::FontRegistry &fonts, QObject *parent = nullptr);
     ~Theme() override;
 
-    /// Hands the existing object to the QML engine.
+    /// Passes the existing object to the QML engine.
     static Theme *create(QQmlEngine *engine, QJSEngine *scripts);
 
-    /// Follows what the user has asked of every program. Colours that are hard to tell from the
-    /// ground stand out more in high contrast.
+    /// Applies the user's appearance settings. In high contrast, colours that differ little from
+    /// the background become stronger.
     void setAppearance(const platform::AppearanceSettings &appearance);
     [[nodiscard]] bool isMotionReduced() const { return m_appearance.reducedMotion; }
-    /// What the existing theme says; false while there is none.
+    /// `isMotionReduced` of the existing theme; false if there is none.
     [[nodiscard]] static bool reducesMotion();
 
     /// Primary text, headings, hovered pictograms.
@@ -67,30 +66,30 @@ public:
     }
     /// Fills of fields and panels.
     [[nodiscard]] static QColor card() { return {28, 28, 33}; }
-    /// The ground of a QR code, which cameras read.
+    /// The background of a QR code; white for cameras.
     [[nodiscard]] static QColor paper() { return {255, 255, 255}; }
-    /// Hairline outlines, laid over whatever is beneath.
+    /// Translucent hairline outlines.
     [[nodiscard]] QColor line() const
     {
         return QColor::fromRgbF(1, 1, 1, m_appearance.highContrast ? 0.6F : 0.12F);
     }
 
-    /// Backdrop of a translucent window. On a desktop that blurs nothing, text on it must still be
-    /// readable over a white page.
+    /// Background of a translucent window. Opaque enough for text to be readable over a white page
+    /// on a desktop without blur.
     [[nodiscard]] static QColor glass() { return QColor::fromRgbF(0.13F, 0.13F, 0.14F, 0.72F); }
 
-    /// The pixel typeface at `size` points with `tracking` points between letters; without one of
-    /// its fonts the heavy monospaced face of the desktop.
+    /// The pixel typeface at `size` points with `tracking` points between letters; if one of its
+    /// fonts is missing, the heavy monospaced face of the desktop.
     [[nodiscard]] Q_INVOKABLE QFont pixel(double size, double tracking = 0) const;
-    /// The terminal typeface at `size` points with `tracking` points between letters; without it
-    /// the monospaced face of the desktop.
+    /// The terminal typeface at `size` points with `tracking` points between letters; if it is
+    /// missing, the monospaced face of the desktop.
     [[nodiscard]] Q_INVOKABLE QFont term(double size, corvane::look::Theme::Weight weight = Regular,
                                          double tracking = 0) const;
-    /// `font` with a line beneath.
+    /// `font`, underlined.
     [[nodiscard]] Q_INVOKABLE static QFont underlined(QFont font);
 
 Q_SIGNALS:
-    /// The desktop's wish for motion or contrast is another one.
+    /// The setting for motion or contrast has changed.
     void appearanceChanged();
 
 private:

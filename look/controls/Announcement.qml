@@ -1,7 +1,7 @@
 import QtQuick
 
-// Has a screen reader say a text the moment it comes up, wherever its user is. Shows nothing.
-// Qt 6.4 knows no announcements; a notification that appears is the same to screen readers.
+// Makes a screen reader speak a text as soon as it is set, wherever the focus is. Invisible. Qt 6.4
+// has no announcements; screen readers treat a notification that appears the same way.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
     Accessible.role: Accessible.Notification
     Accessible.name: root.text
 
-    // What is visible from its beginning has not appeared.
+    // An item that is visible from the start does not count as appearing.
     property bool complete: false
     Component.onCompleted: root.complete = true
 }

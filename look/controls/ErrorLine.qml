@@ -2,7 +2,7 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// What went wrong, in one red line, which a screen reader says when it comes up.
+// An error message in one red line, spoken by screen readers when it appears.
 Label {
     id: root
 
@@ -12,6 +12,6 @@ Label {
     font: Theme.term(8)
     color: Theme.red
     Accessible.role: Accessible.Notification
-    // Before it is told that the line has come up.
+    // Set before the notification that the line has appeared.
     Accessible.ignored: false
 }

@@ -2,8 +2,8 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// What every field shares: its panel and outline, the placeholder, the ring of the keyboard, and that
-// a click gives the window the keyboard. The editable line comes in as content.
+// The common part of all fields: panel and outline, placeholder, focus ring, and keyboard focus for
+// the window on a click. The editable line is the content.
 Item {
     id: root
 
@@ -53,7 +53,7 @@ Item {
     MouseArea {
         anchors.fill: parent
         cursorShape: Qt.IBeamCursor
-        // The island is not given the keyboard by the window manager.
+        // The window manager does not give the island keyboard focus.
         onPressed: mouse => {
             root.Window.window.requestActivate();
             root.line.forceActiveFocus(Qt.MouseFocusReason);

@@ -1,7 +1,7 @@
 import Corvane.Look
 import QtQuick
 
-// Shows which control has the keyboard.
+// Marks the control with keyboard focus.
 Rectangle {
     id: root
 

@@ -8,7 +8,7 @@ Item {
     id: root
 
     required property string symbol
-    // What the button does, in words, for assistive technology.
+    // The button's name for assistive technology.
     required property string label
     signal triggered
 

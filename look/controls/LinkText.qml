@@ -24,7 +24,7 @@ Item {
 
     PressArea {
         anchors.fill: parent
-        // Eight points are hard to hit.
+        // Enlarges the click area: eight points are hard to hit.
         anchors.margins: -3
         label: root.title
         onTriggered: root.triggered()

@@ -1,7 +1,7 @@
 import Corvane.Look
 import QtQuick
 
-// The filled and outlined ground of fields and of what stands on a card like one.
+// The filled and outlined background of fields and similar boxes on a card.
 Rectangle {
     id: root
 
@@ -11,7 +11,8 @@ Rectangle {
     color: Theme.card
     antialiasing: true
 
-    // A border of the fill's own rectangle would be laid over what is beneath the fill.
+    // A separate rectangle: Rectangle's own translucent border would not blend with the fill, but
+    // with what is below it.
     Rectangle {
         anchors.fill: parent
         radius: root.radius

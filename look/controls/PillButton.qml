@@ -14,10 +14,10 @@ Item {
     signal triggered
 
     readonly property color contentColor: root.filled ? "black" : Theme.green
-    // Opacities and radii may not follow the spring beyond its ends.
+    // Opacities and radii must not follow the spring's overshoot.
     readonly property real glow: hover.opacity
 
-    // Summed up here, because positioners only know their size a frame later.
+    // Computed here, because positioners update their size one frame later.
     implicitWidth: title.implicitWidth + (pictogram.visible ? pictogram.implicitWidth + row.spacing : 0) + 24
     implicitHeight: Math.max(title.implicitHeight, pictogram.visible ? pictogram.implicitHeight : 0) + 14
     scale: 1 + 0.05 * hover.value
@@ -41,7 +41,7 @@ Item {
 
         SoftShadow {
             anchors.fill: parent
-            // Through a dimmed fill one would see it.
+            // It would be visible through a dimmed fill.
             visible: root.filled && root.enabled
             color: Theme.green
             radius: 5 + 5 * root.glow

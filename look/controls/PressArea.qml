@@ -1,7 +1,7 @@
 import Corvane.Look.Controls
 import QtQuick
 
-// What every button shares: pointer, keyboard and assistive technology all trigger it.
+// The common part of all buttons: pointer, keyboard and assistive technology all trigger it.
 MouseArea {
     id: root
 
@@ -9,14 +9,14 @@ MouseArea {
     property alias ringRadius: ring.radius
     signal triggered
 
-    // A MouseArea's own flag hides that of the control around it.
+    // MouseArea's own `enabled` hides that of the enclosing control.
     enabled: root.parent === null || root.parent.enabled
     hoverEnabled: true
     activeFocusOnTab: root.enabled
     Accessible.role: Accessible.Button
     Accessible.name: root.label
     Accessible.focusable: root.enabled
-    // Qt 6.4 does not tell assistive technology that an item is disabled.
+    // Qt 6.4 does not report to assistive technology that an item is disabled.
     Accessible.description: root.enabled ? "" : "unavailable"
     Accessible.onPressAction: {
         if (root.enabled)
@@ -27,7 +27,7 @@ MouseArea {
     Keys.onReturnPressed: event => root.press(event)
     Keys.onEnterPressed: event => root.press(event)
 
-    // A key that is held down presses once: its repetitions are no second decision.
+    // Auto-repeat is ignored: a key that is held down presses the button once.
     function press(event) {
         if (!event.isAutoRepeat)
             root.triggered();

@@ -4,13 +4,13 @@ import Corvane.Look
 import Corvane.Look.Motion
 import QtQuick
 
-// One dot a step; that of the current step is long and green.
+// One dot per step; the dot of the current step is long and green.
 Row {
     id: root
 
     required property int count
     required property int current
-    // The same in words, for assistive technology.
+    // The description for assistive technology.
     required property string label
 
     spacing: 7
@@ -26,7 +26,7 @@ Row {
             required property int index
             readonly property real amount: green.opacity
 
-            // Between pixels the edges of what moves would leave traces.
+            // Rounded to device pixels: moving edges between pixels would leave traces.
             width: Math.round((5 + 11 * here.value) * Screen.devicePixelRatio) / Screen.devicePixelRatio
             height: 5
             color: Qt.alpha(Theme.line, 0.18 * (1 - dot.amount))

@@ -4,14 +4,14 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// A choice of one among a few, side by side.
+// A choice of one of a few options, side by side.
 Panel {
     id: root
 
     // A list of texts, one for each segment.
     required property var titles
     required property int selected
-    // What is chosen here, in words, for assistive technology.
+    // The picker's name for assistive technology.
     required property string label
     signal chosen(int index)
 

@@ -6,7 +6,7 @@ import QtQuick
 FieldFrame {
     id: root
 
-    // What the field is for, in words, for assistive technology.
+    // The field's name for assistive technology.
     required property string label
     property alias text: input.text
     signal edited(string text)

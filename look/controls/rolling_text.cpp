@@ -49,7 +49,7 @@ void RollingText::setText(const QString &text)
     }
     m_previous = std::exchange(m_text, text);
     measure();
-    // What appears with its first text has not changed.
+    // The first text appears without an animation.
     if (isComponentComplete() && !m_previous.isEmpty()) {
         m_roll.jumpTo(0);
         m_roll.setTarget(1);

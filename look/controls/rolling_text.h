@@ -13,7 +13,7 @@
 
 namespace corvane::look {
 
-/// One place of a figure that is rolling over: the character that leaves and the one that comes.
+/// One position of a number during its animation: the old and the new character.
 struct RollingSlot
 {
     std::optional<QChar> leaving;
@@ -23,14 +23,13 @@ struct RollingSlot
     [[nodiscard]] bool operator==(const RollingSlot &) const = default;
 };
 
-/// Pairs the characters of two figures place by place, counted from the right, so that ones roll
-/// over ones also when the figure grows longer. In reading order.
+/// Pairs the characters of two numbers by position, counted from the right, so that equal decimal
+/// places correspond even if the number of digits changes. In reading order.
 [[nodiscard]] QList<RollingSlot> rollingSlots(const QString &from, const QString &to);
 
-/// A figure in one line whose digits roll upwards when it changes.
+/// A number in one line whose digits roll upwards when it changes.
 ///
-/// All digits are equally wide. The text shrinks to `minimumScale` before it is cut with an
-/// ellipsis.
+/// All digits have the same width. The text shrinks down to `minimumScale` before it is elided.
 class RollingText : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -66,7 +65,7 @@ private:
     QFont m_font;
     QColor m_color = Qt::white;
     double m_minimumScale = 1;
-    /// Runs from 0, the previous text, to 1.
+    /// Progress from the previous text (0) to the current text (1).
     AnimatedValue m_roll;
 };
 

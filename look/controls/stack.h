@@ -5,11 +5,11 @@
 
 namespace corvane::look {
 
-/// Places its children one below the other, and is as high as they are together.
+/// Places its children one below the other; its implicit height is their total height.
 ///
-/// Unlike Qt Quick's Column it does so at once and not with the next frame: the island springs to
-/// the height that a new card has when the card is made. A child of height 0 takes no room and no
-/// spacing; its visibility does not count, because a card is laid out before it is seen.
+/// Unlike Qt Quick's Column it does so immediately and not with the next frame, because the island
+/// animates to the height that a new card has at its creation. A child of height 0 takes no space
+/// and no spacing. Visibility is ignored, because a card is laid out before it is visible.
 class Stack : public QQuickItem
 {
     Q_OBJECT

@@ -1,8 +1,8 @@
 import Corvane.Look.Motion
 import QtQuick
 
-// Shows one card at a time. When it is told to show another, the new card rises from below while the
-// old one lifts away, on the animation of the running transaction.
+// Shows one card at a time. When the card changes, the new card rises from below while the old one
+// moves up and fades out, with the animation of the current transaction.
 Item {
     id: root
 
@@ -14,7 +14,7 @@ Item {
     property Presence current: first
     readonly property Presence other: root.current === first ? second : first
 
-    // Shows `card`; without a transition when there was none before.
+    // Shows `card`, without a transition if there was no card before.
     function show(card) {
         if (root.current.content === null) {
             root.current.content = card;
@@ -22,7 +22,7 @@ Item {
             root.current.motion.jumpTo(1);
             return;
         }
-        // A card that nobody has seen yet has nothing to lift away.
+        // A card that was not visible yet needs no transition.
         if (root.current.amount === 0) {
             root.current.content = card;
             return;

@@ -1,15 +1,15 @@
 import Corvane.Look.Paint
 import QtQuick
 
-// Content that fades (opacity), blurs (blur, radius in points) and rises (y). With opacity 1, blur 0
-// and y 0 it is just its content.
+// Content that fades (opacity), blurs (blur, radius in points) and rises (y). With opacity 1, blur
+// 0 and y 0 it shows its content unchanged.
 Item {
     id: root
 
     default property alias content: live.data
     property real blur: 0
 
-    // To be called when the content has been replaced: what was pictured is gone.
+    // Must be called when the content has been replaced: drops the picture of the old content.
     function forget() {
         veil.drop();
     }
@@ -26,7 +26,7 @@ Item {
 
         anchors.fill: parent
         source: live
-        // Nothing is kept of what nobody sees any more.
+        // Drops the picture once the item is invisible.
         radius: root.visible ? root.blur : 0
     }
 }

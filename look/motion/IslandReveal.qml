@@ -1,12 +1,12 @@
 import Corvane.Look.Motion
 import QtQuick
 
-// How the island's body comes and goes: a moment after the island has begun to unfold it fades in out
-// of a blur; when the island folds it is gone almost at once.
+// The transition of the island's body: shortly after the island starts to open, it fades in from a
+// blur; when the island collapses, it disappears almost immediately.
 Presence {
     id: root
 
-    // Set this instead of `present`, which follows with the animation of its direction.
+    // Set this instead of `present`, which follows with the animation for its direction.
     property bool revealed: false
 
     enterBlur: 7

@@ -2,14 +2,14 @@ import Corvane.Look
 import Corvane.Look.Motion
 import QtQuick
 
-// Shows a component while it is present, and lets it come and go through ContentFx: it comes from
-// opacity 0 with enterBlur and enterY, and leaves to opacity 0 with leaveBlur and leaveY. It moves on
-// the animation of the transaction in which `present` was changed.
+// Shows a component while `present` is true, with transitions by ContentFx: it appears from opacity
+// 0, enterBlur and enterY, and disappears to opacity 0, leaveBlur and leaveY. Uses the animation of
+// the transaction in which `present` was changed.
 Item {
     id: root
 
     property bool present: false
-    // Makes the component ahead of its appearance, unseen, so that this does not cost the frame in
+    // Creates the component in advance, invisible, so that its creation does not delay the frame in
     // which it appears.
     property bool prepared: false
     property Component content: null
@@ -19,17 +19,18 @@ Item {
     property real leaveBlur: 0
     property real leaveY: 0
 
-    // Where it comes from or leaves to, and where it would be in full: at its place, unless it turned
-    // back half-way.
+    // The invisible end of the transition (far) and the visible end (near). The visible end is
+    // position 0 and blur 0, unless the direction was reversed half-way.
     property real farY: root.enterY
     property real nearY: 0
     property real farBlur: root.enterBlur
     property real nearBlur: 0
 
-    // How much of it there is, 0 to 1, and the moving value behind it for animations of its own.
+    // The progress of the transition, from 0 (absent) to 1 (present), and the animated value behind
+    // it for further animations.
     readonly property real amount: presence.opacity
     readonly property AnimatedValue motion: presence
-    // What the component made, while it is needed.
+    // The created item, while it is needed.
     readonly property Item item: live.children.length > 0 ? live.children[0] : null
     readonly property bool needed: root.present || root.prepared || presence.value > 0 || presence.running
 
@@ -37,7 +38,7 @@ Item {
     implicitHeight: root.item?.implicitHeight ?? 0
     height: root.implicitHeight
 
-    // A Loader cannot make components that are bound to the file they stand in.
+    // Not a Loader, which cannot create bound components of the surrounding file.
     function populate() {
         fx.forget();
         if (root.item !== null) {
@@ -57,7 +58,7 @@ Item {
         presence.target = root.present ? 1 : 0;
     }
 
-    // Goes on from where it is.
+    // Reverses the direction from the current position.
     function turn() {
         const amount = root.amount;
         if (root.present) {

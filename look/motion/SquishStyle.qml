@@ -1,7 +1,7 @@
 import Corvane.Look.Motion
 import QtQuick
 
-// The press feedback of a button: its content gives way and springs back.
+// The press feedback of a button: its content shrinks and springs back.
 AnimatedValue {
     id: root
 

@@ -8,15 +8,15 @@ namespace corvane::look {
 
 namespace {
 
-/// Seconds of a fade where motion is reduced.
+/// Duration in seconds of a fade with reduced motion.
 constexpr double reducedFade = 0.15;
 
-/// Half a step of the 255 that a screen shows.
+/// Opaque up to half a step of an 8-bit channel.
 constexpr double fullOpacity = 1 - 0.5 / 255;
 
 } // namespace
 
-/// Hands the frame clock's time to the value; runs until stopped.
+/// Passes the time of the frame clock to the value; runs until stopped.
 class AnimatedValue::Ticker final : public QAbstractAnimation
 {
 public:
@@ -138,7 +138,8 @@ void AnimatedValue::step(double seconds)
         setMotion(m_running.motionAt(seconds, m_start, m_target));
         return;
     }
-    // Whoever hears of the last step may send the value on at once: that must not be stopped.
+    // Stopped before the signal, because a receiver of the last step may immediately set a new
+    // target and start the ticker again.
     m_ticker->stop();
     setMotion({m_target, 0});
     if (!isRunning()) {

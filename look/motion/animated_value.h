@@ -16,9 +16,9 @@ namespace corvane::look {
 
 /// A number that follows its target, on the frame clock.
 ///
-/// When `target` changes, the value sets out from where it is, with the velocity it has, on the
-/// animation of the running transaction, or on its own `animation` where one is set. While nothing
-/// moves it costs nothing. Main thread.
+/// When `target` changes, the value starts from its current position and velocity, with the
+/// animation of the current transaction, or with its own `animation` if one is set. Uses no CPU
+/// while at rest. Main thread.
 class AnimatedValue : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
@@ -26,16 +26,17 @@ class AnimatedValue : public QObject, public QQmlParserStatus
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged REQUIRED FINAL)
     Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
-    /// The value as an opacity: between 0 and 1, and exactly 1 as soon as nobody can tell. The
-    /// software renderer takes a last step of less than 1e-5 for none and would blend for ever.
+    /// The value as an opacity: between 0 and 1, and exactly 1 as soon as the difference is
+    /// invisible. The software renderer ignores changes below 1e-5 and would otherwise keep
+    /// blending.
     Q_PROPERTY(double opacity READ opacity NOTIFY valueChanged FINAL)
     Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction WRITE setTransaction NOTIFY
                    transactionChanged FINAL)
-    /// Distance from the target at which a spring counts as arrived.
+    /// Distance from the target at which a spring is considered at rest.
     Q_PROPERTY(double tolerance MEMBER m_tolerance FINAL)
-    /// The value is an opacity. Where motion is reduced it still changes gradually, and every other
-    /// value at once.
+    /// True if the value is an opacity. With reduced motion opacities still change gradually; all
+    /// other values change immediately.
     Q_PROPERTY(bool fades MEMBER m_fades FINAL)
 
 public:
@@ -50,13 +51,13 @@ public:
     [[nodiscard]] Transaction *transaction() const { return m_transaction; }
     void setTransaction(Transaction *transaction);
 
-    /// From now on the value moves on a spring of its own, whatever the transaction says; it sets
-    /// out `delay` seconds late.
+    /// Uses this spring from now on, instead of the transaction's animation, with a delay of
+    /// `delay` seconds.
     Q_INVOKABLE void useSpring(double response, double dampingFraction, double delay = 0);
     /// The same with the ease-in, ease-out and ease-in-out curves; all times in seconds.
     Q_INVOKABLE void useEaseIn(double seconds, double delay = 0);
     Q_INVOKABLE void useEaseOut(double seconds, double delay = 0);
-    /// Puts the value on `value` without a motion, before it is sent to a target.
+    /// Sets the value to `value` without animation.
     Q_INVOKABLE void jumpTo(double value);
 
     void classBegin() override;
@@ -85,7 +86,7 @@ private:
     double m_duration = 0;
     std::optional<Animation> m_own;
     QPointer<Transaction> m_transaction;
-    /// Until QML has set all properties the value sits on its target.
+    /// Until QML has set all properties the value equals its target.
     bool m_settingUp = false;
     std::unique_ptr<Ticker> m_ticker;
 };

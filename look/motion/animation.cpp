@@ -41,7 +41,8 @@ Motion Animation::motionAt(double seconds, const Motion &start, double target) c
     if (const auto *timed = std::get_if<Timed>(&m_kind); timed != nullptr && timed->seconds > 0) {
         const double distance = target - start.value;
         const double progress = timed->curve.at(elapsed / timed->seconds);
-        // A spring that takes over in mid-flight needs a velocity; a small difference will do.
+        // A spring that takes over needs the current velocity; a small difference quotient is
+        // accurate enough.
         constexpr double step = 1e-3;
         const double before = timed->curve.at((elapsed - step) / timed->seconds);
         return {start.value + distance * progress, distance * (progress - before) / step};

@@ -10,19 +10,19 @@
 
 namespace corvane::look {
 
-/// How a change is shown: at once, along a timing curve, or on a spring.
+/// How a change is animated: not at all, along a timing curve, or by a spring.
 class Animation
 {
     Q_GADGET
     QML_VALUE_TYPE(islandAnimation)
 
 public:
-    /// The change shows at once.
+    /// No animation: the change is visible immediately.
     Animation() = default;
 
-    /// On a spring; see `Spring` for its measures.
+    /// A spring; see `Spring` for the parameters.
     [[nodiscard]] static Animation spring(double response, double dampingFraction);
-    /// Along one of the standard curves, within `seconds`.
+    /// One of the standard curves, with a duration of `seconds`.
     [[nodiscard]] static Animation easeIn(double seconds);
     [[nodiscard]] static Animation easeOut(double seconds);
     [[nodiscard]] static Animation easeInOut(double seconds);
@@ -30,12 +30,12 @@ public:
     [[nodiscard]] Animation delayed(double seconds) const;
 
     [[nodiscard]] bool isImmediate() const { return std::holds_alternative<Immediate>(m_kind); }
-    /// Seconds from the change until the motion begins.
+    /// Seconds from the change until the motion starts.
     [[nodiscard]] double delay() const { return m_delay; }
 
     /// The motion `seconds` after the change (the delay included), from `start` to `target`.
     [[nodiscard]] Motion motionAt(double seconds, const Motion &start, double target) const;
-    /// Seconds from the change until the value rests on the target, within `tolerance`.
+    /// Seconds from the change until the value is at rest within `tolerance` of the target.
     [[nodiscard]] double duration(const Motion &start, double target, double tolerance) const;
 
     [[nodiscard]] bool operator==(const Animation &) const = default;

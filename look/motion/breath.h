@@ -2,11 +2,11 @@
 
 namespace corvane::look {
 
-/// How bright and how large the breathing mark is.
+/// Brightness and size of the breathing mark.
 struct Breath
 {
     double opacity = 0.55;
-    /// Of the mark's full size.
+    /// Relative to the mark's full size.
     double scale = 0.96;
 };
 

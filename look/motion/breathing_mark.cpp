@@ -12,7 +12,7 @@ namespace corvane::look {
 
 namespace {
 
-/// Steps of a mark that keeps its own time.
+/// Interval between the steps of a mark without a pace.
 constexpr std::chrono::milliseconds ownStep{40};
 
 } // namespace
@@ -52,7 +52,7 @@ void BreathingMark::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickPaintedItem::itemChange(change, data);
     if (change == ItemSceneChange) {
-        // An item of a hidden window is taken for visible.
+        // Qt Quick reports an item in a hidden window as visible.
         disconnect(m_windowVisibility);
         if (data.window != nullptr) {
             m_windowVisibility =

@@ -10,11 +10,10 @@
 
 namespace corvane::look {
 
-/// The product mark, slowly pulsing in brightness and size: the island's heartbeat.
+/// The product mark, slowly pulsing in brightness and size.
 ///
-/// It starts dim each time it is shown and stops while nothing shows it. Where a poll wakes the
-/// process anyway, its owner paces the mark with the poll's ticks, so that a breath costs few
-/// wake-ups of its own.
+/// It starts dim each time it is shown and stops while it is invisible. If the owner polls anyway,
+/// it drives the mark with the poll's ticks, so that the animation needs few additional wake-ups.
 class BreathingMark : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -22,12 +21,11 @@ class BreathingMark : public QQuickPaintedItem
     /// Edge length in points.
     Q_PROPERTY(double size MEMBER m_size NOTIFY markSizeChanged FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
-    /// Seconds of half a breath, from dim to bright.
+    /// Seconds from dim to bright, which is half a cycle.
     Q_PROPERTY(double period MEMBER m_period NOTIFY periodChanged FINAL)
-    /// Seconds between the ticks that the owner promises to send; 0, when the mark keeps its own
-    /// time.
+    /// Seconds between the ticks that the owner sends; 0 if the mark uses its own timer.
     Q_PROPERTY(double pace MEMBER m_pace NOTIFY paceChanged FINAL)
-    /// Opacity of the mark at its latest step, for what shines along with it.
+    /// Opacity of the mark at its latest step, for items that glow with it.
     Q_PROPERTY(double brightness READ brightness NOTIFY breathed FINAL)
 
 public:
@@ -42,7 +40,7 @@ Q_SIGNALS:
     void colorChanged();
     void periodChanged();
     void paceChanged();
-    /// The mark has been stepped and will be painted anew.
+    /// The mark has been stepped and will be repainted.
     void breathed();
 
 protected:

@@ -14,7 +14,7 @@ namespace {
 constexpr double dim = 0.12;
 /// Seconds from dim to bright, and back again.
 constexpr double half = 0.4;
-/// Seconds that a square starts after its left neighbour.
+/// Seconds by which a square starts later than its left neighbour.
 constexpr double lag = 0.08;
 
 } // namespace

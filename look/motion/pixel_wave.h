@@ -8,11 +8,11 @@
 
 namespace corvane::look {
 
-/// How bright square `index` (0 to 5) of the wave is, `seconds` after the wave was first shown.
+/// Opacity of square `index` (0 to 5) of the wave, `seconds` after the wave was first shown.
 [[nodiscard]] double pixelWaveOpacity(int index, double seconds);
 
 /// A row of six squares through which light runs from left to right. It starts dim each time it is
-/// shown and costs nothing while nothing shows it.
+/// shown and uses no CPU while it is invisible.
 class PixelWave : public QQuickPaintedItem
 {
     Q_OBJECT

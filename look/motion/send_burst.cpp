@@ -15,9 +15,9 @@ namespace corvane::look {
 
 namespace {
 
-/// Seconds that a square flies.
+/// Seconds of a square's movement.
 constexpr double flight = 0.75;
-/// Seconds after which a firing clears the squares.
+/// Seconds from `fire` until the squares are cleared.
 constexpr double clearing = 1;
 
 double randomBetween(double low, double high)
@@ -58,7 +58,7 @@ void Burst::advance(double now)
     }
 }
 
-/// Runs from the first burst until nothing is left to clear.
+/// Runs from the first burst until all squares are cleared.
 class SendBurst::Ticker final : public QAbstractAnimation
 {
 public:

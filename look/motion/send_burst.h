@@ -17,47 +17,47 @@ struct Particle
 {
     /// Radians, 0 to the right, clockwise on the screen.
     double angle = 0;
-    /// How far it flies.
+    /// Distance that it travels.
     double dist = 0;
     /// Edge length.
     double size = 0;
-    /// Seconds until it sets out.
+    /// Seconds until it starts to move.
     double delay = 0;
 
     [[nodiscard]] bool operator==(const Particle &) const = default;
 };
 
-/// Where a square of a burst is.
+/// State of one square of a burst.
 struct BurstSquare
 {
-    /// Of its centre, from the centre of the burst.
+    /// From the centre of the burst to the centre of the square.
     QPointF offset;
     double opacity = 1;
 };
 
-/// The square of `particle` `seconds` after it was shown.
+/// The state of `particle`, `seconds` after it was shown.
 [[nodiscard]] BurstSquare burstSquareAt(const Particle &particle, double seconds);
 
-/// The squares of the bursts of one place, on a clock in seconds that the caller reads.
+/// The squares of one burst. All times are in seconds on the caller's clock.
 class Burst
 {
 public:
-    /// Squares of one burst.
+    /// Number of squares of one burst.
     static constexpr int particleCount = 18;
-    /// How far from the centre the corner of a square can get.
+    /// Maximum distance between the centre and the corner of a square.
     static constexpr double reach = 64 + 7;
-    /// Gives a random number between the two, both included.
+    /// Returns a random number in the closed interval.
     using Uniform = std::function<double(double, double)>;
 
-    /// Shows 18 new squares in place of those that are there.
+    /// Replaces all squares by 18 new ones.
     void fire(double now, const Uniform &uniform);
-    /// Clears the squares one second after each firing, also those of a later one.
+    /// Clears all squares one second after each `fire`, including those of a later `fire`.
     void advance(double now);
 
     [[nodiscard]] const std::vector<Particle> &particles() const { return m_particles; }
-    /// When the particles were shown.
+    /// Time of the latest `fire`.
     [[nodiscard]] double firedAt() const { return m_firedAt; }
-    /// Some clearing is still to come.
+    /// True while a clearing is pending.
     [[nodiscard]] bool isPending() const { return !m_clearings.empty(); }
 
 private:
@@ -66,8 +66,8 @@ private:
     std::deque<double> m_clearings;
 };
 
-/// A ring of squares that flies out and fades each time `trigger` changes to 1 or more. Never takes
-/// the pointer; costs nothing while there are no squares.
+/// A ring of squares that moves outwards and fades each time `trigger` changes to 1 or more.
+/// Ignores the pointer; uses no CPU while there are no squares.
 class SendBurst : public QQuickPaintedItem
 {
     Q_OBJECT

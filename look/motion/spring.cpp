@@ -14,7 +14,7 @@ Motion springMotion(const Spring &spring, const Motion &start, double target, do
     const double v0 = start.velocity;
     const double t = std::max(seconds, 0.0);
 
-    // Within this distance of 1 the two general forms divide by almost nothing.
+    // Closer to 1 than this, the two general formulas divide by almost zero.
     constexpr double nearlyCritical = 1e-6;
     if (std::abs(zeta - 1) < nearlyCritical) {
         const double slope = v0 + omega * x0;
@@ -50,8 +50,8 @@ double springSettlingTime(const Spring &spring, const Motion &start, double targ
     if (reach <= tolerance) {
         return 0;
     }
-    // The envelope of the slowest part of the motion; critical damping gets some room because its
-    // envelope is multiplied by a growing line.
+    // The envelope of the slowest component; critical damping gets a margin, because its envelope
+    // is multiplied by a growing linear term.
     const double zeta = spring.dampingFraction;
     const double rate = zeta < 1 ? zeta * omega : (zeta - std::sqrt(zeta * zeta - 1)) * omega;
     constexpr double room = 20;

@@ -2,7 +2,7 @@
 
 namespace corvane::look {
 
-/// A damped spring on a unit mass, told by how it feels.
+/// A damped spring on a unit mass, described by perceptual parameters.
 struct Spring
 {
     /// Period of the undamped oscillation, in seconds; above 0.
@@ -13,17 +13,17 @@ struct Spring
     [[nodiscard]] bool operator==(const Spring &) const = default;
 };
 
-/// Where a moving value is, and how fast it moves (units a second).
+/// Position and velocity (units per second) of a moving value.
 struct Motion
 {
     double value = 0;
     double velocity = 0;
 };
 
-/// The motion `seconds` after a spring began to pull `start` towards `target`.
+/// The motion `seconds` after a spring started to pull `start` towards `target`.
 ///
 /// Closed form of x'' = -(2π/response)² (x - target) - (4π·fraction/response) x', so the result
-/// does not depend on how often it is asked for.
+/// does not depend on how often it is evaluated.
 [[nodiscard]] Motion springMotion(const Spring &spring, const Motion &start, double target,
                                   double seconds);
 

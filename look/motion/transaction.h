@@ -9,11 +9,11 @@
 
 namespace corvane::look {
 
-/// The animation that belongs to the change being made right now.
+/// The animation of the change that is currently being made.
 ///
-/// A controller changes its flags inside `run`; the values that depend on them (AnimatedValue) are
-/// told their new targets while it lasts and take its animation along. Outside of it changes show
-/// at once. Main thread.
+/// A controller changes its flags inside `run`. Values that depend on them (AnimatedValue) get
+/// their new targets during this call and use its animation. Outside of `run`, changes are not
+/// animated. Main thread.
 class Transaction : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,8 @@ class Transaction : public QObject
 public:
     using QObject::QObject;
 
-    /// Makes `change` with `animation`. May be nested; the innermost animation counts.
+    /// Calls `change`; the resulting changes use `animation`. Calls may be nested; the innermost
+    /// animation applies.
     template <typename Change>
     void run(const Animation &animation, Change &&change)
     {

@@ -1,8 +1,8 @@
 import Corvane.Look
 import QtQuick
 
-// The backdrop of a window of its own: dark glass, through which the desktop shows a little. What
-// blurs the desktop behind it is the window.
+// The background of a separate window: dark glass, slightly translucent. The desktop behind it is
+// blurred by the window, not here.
 Rectangle {
     color: Theme.glass
     antialiasing: true

@@ -10,8 +10,8 @@ namespace corvane::look {
 
 namespace {
 
-/// Below this radius (points) a blur is half a pixel wide and gone two frames later; what moves in
-/// the live item is worth more by then.
+/// Below this radius (points) the blur is at most half a pixel wide and disappears within two
+/// frames, so that the live item, with its animations, is shown instead.
 constexpr double smallestRadius = 1;
 
 } // namespace
@@ -56,7 +56,7 @@ void BlurVeil::grab()
         m_source->height() < 1) {
         return;
     }
-    // One pixel a point is enough for something that is about to be blurred.
+    // One pixel per point is enough for a picture that will be blurred.
     m_pending = m_source->grabToImage(m_source->size().toSize());
     if (!m_pending) {
         return;

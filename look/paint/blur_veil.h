@@ -12,8 +12,9 @@ namespace corvane::look {
 
 /// A blurred picture of another item, shown in its place while it blurs.
 ///
-/// The software scene graph has no effects, so the item is grabbed once when the blur sets in and
-/// the picture is blurred anew for each radius. Its owner hides the item while `showing`.
+/// The software scene graph has no effects. The item is therefore captured once when the blur
+/// starts, and the picture is blurred again for each radius. The owner must hide the item while
+/// `showing`.
 class BlurVeil : public QQuickItem
 {
     Q_OBJECT
@@ -32,7 +33,7 @@ public:
     [[nodiscard]] double radius() const { return m_radius; }
     void setRadius(double radius);
     [[nodiscard]] bool isShowing() const { return !m_snapshot.isNull(); }
-    /// Forgets the picture; the next change of the radius takes a new one.
+    /// Drops the picture; the next change of the radius captures a new one.
     Q_INVOKABLE void drop();
 
 Q_SIGNALS:

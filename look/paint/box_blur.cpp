@@ -30,7 +30,7 @@ QRgb average(Channels sum, std::uint32_t reciprocal)
     return channel(0) | channel(16) << 8 | channel(32) << 16 | channel(48) << 24;
 }
 
-/// One box pass over a line of `length` pixels that lie `stride` apart.
+/// One box pass over a line of `length` pixels at a distance of `stride`.
 void blurLine(const QRgb *in, QRgb *out, int length, qsizetype stride, int radius,
               std::vector<Channels> &window)
 {

@@ -40,7 +40,7 @@ QSGNode *Glow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         delete old;
         return nullptr;
     }
-    // Three box blurs reach no further than this; one pixel a point is enough for what is blurred.
+    // The maximum reach of three box blurs; one pixel per point is enough for a blurred picture.
     const int margin = static_cast<int>(std::ceil(1.8 * m_radius));
     const QSize size(static_cast<int>(std::ceil(width())), static_cast<int>(std::ceil(height())));
     QImage image(size + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);

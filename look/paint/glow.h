@@ -7,10 +7,10 @@
 
 namespace corvane::look {
 
-/// The blurred shape of another item, in that item's own colours, to be laid beneath it. It has the
-/// place and the size of its source and shines beyond them.
+/// The blurred shape of another item, in that item's colours, to be placed below it. It has the
+/// position and size of its source and paints beyond them.
 ///
-/// The source is painted once for each size: what it looked like then is what glows.
+/// The source is painted once per size; later changes of its content have no effect.
 class Glow : public QQuickItem
 {
     Q_OBJECT

@@ -8,7 +8,8 @@ namespace corvane::look {
 
 namespace {
 
-/// The icon set draws within four fifths of its frame, and a pictogram is as large as its font.
+/// Frame size relative to the font size: the icons fill four fifths of their frame, and a pictogram
+/// should be as large as its font.
 constexpr double frameOfFont = 1.25;
 
 } // namespace

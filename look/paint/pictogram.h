@@ -6,13 +6,13 @@
 
 namespace corvane::look {
 
-/// A pictogram by its name, in one colour. An unknown name draws nothing.
+/// A pictogram selected by name, in one colour. Paints nothing if the name is unknown.
 class Pictogram : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name MEMBER m_name NOTIFY changed FINAL)
-    /// Size in points of the font that the pictogram stands beside; it sets the item's size.
+    /// Size in points of the adjacent font; determines the item's size.
     Q_PROPERTY(double fontSize MEMBER m_fontSize NOTIFY fontSizeChanged FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 

@@ -8,7 +8,7 @@ namespace corvane::look {
 
 namespace {
 
-/// A brush that repeats `tile` from `origin` (points) on.
+/// A brush that repeats `tile`, starting at `origin` (points).
 QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
 {
     QBrush brush(tile);
@@ -17,8 +17,8 @@ QBrush tileBrush(const QImage &tile, double scale, const QPointF &origin)
     return brush;
 }
 
-/// Fills `area` with the dither of `frame`. The software scene graph scales the painter, not the
-/// device, so that is where the device pixels of a point are found.
+/// Fills `area` with the dither of `frame`. The scale factor is taken from the painter, because the
+/// software scene graph scales the painter, not the device.
 void fillDithered(QPainter &painter, const QPainterPath &area, const QRectF &frame, double cell,
                   const QColor &color, double topDensity, double bottomDensity)
 {

@@ -28,8 +28,7 @@ private:
 /// The island itself: a black notch shape, a faint grain that thickens towards the bottom, and a
 /// hairline outline.
 ///
-/// The item is one point larger than the shape on every side, so that the outline's outer half
-/// fits.
+/// The item is one point larger than the shape on every side, for the outer half of the outline.
 class NotchShape : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -41,7 +40,7 @@ class NotchShape : public QQuickPaintedItem
     Q_PROPERTY(double lineWidth MEMBER m_lineWidth NOTIFY changed FINAL)
 
 public:
-    /// Room around the shape inside the item, in points.
+    /// Margin around the shape inside the item, in points.
     static constexpr double margin = 1;
 
     explicit NotchShape(QQuickItem *parent = nullptr);
@@ -57,21 +56,21 @@ private:
     double m_lineWidth = 0;
 };
 
-/// A rounded rectangle that may be scaled. Qt Quick's own is put together of pieces by the software
-/// scene graph, and between these a scale opens seams. The item is one point larger than the box on
-/// every side, so that a scale does not cut the box's edges off.
+/// A rounded rectangle that may be scaled. The software scene graph composes Qt Quick's Rectangle
+/// of pieces, which show seams when scaled. The item is one point larger than the box on every
+/// side, so that scaling does not clip the edges.
 class RoundedBox : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
     Q_PROPERTY(QColor borderColor MEMBER m_borderColor NOTIFY changed FINAL)
-    /// In points; the border lies inside the box.
+    /// In points; the border is inside the box.
     Q_PROPERTY(double borderWidth MEMBER m_borderWidth NOTIFY changed FINAL)
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
 
 public:
-    /// Room around the box inside the item, in points.
+    /// Margin around the box inside the item, in points.
     static constexpr double margin = 1;
 
     explicit RoundedBox(QQuickItem *parent = nullptr);
@@ -92,7 +91,7 @@ class SparklineShape : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    /// Prices, oldest first; equally far apart.
+    /// Prices, oldest first, at equal distances.
     Q_PROPERTY(QList<double> points MEMBER m_points NOTIFY changed FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 

@@ -10,11 +10,11 @@ namespace corvane::look {
 
 namespace {
 
-/// Edge length in points from which on the mark is drawn without seams.
+/// Minimum edge length in points for drawing the mark without seams.
 constexpr double seamlessWidth = 40;
 
-/// The classic 4 × 4 index matrix; index v fills its cell from the density (v + 0.5) / 16 on, so
-/// that neither 0 nor 1 falls on a threshold.
+/// The classic 4 × 4 index matrix. Index v fills its cell at densities of at least (v + 0.5) / 16,
+/// so that neither 0 nor 1 is a threshold.
 constexpr std::array<std::array<int, 4>, 4> bayerIndices{{
     {0, 8, 2, 10},
     {12, 4, 14, 6},
@@ -116,7 +116,7 @@ void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
     painter.setRenderHint(QPainter::Antialiasing);
     const auto cells = quibMarkRects(rect);
     if (rect.width() >= seamlessWidth) {
-        // Where cells meet between pixels one would see it in a mark of this size.
+        // At this size, seams between cells that meet inside a pixel would be visible.
         QPainterPath path;
         path.setFillRule(Qt::WindingFill);
         for (const QRectF &cell : cells) {
@@ -125,8 +125,8 @@ void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
         painter.fillPath(path, color);
         return;
     }
-    // One by one: a path of this many spans would be handed to other threads, and each breath at
-    // rest would wake them.
+    // Drawn one by one: Qt would distribute a path with this many spans to other threads, and the
+    // animation at rest would keep waking them.
     for (const QRectF &cell : cells) {
         painter.fillRect(cell, color);
     }
@@ -139,8 +139,8 @@ QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool
         return path;
     }
     const auto [low, high] = std::ranges::minmax(points);
-    // A flat series draws along the bottom margin instead of dividing by zero. Halves, because the
-    // difference of two numbers need not be one.
+    // The lower bound avoids a division by zero; a flat series is drawn at the bottom margin.
+    // Computed with halves, because the difference of two finite numbers may overflow.
     const double halfSpan = std::max(high / 2 - low / 2, 0.5e-9);
     const double step = rect.width() / static_cast<double>(points.size() - 1);
     const auto point = [&, lowest = low](qsizetype index) {

@@ -15,14 +15,14 @@ namespace corvane::look {
 /// quadratic curves of `bottomRadius` points, at most half the shorter side.
 [[nodiscard]] QPainterPath notchShapePath(const QRectF &rect, double bottomRadius);
 
-/// The fill of an ordered dither: a 4 × 4 Bayer matrix against a density that changes from row to
-/// row. The pattern repeats every four columns, so one mask of four columns a row describes it.
+/// The fill of an ordered dither: a 4 × 4 Bayer matrix compared with a density per row. The pattern
+/// repeats every four columns, so that a mask of four columns per row describes it.
 struct DitherPattern
 {
-    /// Whole cells that fit; a partial cell at the right or bottom edge is left out.
+    /// Number of whole cells; partial cells at the right or bottom edge are omitted.
     int columns = 0;
     int rows = 0;
-    /// For each row the filled columns of the four-column period, column 0 in bit 0.
+    /// For each row, the filled columns of the four-column period; column 0 is bit 0.
     QList<quint8> rowMasks;
 
     [[nodiscard]] bool isFilled(int row, int column) const
@@ -37,7 +37,7 @@ struct DitherPattern
                                           double topDensity, double bottomDensity);
 
 /// One period of `pattern` as a picture: four columns wide, all rows high, transparent between the
-/// cells of `color`. `scale` is in device pixels a point. Null when nothing is filled.
+/// cells of `color`. `scale` is in device pixels per point. Null if nothing is filled.
 [[nodiscard]] QImage ditherTile(const DitherPattern &pattern, double cell, const QColor &color,
                                 double scale);
 
@@ -55,15 +55,15 @@ inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
     {5, 5, 3, 3},
 }};
 
-/// The mark's nine rectangles, square and centred in `rect`. They never overlap.
+/// The mark's nine rectangles, centred in `rect` within a square. They never overlap.
 [[nodiscard]] std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect);
 
-/// Fills the mark, square and centred in `rect`.
+/// Fills the mark, centred in `rect` within a square.
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color);
 
-/// A price chart over the whole width of `rect` (y downward), oldest point first, with 4 % of the
-/// height free above and below. The points are finite. Closed it is the area down to the bottom
-/// edge. Empty below two points.
+/// A price chart over the whole width of `rect` (y downward), oldest point first, with a margin of
+/// 4 % of the height above and below. The points must be finite. If `closed`, the path includes the
+/// area down to the bottom edge. Empty for fewer than two points.
 [[nodiscard]] QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points,
                                          bool closed);
 

@@ -16,12 +16,12 @@ namespace {
 
 /// The Gaussian is invisible beyond this many sigmas.
 constexpr double reach = 3.4;
-/// Up to this many columns a shadow is kept whole: it costs little, and buttons swell, which would
-/// open seams between pieces.
+/// A shadow of at most this many columns is stored completely: this is cheap, and pieces would show
+/// seams on buttons, which are scaled.
 constexpr int smallTotal = 512;
 
-/// Which columns of the shadow are kept as pixels: all of them, or, for wide shadows, both ends and
-/// one column that stands for the even middle.
+/// The columns of the shadow that are stored as pixels: all of them, or, for wide shadows, both
+/// ends and one column that is repeated for the uniform middle.
 struct Columns
 {
     int end = 0;
@@ -63,7 +63,7 @@ QImage shadowImage(const QSizeF &size, const QColor &color, double sigma, double
     return image;
 }
 
-/// Holds the pieces of one shadow and the picture that they share.
+/// Contains the pieces of one shadow and their common picture.
 class ShadowNode final : public QSGNode
 {
 public:
@@ -149,7 +149,7 @@ QSGNode *SoftShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     node->place(1, {-margin + end + columns.middle / scale, top, end, rows / scale},
                 {static_cast<double>(columns.end) + 1, 0, static_cast<double>(columns.end),
                  static_cast<double>(rows)});
-    // Between its edges the rectangle itself hides the middle.
+    // The middle is omitted, because the rectangle covers it.
     const int edge = std::min(static_cast<int>(2 * margin * scale), rows);
     const auto placeMiddle = [&](std::size_t piece, int row) {
         node->place(piece, {-margin + end, top + row / scale, columns.middle / scale, edge / scale},

@@ -11,9 +11,9 @@ namespace corvane::look {
 
 /// The soft shadow, or glow, of a rectangle that fills the item.
 ///
-/// A rectangle blurred by a Gaussian is the product of two blurred bars, so the shadow of any size
-/// is computed exactly, row by column, instead of by blurring a picture; corners of up to a sigma
-/// make no visible difference. Its middle, which the rectangle covers, is not drawn.
+/// A rectangle blurred by a Gaussian is the product of two blurred bars, so the shadow is computed
+/// exactly for any size, without blurring a picture. Rounded corners with a radius of up to one
+/// sigma make no visible difference. The middle, which the rectangle covers, is not drawn.
 class SoftShadow : public QQuickItem
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ namespace {
 
 const QColor fillColor(255, 255, 255);
 const QColor edgeColor(0, 0, 0, 190);
-/// Room for the edge, as a share of the side.
+/// Width of the edge as a fraction of the side.
 constexpr double edgeShare = 1.0 / 18.0;
 
 } // namespace
@@ -23,7 +23,7 @@ void paintStatusMark(QPainter &painter, const QRectF &rect)
 {
     const double edge = std::max(1.0, edgeShare * std::min(rect.width(), rect.height()));
     QPainterPath mark;
-    // As one shape: filled one by one, cells that meet inside of a pixel leave a seam there.
+    // Filled as one shape: separate cells that meet inside a pixel would leave a seam.
     mark.setFillRule(Qt::WindingFill);
     for (const QRectF &cell : quibMarkRects(rect.adjusted(edge, edge, -edge, -edge))) {
         mark.addRect(cell);

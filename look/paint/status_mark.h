@@ -6,8 +6,8 @@ class QPainter;
 
 namespace corvane::look {
 
-/// The product mark for a desktop's panel, of which nobody knows whether it is dark or light: white
-/// with a thin dark edge. Fills the middle square of `rect`, in pixels, for which it is drawn.
+/// Paints the product mark for a desktop's panel: white with a thin dark edge, because the panel
+/// may be dark or light. Fills the middle square of `rect`, which is in pixels.
 void paintStatusMark(QPainter &painter, const QRectF &rect);
 
 } // namespace corvane::look

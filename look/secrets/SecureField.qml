@@ -11,7 +11,7 @@ FieldFrame {
 
     line: input
     empty: input.empty
-    // Qt says nothing of a password field but that it is one.
+    // Qt reports no name and no description for password fields.
     Accessible.role: Accessible.Grouping
     Accessible.name: root.placeholder
 

@@ -17,7 +17,7 @@ namespace {
 constexpr QChar bullet(u'•');
 constexpr double caretWidth = 1;
 
-/// What can be typed into a line: neither control characters nor nothing.
+/// True if the event inserts printable text.
 bool isTyping(const QKeyEvent &event)
 {
     return !event.text().isEmpty() && event.text().at(0).isPrint() &&
@@ -85,7 +85,7 @@ void SecretField::keyPressEvent(QKeyEvent *event)
         paste();
     } else if (event->matches(QKeySequence::Copy) || event->matches(QKeySequence::Cut) ||
                event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
-        // The secret goes nowhere, and leaves no trace that could be brought back.
+        // Copy, cut and undo are ignored: the secret must not leave the field and has no history.
     } else if (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete) {
         if (selectionStart() == selectionEnd()) {
             const bool backwards = event->key() == Qt::Key_Backspace;
@@ -107,7 +107,7 @@ void SecretField::keyPressEvent(QKeyEvent *event)
 
 std::optional<qsizetype> SecretField::destination(const QKeyEvent &event) const
 {
-    // There are no words to see, so a jump over a word goes to the end of the line.
+    // Words are not visible, so that moving by a word moves to the end of the line.
     const bool wide = (event.modifiers() & Qt::ControlModifier) != 0;
     const bool collapses =
         selectionStart() != selectionEnd() && (event.modifiers() & Qt::ShiftModifier) == 0;
@@ -135,7 +135,7 @@ void SecretField::paste()
 {
     QString text = QGuiApplication::clipboard()->text();
     replaceSelection(text);
-    // A string that somebody else holds too would only be copied by wiping it.
+    // Wiping a shared string would only detach a copy.
     if (text.isDetached()) {
         text.fill(u'\0');
     }

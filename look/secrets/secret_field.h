@@ -11,10 +11,9 @@ namespace corvane::look {
 /// The editable line of a secure field: it shows a bullet for each character and keeps the
 /// characters in guarded memory.
 ///
-/// It takes typing, the clipboard and the usual editing keys, but gives nothing back: no copy, no
-/// cut, no undo. It does not take part in input methods and tells assistive technology nothing of
-/// its content. Single key events and what the clipboard hands over pass through the toolkit's
-/// ordinary memory.
+/// It accepts typing, pasting and the usual editing keys, but has no copy, cut or undo. It does not
+/// support input methods and reports none of its content to assistive technology. Single key events
+/// and pasted text pass through the toolkit's unprotected memory.
 class SecretField : public corvane::look::SecretItem
 {
     Q_OBJECT
@@ -40,10 +39,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    /// Where a key moves the caret; none for other keys.
+    /// The position to which a key moves the caret; empty for other keys.
     [[nodiscard]] std::optional<qsizetype> destination(const QKeyEvent &event) const;
     [[nodiscard]] double advance() const;
-    /// How far the bullets are scrolled to the left so that the caret shows.
+    /// The distance in points by which the bullets are scrolled to the left to keep the caret
+    /// visible.
     [[nodiscard]] double scroll() const;
     void replaceSelection(QStringView text);
     void paste();

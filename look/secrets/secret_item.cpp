@@ -64,7 +64,7 @@ void SecretItem::keyPressEvent(QKeyEvent *event)
 
 void SecretItem::mousePressEvent(QMouseEvent *event)
 {
-    // The island is not given the keyboard by the window manager.
+    // The window manager does not give the island keyboard focus.
     window()->requestActivate();
     forceActiveFocus(Qt::MouseFocusReason);
     const qsizetype position = positionAt(event->position());

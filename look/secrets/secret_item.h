@@ -12,10 +12,10 @@
 
 namespace corvane::look {
 
-/// What the items share that draw a `SecretText`: the text, its font and colours, and a range that
-/// the pointer and the keyboard select. It draws characters one by one, so that no string of them
-/// all is made, and tells assistive technology nothing of them. A derived class names it in full,
-/// which is how qmllint knows it.
+/// The base of items that draw a `SecretText`: the text, its font and colours, and a range selected
+/// with pointer or keyboard. It draws single characters, so that the text is never copied into a
+/// string, and reports none of them to assistive technology. Derived classes must use its qualified
+/// name, which qmllint needs.
 class SecretItem : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
     void setSecret(SecretText *secret);
     [[nodiscard]] QFont font() const { return m_font; }
     void setFont(const QFont &font);
-    /// The selected range; empty at the caret.
+    /// The selected range; empty if it starts and ends at the caret.
     [[nodiscard]] qsizetype selectionStart() const { return std::min(m_anchor, m_caret); }
     [[nodiscard]] qsizetype selectionEnd() const { return std::max(m_anchor, m_caret); }
 
@@ -43,13 +43,13 @@ Q_SIGNALS:
 protected:
     explicit SecretItem(QQuickItem *parent);
 
-    /// The font is another one.
+    /// Called when the font has changed.
     virtual void measure() = 0;
-    /// The text is another one, or has been changed.
+    /// Called when the text object or its content has changed.
     virtual void contentChanged() = 0;
-    /// The gap between two characters that lies nearest to `point`.
+    /// The index of the gap between two characters that is nearest to `point`.
     [[nodiscard]] virtual qsizetype positionAt(const QPointF &point) const = 0;
-    /// Selects between two gaps; `caret` is the end that moves.
+    /// Selects the characters between two gaps; `caret` is the moving end.
     virtual void select(qsizetype anchor, qsizetype caret);
 
     [[nodiscard]] qsizetype size() const { return m_secret != nullptr ? m_secret->size() : 0; }

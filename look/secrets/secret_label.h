@@ -4,8 +4,8 @@
 
 namespace corvane::look {
 
-/// Shows a secret in a monospaced font, wrapped wherever the line is full, selectable with the
-/// pointer. Only its picture leaves the guarded memory; assistive technology gets nothing.
+/// Shows a secret in a monospaced font, wrapped at any character, selectable with the pointer. Only
+/// its picture leaves the guarded memory; nothing is reported to assistive technology.
 class SecretLabel : public corvane::look::SecretItem
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    /// The user asks for `count` selected characters from `first` on.
+    /// The user requests to copy `count` selected characters, starting at `first`.
     void copyRequested(int first, int count);
 
 protected:

@@ -6,14 +6,14 @@ namespace corvane::look {
 
 namespace {
 
-/// Room for a key in Base58 without a second allocation.
+/// Initial capacity: enough for a key in Base58 without a second allocation.
 constexpr qsizetype firstRoom = 128;
 
 } // namespace
 
 QStringView SecretText::view() const
 {
-    // Guarded pages end with the data, so an even size leaves it aligned for UTF-16.
+    // The data ends at the end of a guarded page, so that an even size aligns it for UTF-16.
     return {reinterpret_cast<const char16_t *>(m_memory.bytes().data()), m_size};
 }
 

@@ -11,8 +11,8 @@
 
 namespace corvane::look {
 
-/// A text that must not leak, in guarded memory, between the card that owns it and the item that
-/// shows it. It has no property and no getter that would make a QString of it. Main thread.
+/// A secret text in guarded memory, owned by a card and shown by an item. It has no property and no
+/// getter that would copy it into a QString. Main thread.
 class SecretText : public QObject
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ class SecretText : public QObject
     QML_UNCREATABLE("owned by the card whose secret it holds")
 
 public:
-    /// UTF-16 units that it holds at most. No key is that long; the bound keeps a pasted book out
+    /// Maximum size in UTF-16 units. Every key is shorter; the limit keeps large pasted texts out
     /// of guarded memory.
     static constexpr qsizetype capacity = 4096;
 
@@ -28,16 +28,16 @@ public:
 
     [[nodiscard]] qsizetype size() const { return m_size; }
     [[nodiscard]] bool isEmpty() const { return m_size == 0; }
-    /// Valid until the next change.
+    /// The text; valid until the next change.
     [[nodiscard]] QStringView view() const;
 
-    /// Replaces everything by ASCII characters.
+    /// Replaces the text with ASCII characters.
     void assign(std::span<const std::uint8_t> ascii);
-    /// Inserts as much of `text` as there is room for and gives its size.
+    /// Inserts as much of `text` as fits and returns the number of inserted units.
     qsizetype insert(qsizetype position, QStringView text);
-    /// Removes `count` characters from `position` on and wipes where they stood.
+    /// Removes `count` characters at `position` and wipes their memory.
     void remove(qsizetype position, qsizetype count);
-    /// Forgets everything, memory included.
+    /// Removes the text, wipes and frees its memory.
     void clear();
 
 Q_SIGNALS:
