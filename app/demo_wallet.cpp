@@ -1,7 +1,6 @@
 #include "app/demo_wallet.h"
 
 #include "core/wallet_settings.h"
-#include "keys/base58.h"
 #include "keys/key_vault.h"
 
 namespace corvane::app {
@@ -14,7 +13,7 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
     if (!publicKey) {
         qFatal("a fresh seed has no public key");
     }
-    const QString address = keys::Base58::encode(*publicKey);
+    const keys::Address address(*publicKey);
     if (keys::KeyVault(*keychain).storeStatus(seed, address) != platform::keychainSuccess) {
         qFatal("an empty keychain in memory refused a key");
     }
@@ -26,9 +25,9 @@ void watchDemoWallet(const DemoWallet &demo, platform::SettingsStore &settings)
     const QString lastAddress = QStringLiteral("corvane.demoAddress");
     const QString watched = settings.string(core::addressSetting).value_or(QString());
     if (watched.isEmpty() || watched == settings.string(lastAddress)) {
-        settings.setString(core::addressSetting, demo.address);
+        settings.setString(core::addressSetting, demo.address.text());
     }
-    settings.setString(lastAddress, demo.address);
+    settings.setString(lastAddress, demo.address.text());
 }
 
 } // namespace corvane::app

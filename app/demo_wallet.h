@@ -1,10 +1,9 @@
 #pragma once
 
+#include "keys/address.h"
 #include "platform/in_memory_keychain.h"
 #include "platform/settings_store.h"
 #include "platform/signing_keys.h"
-
-#include <QString>
 
 #include <memory>
 
@@ -15,7 +14,7 @@ struct DemoWallet
 {
     std::unique_ptr<platform::InMemoryKeychain> keychain;
     /// The key's address.
-    QString address;
+    keys::Address address;
 };
 
 /// A wallet with a new random key.

@@ -84,7 +84,7 @@ KeyServices systemKeyServices(platform::BackgroundTasks &background)
 KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::SettingsStore &settings)
 {
     app::DemoWallet demo = app::makeDemoWallet(signingKeys);
-    say(QStringLiteral("demo address: %1\n").arg(demo.address), 0);
+    say(QStringLiteral("demo address: %1\n").arg(demo.address.text()), 0);
     std::fflush(stdout);
     app::watchDemoWallet(demo, settings);
     // Who looks around is not taken on a tour, unless the settings say that there is to be one.
@@ -156,7 +156,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     const KeyServices keyServices = options.demoKeychain ? demoKeyServices(signingKeys, settings)
                                                          : systemKeyServices(desktop.background);
     if (options.watch) {
-        settings.setString(core::addressSetting, *options.watch);
+        settings.setString(core::addressSetting, options.watch->text());
     }
 
     look::Theme theme(desktop.fonts);

@@ -101,11 +101,10 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
         options.endpointsFile = environmentEndpoints;
     }
     if (parser.isSet(watch)) {
-        const QString address = parser.value(watch);
-        if (!keys::Base58::isValidAddress(address)) {
+        options.watch = keys::Address::fromText(parser.value(watch));
+        if (!options.watch) {
             return Farewell{QStringLiteral("--watch needs a Solana address\n"), usageError};
         }
-        options.watch = address;
     }
     return options;
 }
@@ -121,7 +120,7 @@ QStringList relaunchArguments(const Options &options)
         arguments << QStringLiteral("--demo-keychain");
         // On real clusters a demo starts only with an address to watch.
         if (options.watch) {
-            arguments << QStringLiteral("--watch") << *options.watch;
+            arguments << QStringLiteral("--watch") << options.watch->text();
         }
     }
     return arguments;

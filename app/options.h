@@ -1,5 +1,7 @@
 #pragma once
 
+#include "keys/address.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -24,7 +26,7 @@ struct Options
     /// Run on a throw-away key in memory, with settings of its own.
     bool demoKeychain = false;
     /// Address to watch from now on.
-    std::optional<QString> watch;
+    std::optional<keys::Address> watch;
 };
 
 /// Exit status of a start that asks for what cannot be.

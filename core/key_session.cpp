@@ -1,6 +1,5 @@
 #include "core/key_session.h"
 
-#include "keys/base58.h"
 #include "keys/secret_key_text.h"
 #include "platform/authenticator.h"
 #include "platform/background_tasks.h"
@@ -52,16 +51,16 @@ SendResult<QString> KeySession::adopt(SecretBytes seed)
     if (!publicKey) {
         return SendError::badKey();
     }
-    QString text = keys::Base58::encode(*publicKey);
-    const platform::KeychainStatus status = m_vault.storeStatus(seed, text);
+    const keys::Address address(*publicKey);
+    const platform::KeychainStatus status = m_vault.storeStatus(seed, address);
     if (status != platform::keychainSuccess) {
         return SendError::keychainRefused(status);
     }
     ++m_keyChanges;
-    publish(m_pubkey, std::optional(text), &KeySession::pubkeyChanged);
-    Q_EMIT adopted(text);
+    publish(m_pubkey, std::optional(address.text()), &KeySession::pubkeyChanged);
+    Q_EMIT adopted(address);
     m_seed = std::move(seed);
-    return text;
+    return address.text();
 }
 
 SendResult<SecretBytes> KeySession::create()

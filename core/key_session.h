@@ -71,7 +71,8 @@ public:
     /// Forgets the key, here and in the keychain. Nobody is asked.
     void remove();
 
-    /// The Base58 public key; none when there is no key.
+    /// The Base58 public key as the keychain has it; none when there is no key. It is shown, and
+    /// never signed for.
     [[nodiscard]] const std::optional<QString> &pubkey() const { return m_pubkey; }
     /// The unlocked 32-byte seed, while there is one.
     [[nodiscard]] const std::optional<platform::SecretBytes> &seed() const { return m_seed; }
@@ -88,7 +89,7 @@ Q_SIGNALS:
     void pubkeyChanged();
     void pendingBackupChanged();
     /// A key was created or imported: `pubkey` is its own already, `seed` is not yet.
-    void adopted(const QString &pubkey);
+    void adopted(const corvane::keys::Address &address);
 
 private:
     using MaybeSecret = std::optional<platform::SecretBytes>;

@@ -8,7 +8,8 @@ using namespace Qt::StringLiterals;
 
 std::optional<keys::Blockhash> readBlockhash(const QJsonValue &result)
 {
-    return keys::Base58::decode32(result["value"_L1]["blockhash"_L1].toString());
+    const auto bytes = keys::Base58::decode32(result["value"_L1]["blockhash"_L1].toString());
+    return bytes ? std::optional(keys::Blockhash{*bytes}) : std::nullopt;
 }
 
 std::optional<QString> readSignature(const QJsonValue &result)

@@ -6,7 +6,6 @@
 #include "core/key_session.h"
 #include "core/labels.h"
 #include "core/wallet_settings.h"
-#include "keys/base58.h"
 #include "platform/main_queue.h"
 #include "platform/settings_store.h"
 
@@ -25,7 +24,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
           m_services.queue, m_services.background, m_services.keychain, m_services.signingKeys}))
 {
     const platform::SettingsStore &settings = m_services.settings;
-    m_address = settings.string(addressSetting).value_or(QString());
+    m_watched = WatchedAddress(settings.string(addressSetting).value_or(QString()));
     m_network = solNetworkFromRawValue(settings.string(networkSetting).value_or(QString()))
                     .value_or(SolNetwork::Mainnet);
     m_customRPC = settings.string(customRPCSetting).value_or(QString());
@@ -38,7 +37,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
             &WalletModel::signingPubkeyChanged);
     connect(m_keySession.get(), &KeySession::pendingBackupChanged, this,
             &WalletModel::pendingBackupChanged);
-    connect(m_keySession.get(), &KeySession::adopted, this, &WalletModel::setAddress);
+    connect(m_keySession.get(), &KeySession::adopted, this,
+            [this](const keys::Address &address) { watch(WatchedAddress(address)); });
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
 
@@ -52,24 +52,33 @@ WalletModel::~WalletModel()
     m_pollTask->cancel();
 }
 
-bool WalletModel::isValidAddress(QStringView text)
-{
-    return keys::Base58::isValidAddress(text);
-}
-
 void WalletModel::refresh()
 {
     startTask([](WalletModel &model) { model.refreshAll(true); });
 }
 
+WalletModel::WatchedAddress::WatchedAddress(const QString &text)
+    : typed(text)
+    , address(keys::Address::fromText(trimmingBlanks(text)))
+{}
+
+WalletModel::WatchedAddress::WatchedAddress(const keys::Address &known)
+    : typed(known.text())
+    , address(known)
+{}
+
 void WalletModel::setAddress(const QString &address)
 {
-    const QString old = m_address;
-    publish(m_address, address, &WalletModel::addressChanged);
+    watch(WatchedAddress(address));
+}
 
-    m_services.settings.setString(addressSetting, m_address);
-    const QStringView trimmed = trimmingBlanks(m_address);
-    if (trimmed == trimmingBlanks(old)) {
+void WalletModel::watch(WatchedAddress watched)
+{
+    const QString old = address();
+    publish(m_watched, std::move(watched), &WalletModel::addressChanged);
+
+    m_services.settings.setString(addressSetting, address());
+    if (trimmingBlanks(address()) == trimmingBlanks(old)) {
         return;
     }
     clearBalances();
@@ -150,11 +159,6 @@ const std::optional<platform::SecretBytes> &WalletModel::sessionSecret() const
     return m_keySession->seed();
 }
 
-bool WalletModel::hasValidAddress() const
-{
-    return isValidAddress(trimmingBlanks(m_address));
-}
-
 const QString &WalletModel::publicRPC() const
 {
     return m_services.endpoints.defaultRPC(m_network);
@@ -185,7 +189,7 @@ std::optional<QUrl> WalletModel::proxyRPCURL() const
 
 QString WalletModel::shortAddress() const
 {
-    return core::shortAddress(m_address);
+    return core::shortAddress(address());
 }
 
 QString WalletModel::solLabel() const

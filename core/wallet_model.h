@@ -4,6 +4,7 @@
 #include "core/json_calls.h"
 #include "core/send_error.h"
 #include "core/sol_network.h"
+#include "keys/address.h"
 #include "platform/secret_bytes.h"
 
 #include <QCoroTask>
@@ -86,9 +87,6 @@ public:
     explicit WalletModel(WalletServices services, QObject *parent = nullptr);
     ~WalletModel() override;
 
-    /// True when `text`, untrimmed, is the Base58 form of exactly 32 bytes.
-    [[nodiscard]] static bool isValidAddress(QStringView text);
-
     /// Starts a full refresh, as the refresh buttons do, and returns at once.
     Q_INVOKABLE void refresh();
 
@@ -122,6 +120,8 @@ public:
     /// Sends SOL from the wallet's own key and gives the transaction's signature as soon as the
     /// cluster has accepted it. Asks the user while the key is locked. An amount that does not fit
     /// into lamports stops the process.
+    QCoro::Task<SendResult<QString>> sendSOL(keys::Address to, double amountSOL);
+    /// The same to what somebody typed, blanks around it forgiven.
     QCoro::Task<SendResult<QString>> sendSOL(QString to, double amountSOL);
     /// The block explorer's page of a transaction.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
@@ -138,7 +138,7 @@ public:
     [[nodiscard]] std::optional<QUrl> proxyRPCURL() const;
 
     /// The watched address as typed, blanks included.
-    [[nodiscard]] const QString &address() const { return m_address; }
+    [[nodiscard]] const QString &address() const { return m_watched.typed; }
     void setAddress(const QString &address);
     [[nodiscard]] SolNetwork network() const { return m_network; }
     /// Fetches everything again, also when the network stays the same.
@@ -161,8 +161,12 @@ public:
     [[nodiscard]] bool hasPendingBackup() const { return pendingBackup().has_value(); }
     /// The unlocked 32-byte seed, while there is one.
     [[nodiscard]] const std::optional<platform::SecretBytes> &sessionSecret() const;
-    /// True when the trimmed address is one.
-    [[nodiscard]] bool hasValidAddress() const;
+    /// The watched address, when the trimmed text is one.
+    [[nodiscard]] const std::optional<keys::Address> &validAddress() const
+    {
+        return m_watched.address;
+    }
+    [[nodiscard]] bool hasValidAddress() const { return m_watched.address.has_value(); }
 
     /// SOL.
     [[nodiscard]] std::optional<double> sol() const { return m_sol; }
@@ -213,6 +217,16 @@ Q_SIGNALS:
     void rpcSourceLabelChanged();
 
 private:
+    /// What somebody typed and, when that is one, the address that it stands for.
+    struct WatchedAddress
+    {
+        explicit WatchedAddress(const QString &text = {});
+        explicit WatchedAddress(const keys::Address &known);
+
+        QString typed;
+        std::optional<keys::Address> address;
+    };
+
     template <typename T>
     void publish(T &property, T value, void (WalletModel::*changed)())
     {
@@ -225,6 +239,7 @@ private:
                               std::shared_ptr<Cancellation> cancellation);
 
     QCoro::Task<JsonResult> getJSON(QString url);
+    void watch(WatchedAddress watched);
     void netFlip();
     void clearBalances();
     /// Runs `start` on the main thread, later, if the model still exists by then.
@@ -233,7 +248,7 @@ private:
     WalletServices m_services;
     std::unique_ptr<KeySession> m_keySession;
 
-    QString m_address;
+    WatchedAddress m_watched;
     SolNetwork m_network = SolNetwork::Mainnet;
     QString m_customRPC;
     QString m_walletURL;

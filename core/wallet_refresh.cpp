@@ -2,7 +2,6 @@
 // every wait whether the model is still there.
 
 #include "core/balances.h"
-#include "core/blank_trimming.h"
 #include "core/cancellation.h"
 #include "core/price_feeds.h"
 #include "core/wallet_model.h"
@@ -67,17 +66,17 @@ QCoro::Task<> WalletModel::probeProxy()
 QCoro::Task<bool> WalletModel::refreshBalance()
 {
     const QPointer<WalletModel> self(this);
-    const QString owner = trimmingBlanks(m_address).toString();
-    if (!isValidAddress(owner)) {
+    const std::optional<keys::Address> owner = m_watched.address;
+    if (!owner) {
         co_return false;
     }
     const SolNetwork net = m_network;
     const auto current = [self, owner, net] {
-        return self && self->m_network == net && trimmingBlanks(self->m_address) == owner;
+        return self && self->m_network == net && self->m_watched.address == owner;
     };
     bool solDone = false;
 
-    auto balanceCall = rpc(u"getBalance"_s, {owner});
+    auto balanceCall = rpc(u"getBalance"_s, {owner->text()});
     const JsonResult balance = co_await balanceCall;
     if (!self) {
         co_return false;
@@ -92,7 +91,7 @@ QCoro::Task<bool> WalletModel::refreshBalance()
 
     const QJsonObject filter{{u"mint"_s, usdcMint(net)}};
     const QJsonObject configuration{{u"encoding"_s, u"jsonParsed"_s}};
-    auto tokenCall = rpc(u"getTokenAccountsByOwner"_s, {owner, filter, configuration});
+    auto tokenCall = rpc(u"getTokenAccountsByOwner"_s, {owner->text(), filter, configuration});
     const JsonResult tokens = co_await tokenCall;
     if (!current()) {
         co_return solDone;

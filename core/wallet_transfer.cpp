@@ -4,7 +4,6 @@
 #include "core/key_session.h"
 #include "core/transfer_replies.h"
 #include "core/wallet_model.h"
-#include "keys/base58.h"
 #include "keys/transfer.h"
 #include "platform/signing_keys.h"
 
@@ -17,14 +16,19 @@ using namespace Qt::StringLiterals;
 
 QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountSOL)
 {
+    const std::optional<keys::Address> recipient = keys::Address::fromText(trimmingBlanks(to));
+    if (!recipient) {
+        co_return SendResult<QString>(SendError::badRecipient());
+    }
+    auto sending = sendSOL(*recipient, amountSOL);
+    co_return co_await sending;
+}
+
+QCoro::Task<SendResult<QString>> WalletModel::sendSOL(keys::Address to, double amountSOL)
+{
     using Result = SendResult<QString>;
     const QPointer<WalletModel> self(this);
 
-    const QStringView recipientText = trimmingBlanks(to);
-    const auto recipient = keys::Base58::decode32(recipientText);
-    if (!recipient) {
-        co_return Result(SendError::badRecipient());
-    }
     if (!(amountSOL > 0)) {
         co_return Result(SendError::badAmount());
     }
@@ -51,7 +55,7 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
         co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
     }
 
-    const keys::Transfer transfer{*sender, *recipient, lamports, *blockhash};
+    const keys::Transfer transfer{*sender, to, lamports, *blockhash};
     const std::vector<std::uint8_t> message = keys::transferMessage(transfer);
     const auto signature = m_services.signingKeys.sign(seed, message);
     if (!signature) {

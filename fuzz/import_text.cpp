@@ -22,8 +22,8 @@ void checkForms(const QByteArray &bytes)
 {
     const auto seed = SecretBytes::copyOf(
         {reinterpret_cast<const std::uint8_t *>(bytes.data()), std::size_t{seedSize}});
-    platform::SigningKeys::PublicKey publicKey{};
-    std::ranges::copy(seed.bytes(), publicKey.rbegin());
+    platform::PublicKey publicKey;
+    std::ranges::copy(seed.bytes(), publicKey.bytes.rbegin());
 
     const SecretBytes backup = keys::backupText(seed, publicKey);
     const QString text = QString::fromLatin1(reinterpret_cast<const char *>(backup.bytes().data()),

@@ -82,7 +82,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     }
     checkBalances(*result);
     if (const auto hash = readBlockhash(*result)) {
-        require(keys::Base58::encode(*hash) == (*result)["value"_L1]["blockhash"_L1].toString());
+        require(keys::Base58::encode(hash->bytes) ==
+                (*result)["value"_L1]["blockhash"_L1].toString());
     }
     require(readSignature(*result).has_value() == result->isString());
     return 0;

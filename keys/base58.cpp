@@ -140,9 +140,4 @@ std::optional<std::array<std::uint8_t, 32>> Base58::decode32(QStringView text)
     return decoded;
 }
 
-bool Base58::isValidAddress(QStringView text)
-{
-    return decode32(text).has_value();
-}
-
 } // namespace corvane::keys

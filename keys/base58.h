@@ -39,10 +39,6 @@ struct Base58
     /// The 32 bytes of an address or a hash; none when `text`, untrimmed, has another size or is no
     /// Base58. The work is bounded, however long the text.
     [[nodiscard]] static std::optional<std::array<std::uint8_t, 32>> decode32(QStringView text);
-
-    /// True when `text` is the Base58 form of exactly 32 bytes, untrimmed. Purely syntactic: the
-    /// bytes need not be a point on the curve.
-    [[nodiscard]] static bool isValidAddress(QStringView text);
 };
 
 } // namespace corvane::keys

@@ -3,17 +3,17 @@
 namespace corvane::keys {
 
 platform::KeychainStatus KeyVault::storeStatus(const platform::SecretBytes &secret,
-                                               const QString &pubkey)
+                                               const Address &address)
 {
     // Items of another account would not be replaced by adding, and at most one may exist.
     remove();
 
-    const platform::KeychainStatus status =
-        m_keychain->add(serviceName, pubkey, secret, platform::KeychainProtection::UserPresence);
+    const platform::KeychainStatus status = m_keychain->add(
+        serviceName, address.text(), secret, platform::KeychainProtection::UserPresence);
     if (status == platform::keychainSuccess) {
         return status;
     }
-    return m_keychain->add(serviceName, pubkey, secret, platform::KeychainProtection::None);
+    return m_keychain->add(serviceName, address.text(), secret, platform::KeychainProtection::None);
 }
 
 std::optional<platform::SecretBytes> KeyVault::loadSecret(const QString &prompt)

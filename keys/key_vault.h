@@ -1,5 +1,6 @@
 #pragma once
 
+#include "keys/address.h"
 #include "platform/keychain.h"
 
 #include <QLatin1StringView>
@@ -32,7 +33,7 @@ public:
     /// works. Answers the status of the last attempt; after a failure no key is stored at all. Main
     /// thread.
     [[nodiscard]] platform::KeychainStatus storeStatus(const platform::SecretBytes &secret,
-                                                       const QString &pubkey);
+                                                       const Address &address);
 
     /// The seed, asking the user with the text `prompt`; none on refusal and on every failure.
     /// Blocks while the user is asked, so background threads only.

@@ -16,17 +16,6 @@ constexpr std::size_t secretKeySize = 64;
 /// Digits that 64 bytes take at most.
 constexpr qsizetype longestBase58 = 88;
 
-QStringView trimmed(QStringView text)
-{
-    while (!text.empty() && text.front().isSpace()) {
-        text = text.sliced(1);
-    }
-    while (!text.empty() && text.back().isSpace()) {
-        text.chop(1);
-    }
-    return text;
-}
-
 /// Reads a JSON array of integers. Written out here because a general parser would leave copies of
 /// the key behind.
 class ByteArrayReader
@@ -115,7 +104,7 @@ private:
 
 std::optional<SecretBytes> seedFromText(QStringView text)
 {
-    const QStringView key = trimmed(text);
+    const QStringView key = text.trimmed();
     const bool isArray = key.startsWith(u'[');
     if (!isArray && key.size() > longestBase58) {
         return std::nullopt;
@@ -128,11 +117,11 @@ std::optional<SecretBytes> seedFromText(QStringView text)
     return SecretBytes::copyOf(bytes->bytes().first(seedSize));
 }
 
-SecretBytes backupText(const SecretBytes &seed, const platform::SigningKeys::PublicKey &publicKey)
+SecretBytes backupText(const SecretBytes &seed, const platform::PublicKey &publicKey)
 {
     SecretBytes secretKey(secretKeySize);
     std::ranges::copy(seed.bytes(), secretKey.bytes().begin());
-    std::ranges::copy(publicKey, secretKey.bytes().begin() + seedSize);
+    std::ranges::copy(publicKey.bytes, secretKey.bytes().begin() + seedSize);
     return Base58::encodeSecret(secretKey.bytes());
 }
 

@@ -18,6 +18,6 @@ namespace corvane::keys {
 
 /// The 64-byte secret key, seed then public key, in Base58 (ASCII): what a backup shows.
 [[nodiscard]] platform::SecretBytes backupText(const platform::SecretBytes &seed,
-                                               const platform::SigningKeys::PublicKey &publicKey);
+                                               const platform::PublicKey &publicKey);
 
 } // namespace corvane::keys

@@ -41,7 +41,7 @@ void appendCompactLength(Bytes &bytes, std::size_t length)
 
 Bytes transferMessage(const Transfer &transfer)
 {
-    constexpr PublicKey systemProgram{};
+    constexpr std::array<std::uint8_t, 32> systemProgram{};
     const Bytes data = transferInstruction(transfer.amount);
 
     Bytes message;
@@ -50,11 +50,11 @@ Bytes transferMessage(const Transfer &transfer)
     message.push_back(1); // read-only unsigned accounts
 
     message.push_back(3); // account keys
-    append(message, transfer.sender);
-    append(message, transfer.recipient);
+    append(message, transfer.sender.bytes);
+    append(message, transfer.recipient.bytes());
     append(message, systemProgram);
 
-    append(message, transfer.recentBlockhash);
+    append(message, transfer.recentBlockhash.bytes);
 
     message.push_back(1); // instructions
     message.push_back(2); // program: the third account key
@@ -66,11 +66,11 @@ Bytes transferMessage(const Transfer &transfer)
     return message;
 }
 
-QByteArray signedTransaction(const Signature &signature, const Bytes &message)
+QByteArray signedTransaction(const platform::Signature &signature, const Bytes &message)
 {
     Bytes transaction;
     transaction.push_back(1); // signatures
-    append(transaction, signature);
+    append(transaction, signature.bytes);
     append(transaction, message);
     return QByteArray(reinterpret_cast<const char *>(transaction.data()),
                       static_cast<qsizetype>(transaction.size()))

@@ -1,6 +1,5 @@
 #include "panes/receive_pane_model.h"
 
-#include "core/blank_trimming.h"
 #include "panes/network_wording.h"
 
 namespace corvane::panes {
@@ -26,7 +25,7 @@ bool ReceivePaneModel::hasAddress() const
 
 QString ReceivePaneModel::address() const
 {
-    return hasAddress() ? core::trimmingBlanks(m_wallet.address()).toString() : QString();
+    return hasAddress() ? m_wallet.validAddress()->text() : QString();
 }
 
 QString ReceivePaneModel::networkName() const

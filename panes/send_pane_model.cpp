@@ -55,6 +55,7 @@ bool SendPaneModel::hasKey() const
 void SendPaneModel::setRecipient(const QString &recipient)
 {
     m_recipient = recipient;
+    m_address = keys::Address::fromText(core::trimmingBlanks(recipient));
     Q_EMIT changed();
 }
 
@@ -62,11 +63,6 @@ void SendPaneModel::setAmount(const QString &amount)
 {
     m_amount = amount;
     Q_EMIT changed();
-}
-
-bool SendPaneModel::recipientIsValid() const
-{
-    return WalletModel::isValidAddress(core::trimmingBlanks(m_recipient));
 }
 
 bool SendPaneModel::amountIsValid() const
@@ -81,7 +77,7 @@ bool SendPaneModel::amountIsValid() const
 
 bool SendPaneModel::recipientIsWrong() const
 {
-    return !m_recipient.isEmpty() && !recipientIsValid();
+    return !m_recipient.isEmpty() && !m_address;
 }
 
 bool SendPaneModel::amountIsWrong() const
@@ -91,7 +87,7 @@ bool SendPaneModel::amountIsWrong() const
 
 bool SendPaneModel::isReady() const
 {
-    return recipientIsValid() && amountIsValid() && !m_sending;
+    return m_address && amountIsValid() && !m_sending;
 }
 
 bool SendPaneModel::hasMax() const
@@ -151,7 +147,7 @@ void SendPaneModel::close()
 void SendPaneModel::send()
 {
     const std::optional<double> amount = parseAmount(m_amount);
-    if (!amount) {
+    if (!m_address || !amount) {
         return;
     }
     m_sending = true;
@@ -160,13 +156,12 @@ void SendPaneModel::send()
     Q_EMIT changed();
     m_sounds.play(Sound::Pop);
     // The task goes on by itself.
-    transfer(this, &m_wallet, &m_island, &m_sounds, core::trimmingBlanks(m_recipient).toString(),
-             *amount);
+    transfer(this, &m_wallet, &m_island, &m_sounds, *m_address, *amount);
 }
 
 QCoro::Task<> SendPaneModel::transfer(QPointer<SendPaneModel> pane, QPointer<WalletModel> wallet,
                                       QPointer<island::IslandController> island,
-                                      platform::SoundPlayer *sounds, QString recipient,
+                                      platform::SoundPlayer *sounds, keys::Address recipient,
                                       double amount)
 {
     auto sending = wallet->sendSOL(recipient, amount);
@@ -189,6 +184,7 @@ void SendPaneModel::finish(const core::SendResult<QString> &result)
         m_sentSig = std::get<QString>(result);
         ++m_burst;
         m_recipient.clear();
+        m_address.reset();
         m_amount.clear();
     }
     Q_EMIT changed();

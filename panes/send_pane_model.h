@@ -88,7 +88,6 @@ Q_SIGNALS:
     void changed();
 
 private:
-    [[nodiscard]] bool recipientIsValid() const;
     /// More than nothing and, as far as the balance is known, not more than that.
     [[nodiscard]] bool amountIsValid() const;
     [[nodiscard]] std::optional<QUrl> link() const;
@@ -96,13 +95,16 @@ private:
     /// Goes on when the pane is gone: the coins are on their way.
     static QCoro::Task<> transfer(QPointer<SendPaneModel> pane, QPointer<core::WalletModel> wallet,
                                   QPointer<island::IslandController> island,
-                                  platform::SoundPlayer *sounds, QString recipient, double amount);
+                                  platform::SoundPlayer *sounds, keys::Address recipient,
+                                  double amount);
 
     core::WalletModel &m_wallet;
     island::IslandController &m_island;
     platform::SoundPlayer &m_sounds;
     platform::LinkOpener &m_links;
     QString m_recipient;
+    /// The address that `m_recipient` stands for.
+    std::optional<keys::Address> m_address;
     QString m_amount;
     bool m_sending = false;
     std::optional<QString> m_sentSig;

@@ -9,14 +9,30 @@
 
 namespace corvane::platform {
 
+// Types of their own, so that no two of the values that look alike can be taken for one another.
+
+/// An Ed25519 public key.
+struct PublicKey
+{
+    std::array<std::uint8_t, 32> bytes{};
+
+    [[nodiscard]] bool operator==(const PublicKey &) const = default;
+};
+
+/// An Ed25519 signature.
+struct Signature
+{
+    std::array<std::uint8_t, 64> bytes{};
+
+    [[nodiscard]] bool operator==(const Signature &) const = default;
+};
+
 /// Ed25519 as defined in RFC 8032, with 32-byte seeds. Thread-safe.
 class SigningKeys
 {
 public:
     /// Size of an Ed25519 seed in bytes.
     static constexpr std::size_t seedSize = 32;
-    using PublicKey = std::array<std::uint8_t, 32>;
-    using Signature = std::array<std::uint8_t, 64>;
 
     SigningKeys() = default;
     SigningKeys(const SigningKeys &) = delete;

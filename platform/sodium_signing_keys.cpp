@@ -8,7 +8,7 @@ namespace {
 
 struct KeyPair
 {
-    SigningKeys::PublicKey publicKey{};
+    PublicKey publicKey;
     SecretBytes secretKey{crypto_sign_SECRETKEYBYTES};
 };
 
@@ -18,7 +18,7 @@ std::optional<KeyPair> keyPair(const SecretBytes &seed)
         return std::nullopt;
     }
     KeyPair pair;
-    crypto_sign_seed_keypair(pair.publicKey.data(), pair.secretKey.bytes().data(),
+    crypto_sign_seed_keypair(pair.publicKey.bytes.data(), pair.secretKey.bytes().data(),
                              seed.bytes().data());
     return pair;
 }
@@ -32,7 +32,7 @@ SecretBytes SodiumSigningKeys::makeSeed()
     return seed;
 }
 
-std::optional<SigningKeys::PublicKey> SodiumSigningKeys::publicKey(const SecretBytes &seed) const
+std::optional<PublicKey> SodiumSigningKeys::publicKey(const SecretBytes &seed) const
 {
     const std::optional<KeyPair> pair = keyPair(seed);
     if (!pair) {
@@ -41,15 +41,15 @@ std::optional<SigningKeys::PublicKey> SodiumSigningKeys::publicKey(const SecretB
     return pair->publicKey;
 }
 
-std::optional<SigningKeys::Signature>
-SodiumSigningKeys::sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const
+std::optional<Signature> SodiumSigningKeys::sign(const SecretBytes &seed,
+                                                 std::span<const std::uint8_t> message) const
 {
     const std::optional<KeyPair> pair = keyPair(seed);
     if (!pair) {
         return std::nullopt;
     }
-    Signature signature{};
-    crypto_sign_detached(signature.data(), nullptr, message.data(), message.size(),
+    Signature signature;
+    crypto_sign_detached(signature.bytes.data(), nullptr, message.data(), message.size(),
                          pair->secretKey.bytes().data());
     return signature;
 }

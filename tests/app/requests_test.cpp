@@ -133,7 +133,7 @@ TEST(RequestsTest, ADemoNeverRunsWhereItsKeyCouldBePaidRealCoins)
         Options options;
         options.endpointsFile = file(mainnet, devnet, walletApp);
         options.demoKeychain = demo;
-        options.watch = watches ? std::optional(QStringLiteral("an address")) : std::nullopt;
+        options.watch = watches ? std::optional(keys::Address({})) : std::nullopt;
         const auto chosen = chosenEndpoints(options);
         ASSERT_EQ(std::holds_alternative<core::Endpoints>(chosen), runs)
             << mainnet << ' ' << devnet;
@@ -163,7 +163,7 @@ TEST(DemoWalletTest, IsWatchedUnlessTheUserWatchesAnother)
     const auto demo = [&] {
         const DemoWallet wallet = makeDemoWallet(signingKeys);
         watchDemoWallet(wallet, settings);
-        return wallet.address;
+        return wallet.address.text();
     };
     const auto watched = [&] { return settings.string(core::addressSetting); };
     const QString first = demo();

@@ -49,7 +49,8 @@ TEST_F(WalletTest, StoresEverySettingAsTypedOnEverySetAndRestoresIt)
         model->setDisplayUSD(false);
         EXPECT_EQ(std::exchange(settings.writes, {}), written);
     }
-    ASSERT_EQ(keys::KeyVault(keychain).storeStatus(seedOf(1), addressB), 0);
+    ASSERT_EQ(keys::KeyVault(keychain).storeStatus(seedOf(1), *keys::Address::fromText(addressB)),
+              0);
     launch();
     EXPECT_EQ(model->address(), u" "_s + addressA);
     EXPECT_TRUE(model->hasValidAddress());

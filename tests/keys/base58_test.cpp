@@ -1,3 +1,4 @@
+#include "keys/address.h"
 #include "keys/base58.h"
 #include "tests/fakes/secrets.h"
 #include "tests/fakes/table.h"
@@ -6,6 +7,7 @@
 
 #include <random>
 
+using corvane::keys::Address;
 using corvane::keys::Base58;
 using namespace corvane::tests;
 using namespace Qt::StringLiterals;
@@ -66,7 +68,7 @@ TEST(Base58, RefusesAnyCharacterOutsideTheAlphabet)
     }
 }
 
-TEST(Base58, AcceptsAsAnAddressOnlyThirtyTwoBytes)
+TEST(Address, IsExactlyThirtyTwoBytes)
 {
     const auto filled = [](std::size_t size, std::uint8_t fill) {
         return Base58::encode(Bytes(size, fill));
@@ -85,7 +87,7 @@ TEST(Base58, AcceptsAsAnAddressOnlyThirtyTwoBytes)
              {u" "_s + mint.chopped(1), false},
              {u"l"_s + mint.sliced(1), false},
          }) {
-        EXPECT_EQ(Base58::isValidAddress(text), valid) << text.toStdString();
+        EXPECT_EQ(Address::fromText(text).has_value(), valid) << text.toStdString();
     }
 }
 

@@ -89,8 +89,8 @@ TEST(SecretKeyText, RefusesEverythingElse)
 TEST(SecretKeyText, ReadsTheBackupThatItWrites)
 {
     const auto seed = SecretBytes::copyOf(counting(32, 9));
-    platform::SigningKeys::PublicKey publicKey{};
-    std::iota(publicKey.begin(), publicKey.end(), std::uint8_t{41});
+    platform::PublicKey publicKey;
+    std::iota(publicKey.bytes.begin(), publicKey.bytes.end(), std::uint8_t{41});
     const QString shown = tests::textOf(backupText(seed, publicKey));
     EXPECT_EQ(Base58::decode(shown), counting(64, 9));
     EXPECT_EQ(seedFromText(shown), seed);

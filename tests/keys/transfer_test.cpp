@@ -24,10 +24,10 @@ TEST(SigningKeys, AgreesWithRfc8032)
     const auto seed = platform::SecretBytes::copyOf(
         fromHex("4ccd089b28ff96da9db6c346ec114e0f5b8a319f35aba624da8cf6ed4fb8a6fb"));
     EXPECT_TRUE(std::ranges::equal(
-        keys.publicKey(seed).value(),
+        keys.publicKey(seed).value().bytes,
         fromHex("3d4017c3e843895a92b70aa74d1b7ebc9c982ccf2ec4968cc0cd55f12af4660c")));
     EXPECT_TRUE(std::ranges::equal(
-        keys.sign(seed, fromHex("72")).value(),
+        keys.sign(seed, fromHex("72")).value().bytes,
         fromHex("92a009a9f0d4cab8720e820b5f642540a2b27b5416503f8fb3762223ebdb69da"
                 "085ac1e43e15996e458f3613d0f11d8c387b2eaeb4302aeeb00d291612bb0c00")));
     for (const std::size_t size : {0U, 31U, 33U, 64U}) {
@@ -39,11 +39,15 @@ TEST(SigningKeys, AgreesWithRfc8032)
 
 TEST(Transfer, LiesInItsMessageByteForByte)
 {
-    Transfer transfer;
-    transfer.sender.fill(0x11);
-    transfer.recipient.fill(0x22);
-    transfer.recentBlockhash.fill(0x33);
-    transfer.amount = Lamports(0x0102030405060708);
+    const auto filled = [](std::uint8_t byte) {
+        std::array<std::uint8_t, 32> bytes{};
+        bytes.fill(byte);
+        return bytes;
+    };
+    const Transfer transfer{.sender = {filled(0x11)},
+                            .recipient = Address(platform::PublicKey{filled(0x22)}),
+                            .amount = Lamports(0x0102030405060708),
+                            .recentBlockhash = {filled(0x33)}};
     const auto repeated = [](const char *byte) {
         return QByteArray(byte).repeated(32).toStdString();
     };
@@ -53,8 +57,8 @@ TEST(Transfer, LiesInItsMessageByteForByte)
                       repeated("33") + "0102" + "020001" + "0c" + "02000000" + "0807060504030201"));
     EXPECT_EQ(message.size(), 150U);
 
-    Signature signature{};
-    signature.fill(0x44);
+    platform::Signature signature;
+    signature.bytes.fill(0x44);
     const QByteArray transaction = signedTransaction(signature, message);
     EXPECT_EQ(transaction.size(), 288);
     const QByteArray raw =

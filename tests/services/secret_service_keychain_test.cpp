@@ -106,7 +106,7 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsNotTakenForAnEmptyOne)
     for (const bool neverUnlocked : {false, true}) {
         SCOPED_TRACE(neverUnlocked ? "locked since the start" : "locked later");
         ASSERT_TRUE(desktop.startKeyring());
-        ASSERT_EQ(vault.storeStatus(seedOf(3), account), keychainSuccess);
+        ASSERT_EQ(vault.storeStatus(seedOf(3), *keys::Address::fromText(account)), keychainSuccess);
         if (neverUnlocked) {
             desktop.killKeyring();
             ASSERT_TRUE(desktop.startKeyring(Start::Locked));
@@ -117,7 +117,8 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsNotTakenForAnEmptyOne)
         EXPECT_EQ(keychain.copyAccount(service), account);
         EXPECT_FALSE(vault.loadSecret(QStringLiteral("why")).has_value());
         EXPECT_EQ(keychain.remove(service), keychainAuthFailed);
-        EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainAuthFailed);
+        EXPECT_EQ(vault.storeStatus(seedOf(4), *keys::Address::fromText(otherAccount)),
+                  keychainAuthFailed);
         EXPECT_EQ(keychain.copyAccount(service), account);
 
         desktop.killKeyring();
@@ -132,7 +133,7 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringIsNotTakenForAnEmptyOne)
 TEST_F(SecretServiceKeychainTest, AKeyThatCouldNotBeSeenIsNotReplaced)
 {
     ASSERT_TRUE(desktop.startKeyring());
-    ASSERT_EQ(vault.storeStatus(seedOf(3), account), keychainSuccess);
+    ASSERT_EQ(vault.storeStatus(seedOf(3), *keys::Address::fromText(account)), keychainSuccess);
     for (const bool locked : {true, false}) {
         SCOPED_TRACE(locked ? "locked" : "absent");
         desktop.killKeyring();
@@ -143,13 +144,16 @@ TEST_F(SecretServiceKeychainTest, AKeyThatCouldNotBeSeenIsNotReplaced)
             desktop.killKeyring();
         }
         ASSERT_TRUE(desktop.startKeyring());
-        EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainDuplicateItem);
-        EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainDuplicateItem);
+        EXPECT_EQ(vault.storeStatus(seedOf(4), *keys::Address::fromText(otherAccount)),
+                  keychainDuplicateItem);
+        EXPECT_EQ(vault.storeStatus(seedOf(4), *keys::Address::fromText(otherAccount)),
+                  keychainDuplicateItem);
         EXPECT_EQ(vault.loadSecret(QStringLiteral("why")), seedOf(3));
         EXPECT_EQ(keychain.copyAccount(service), account);
     }
     // Known, it may be replaced.
-    EXPECT_EQ(vault.storeStatus(seedOf(4), otherAccount), keychainSuccess);
+    EXPECT_EQ(vault.storeStatus(seedOf(4), *keys::Address::fromText(otherAccount)),
+              keychainSuccess);
 }
 
 TEST_F(SecretServiceKeychainTest, BelievesItsMemoryWhereTheKeyringShowsNothing)
@@ -170,13 +174,14 @@ TEST_F(SecretServiceKeychainTest, SurvivesAServiceThatHangsDiesAndComesBack)
     keys::KeyVault hastyVault(hasty);
     const auto expectNothing = [&] {
         EXPECT_EQ(hasty.remove(service), keychainNotAvailable);
-        EXPECT_EQ(hastyVault.storeStatus(seedOf(6), otherAccount), keychainNotAvailable);
+        EXPECT_EQ(hastyVault.storeStatus(seedOf(6), *keys::Address::fromText(otherAccount)),
+                  keychainNotAvailable);
         EXPECT_FALSE(hastyVault.loadSecret(QStringLiteral("why")).has_value());
     };
     expectNothing();
     EXPECT_EQ(keychain.copyAccount(service), std::nullopt);
     ASSERT_TRUE(desktop.startKeyring());
-    ASSERT_EQ(vault.storeStatus(seedOf(5), account), keychainSuccess);
+    ASSERT_EQ(vault.storeStatus(seedOf(5), *keys::Address::fromText(account)), keychainSuccess);
     desktop.signalKeyring(SIGSTOP);
     expectNothing();
     desktop.killKeyring();

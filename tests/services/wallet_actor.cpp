@@ -49,7 +49,8 @@ public:
     {
         if (command == u"store") {
             return std::to_string(
-                m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0)), rest.section(u' ', 1)));
+                m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0)),
+                                    *keys::Address::fromText(rest.section(u' ', 1))));
         }
         if (command == u"remove") {
             return m_vault.remove() ? "removed" : "kept";

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/signing_keys.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace corvane::keys {
+
+/// The address of a Solana account: 32 bytes, which people write in Base58. They need not be a
+/// point on the curve.
+class Address
+{
+public:
+    /// The address that `text`, untrimmed, stands for; none unless it is the Base58 form of exactly
+    /// 32 bytes. The work is bounded, however long the text.
+    [[nodiscard]] static std::optional<Address> fromText(QStringView text);
+    /// The account that `key` signs for.
+    explicit Address(const platform::PublicKey &key);
+
+    [[nodiscard]] const QString &text() const { return m_text; }
+    [[nodiscard]] const std::array<std::uint8_t, 32> &bytes() const { return m_bytes; }
+    [[nodiscard]] bool operator==(const Address &) const = default;
+
+private:
+    Address(const std::array<std::uint8_t, 32> &bytes, QString text);
+
+    std::array<std::uint8_t, 32> m_bytes;
+    QString m_text;
+};
+
+} // namespace corvane::keys
