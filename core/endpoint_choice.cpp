@@ -31,6 +31,15 @@ bool beginsLikeWebUrl(QStringView trimmed)
     return trimmed.startsWith("http"_L1);
 }
 
+RpcSource rpcSource(QStringView customRPC, bool proxyOK)
+{
+    const QStringView trimmed = trimmingBlanks(customRPC);
+    if (beginsLikeWebUrl(trimmed)) {
+        return trimmed.contains("helius"_L1) ? RpcSource::HeliusCustom : RpcSource::Custom;
+    }
+    return proxyOK ? RpcSource::Proxy : RpcSource::Public;
+}
+
 std::optional<QUrl> customEndpoint(QStringView customRPC)
 {
     const QStringView trimmed = trimmingBlanks(customRPC);

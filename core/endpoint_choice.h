@@ -18,6 +18,17 @@ namespace corvane::core {
 /// choice of endpoint and by the label that names it.
 [[nodiscard]] bool beginsLikeWebUrl(QStringView trimmed);
 
+/// Which endpoint is in use, as the user is told.
+enum class RpcSource {
+    Custom,       ///< what the user typed
+    HeliusCustom, ///< the same, and it names that provider
+    Proxy,        ///< the RPC proxy of the wallet web app
+    Public,       ///< the cluster's public endpoint, which limits how often it may be asked
+};
+
+/// Custom for everything that begins like a URL, even if it turns out not to be one.
+[[nodiscard]] RpcSource rpcSource(QStringView customRPC, bool proxyOK);
+
 /// The endpoint that the user typed, when it is a URL that names a host.
 [[nodiscard]] std::optional<QUrl> customEndpoint(QStringView customRPC);
 

@@ -1,7 +1,6 @@
 #include "core/labels.h"
 
 #include "core/blank_trimming.h"
-#include "core/endpoint_choice.h"
 #include "platform/number_formatter.h"
 
 #include <QTextBoundaryFinder>
@@ -94,13 +93,19 @@ std::optional<double> totalUSD(std::optional<double> sol, std::optional<double> 
     return *sol * *price + usdc.value_or(0);
 }
 
-QString rpcSourceLabel(QStringView customRPC, bool proxyOK)
+QString rpcSourceLabel(RpcSource source)
 {
-    const QStringView trimmed = trimmingBlanks(customRPC);
-    if (beginsLikeWebUrl(trimmed)) {
-        return trimmed.contains("helius"_L1) ? u"HELIUS · CUSTOM ENDPOINT"_s : u"CUSTOM ENDPOINT"_s;
+    switch (source) {
+    case RpcSource::Custom:
+        return u"CUSTOM ENDPOINT"_s;
+    case RpcSource::HeliusCustom:
+        return u"HELIUS · CUSTOM ENDPOINT"_s;
+    case RpcSource::Proxy:
+        return u"HELIUS · PROXIED VIA YOUR APP"_s;
+    case RpcSource::Public:
+        return u"PUBLIC RPC (RATE-LIMITED)"_s;
     }
-    return proxyOK ? u"HELIUS · PROXIED VIA YOUR APP"_s : u"PUBLIC RPC (RATE-LIMITED)"_s;
+    Q_UNREACHABLE();
 }
 
 } // namespace corvane::core

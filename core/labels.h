@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/endpoint_choice.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -38,8 +40,7 @@ inline constexpr double quibPerSol = 1000;
 [[nodiscard]] std::optional<double> totalUSD(std::optional<double> sol, std::optional<double> usdc,
                                              std::optional<double> price);
 
-/// Tells the user which endpoint is in use. Says custom for everything that begins like a URL, even
-/// if it turns out not to be one.
-[[nodiscard]] QString rpcSourceLabel(QStringView customRPC, bool proxyOK);
+/// Tells the user which endpoint is in use.
+[[nodiscard]] QString rpcSourceLabel(RpcSource source);
 
 } // namespace corvane::core

@@ -202,9 +202,14 @@ QString WalletModel::quibLabel() const
     return core::quibLabel(m_services.formatter, m_sol);
 }
 
+RpcSource WalletModel::rpcSource() const
+{
+    return core::rpcSource(m_customRPC, m_proxyOK);
+}
+
 QString WalletModel::rpcSourceLabel() const
 {
-    return core::rpcSourceLabel(m_customRPC, m_proxyOK);
+    return core::rpcSourceLabel(rpcSource());
 }
 
 std::optional<double> WalletModel::totalUSD() const

@@ -38,6 +38,7 @@ namespace corvane::core {
 
 class Cancellation;
 class KeySession;
+enum class RpcSource;
 
 /// What the wallet needs of the world. All services must outlive the model.
 struct WalletServices
@@ -136,6 +137,8 @@ public:
     /// See `walletSource` and `proxyEndpoint`, for the settings as they are now.
     [[nodiscard]] std::optional<QUrl> walletSourceURL() const;
     [[nodiscard]] std::optional<QUrl> proxyRPCURL() const;
+    /// See `core::rpcSource`, for the settings as they are now; changes with `rpcSourceLabel`.
+    [[nodiscard]] RpcSource rpcSource() const;
 
     /// The watched address as typed, blanks included.
     [[nodiscard]] const QString &address() const { return m_watched.typed; }

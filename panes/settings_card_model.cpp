@@ -1,6 +1,7 @@
 #include "panes/settings_card_model.h"
 
 #include "core/blank_trimming.h"
+#include "core/endpoint_choice.h"
 #include "panes/network_wording.h"
 
 #include <algorithm>
@@ -74,7 +75,7 @@ QString SettingsCardModel::rpcSource() const
 
 bool SettingsCardModel::rpcIsPublic() const
 {
-    return m_wallet.rpcSourceLabel().contains(QStringLiteral("PUBLIC"));
+    return m_wallet.rpcSource() == core::RpcSource::Public;
 }
 
 QList<QString> SettingsCardModel::networks() const

@@ -56,7 +56,7 @@ TEST(Labels, NamesTheEndpointInUse)
              {u"https://rpc.test/?helius"_s, false, u"HELIUS · CUSTOM ENDPOINT"_s},
              {u"http"_s, true, u"CUSTOM ENDPOINT"_s},
          }) {
-        EXPECT_EQ(rpcSourceLabel(customRPC, proxyOK), label) << customRPC.toStdString();
+        EXPECT_EQ(rpcSourceLabel(rpcSource(customRPC, proxyOK)), label) << customRPC.toStdString();
     }
 }
 
