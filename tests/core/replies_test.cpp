@@ -35,12 +35,19 @@ TEST(JsonCalls, AsksAsDocumentedAndNeverForEver)
     ASSERT_TRUE(call);
     EXPECT_EQ(call->url, url);
     EXPECT_EQ(call->timeout, 12s);
+    EXPECT_FALSE(call->once);
+    EXPECT_TRUE(rpcRequest(url, u"sendTransaction"_s, {})->once) << "nobody wants to pay twice";
     EXPECT_EQ(json(call->body), json(R"({"jsonrpc": "2.0", "id": 1, "method": "getIt",
                                          "params": ["key", {"mint": "m"}, 3]})"));
     constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_FALSE(rpcRequest(url, u"m"_s, {u"a"_s, QJsonObject{{u"a"_s, QJsonArray{-infinity}}}}));
 
-    EXPECT_EQ(healthRequest(url).timeout, 8s);
+    const HttpRequest health = healthRequest(url);
+    EXPECT_EQ(health.timeout, 8s);
+    EXPECT_EQ(health.method, HttpMethod::Post);
+    EXPECT_EQ(health.headers.front().name + health.headers.front().value,
+              "Content-Typeapplication/json");
+    EXPECT_EQ(json(health.body), json(R"({"jsonrpc": "2.0", "id": 1, "method": "getHealth"})"));
 
     const QString page = u"https://h.test/a/b?ids=solana&x=%2F"_s;
     const auto get = jsonRequest(page);
@@ -50,7 +57,7 @@ TEST(JsonCalls, AsksAsDocumentedAndNeverForEver)
     EXPECT_FALSE(jsonRequest(u"https://h test/"_s));
 }
 
-TEST(JsonCalls, ReadsRepliesWhateverTheStatus)
+TEST(JsonCalls, ReadsRepliesWhateverTheStatusButAsksForItOfAProxy)
 {
     int row = 0;
     for (const auto &[reply, value] : Table<HttpResult, JsonResult>{
@@ -63,6 +70,12 @@ TEST(JsonCalls, ReadsRepliesWhateverTheStatus)
              {HttpError::TimedOut, HttpError::TimedOut},
          }) {
         EXPECT_EQ(readRpcReply(reply), value) << row++;
+    }
+    EXPECT_TRUE(isHealthy(HttpReply{200, R"({"error": {"code": 1}})"}));
+    for (const HttpResult &sick :
+         {HttpResult(HttpReply{200, "<html>"}), HttpResult(HttpReply{503, R"({"result": "ok"})"}),
+          HttpResult(HttpReply{204, "{}"}), HttpResult(HttpError::TimedOut)}) {
+        EXPECT_FALSE(isHealthy(sick));
     }
     EXPECT_EQ(readJsonReply(HttpReply{404, "7"}), JsonResult(QJsonValue(7)));
     EXPECT_EQ(readJsonReply(HttpReply{200, "7,"}), JsonResult(CallError::NotJson));

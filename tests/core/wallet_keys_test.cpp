@@ -102,18 +102,23 @@ TEST_F(WalletKeysTest, UnlocksInTheBackgroundWithoutAPrompt)
     EXPECT_EQ(background.held(), 0U);
 }
 
-TEST_F(WalletKeysTest, AKeyRemovedMeanwhileStaysRemoved)
+TEST_F(WalletKeysTest, RemovingForgetsTheKeyAndWhatIsStillBeingRead)
 {
+    ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+    ASSERT_TRUE(model->sessionSecret());
+    ASSERT_TRUE(model->pendingBackup());
+    const auto removed = [this] {
+        model->removeWallet();
+        queue.drain();
+        return !model->sessionSecret() && !model->pendingBackup() && !model->signingPubkey() &&
+               model->address().isEmpty() && !keychain.copyAccount(keyService);
+    };
+    EXPECT_TRUE(removed());
+
     lock();
     unlock();
     background.runNext();
-    model->removeWallet();
-    queue.drain();
-    EXPECT_FALSE(model->sessionSecret());
-    EXPECT_FALSE(model->signingPubkey());
-    EXPECT_FALSE(model->pendingBackup());
-    EXPECT_EQ(model->address(), QString());
-    EXPECT_FALSE(keychain.copyAccount(keyService));
+    EXPECT_TRUE(removed());
 
     // And an answer that finds no model any more harms nobody.
     lock();
@@ -177,7 +182,13 @@ TEST_F(WalletKeysTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
 {
     ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
     const QString sent = u"sent signature"_s;
+    queue.drain();
+    http.forgetRequests();
     EXPECT_EQ(send(addressA, 1e-10), sent) << "no lamports";
+    EXPECT_EQ(http.names(),
+              (std::vector<QString>{latestBlockhash, sendTransaction, tests::coinGecko,
+                                    tests::balance, tests::tokens, tests::chart}))
+        << "a full refresh follows";
     EXPECT_EQ(send(u" "_s + model->address() + u'\t', 1), sent) << "to itself";
     EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x"_s));
     model->setNetwork(SolNetwork::Devnet);
