@@ -1,5 +1,6 @@
-// The arguments of an ActivateAction that anybody in the session may send. A first line "names" has
-// the action and its parameter in the lines after it; otherwise the input is the raw message.
+// The arguments of an ActivateAction call, which any program of the session may send. If the first
+// line is "names", the next lines are the action and its parameter; otherwise the input is the raw
+// message.
 
 #include "platform/linux/bus/instance_messages.h"
 
@@ -18,7 +19,7 @@ GioPtr<GVariant> message(const InstanceRequest &request)
     return GioPtr<GVariant>(g_variant_ref_sink(argumentsOf(request)));
 }
 
-/// A call with these parameters, whether there is such an action or not.
+/// The arguments of a call with these parameters, for any action name.
 GioPtr<GVariant> messageWith(const QString &action, std::initializer_list<GVariant *> parameters)
 {
     GVariantBuilder list;
@@ -31,7 +32,7 @@ GioPtr<GVariant> messageWith(const QString &action, std::initializer_list<GVaria
                                          g_variant_new_array(G_VARIANT_TYPE("{sv}"), nullptr, 0))));
 }
 
-/// A mark in front is no part of a text, so that it does not come back.
+/// Conversion to QString drops a leading byte order mark, so that such a text does not round-trip.
 bool hasByteOrderMark(const InstanceRequest &request)
 {
     return request.action.startsWith(QChar::ByteOrderMark) ||

@@ -1,5 +1,5 @@
-// What the desktop portal answers about the looks of programs: in GVariant's text form where the
-// input is that, otherwise as raw bytes.
+// The desktop portal's reply about appearance settings: in GVariant's text format if the input can
+// be parsed as such, otherwise as raw bytes.
 
 #include "platform/linux/bus/portal_appearance.h"
 
@@ -26,7 +26,7 @@ GioPtr<GVariant> settingsIn(const QByteArray &bytes)
     return corvane::fuzz::variantOf(settingsType(), bytes);
 }
 
-/// `settings` with one more in front of them, where it counts.
+/// Reads `settings` with one more setting in front, which takes precedence.
 AppearanceSettings withSetting(GVariant *settings, const char *space, const char *key,
                                GVariant *value)
 {
@@ -52,7 +52,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const GioPtr<GVariant> settings = settingsIn(corvane::fuzz::Input(data, size).rest());
     const AppearanceSettings appearance = appearanceIn(settings.get());
 
-    // Other programs' settings change nothing, a wish is always heard.
+    // Settings of other programs are ignored; known settings always take effect.
     require(withSetting(settings.get(), "org.example", "contrast", g_variant_new_uint32(1)) ==
             appearance);
     require(withSetting(settings.get(), gnomeInterface, "enable-animations",
@@ -60,7 +60,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
                 .reducedMotion);
     require(withSetting(settings.get(), commonAppearance, "contrast", g_variant_new_uint32(1))
                 .highContrast);
-    // A duration factor stands still only where it is the number nought.
+    // A duration factor disables animations only if it is the number 0.
     const char *factor = nullptr;
     const GioPtr<GVariant> kde(
         g_variant_lookup_value(settings.get(), kdeInterface, G_VARIANT_TYPE_VARDICT));

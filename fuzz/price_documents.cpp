@@ -1,5 +1,5 @@
-// Documents of the price services, each read by all of them, and what labels and the chart make of
-// them.
+// Documents of the price services, each parsed by the parsers of all services, and the resulting
+// labels and chart.
 
 #include "core/json.h"
 #include "core/labels.h"
@@ -26,7 +26,7 @@ bool areSame(double a, double b)
     return a == b || (std::isnan(a) && std::isnan(b));
 }
 
-/// Holds the reader of numbers in texts against the standard library's other one.
+/// Compares the parser of numbers in texts with a second one of the standard library.
 void checkNumber(const QString &text)
 {
     const std::optional<double> number = parseNumber(text);
@@ -75,9 +75,9 @@ void checkChart(const QJsonValue &document)
             require(card.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(line.elementAt(i)));
         }
     }
-    // What is thin enough already stays as it is.
+    // A chart that is already thinned remains unchanged.
     require(readChart(QJsonObject{{u"prices"_s, rows}}) == points);
-    // The ends stay: more of the same end changes neither.
+    // The end points are kept: repeating the last point changes neither of them.
     QJsonArray more = document["prices"_L1].toArray();
     more.prepend(QJsonArray{0, points->first()});
     more.append(QJsonArray{0, points->last()});

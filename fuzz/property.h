@@ -10,12 +10,13 @@
 #include <cstdlib>
 #include <source_location>
 
-/// What libFuzzer calls with each input. 0, or -1 for an input that the corpus is not to have.
+/// Called by libFuzzer with each input. Returns 0, or -1 for an input that must not be added to the
+/// corpus.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace corvane::fuzz {
 
-/// Ends the run when a property does not hold; libFuzzer then keeps the input.
+/// Aborts if a property does not hold; libFuzzer then stores the input.
 inline void require(bool holds, std::source_location where = std::source_location::current())
 {
     if (!holds) {
@@ -24,15 +25,15 @@ inline void require(bool holds, std::source_location where = std::source_locatio
     }
 }
 
-/// True when a text in `json` may begin with a byte order mark, which Qt reads but does not write
-/// back alike, so that the file before and after is not the same to it.
+/// True if a text in `json` may begin with a byte order mark, which Qt does not preserve when it
+/// reads and writes JSON.
 inline bool hasByteOrderMark(const QByteArray &json)
 {
     return json.indexOf("\xEF\xBB\xBF", 1) > 0 || json.toLower().contains("\\ufeff");
 }
 
-/// An input that a target takes apart from the front. Its parts end with a line break, so that the
-/// corpus is text that people can write.
+/// An input that a target splits into parts from the front. Parts are separated by line breaks, so
+/// that corpus files can be written with a text editor.
 class Input
 {
 public:
@@ -40,7 +41,7 @@ public:
         : m_rest(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size))
     {}
 
-    /// Up to the next line break, which is skipped, or the end.
+    /// Returns the bytes up to the next line break, which is skipped, or up to the end.
     QByteArray takeLine()
     {
         const qsizetype end = m_rest.indexOf('\n');
@@ -48,7 +49,7 @@ public:
         m_rest = end < 0 ? QByteArrayView() : m_rest.sliced(end + 1);
         return line.toByteArray();
     }
-    /// A line as text, without the byte order marks in front that Qt does not keep everywhere.
+    /// Returns a line as text, without leading byte order marks, which Qt does not always preserve.
     QString takeText()
     {
         QString text = QString::fromUtf8(takeLine());

@@ -6,8 +6,8 @@
 
 namespace corvane::fuzz {
 
-/// A message of these bytes as the bus library hands it over: checked, with defaults in place of
-/// what is none.
+/// A variant from these bytes as the bus library would deliver it: validated, with default values
+/// in place of invalid parts.
 inline platform::GioPtr<GVariant> variantOf(const GVariantType *type, const QByteArray &bytes)
 {
     const std::unique_ptr<GBytes, decltype(&g_bytes_unref)> copy(

@@ -14,43 +14,43 @@ namespace corvane::platform {
 /// A redirect may turn a POST into a GET.
 enum class HttpMethod { Get, Post };
 
-/// A name and its value, without line breaks; a header that has one is left out.
+/// A header's name and value, without line breaks; a header that contains one is not sent.
 struct HttpHeader
 {
     QByteArray name;
     QByteArray value;
 };
 
-/// What to ask. The body goes with a POST only. A redirect takes headers to no other host, but for
-/// the type of a body.
+/// A request. The body is sent only with POST. After a redirect to another host, headers are not
+/// sent, except the body's Content-Type.
 struct HttpRequest
 {
     HttpMethod method = HttpMethod::Get;
     QUrl url;
     QList<HttpHeader> headers;
     QByteArray body;
-    /// Bound on the whole request, from the call to the last byte of the reply.
+    /// Time limit for the whole request, from the call to the last byte of the reply.
     std::chrono::milliseconds timeout{12'000};
-    /// Never sent again by the client itself. It may repeat others that were sent over a kept
-    /// connection which turned out to be dead.
+    /// If true, the client never sends the request twice. Other requests may be repeated if a
+    /// reused connection turns out to be closed.
     bool once = false;
 };
 
-/// What the server answered, after redirects.
+/// The server's reply, after redirects.
 struct HttpReply
 {
     int status = 0;
     QByteArray body;
 };
 
-/// Why a request brought no reply. An HTTP error status is a reply, not an error.
+/// Why a request has no reply. A reply with an HTTP error status is not an error.
 enum class HttpError {
     BadUrl,          ///< not an absolute http or https URL
-    Unreachable,     ///< no connection, a broken one, or a TLS failure
-    TimedOut,        ///< the request's bound ran out
-    TooLarge,        ///< the reply is longer than the client accepts
+    Unreachable,     ///< connection failed or broken, or TLS failure
+    TimedOut,        ///< the request's time limit expired
+    TooLarge,        ///< the reply exceeds the client's limit
     RefusedRedirect, ///< too many redirects, or one from https to http
-    Cancelled,       ///< the client was torn down first
+    Cancelled,       ///< the client was destroyed first
 };
 
 using HttpResult = std::variant<HttpReply, HttpError>;
@@ -64,9 +64,9 @@ public:
     HttpClient &operator=(const HttpClient &) = delete;
     virtual ~HttpClient() = default;
 
-    /// Starts the request and returns at once. Called on the main thread, where the result is
-    /// delivered too. Path and query go out as they stand in the URL. Always resolves: at the
-    /// latest when the time-out runs out or the client is destroyed.
+    /// Starts the request and returns immediately. Main thread; the result is delivered there too.
+    /// Path and query are sent exactly as in the URL. Always resolves: at the latest when the time
+    /// limit expires or the client is destroyed.
     virtual Completion<HttpResult> send(HttpRequest request) = 0;
 };
 

@@ -10,10 +10,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-/// How long a cancelled operation may take to say so.
+/// Time limit for the completion of a cancelled operation.
 constexpr milliseconds cancellationGrace{200};
 
-/// A bound on what is done before the context goes; far more than any conversation leaves.
+/// Limit on the iterations before the context is destroyed; far more than are ever pending.
 constexpr int mostLastSteps = 1000;
 
 struct Slot
@@ -45,7 +45,7 @@ BoundedCalls::BoundedCalls(milliseconds bound)
 
 BoundedCalls::~BoundedCalls()
 {
-    // Proxies that are gone leave a last free() each to their context.
+    // Destroyed proxies leave a pending free() in their context.
     for (int left = mostLastSteps; left > 0; --left) {
         if (g_main_context_iteration(m_context, FALSE) == FALSE) {
             break;
@@ -90,7 +90,7 @@ GioPtr<GAsyncResult> BoundedCalls::await(const Start &start)
         return nullptr;
     }
     const auto slot = std::make_shared<Slot>();
-    // Its own owner: the operation may outlive this object.
+    // Shared ownership, because the operation may outlive this object.
     start(m_cancellable.get(), deliver, new std::shared_ptr<Slot>(slot));
     const auto answered = [&] { return slot->result != nullptr; };
     iterateUntil(m_deadline, answered);

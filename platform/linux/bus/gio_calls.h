@@ -8,7 +8,7 @@
 
 namespace corvane::platform {
 
-/// Gives up one reference, or frees an error.
+/// Releases one reference, or frees an error.
 struct GioDeleter
 {
     void operator()(gpointer object) const { g_object_unref(object); }
@@ -20,39 +20,41 @@ struct GioDeleter
 template <typename T>
 using GioPtr = std::unique_ptr<T, GioDeleter>;
 
-/// Waits for asynchronous GIO operations one after the other, with one bound on all of them.
+/// Runs asynchronous GIO operations one after the other, with one time limit for all of them.
 ///
-/// They run on a main context of their own, so that a wait runs nothing else of the program, and
-/// an operation that never answers is left behind there instead of blocking its thread for ever.
-/// To be used and destroyed on the thread that made it.
+/// They run on a separate main context, so that waiting dispatches no other events of the program,
+/// and an operation that never completes does not block its thread forever. Must be used and
+/// destroyed on the thread that created it.
 class BoundedCalls
 {
 public:
     using Start = std::function<void(GCancellable *, GAsyncReadyCallback, gpointer)>;
 
-    /// `bound` counts from here.
+    /// The time limit `bound` starts now.
     explicit BoundedCalls(std::chrono::milliseconds bound);
     ~BoundedCalls();
     BoundedCalls(const BoundedCalls &) = delete;
     BoundedCalls &operator=(const BoundedCalls &) = delete;
 
-    /// Runs `start` and waits for the result. When the bound runs out the operation is cancelled;
-    /// null when it does not answer to that either, or when the bound had run out before.
+    /// Runs `start` and waits for the result. Cancels the operation when the time limit expires.
+    /// Null if the operation does not complete after that either, or if the limit had expired
+    /// before.
     [[nodiscard]] GioPtr<GAsyncResult> await(const Start &start);
 
-    /// The message bus; null when there is none. The program outlives the bus's end.
+    /// The message bus; null if there is none. The program does not exit when the bus closes the
+    /// connection.
     [[nodiscard]] GioPtr<GDBusConnection> bus(GBusType type, GioPtr<GError> &error);
 
-    /// One method call, bounded by nothing else; null and an error when it fails. Takes over
-    /// floating `parameters`.
+    /// Makes one method call, without a time limit of its own. Returns null and an error on
+    /// failure. Takes ownership of floating `parameters`.
     [[nodiscard]] GioPtr<GVariant> call(GDBusConnection *connection, const char *name,
                                         const char *path, const char *interface, const char *method,
                                         GVariant *parameters, const char *replyType,
                                         GioPtr<GError> &error);
 
-    /// Gives the operations from now on a bound of their own.
+    /// Sets a new time limit, which starts now, for the following operations.
     void restart(std::chrono::milliseconds bound);
-    /// The bound has run out.
+    /// True if the time limit has expired.
     [[nodiscard]] bool expired() const;
 
 private:

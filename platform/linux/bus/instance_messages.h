@@ -1,6 +1,6 @@
 #pragma once
 
-// Before Qt, whose keywords its headers use as names.
+// Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/gio_calls.h"
 
 #include "platform/instance.h"
@@ -9,12 +9,12 @@
 
 namespace corvane::platform {
 
-/// What the arguments of an ActivateAction, of type (sava{sv}), ask for; none when the action has
-/// no name or its parameter a form that no action takes.
+/// The request in the arguments of an ActivateAction call, of type (sava{sv}); empty if the action
+/// has no name or if its parameter has a type that no action takes.
 [[nodiscard]] std::optional<InstanceRequest> actionIn(GVariant *arguments);
 
-/// The arguments of the call that `request` is made with: Activate without an action, otherwise
-/// ActivateAction. Floating.
+/// The arguments of the call for `request`: Activate if it has no action, otherwise ActivateAction.
+/// Returns a floating reference.
 [[nodiscard]] GVariant *argumentsOf(const InstanceRequest &request);
 
 } // namespace corvane::platform

@@ -1,4 +1,4 @@
-// Before Qt, whose keywords its headers use as names.
+// Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/gio_calls.h"
 
 #include "platform/linux/bus/instance_messages.h"
@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// For the bus itself, and for the other instance, which may be busy drawing.
+/// Time limit for the bus, and for the other instance, which may be busy drawing.
 constexpr auto busBound = 3s;
 constexpr auto answerBound = 5s;
 
@@ -53,7 +53,7 @@ using Invocation = std::shared_ptr<GDBusMethodInvocation>;
 
 void refuse(const Invocation &invocation, int code, const char *why)
 {
-    // Answering takes a reference over.
+    // Replying consumes a reference.
     g_dbus_method_invocation_return_error_literal(
         G_DBUS_METHOD_INVOCATION(g_object_ref(invocation.get())), G_DBUS_ERROR, code, why);
 }
@@ -66,8 +66,8 @@ void accept(const Invocation &invocation)
 
 } // namespace
 
-/// The name and the object on the bus. Requests arrive in a thread of their own, so that they need
-/// nothing of the program's event loop, and are passed on to the main queue.
+/// The name and the object on the bus. Requests are received on a separate thread, so that they do
+/// not depend on the program's event loop, and are passed on to the main queue.
 class SessionBusInstance::Service
 {
 public:
@@ -80,7 +80,8 @@ public:
     ~Service()
     {
         if (m_thread.joinable()) {
-            // The answer to the request that ended the program is still on its way.
+            // Flush the connection: the reply to the request that stopped the program may still be
+            // unsent.
             BoundedCalls calls(busBound);
             const auto flushed = calls.await([this](auto *cancellable, auto done, gpointer data) {
                 g_dbus_connection_flush(m_connection.get(), cancellable, done, data);
@@ -98,11 +99,11 @@ public:
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 
-    /// Takes the name, waiting for its owner's end if need be.
+    /// Requests the name; waits up to `patience` for its owner to release it.
     Claim claim(BoundedCalls &calls, const char *name, const char *path,
                 std::chrono::milliseconds patience)
     {
-        // The object first: whoever sees the name finds it.
+        // The object is exported first, so that it exists as soon as the name does.
         if (!exportObject(name, path)) {
             return Claim::Unavailable;
         }
@@ -273,7 +274,7 @@ bool SessionBusInstance::send(const InstanceRequest &request)
     if (connection == nullptr) {
         return false;
     }
-    // The call itself would start the program where the bus knows how to.
+    // Checked first, because the call itself would start the program if it is D-Bus activatable.
     const GioPtr<GVariant> owned =
         calls.call(connection.get(), busName, busPath, busName, "NameHasOwner",
                    g_variant_new("(s)", m_name.constData()), "(b)", error);

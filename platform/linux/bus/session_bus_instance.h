@@ -6,10 +6,11 @@
 
 namespace corvane::platform {
 
-/// A well-known name on the session bus, owned by the running instance, which answers as
-/// org.freedesktop.Application. The actions "open", "refresh" and the like come as ActivateAction.
+/// A well-known name on the session bus, owned by the running instance, which implements
+/// org.freedesktop.Application. Actions such as "open" and "refresh" are received as ActivateAction
+/// calls.
 ///
-/// Works without an application object, so that a request needs no display.
+/// Works without an application object, so that sending a request needs no display.
 class SessionBusInstance final : public Instance
 {
 public:

@@ -20,7 +20,7 @@ constexpr QFileDevice::Permissions ownerOnlyFile = QFileDevice::ReadOwner | QFil
 constexpr QFileDevice::Permissions ownerOnlyFolder = ownerOnlyFile | QFileDevice::ExeOwner;
 constexpr int setAsideAttempts = 1000;
 
-/// The object in `text`, none when it is anything else.
+/// Parses the object in `text`; empty if it is anything else.
 std::optional<QJsonObject> parseObject(const QByteArray &text)
 {
     const QJsonDocument document = QJsonDocument::fromJson(text);
@@ -30,7 +30,7 @@ std::optional<QJsonObject> parseObject(const QByteArray &text)
     return document.object();
 }
 
-/// Renames the file so that nothing of it is lost; false when the folder refuses.
+/// Renames the file so that its content is not lost; false on failure.
 bool setAside(const QString &path)
 {
     const QString target = path + QStringLiteral(".damaged");
@@ -57,17 +57,19 @@ JsonSettings::JsonSettings(QString path)
 void JsonSettings::load()
 {
     const QFileInfo info(m_path);
-    // A dangling link counts as absent here; a first write then makes the file it points to.
+    // A dangling link is treated as absent; the first write creates the file that it points to.
     if (!info.exists()) {
         return;
     }
     QFile file(m_path);
-    // A folder or a pipe in the file's place is not ours to read, rename or replace.
+    // A folder or pipe at this path does not belong to the program and is not read, renamed or
+    // replaced.
     if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
         m_writable = false;
         return;
     }
-    // One byte more than there may be tells a file that is too long; the buffer is no larger than it.
+    // Reading one byte more than the limit detects a file that is too long. The file's size bounds
+    // the buffer.
     const QByteArray text = file.read(std::min(file.size(), maximumSize) + 1);
     const bool readFailed = file.error() != QFileDevice::NoError;
     file.close();
@@ -98,7 +100,7 @@ std::optional<bool> JsonSettings::boolean(const QString &key) const
 
 void JsonSettings::setString(const QString &key, const QString &value)
 {
-    // An empty QString may be a null one, which JSON would write as null.
+    // A null QString would be written as JSON null.
     set(key, QJsonValue(value.isNull() ? QStringLiteral("") : value));
 }
 

@@ -8,13 +8,13 @@ namespace corvane::platform {
 
 /// The settings as one JSON object in a file that only the user can read.
 ///
-/// A file that holds no JSON object is renamed to `<name>.damaged` (numbered when that is taken)
-/// and the settings start empty. A file that cannot be read or set aside stays untouched, and the
-/// settings live in memory. Members that the program does not know survive a rewrite.
+/// A file that contains no JSON object is renamed to `<name>.damaged` (with a number if that
+/// exists) and the settings start empty. A file that cannot be read or renamed stays unchanged, and
+/// the settings are kept in memory only. Unknown members are preserved.
 class JsonSettings final : public SettingsStore
 {
 public:
-    /// Larger files are damaged: the settings are a handful of short values.
+    /// In bytes. A larger file is treated as damaged: the settings are a few short values.
     static constexpr qint64 maximumSize = 1024 * 1024;
 
     /// `path`: the file, which need not exist yet.
@@ -33,7 +33,7 @@ private:
     QString m_path;
     QJsonObject m_values;
     bool m_writable = true;
-    /// The file lags behind the values, because an earlier write was refused.
+    /// The file does not contain the current values, because an earlier write failed.
     bool m_stale = false;
 };
 

@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// The files that this process sees.
+/// The local file system.
 class LocalFileSystem final : public FileSystem
 {
 public:

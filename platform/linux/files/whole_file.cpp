@@ -8,10 +8,10 @@ bool replaceFile(const QString &path, const QByteArray &content,
                  QFileDevice::Permissions permissions)
 {
     QSaveFile file(path);
-    // Without this, QSaveFile would overwrite the file in place where it cannot make a new one.
+    // Without this, QSaveFile would overwrite the file in place if it cannot create a new one.
     file.setDirectWriteFallback(false);
-    // Flushed by hand, because commit() overlooks that a full disk has refused what was buffered,
-    // and would put an empty file in the old one's place.
+    // Flushed explicitly, because commit() does not detect that a full disk has rejected buffered
+    // data, and would replace the old file with an empty one.
     return file.open(QIODevice::WriteOnly) && file.setPermissions(permissions) &&
            file.write(content) == content.size() && file.flush() && file.commit();
 }

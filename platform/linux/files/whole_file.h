@@ -6,8 +6,8 @@
 
 namespace corvane::platform {
 
-/// Gives the file at `path`, in an existing folder, this content and these permissions in one step.
-/// False when the folder or the disk refuses; the file is then what it was. Any thread.
+/// Atomically replaces the file at `path`, in an existing folder, with this content and these
+/// permissions. Returns false on failure and then leaves the file unchanged. Thread-safe.
 [[nodiscard]] bool replaceFile(const QString &path, const QByteArray &content,
                                QFileDevice::Permissions permissions);
 

@@ -10,14 +10,14 @@ namespace corvane::platform {
 class XdgAutostart final : public LoginItem
 {
 public:
-    /// `configFolder`: the user's $XDG_CONFIG_HOME. `executable`: absolute path of the program that
-    /// is to start.
+    /// `configFolder`: the user's $XDG_CONFIG_HOME. `executable`: absolute path of the program to
+    /// start.
     XdgAutostart(const QString &configFolder, QString executable);
 
-    /// True when the entry starts this very executable and has not been switched off.
+    /// True if the entry starts this executable and is not disabled.
     [[nodiscard]] bool isEnabled() const override;
-    /// Writes the entry, replacing one for another executable. Refuses when the user has switched
-    /// the entry off in the desktop's settings; only there it is switched on again.
+    /// Writes the entry, replacing one for another executable. Fails if the user has disabled the
+    /// entry in the desktop's settings; it can be enabled again only there.
     bool enable() override;
 
 private:

@@ -31,10 +31,10 @@ bool isHttpUrl(const QUrl &url)
 
 } // namespace
 
-/// Drives curl's sockets and its one timer by the event loop.
+/// Connects curl's sockets and its timer to the event loop.
 ///
-/// Results are handed over from a queued event of the application's, never while curl or one of
-/// the notifiers is at work: a waiter may send again, or destroy the client.
+/// Results are delivered from a queued event, never from a callback of curl or a notifier, because
+/// the receiver may send another request or destroy the client.
 class CurlHttpClient::Engine final : public QObject, public std::enable_shared_from_this<Engine>
 {
 public:
@@ -114,7 +114,8 @@ Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
 {
     Completion<HttpResult> completion;
     if (m_shutDown) {
-        // Somebody whose request has just been cancelled tries again; there is no later any more.
+        // A receiver of a cancelled request tries again during the destruction: resolve
+        // immediately, because no further event will be handled.
         completion.resolve(HttpError::Cancelled);
         return completion;
     }
@@ -175,7 +176,7 @@ void CurlHttpClient::Engine::watch(QSocketNotifier *&notifier, curl_socket_t soc
                 [this, socket, event] { act(socket, event); });
         return;
     }
-    // It may be the one that is telling us.
+    // Deleted later, because this may be a call from the notifier itself.
     notifier->setEnabled(false);
     notifier->deleteLater();
     notifier = nullptr;

@@ -8,15 +8,15 @@ namespace corvane::platform {
 
 /// HTTP and HTTPS by libcurl, on the main thread's event loop.
 ///
-/// TLS certificates are verified, the proxy variables of the environment count. Follows up to five
-/// redirects, never from https to http, and refuses replies of more than four megabytes. While no
-/// request is under way nothing wakes the process.
+/// Verifies TLS certificates and uses the proxy environment variables. Follows up to five
+/// redirects, never from https to http, and rejects replies of more than four megabytes. Causes no
+/// wake-ups while no request is active.
 class CurlHttpClient final : public HttpClient
 {
 public:
-    /// Cheap: libcurl is initialised by the first request.
+    /// Cheap: libcurl is initialised with the first request.
     CurlHttpClient();
-    /// Resolves the requests under way as cancelled.
+    /// Resolves all active requests as cancelled.
     ~CurlHttpClient() override;
 
     Completion<HttpResult> send(HttpRequest request) override;

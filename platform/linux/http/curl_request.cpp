@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-// QUICK_EXIT came with it, and writes that cannot raise SIGPIPE.
+// This version added QUICK_EXIT, and writes that cannot raise SIGPIPE.
 #if LIBCURL_VERSION_NUM < 0x075700
 #error "libcurl 7.87 or newer is needed"
 #endif
@@ -14,7 +14,7 @@ namespace corvane::platform {
 
 namespace {
 
-/// Seconds that a connection is kept open for the next request.
+/// Seconds for which an idle connection may be reused.
 constexpr long keptConnectionAge = 90;
 
 bool isContentType(const HttpHeader &header)
@@ -29,7 +29,7 @@ long redirectCount(CURL *easy)
     return count;
 }
 
-/// Some public services refuse requests that do not say who is asking.
+/// Some public services reject requests without a user agent.
 QByteArray userAgent()
 {
     const QByteArray version = QCoreApplication::applicationVersion().toUtf8();
@@ -48,24 +48,24 @@ CurlRequest::HeaderList CurlRequest::headersFor(const QUrl &url, bool posts, boo
     HeaderList list;
     const bool sameHost = url.host() == m_request.url.host() && url.port() == m_request.url.port();
     const auto append = [&list](const QByteArray &line) {
-        // A line break would begin another header.
+        // A line break would start another header.
         if (line.contains('\r') || line.contains('\n')) {
             return;
         }
         if (curl_slist *longer = curl_slist_append(list.get(), line.constData())) {
-            // The old list has become a part of it.
+            // The new list has taken ownership of the old one.
             [[maybe_unused]] const curl_slist *const shorter = list.release();
             list.reset(longer);
         }
     };
-    // curl would wait for the server's permission before it sends a large body, and name a type
-    // that nobody asked for.
+    // Without these, curl would wait for a "100 Continue" before it sends a large body, and would
+    // add a Content-Type of its own.
     append("Expect:");
     if (posts && std::ranges::none_of(m_request.headers, isContentType)) {
         append("Content-Type:");
     }
     for (const HttpHeader &header : m_request.headers) {
-        // The type stays with the body, anything else with the host that it was meant for.
+        // Content-Type is sent whenever a body is sent; other headers only to the original host.
         if (!redirected || (isContentType(header) ? posts : sameHost)) {
             append(header.value.isEmpty() ? header.name + ';' : header.name + ": " + header.value);
         }
@@ -73,7 +73,7 @@ CurlRequest::HeaderList CurlRequest::headersFor(const QUrl &url, bool posts, boo
     return list;
 }
 
-/// Called by libcurl when a connection stands and the request is about to be sent over it.
+/// Called by libcurl when a connection is established, before the request is sent.
 int CurlRequest::onHop(void *context, char *, char *, int, int)
 {
     return static_cast<CurlRequest *>(context)->mayHop() ? CURL_PREREQFUNC_OK
@@ -88,17 +88,17 @@ bool CurlRequest::mayHop()
     const char *method = nullptr;
     curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &address);
     curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_METHOD, &method);
-    // curl sends a request again when a kept connection breaks under it.
+    // curl repeats a request if a reused connection breaks.
     if (m_request.once && m_sentAfter == redirects) {
         return false;
     }
     m_sentAfter = redirects;
     const QUrl url = QUrl::fromEncoded(address);
     if (url.scheme() == QLatin1StringView("https")) {
-        // From here on nobody may read along.
+        // After an https URL, a redirect to http is no longer allowed.
         curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "https");
     }
-    // The handle lets go of the old headers before they are freed.
+    // The old headers are freed only after the handle no longer uses them.
     HeaderList headers = headersFor(url, QByteArrayView(method) == "POST", redirects > 0);
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
     m_headers = std::move(headers);
@@ -144,14 +144,15 @@ bool CurlRequest::prepare()
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &onBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumReplySize));
-    // Zero would mean no bound at all.
+    // Zero would mean no time limit.
     const auto bound = static_cast<long>(m_request.timeout.count());
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max(bound, 1L));
     curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, keptConnectionAge);
-    // A kept connection may turn out to be dead, which would end a request that is sent once.
+    // A reused connection may turn out to be closed, and a request with `once` cannot be repeated.
     curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, m_request.once ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    // Without this, a name that does not resolve would block the main thread beyond the bound.
+    // Without this, destroying the handle during a slow name resolution would block the main
+    // thread.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     return true;
 }

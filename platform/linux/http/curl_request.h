@@ -11,22 +11,22 @@
 
 namespace corvane::platform {
 
-/// One request on its way, redirects included, as one handle of libcurl. It knows nothing of
-/// sockets and of the event loop. Stays where it is from `prepare` on.
+/// One request, including its redirects, as one libcurl handle. Does not handle sockets or the
+/// event loop. Must not be moved after `prepare`.
 class CurlRequest
 {
 public:
-    /// Bytes; longer replies are refused.
+    /// In bytes; longer replies are rejected.
     static constexpr qsizetype maximumReplySize = 4 * 1024 * 1024;
     static constexpr long maximumRedirects = 5;
 
     explicit CurlRequest(HttpRequest request);
 
-    /// Null when libcurl has none left.
+    /// Null if libcurl could not create it.
     [[nodiscard]] CURL *handle() const { return m_easy.get(); }
-    /// Sets the handle up; false where there is none.
+    /// Sets the options of the handle; false if it is null.
     [[nodiscard]] bool prepare();
-    /// The result of a handle that has ended with `code`.
+    /// The result of a transfer that finished with `code`.
     [[nodiscard]] HttpResult conclude(CURLcode code);
 
 private:
@@ -44,12 +44,13 @@ private:
     static size_t onBody(char *data, size_t size, size_t count, void *context);
 
     [[nodiscard]] HeaderList headersFor(const QUrl &url, bool posts, bool redirected) const;
-    /// Sets the handle up for the address that it is about to send to; false when it must not.
+    /// Sets the headers for the URL that the request is about to be sent to; false if it must not
+    /// be sent.
     [[nodiscard]] bool mayHop();
     [[nodiscard]] HttpError errorOf(CURLcode code) const;
 
     HttpRequest m_request;
-    /// After how many redirects the request was sent last; none before it was sent at all.
+    /// The number of redirects before the request was last sent; empty before it was first sent.
     std::optional<long> m_sentAfter;
     QByteArray m_received;
     bool m_tooLarge = false;

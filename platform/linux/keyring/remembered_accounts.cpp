@@ -31,7 +31,7 @@ QJsonObject load(const QString &path)
 void save(const QString &path, const QJsonObject &accounts)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
-    // What is not remembered is looked up in the keyring again.
+    // A failed write is harmless: the account is then looked up in the keyring again.
     static_cast<void>(replaceFile(path, QJsonDocument(accounts).toJson(), ownerOnly));
 }
 

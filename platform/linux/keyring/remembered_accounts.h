@@ -7,19 +7,19 @@
 
 namespace corvane::platform {
 
-/// What is public about a stored item.
+/// The public data of a stored item.
 struct RememberedAccount
 {
     QString account;
-    /// The keyring that holds the item, by its D-Bus path.
+    /// The D-Bus path of the keyring that holds the item.
     QString collection;
 
     [[nodiscard]] bool operator==(const RememberedAccount &) const = default;
 };
 
-/// The accounts of stored items by service, in a small JSON file, for the times when the keyring
-/// tells nothing. A file that cannot be read counts as empty; a refused write is not reported,
-/// because the keyring stays the truth. May be used from any thread.
+/// The accounts of stored items by service, in a small JSON file, for use while the keyring is
+/// locked or unavailable. A file that cannot be read is treated as empty; a failed write is not
+/// reported, because the keyring is authoritative. Thread-safe.
 class RememberedAccounts
 {
 public:

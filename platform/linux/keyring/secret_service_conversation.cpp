@@ -12,12 +12,12 @@ constexpr char accountAttribute[] = "account";
 constexpr char protectionAttribute[] = "protection";
 constexpr char presenceProtection[] = "user-presence";
 constexpr char noProtection[] = "none";
-/// Shown by keyring managers; says nothing about what the item is worth.
+/// Shown by keyring managers; does not reveal the purpose of the item.
 constexpr char label[] = "Corvane";
 constexpr char contentType[] = "application/octet-stream";
 
-/// Searches leave the schema's name out, because a keyring that has been locked since its start
-/// does not find an item by it.
+/// Searches omit the schema's name, because a keyring that has been locked since its start does not
+/// find items by it.
 const SecretSchema schema = {
     "org.corvane.Item",
     SECRET_SCHEMA_DONT_MATCH_NAME,
@@ -43,7 +43,7 @@ using Attributes = std::unique_ptr<GHashTable, TableDeleter>;
 
 struct ValueDeleter
 {
-    /// libsecret wipes the memory of a value when it frees it.
+    /// libsecret wipes a value's memory when it frees the value.
     void operator()(SecretValue *value) const { secret_value_unref(value); }
 };
 using Value = std::unique_ptr<SecretValue, ValueDeleter>;
@@ -68,13 +68,13 @@ Attributes attributesOf(const QString &service, const QString &account,
     return attributes;
 }
 
-/// The service of an item that is being stored.
+/// The service attribute of an item while it is being stored.
 QString unfinishedName(const QString &service)
 {
     return service + QStringLiteral(".unfinished");
 }
 
-/// Empty where the keyring does not tell.
+/// The value of an attribute; empty if the keyring does not provide it.
 QString attribute(const KeyringItem &item, const char *name)
 {
     const Attributes attributes(secret_item_get_attributes(item.get()));
@@ -139,7 +139,7 @@ QString pathOf(const KeyringCollection &collection)
 
 QString collectionPathOf(const KeyringItem &item)
 {
-    // An item's path is its keyring's path and one element.
+    // An item's path is its keyring's path followed by one element.
     return objectPath(item.get()).section(u'/', 0, -2);
 }
 
@@ -235,8 +235,8 @@ KeyringLock SecretServiceConversation::lockOf(const QString &collection)
                : KeyringLock::Locked;
 }
 
-/// GNOME Keyring saves a new item before the item's secret, so that one which is killed in
-/// between keeps an empty item. The item gets its name when it is whole.
+/// GNOME Keyring saves a new item before its secret: if it is killed in between, an item without a
+/// secret remains. The item therefore gets its final service attribute only when it is complete.
 bool SecretServiceConversation::create(const KeyringCollection &collection, const QString &service,
                                        const QString &account, const SecretBytes &data,
                                        KeychainProtection protection)
@@ -336,7 +336,7 @@ bool SecretServiceConversation::setAttributes(const KeyringItem &item, GHashTabl
     return fail(GioPtr<GError>(error).get());
 }
 
-/// libsecret would settle for a session without encryption.
+/// Checked explicitly, because libsecret would accept a session without encryption.
 bool SecretServiceConversation::openEncryptedSession()
 {
     const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
@@ -355,7 +355,7 @@ bool SecretServiceConversation::openEncryptedSession()
     return true;
 }
 
-/// Without an error the bound ran out.
+/// No error means that the time limit expired.
 bool SecretServiceConversation::fail(const GError *error)
 {
     m_status = error == nullptr || expired() ? keychainNotAvailable : statusOf(error);

@@ -17,33 +17,33 @@ namespace corvane::platform {
 using KeyringItem = GioPtr<SecretItem>;
 using KeyringCollection = GioPtr<SecretCollection>;
 
-/// What is known of a keyring's lock.
+/// The lock state of a keyring.
 enum class KeyringLock {
     Unlocked,
     Locked,
     Missing, ///< there is no such keyring
-    Unknown, ///< the service did not say
+    Unknown, ///< the service did not report it
 };
 
 [[nodiscard]] bool isLocked(const KeyringItem &item);
 [[nodiscard]] bool isLocked(const KeyringCollection &collection);
-/// An item that does not say clearly that it is unprotected is protected.
+/// True unless the item is explicitly marked as unprotected.
 [[nodiscard]] bool isProtected(const KeyringItem &item);
-/// Empty where the keyring does not tell.
+/// The item's account; empty if the keyring does not provide it.
 [[nodiscard]] QString accountOf(const KeyringItem &item);
 /// The object path of the keyring, or of the keyring that holds the item.
 [[nodiscard]] QString pathOf(const KeyringCollection &collection);
 [[nodiscard]] QString collectionPathOf(const KeyringItem &item);
 
-/// One talk with the Secret Service, on a connection that is looked up anew, by libsecret.
+/// One sequence of calls to the Secret Service by libsecret, on a newly looked-up connection.
 ///
-/// All steps together take no longer than the bound. After a step has failed, `status()` says why.
-/// Every step but `open` needs an `open` that went well. To be used and destroyed on the thread
-/// that made it.
+/// All steps together take at most the time limit. After a failed step, `status()` returns the
+/// reason. All steps except `open` require a successful `open`. Must be used and destroyed on the
+/// thread that created it.
 class SecretServiceConversation
 {
 public:
-    /// `bound` counts from here.
+    /// The time limit `bound` starts now.
     explicit SecretServiceConversation(std::chrono::milliseconds bound);
 
     [[nodiscard]] KeychainStatus status() const { return m_status; }
@@ -51,25 +51,25 @@ public:
 
     /// Connects to the bus and to the service.
     [[nodiscard]] bool open();
-    /// The items of `service`, those in unlocked keyrings first; none when the service did not
-    /// answer.
+    /// The items of `service`, those in unlocked keyrings first; empty if the service did not
+    /// reply.
     [[nodiscard]] std::optional<std::vector<KeyringItem>> search(const QString &service);
-    /// The keyring for new items; null when there is none.
+    /// The keyring for new items; null if there is none.
     [[nodiscard]] KeyringCollection defaultCollection();
     /// `collection`: an object path.
     [[nodiscard]] KeyringLock lockOf(const QString &collection);
-    /// Stores a whole item or none, as far as the service lives to the end of it.
+    /// Stores the item completely or not at all, unless the service dies in between.
     [[nodiscard]] bool create(const KeyringCollection &collection, const QString &service,
                               const QString &account, const SecretBytes &data,
                               KeychainProtection protection);
-    /// Deletes what a `create` that was interrupted has left.
+    /// Deletes the incomplete item of an interrupted `create`.
     void eraseUnfinished(const QString &service);
     /// Deletes the item.
     [[nodiscard]] bool erase(const KeyringItem &item);
-    /// Loads the item's data in an encrypted session; none on any failure.
+    /// Loads the item's data through an encrypted session; empty on failure.
     [[nodiscard]] std::optional<SecretBytes> secretOf(const KeyringItem &item);
-    /// Has the user asked to unlock what `object`, an item or a keyring, belongs to. From now on
-    /// the steps have `bound`.
+    /// Asks the user to unlock the keyring of `object`, an item or a keyring. The following steps
+    /// have the time limit `bound`.
     [[nodiscard]] bool unlock(gpointer object, std::chrono::milliseconds bound);
 
 private:

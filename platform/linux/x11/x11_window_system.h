@@ -12,16 +12,16 @@
 
 namespace corvane::platform {
 
-/// An X server, Xwayland included.
+/// An X server, including Xwayland.
 class X11WindowSystem final : public WindowSystem
 {
 public:
-    /// Environment variables, by name, that Qt must find when the application object is made, for
-    /// it to run on an X server cheaply. Those that the user has set are left out, but for a window
-    /// system that the island cannot live on.
+    /// Environment variables (name, value) that must be set before the application object is
+    /// created, so that Qt uses the X server efficiently. Excludes variables that the user has set,
+    /// unless they select a window system on which the island cannot work.
     [[nodiscard]] static std::vector<std::pair<QByteArray, QByteArray>> qtEnvironment();
 
-    /// After the application object. `screens` outlives this.
+    /// Must be created after the application object. `screens` must outlive this object.
     explicit X11WindowSystem(const QtScreens &screens);
 
     [[nodiscard]] PointerMonitor &pointerMonitor() override { return m_pointer; }

@@ -15,57 +15,56 @@ struct xcb_connection_t;
 
 namespace corvane::platform {
 
-/// The X11 side of the island's window: its regions, its place in the stack, and what it must know
-/// of the window manager and the compositing manager. Speaks over Qt's own connection.
+/// The X11 part of the island's window: its regions, its stacking position, and the state of the
+/// window manager and the compositing manager. Uses Qt's connection. Main thread.
 class XcbPanelWindow final : public QAbstractNativeEventFilter
 {
 public:
-    /// Who is told, on the main thread.
+    /// Callbacks, called on the main thread.
     struct Observer
     {
         /// A compositing manager has started or stopped.
         std::function<void()> compositingChanged;
-        /// The window manager has, or may have, moved windows in the stack.
+        /// The stacking order of managed windows has changed or may have changed.
         std::function<void()> stackChanged;
     };
 
-    /// Takes over the X window `id`, which is not mapped yet.
+    /// Manages the X window `id`, which must not be mapped yet.
     XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, Observer observer);
     ~XcbPanelWindow() override;
     XcbPanelWindow(const XcbPanelWindow &) = delete;
     XcbPanelWindow &operator=(const XcbPanelWindow &) = delete;
 
-    /// True while a compositing manager shows translucent windows as such.
+    /// True while a compositing manager is running, which translucent windows need.
     [[nodiscard]] bool isComposited() const { return m_compositor != 0; }
 
-    /// Where the window takes clicks, in pixels.
+    /// Sets the region of the window that receives clicks, in pixels.
     void setInputRegion(const QList<QRect> &region);
-    /// What there is of the window at all; none is the whole of it.
+    /// Sets the bounding region of the window, in pixels; empty optional for the whole window.
     void setBoundingRegion(const std::optional<QList<QRect>> &region);
 
-    /// Notes which window has the keyboard, unless it is this one.
+    /// Records the window with keyboard focus, unless it is this one.
     void rememberFocus();
-    /// Gives the keyboard to the noted window if this one has it.
+    /// Returns keyboard focus to the recorded window if this one has it.
     void returnFocus();
 
-    /// Raises the window above all others, but for one that no window manager looks after and
-    /// that hides the whole display (in pixels): that is a locked screen.
+    /// Raises the window above all others, except a locked screen: a window that is not managed by
+    /// the window manager and covers the whole `display` (in pixels).
     void raiseToTop(const QRect &display);
-    /// Raises the window above the topmost one that the window manager looks after, if that one
-    /// covers it.
+    /// Raises the window above the topmost managed window, if that one covers it.
     void raiseAboveManaged();
 
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
 
 private:
-    /// The windows of the root window from the bottom to the top.
+    /// The children of the root window, from bottom to top.
     [[nodiscard]] std::vector<std::uint32_t> stack() const;
-    /// The first of these windows that is a locked screen.
+    /// The first of these windows that is a locked screen; empty if none is.
     [[nodiscard]] std::optional<std::uint32_t> lowestCover(std::span<const std::uint32_t> windows,
                                                            const QRect &display) const;
-    /// The windows that the window manager looks after, or rather their frames.
+    /// The frames of the managed windows.
     [[nodiscard]] std::vector<std::uint32_t> managedFrames() const;
-    /// The window that has the keyboard; it may also be one of the protocol's special values.
+    /// The window with keyboard focus, or one of the protocol's special values.
     [[nodiscard]] std::uint32_t focus() const;
     void announceStackChange();
 

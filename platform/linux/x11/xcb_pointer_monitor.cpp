@@ -18,11 +18,12 @@ namespace corvane::platform {
 
 namespace {
 
-/// Raw events reach every client, grabs or not, from this version on.
+/// Since this version, clients receive raw events even while another client holds a grab.
 constexpr std::uint16_t neededMajor = 2;
 constexpr std::uint16_t neededMinor = 1;
 
-/// Selects raw motion of all pointers; false when the server has no XInput of that version.
+/// Selects raw motion events of all pointers; false if the server does not support this XInput
+/// version.
 bool selectRawMotion(xcb_connection_t *connection, xcb_window_t root)
 {
     const auto *extension = xcb_get_extension_data(connection, &xcb_input_id);
@@ -43,7 +44,7 @@ bool selectRawMotion(xcb_connection_t *connection, xcb_window_t root)
     selection.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
     selection.head.mask_len = 1;
     selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    // Waits for the server, so that no movement after this call goes unseen.
+    // Waits for the server, so that no movement after this call is missed.
     const xcb::Owned<xcb_generic_error_t> refused(xcb_request_check(
         connection, xcb_input_xi_select_events_checked(connection, root, 1, &selection.head)));
     return refused == nullptr;
@@ -51,14 +52,15 @@ bool selectRawMotion(xcb_connection_t *connection, xcb_window_t root)
 
 } // namespace
 
-/// Receives raw motion on a connection of its own, since Qt's wakes a second thread.
+/// Receives raw motion on a separate connection, because events on Qt's connection wake a second
+/// thread.
 ///
-/// A device may report a thousand movements a second. After the first, the socket is left alone
-/// for the merge interval, so that the process wakes once for all that came meanwhile.
+/// A device may report a thousand movements per second. After the first, the socket is not read
+/// during the merge interval, so that the process wakes once for all movements in that time.
 class XcbPointerMonitor::MotionWatch final : public QObject
 {
 public:
-    /// Null when the server has no raw motion.
+    /// Null if the server does not support raw motion.
     static std::shared_ptr<MotionWatch> open();
 
     MotionWatch(xcb::Connection connection, std::uint8_t inputOpcode);
@@ -66,13 +68,13 @@ public:
     int add(Handler handler);
     void remove(int id) { m_handlers.erase(id); }
 
-    /// True once after every movement, as seen by now.
+    /// True if a movement was received since the last call.
     bool takeMoved() { return std::exchange(m_moved, false); }
-    /// True while movements may still be told of; false when the server has gone.
+    /// False once the connection to the server is lost.
     [[nodiscard]] bool isOpen() const { return xcb_connection_has_error(m_connection.get()) == 0; }
 
 private:
-    /// Reads what has arrived; true when there was a movement in it.
+    /// Reads all available events; true if one of them is a movement.
     bool drain();
     void onReadable();
     void onMerged();
@@ -98,7 +100,7 @@ std::shared_ptr<XcbPointerMonitor::MotionWatch> XcbPointerMonitor::MotionWatch::
         return nullptr;
     }
     const auto opcode = xcb_get_extension_data(connection.get(), &xcb_input_id)->major_opcode;
-    // A handler may let go of the last token, and of this, while it is being called.
+    // A handler may destroy the last token, and with it this object, while it is being called.
     return {new MotionWatch(std::move(connection), opcode),
             [](MotionWatch *watch) { watch->deleteLater(); }};
 }
@@ -167,13 +169,13 @@ void XcbPointerMonitor::MotionWatch::tell()
     }
 }
 
-/// Asks the server for the pointer's pixel, on a connection that nobody listens to: answers that
-/// are not waited for wake nobody.
+/// Queries the pointer position on a separate connection without a socket notifier: replies that
+/// arrive later do not wake the process.
 class XcbPointerMonitor::PointerQuery
 {
 public:
-    /// An answer is good for so long if the pointer's device has not moved meanwhile. Somewhat
-    /// more than the pace at which a resting pointer is asked for.
+    /// How long a reply stays valid if the pointer's device has not moved. Slightly longer than the
+    /// interval at which the position of a resting pointer is requested.
     static constexpr std::chrono::milliseconds goodFor{400};
 
     PointerQuery()
@@ -183,7 +185,7 @@ public:
         }
     }
 
-    /// `mayBeOlder` allows the answer to the question asked by the previous call.
+    /// `mayBeOlder` allows the reply to the query sent by the previous call.
     std::optional<QPoint> pixel(bool mayBeOlder);
 
 private:
@@ -234,7 +236,7 @@ std::optional<QPoint> XcbPointerMonitor::PointerQuery::pixel(bool mayBeOlder)
     m_asked = {};
     const xcb::Owned<xcb_query_pointer_reply_t> answer(xcb_query_pointer_reply(
         m_connection.get(), xcb_query_pointer(m_connection.get(), m_root), nullptr));
-    // The next call may come while the pointer rests.
+    // Query in advance for the next call, which may come while the pointer rests.
     ask();
     return pixelOf(answer.get());
 }
@@ -278,7 +280,7 @@ std::unique_ptr<PointerMonitor::Token> XcbPointerMonitor::addLocalMonitor(Handle
 
 std::optional<QPointF> XcbPointerMonitor::location() const
 {
-    // An older answer will do only while a movement would have been heard of.
+    // An older reply is valid only while movements are being received.
     const bool rests = m_watch && m_watch->isOpen() && !m_watch->takeMoved();
     const auto pixel = m_query->pixel(rests);
     return pixel ? m_screens.coordinates().globalFromPixel(*pixel) : std::nullopt;

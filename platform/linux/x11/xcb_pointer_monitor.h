@@ -9,16 +9,16 @@ namespace corvane::platform {
 
 class QtScreens;
 
-/// Follows the pointer by XInput2 raw motion, which tells of movements over every window.
+/// Follows the pointer by XInput2 raw motion, which reports movements over every window.
 ///
-/// A burst of movements makes one call at its beginning and one every `mergeInterval` while it
-/// lasts, the last of which comes after the last movement. Asking where a resting pointer is costs
-/// no round trip: each call takes the answer to the one before and sends the next question. A
-/// pointer that a program moves without its device is therefore noticed one call late.
+/// A series of movements causes one call at its start and one every `mergeInterval` while it
+/// continues; the last call follows the last movement. `location` of a resting pointer needs no
+/// round trip: each call uses the reply to the previous query and sends the next one. It therefore
+/// reports the position of a pointer that a program has moved without its device one call late.
 class XcbPointerMonitor final : public PointerMonitor
 {
 public:
-    /// Motion within this time is told once.
+    /// Movements within this time are reported once.
     static constexpr std::chrono::milliseconds mergeInterval{8};
 
     /// `screens` must outlive the monitor.
