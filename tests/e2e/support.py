@@ -1,4 +1,4 @@
-"""What the end-to-end tests share."""
+"""Base classes and helpers of the end-to-end tests."""
 
 import contextlib
 import os
@@ -16,7 +16,7 @@ processes.interrupt_on_terminate()
 
 ADDRESS = "4uQeVj5tqViQh7yWWGStvkEG1Zmhx6uasJtWCJziofM"
 SHORT_ADDRESS = "4uQe…iofM"
-# The key whose seed is 1, 2, … 32, as other wallets give it out.
+# The key with the seed 1, 2, … 32, in the format that other wallets export.
 KEY_ADDRESS = "9C6hybhQ6Aycep9jaUnP6uL9ZYvDjUp1aSkFWPUFJtpj"
 KEY = "2Ana1pUpv2ZbMVkwF5FXapYeBEjdxDatLn7nvJkhgTSdZd8hbDHTd21as7EAsg7ypityqfsw2pMQKJcVDVcAEsd"
 RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
@@ -24,7 +24,7 @@ PRICE = {"price": 150.25, "change": 2.345, "chart": None}
 
 
 class IslandTest(unittest.TestCase):
-    """Tests with one cluster and one desktop of the kind that `desktop` says."""
+    """Tests with one cluster and one desktop, which is created with `desktop_kind`."""
 
     desktop_kind = {}
 
@@ -41,13 +41,13 @@ class IslandTest(unittest.TestCase):
             self.localnet.fund(ADDRESS, 8.2, "2", cluster)
 
     def run_corvane(self, settings=None, **more):
-        """The program, watching the funded address, with a key of its own."""
+        """The program, watching the funded address."""
         if settings is None or isinstance(settings, dict):
             settings = {"corvane.address": ADDRESS, **(settings or {})}
         return Corvane(self.desktop, self.localnet, settings=settings, **more)
 
     def colour_at(self, x, y):
-        """The colour of the screen at a place given as for Corvane."""
+        """The colour of the screen at a position, given as for Corvane."""
         screen, scale = self.desktop.screen, self.desktop.scale
         place = screen.width // 2 + round(x * scale), round(y * scale)
         return screen.capture(*place, 1, 1).at(*place)
@@ -58,8 +58,8 @@ class IslandTest(unittest.TestCase):
 
 
 class WalletTest(IslandTest):
-    """Tests of a wallet whose key lies in a real keyring, behind polkit where with_polkit.py has
-    made one. Every test begins with an empty keyring."""
+    """Tests of a wallet whose key is in a real keyring, protected by polkit if run under with_polkit.py.
+    Every test starts with an empty keyring."""
 
     desktop_kind = {"keyring": True}
     tester = os.environ.get("CORVANE_TESTER")
@@ -70,8 +70,8 @@ class WalletTest(IslandTest):
 
     @contextlib.contextmanager
     def run_wallet(self, settings=None, manner="authenticate", **more):
-        """The program with its key in the keyring. Whoever is asked to prove presence answers in
-        this manner: authenticate, refuse, dismiss or hang."""
+        """The program with its key in the keyring. Prompts to prove presence are answered according to
+        `manner`: authenticate, refuse, dismiss or hang."""
         settings = settings or {"corvane.address": ""}
         with self.run_corvane(settings, demo=False, **more) as corvane:
             with self.agent(corvane, manner):
@@ -79,7 +79,7 @@ class WalletTest(IslandTest):
 
     @contextlib.contextmanager
     def agent(self, corvane, manner):
-        """Someone at the keyboard for polkit's questions; the reasons that were shown to them."""
+        """An agent that answers polkit's prompts; yields the reasons that were shown."""
         if not self.tester:
             yield None
             return
@@ -99,7 +99,7 @@ class WalletTest(IslandTest):
                 processes.stop(agent)
 
     def import_key(self, corvane, text):
-        """Imports a key the way a person does, from the first card."""
+        """Imports a key as a user does, starting from the first card."""
         corvane.hover()
         corvane.press_button("IMPORT")
         corvane.wait_for("IMPORT A WALLET")
@@ -109,7 +109,7 @@ class WalletTest(IslandTest):
 
 
 def solana(script, *arguments):
-    """What a piece of JavaScript prints that may use the cluster's own library."""
+    """The output of a JavaScript program that may use the cluster's library."""
     command = [os.environ.get("CORVANE_NODE", "node"), "--input-type=module", "--eval", script,
                "--", *arguments]
     done = subprocess.run(command, cwd=ROOT / "tools/localnet", capture_output=True, text=True,

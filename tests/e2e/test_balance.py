@@ -26,7 +26,7 @@ class BalanceTest(IslandTest):
             wait_until(lambda: not corvane.tree.texts(), "a folded card that shows no text")
 
     def assert_drawn_in(self, corvane, text, colour):
-        """The colour, apart from what smooth edges make of it, is that of the text."""
+        """The text has this colour, apart from antialiasing."""
         picture = corvane.settled()
         drawn = picture.colours(*corvane.tree.find(text).extents(self.desktop.scale))
         near = [other for other in (GREEN, RED) if any(

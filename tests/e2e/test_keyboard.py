@@ -1,4 +1,4 @@
-"""Hands on the keyboard alone: who has it, where Tab goes, what a key does."""
+"""Operation by keyboard only: focus, the order of Tab, the effect of keys."""
 
 from Xlib import X
 
@@ -20,7 +20,7 @@ class KeyboardTest(IslandTest):
         self.screen = self.desktop.screen
 
     def make_window(self):
-        """An ordinary window of another program, with the keyboard."""
+        """An ordinary window of another program, with keyboard focus."""
         window = self.screen.root.create_window(100, 600, 300, 200, 0, X.CopyFromParent)
         window.map()
         self.screen.display.sync()
@@ -47,7 +47,7 @@ class KeyboardTest(IslandTest):
             corvane.leave()
             wait_until(lambda: self.screen.keyboard_owner() == other, "the keyboard back")
 
-            # Its owner is gone by then.
+            # This time the previous owner of the focus no longer exists.
             corvane.hover()
             corvane.press_button("SEND")
             wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
@@ -64,7 +64,8 @@ class KeyboardTest(IslandTest):
                     corvane.hover()
                     corvane.wait_for("TOTAL BALANCE", "$1,234.05")
                     if pane == "balance":
-                        # Nothing on it takes the keyboard, so it is handed over.
+                        # No control of this card takes focus by a click, so the window gets it
+                        # directly.
                         self.screen.window_named("Corvane").set_input_focus(X.RevertToParent,
                                                                             X.CurrentTime)
                     else:
@@ -78,7 +79,7 @@ class KeyboardTest(IslandTest):
                     corvane.leave()
 
     def walk(self, corvane, steps, *keys):
-        """The names that have the keyboard after each of so many presses."""
+        """The names of the focused controls after each of `steps` key presses."""
         names = []
         for _ in range(steps):
             before = self.focused(corvane)

@@ -1,4 +1,5 @@
-"""The life of a key: made or imported, backed up, opened, removed. Real keyring, real polkit."""
+"""The life cycle of a key: creation or import, backup, unlocking, removal. With a real keyring
+and a real polkit."""
 
 import unittest
 
@@ -9,7 +10,7 @@ from desktop import Keyring
 BAD_KEY = "that key doesn't decode — paste the base58 secret key or a JSON byte array"
 ADDRESS_OF = """
 import { createKeyPairFromBytes, getAddressFromPublicKey, getBase58Codec } from "@solana/kit";
-// Refuses a pair whose halves do not belong together.
+// Throws if the two halves of the pair do not match.
 const pair = await createKeyPairFromBytes(getBase58Codec().encode(process.argv[1]));
 console.log(await getAddressFromPublicKey(pair.publicKey));
 """
@@ -18,7 +19,7 @@ REVEAL = "org.corvane.reveal: reveal your wallet backup key"
 
 class KeysTest(WalletTest):
     def copied(self, copy):
-        """What is in the clipboard once `copy` has been done."""
+        """The content of the clipboard after `copy`."""
         self.desktop.set_clipboard("nothing")
         copy()
         wait_until(lambda: self.desktop.clipboard() != "nothing", "something in the clipboard")
@@ -83,7 +84,7 @@ class KeysTest(WalletTest):
             self.assertEqual(self.protection(), "user-presence")
             corvane.leave()
         with self.run_corvane({"corvane.address": KEY_ADDRESS}, demo=False) as corvane:
-            # Nobody can be asked, so the island opens without the key.
+            # No authentication is possible, so the island opens without the key.
             corvane.hover()
             corvane.wait_for("TOTAL BALANCE")
             corvane.press_button("Settings")
@@ -104,7 +105,7 @@ class KeysTest(WalletTest):
         with self.run_corvane({"corvane.address": ""}, demo=False) as corvane:
             self.import_key(corvane, KEY)
             self.assertEqual(self.protection(), "none")
-            # Another program of the same user is open to it.
+            # For comparison: the memory of another program of the same user can be opened.
             with open(f"/proc/{self.desktop.process('Xvfb').pid}/mem", "rb"):
                 self.assertRaises(PermissionError, open, f"/proc/{corvane.process_id}/mem", "rb")
             with open(f"/proc/{corvane.process_id}/limits", encoding="utf-8") as limits:

@@ -1,4 +1,4 @@
-"""What the user has asked of every program: less motion, more contrast."""
+"""The user's settings for all programs: reduced motion and higher contrast."""
 
 from gi.repository import Gio, GLib
 
@@ -35,7 +35,7 @@ class MannersTest(IslandTest):
                       Gio.DBusCallFlags.NONE, -1, None)
 
     def widths_while_opening(self, corvane):
-        """Every width that the island has been seen in between rest and open."""
+        """The widths of the island seen between collapsed and open."""
         corvane.leave()
         seen = set()
 
@@ -55,11 +55,11 @@ class MannersTest(IslandTest):
 
     def test_portal(self):
         with self.run_corvane() as corvane:
-            # A busy machine may skip the frames of one opening.
+            # A busy machine may skip all intermediate frames of one opening.
             wait_until(lambda: self.widths_while_opening(corvane) > FEW, "an island that unfolds gradually")
             wait_until(lambda: MUTED in self.colours(corvane), "muted labels")
             self.serve_portal()
-            # Opened once, it has certainly asked.
+            # After one opening the program has read the settings.
             self.widths_while_opening(corvane)
             wait_until(lambda: BRIGHT in self.colours(corvane), "bright labels")
             self.assertLessEqual(self.widths_while_opening(corvane), FEW)

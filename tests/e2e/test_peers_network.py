@@ -1,4 +1,4 @@
-"""The cluster and the price services lie, die or are slow."""
+"""Failures of the cluster and the price services."""
 
 import unittest
 
@@ -22,10 +22,10 @@ class NetworkTest(PeersTest):
         self.run_rows(SENDING)
 
     def refresh_under(self, row, *faults):
-        """What is true has changed, but the peers do not say so until the end."""
+        """The true values change, but the peers report them only at the end."""
         self.start()
         before = self.kept()
-        # In this order, so that polling sees nothing of it.
+        # In this order, so that polling does not see the new values.
         for fault in faults:
             self.localnet.control("fault", **fault)
         self.world(NEW)
@@ -39,7 +39,7 @@ class NetworkTest(PeersTest):
         self.assertEqual(self.kept(), before)
 
     def nothing_overlaps(self):
-        """No figure is drawn over another, whatever its length."""
+        """Figures never overlap, whatever their length."""
         shown = [(thing.name, thing.extents(1)) for thing in self.corvane.tree.things()
                  if thing.role == "label" and thing.name in self.figures()]
         middle, half = self.desktop.screen.width // 2, CARD_WIDTH // 2
@@ -58,7 +58,7 @@ class NetworkTest(PeersTest):
         self.shows(row.sees)
         self.localnet.start()
         self.world(NEW)
-        # The next cycle of the polling is the retry.
+        # The next polling cycle retries.
         self.shows(NEW)
         self.assertEqual(self.kept(), before)
 
@@ -74,7 +74,7 @@ class NetworkTest(PeersTest):
         self.localnet.control("clear-faults")
         said = list(row.sees)
         if row.sees != (SENT,) and not moved:
-            # What was typed is still there.
+            # The form still has its content.
             corvane.press_button("SEND")
             corvane.wait_for(SENT)
             said.append(SENT)

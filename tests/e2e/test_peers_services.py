@@ -1,4 +1,4 @@
-"""The keyring, polkit and the X server with those beside the program on it misbehave."""
+"""Failures of the keyring, polkit, the X server and its other clients."""
 
 import os
 import signal
@@ -12,7 +12,7 @@ from Xlib import X
 
 from desktop import processes
 
-# Has polkit's name on the session bus and answers nothing.
+# Owns polkit's name on the session bus and never replies.
 SILENT_POLKIT = """
 import os, signal
 from gi.repository import Gio, GLib
@@ -88,7 +88,7 @@ class PolkitTest(PeersTest):
     def test_polkit(self):
         self.run_rows(POLKIT)
 
-    def refused_at_the_door(self, row):
+    def refused_while_unlocking(self, row):
         self.prepare("user-presence")
         with self.run_with_key() as corvane:
             with self.agent(corvane, "refuse") as reasons:
@@ -99,11 +99,11 @@ class PolkitTest(PeersTest):
                 self.assertEqual(self.figures(), set())
             with self.agent(corvane, "authenticate"):
                 corvane.press_button("UNLOCK")
-                # The one answer opens the key as well.
+                # The same answer also unlocks the key.
                 self.fill_form()
             self.send_one()
 
-    def ends_at_the_door(self, row):
+    def quits_while_unlocking(self, row):
         self.prepare("user-presence")
         with self.run_with_key() as corvane, self.agent(corvane, "hang") as reasons:
             corvane.hover()
@@ -115,7 +115,7 @@ class PolkitTest(PeersTest):
     def loses_the_agent(self, row):
         self.prepare("user-presence")
         with self.run_with_key() as corvane:
-            # Nobody can be asked yet, so the island opens without the key.
+            # No authentication is possible yet, so the island opens without the key.
             corvane.hover()
             self.fill_form()
             before = self.kept()

@@ -7,7 +7,7 @@ from support import IslandTest, wait_until
 
 class PointerTest(IslandTest):
     def passes(self, corvane, x, y):
-        """True when a click there reaches the window beneath. The pointer is gone at once."""
+        """True if a click there reaches the window below. Moves the pointer away immediately."""
         before = self.desktop.backdrop.clicks()
         corvane.tap(x, y)
         return self.desktop.backdrop.clicks() > before
@@ -37,6 +37,6 @@ class PointerTest(IslandTest):
                 corvane.point_at(paths.uniform(-150, 110), paths.uniform(0, 45))
                 corvane.point_at(paths.uniform(-330, 330), paths.uniform(45, 300))
             corvane.leave()
-            # Thrown to the edge, it opens as well.
+            # It also opens if the pointer jumps to the edge of the screen.
             corvane.point_at(0, 0)
             wait_until(corvane.is_open, "the open card")

@@ -1,5 +1,5 @@
-"""What the program reaches for outside of itself while somebody sends, and what it leaves of the key: nothing but
-what it says. Only root may look into it."""
+"""The connections and processes of the program during a transfer, and the copies of the key that it leaves in
+memory. Needs root, because the program denies access to other users."""
 
 import base64
 import os
@@ -10,7 +10,7 @@ import unittest
 
 from support import KEY, KEY_ADDRESS, PROGRAM, RECIPIENT, WalletTest, solana, wait_until
 
-# Of a seed, the address, and the seed and the whole key as other wallets give them out.
+# For a seed: the address, and the seed and the whole key in the formats that other wallets export.
 FORMS_OF = """
 import { createKeyPairFromPrivateKeyBytes, getAddressFromPublicKey, getBase58Codec } from "@solana/kit";
 const seed = Buffer.from(process.argv[1], "hex"), base58 = getBase58Codec();
@@ -20,7 +20,7 @@ console.log(address, base58.decode(seed), base58.decode(Buffer.concat([seed, bas
 
 
 def memory_of(process_id):
-    """All of it that can be read."""
+    """All readable memory of the process."""
     pieces = []
     with open(f"/proc/{process_id}/maps", encoding="utf-8") as maps, open(f"/proc/{process_id}/mem", "rb", 0) as memory:
         for line in maps:
@@ -33,7 +33,7 @@ def memory_of(process_id):
 
 
 def may_look():
-    """Whether strace works here; only root may look into a program that lets nobody look."""
+    """True if strace works here. Only root may trace the program, which denies it to its user."""
     return shutil.which("strace") and os.geteuid() == 0 and subprocess.run(
         ["strace", "-o", os.devnull, "true"], capture_output=True, check=False).returncode == 0
 
@@ -57,7 +57,7 @@ class ReachTest(WalletTest):
     @unittest.skipUnless(may_look(), "needs strace, root, and a machine that lets it trace")
     def test_talks_to_its_endpoints_alone_and_starts_nothing_but_the_browser(self):
         environment, opened = self.desktop.make_browser()
-        # The desktop's own would start others in its turn.
+        # The desktop's own xdg-open would start further programs.
         opener = self.desktop.folder / "xdg-open"
         opener.symlink_to(self.desktop.folder / "browser")
         environment["PATH"] = f"{self.desktop.folder}:{os.environ['PATH']}"
@@ -88,7 +88,7 @@ class ReachTest(WalletTest):
         forms = [seed, *(text.encode(code) for text in texts for code in ("ascii", "utf-16-le"))]
         self.localnet.fund(address, 8.2)
         with self.run_wallet() as corvane:
-            # Typed, stored, used; then read back from the keyring, used and shown.
+            # The key is typed, stored and used; then read from the keyring, used and shown.
             self.import_key(corvane, key)
             self.send(corvane)
             for _ in range(2):

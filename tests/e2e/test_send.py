@@ -1,4 +1,5 @@
-"""Sending by hand, seen on the runtime's balances. Real keyring, real polkit."""
+"""Transfers by a user, checked against the runtime's balances. With a real keyring and a real
+polkit."""
 
 from support import KEY, KEY_ADDRESS, RECIPIENT, WalletTest, wait_until
 
@@ -28,7 +29,7 @@ class SendTest(WalletTest):
             corvane.fill("TO", f" {RECIPIENT} ")
             corvane.fill("AMOUNT", "1,5")
             corvane.wait_for("≈ 1,500 QUIB  ·  $225.38")
-            # Only the button sends.
+            # The Return key does not send.
             self.desktop.screen.press("Return")
             corvane.wait_enabled("SEND")
             self.assertEqual(self.sends(), [])
@@ -43,7 +44,7 @@ class SendTest(WalletTest):
             corvane.press_button("MAX")
             corvane.wait_for("≈ 6,700 QUIB  ·  $1,006.66")
             corvane.press_button("Back to the balance")
-            # The figures follow without being asked.
+            # The figures are refreshed automatically.
             corvane.wait_for("TOTAL BALANCE", "$1,006.67")
             corvane.leave()
 
@@ -54,7 +55,7 @@ class SendTest(WalletTest):
             corvane.fill("AMOUNT", "1")
             corvane.wait_enabled("SEND")
             self.localnet.control("fault", match="sendTransaction", kind="latency", ms=1500)
-            # A screen reader hears of it when it has been sent, and not before.
+            # The notification for screen readers comes when the transfer was sent, not before.
             corvane.tree.listen()
             corvane.double_click(corvane.tree.find("SEND", "push button"))
             corvane.wait_for("SENT ✓")

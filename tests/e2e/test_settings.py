@@ -1,4 +1,4 @@
-"""The settings card: every edit takes effect and is kept at once."""
+"""The settings card: every edit takes effect and is saved immediately."""
 
 from support import ADDRESS, KEY_ADDRESS, IslandTest, wait_until
 

@@ -1,4 +1,4 @@
-"""The program as part of a desktop: its status icon and menu, one instance, its start and its end."""
+"""The program as part of a desktop: status icon and menu, single instance, start and exit."""
 
 import signal
 import subprocess
@@ -12,7 +12,7 @@ TRAY, SIDE = (300, 300), 24
 
 class ShellTest(IslandTest):
     def assert_asked_again(self, ask):
-        """The chart is fetched at the start and when a refresh is forced, not while polling."""
+        """Checks for a forced refresh: only that and the start fetch the chart, polling does not."""
         def charts():
             return [entry for entry in self.localnet.requests() if entry["name"] == "chart"]
         wait_until(charts, "the first chart")
@@ -57,7 +57,8 @@ class XEmbedTest(ShellTest):
                     wait_until(tray.docked, "the icon in the tray")
 
                     def is_drawn():
-                        # The ring's dark edge and the white dot, of which a panel may have one.
+                        # The dark edge of the ring and the white dot; one of them may have the panel's
+                        # colour.
                         picture = screen.capture(*TRAY, SIDE, SIDE)
                         edge = picture.at(TRAY[0] + SIDE // 2, TRAY[1])
                         dot = picture.at(TRAY[0] + SIDE // 2, TRAY[1] + SIDE // 2)
@@ -79,12 +80,12 @@ class InstanceTest(ShellTest):
             again = corvane.start_again()
             self.assertEqual((again.returncode, again.stderr), (0, ""))
             wait_until(corvane.is_open, "the island")
-            # The pointer does not come.
+            # The pointer stays away.
             wait_until(corvane.is_resting, "the resting island")
             self.assertEqual(corvane.start_again("--open", "receive").returncode, 0)
             corvane.wait_for("COPY ADDRESS")
 
-            # As from another terminal, which has no display.
+            # As from a terminal without a display.
             del corvane.environment["DISPLAY"]
             self.assert_asked_again(
                 lambda: self.assertEqual(corvane.start_again("--refresh").returncode, 0))

@@ -1,4 +1,4 @@
-"""The program starts, shows the resting island and opens it, whatever is missing around it."""
+"""The program starts, shows the collapsed island and opens it, whichever services are missing."""
 
 import os
 import subprocess
@@ -31,7 +31,7 @@ class NoBusTest(IslandTest):
 
 
 class BareServerTest(IslandTest):
-    """Neither window manager nor compositor, and a screen without a notch."""
+    """Without window manager and compositor, on a screen without a notch."""
 
     desktop_kind = {"window_manager": False, "compositor": False}
 

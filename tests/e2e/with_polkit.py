@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""with_polkit.py COMMAND...: runs a command as an ordinary user whose system bus has a real polkit
-that knows Corvane's actions, and whose applications folder is empty and their own, all in a mount
-namespace. The user is made for it; the environment names them: CORVANE_TESTER and CORVANE_TESTER_PASSWORD.
+"""with_polkit.py COMMAND...: runs a command in a mount namespace as an ordinary user, with a system bus
+with a real polkit that knows Corvane's actions, and with an empty, writable applications folder. Creates
+the user, whose name and password are in CORVANE_TESTER and CORVANE_TESTER_PASSWORD.
 
-Without root, or without the right to mount, the command runs as it is and is told of no tester."""
+Without root, or without the right to mount, runs the command directly, without these variables."""
 
 import contextlib
 import ctypes
@@ -45,7 +45,7 @@ def enter_namespace():
 
 
 def extend(folder, file, line):
-    """Shows a copy of `file` with one more line in its place."""
+    """Mounts a copy of `file` with an additional line over it."""
     copy = folder / pathlib.Path(file).name
     copy.write_text(pathlib.Path(file).read_text() + line + "\n")
     mount("--bind", copy, file)
@@ -64,7 +64,7 @@ def start_polkit(folder):
     action = ACTIONS / "org.corvane.policy"
     shutil.copyfile(ROOT / "assets/org.corvane.policy", action)
     action.chmod(0o644)
-    os.chown(ACTIONS, ID, ID)  # tests take the action away
+    os.chown(ACTIONS, ID, ID)  # tests remove the action
     configuration = folder / "bus.conf"
     configuration.write_text(BUS_CONFIGURATION)
     log = folder / "messages"
@@ -82,7 +82,7 @@ def start_polkit(folder):
 
 @contextlib.contextmanager
 def empty_applications():
-    """An empty applications folder, for everyone to write to, over the machine's own."""
+    """Mounts an empty, world-writable folder over the machine's applications folder."""
     missing = not APPLICATIONS.exists()
     APPLICATIONS.mkdir(exist_ok=True)
     mount("-t", "tmpfs", "-o", "mode=1777", "tmpfs", APPLICATIONS)
@@ -95,7 +95,7 @@ def empty_applications():
 
 
 def run(command, folder):
-    # Reached by another path, the checkout may lie in a folder that is closed to the user.
+    # Bind-mounted elsewhere, because the checkout may be in a folder that the user cannot enter.
     checkout = folder / "checkout"
     checkout.mkdir()
     mount("--bind", ROOT, checkout)

@@ -1,4 +1,4 @@
-"""What is installed, and that it goes away again. Where a tool is missing, the test says so."""
+"""Installation and removal. A test is skipped with a message if a tool is missing."""
 
 import os
 import pathlib
@@ -17,7 +17,7 @@ POLICY = "usr/share/polkit-1/actions/org.corvane.policy"
 
 
 def run(*command, environment=None, check=True):
-    """What the command says, on both streams."""
+    """The output of the command on both streams."""
     ended = subprocess.run(command, env=os.environ | {"LC_ALL": "C.UTF-8"} | (environment or {}),
                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     if check and ended.returncode != 0:
@@ -37,7 +37,7 @@ class Folder(unittest.TestCase):
 
 
 class Hardening(unittest.TestCase):
-    """What the compiler and the linker were told, read off the program that is installed."""
+    """Checks the compiler and linker options in the installed program."""
 
     @needs("readelf")
     def test_program(self):
@@ -66,7 +66,7 @@ class Descriptions(Folder):
     def test_metadata(self):
         told = run("appstreamcli", "validate", "--no-net", "--pedantic", "--no-color",
                    *BUNDLE.glob("share/metainfo/*"))
-        # The application's id is shared with its login item and its name on the bus.
+        # The application's id is also the name of its login item and its name on the bus.
         self.assertEqual(re.findall(r"^[EWIP]: \S+ (\S+)", told, re.M), ["cid-contains-uppercase-letter"])
 
     @needs("man")
@@ -88,7 +88,7 @@ class Installation(Folder):
         return self.install("--bundle", str(bundle), check=check)
 
     def tree(self):
-        """Every path below the folder with what it holds: a link's target or a file's bytes."""
+        """Every path below the folder with its content: a link's target or a file's bytes."""
         return {str(path.relative_to(self.folder)):
                 os.readlink(path) if path.is_symlink() else path.read_bytes() if path.is_file() else None
                 for path in self.folder.rglob("*")}

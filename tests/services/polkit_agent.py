@@ -1,8 +1,8 @@
-"""A polkit authentication agent that obeys a script instead of a person.
+"""A polkit authentication agent that is controlled by a script instead of a user.
 
 polkit_agent.py <subject's process id> authenticate|refuse|dismiss|hang <user> <password>
 
-Prints "ready", and a line for each authentication that it is asked for and that is cancelled."""
+Prints "ready", and a line for each authentication that is requested or cancelled."""
 
 import pathlib
 import subprocess
@@ -40,7 +40,7 @@ def obey(_bus, _sender, _path, _interface, method, parameters, invocation):
     elif manner == "dismiss":
         dismiss(invocation)
     else:
-        # Polkit's own helper checks the password against the account.
+        # Polkit's helper program checks the password of the account.
         secret = password if manner == "authenticate" else "wrong"
         subprocess.run([HELPER, user], input=f"{cookie}\n{secret}\n", text=True,
                        stdout=subprocess.DEVNULL, check=False)
