@@ -130,7 +130,8 @@ class PeersTest(WalletTest):
 
     def kept(self):
         """What no peer may change."""
-        said = [line for line in self.corvane.messages().splitlines() if not line.startswith("ALSA")]
+        # Neither about a machine without sound nor about a bus that is slow while others build.
+        said = [line for line in self.corvane.messages().splitlines() if not line.startswith(("ALSA", "QSpi"))]
         return self.keys(), self.accounts_file.read_text(), self.corvane.settings(), said
 
     def opens_and_folds(self):

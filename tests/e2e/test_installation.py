@@ -67,6 +67,7 @@ class InstallationTest(IslandTest):
             wait_for("installed", LOGIN)
             self.assertIsNone(tree.find("MOVE TO APPLICATIONS"))
             place = tree.find("Welcome to Corvane", "frame").extents(1)
+            wait_until(lambda: self.desktop.screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
             self.desktop.screen.press("Escape")
             wait_until(lambda: not tree.find("CONTINUE"), "the closed tour")
             host.choose("Welcome tour…")

@@ -18,6 +18,7 @@ class TourTest(IslandTest):
             texts = set(corvane.tree.texts())
             return expected <= texts and texts & set(HEADINGS) == {HEADINGS[number]}
         wait_until(alone, lambda: f"page {number} among {corvane.tree.texts()}")
+        wait_until(lambda: self.desktop.screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
 
     def wait_until_opening(self, corvane):
         """Nobody points at the island, so it does not stay open for long."""

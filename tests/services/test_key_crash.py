@@ -4,36 +4,17 @@ import itertools
 import json
 import os
 import shutil
-import unittest
 
 from gi.repository import GLib
-from wallet_child import Wallet
+from wallet_child import NONE, SEEDS, SERVICE, A, B, KeyringTest, store
 
-from desktop import Keyring, VirtualDesktop
-
-SERVICE = "corvane.signing-key"
-OLD, NEW, NONE = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU", "9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM", "none"
-SEEDS = {OLD: "a" * 64, NEW: "b" * 64}
 NOT_AVAILABLE = "-25291"
 
 
-def store(account):
-    return f"store {SEEDS[account]} {account}"
-
-
-class KeyCrashTest(unittest.TestCase):
+class KeyCrashTest(KeyringTest):
     def setUp(self):
-        self.desktop = self.enterContext(
-            VirtualDesktop(window_manager=False, compositor=False, backdrop=False, keyring=True))
-        self.accounts, self.armed = self.desktop.folder / "accounts.json", self.desktop.folder / "armed"
-
-    def wallet(self, **environment):
-        return Wallet(self, self.accounts, "willing", **(self.desktop.environment | environment))
-
-    def items(self, service=SERVICE):
-        """The items' attributes; the service has then done all that it was asked for before."""
-        with Keyring(self.desktop.bus_address) as keyring:
-            return [attributes for attributes, _ in keyring.items(service)]
+        super().setUp()
+        self.armed = self.desktop.folder / "armed"
 
     def whole_key(self, wallet):
         """The account of the key that the wallet holds, which must be whole."""
@@ -48,12 +29,12 @@ class KeyCrashTest(unittest.TestCase):
                 "CORVANE_KILL_WHEN": when, "CORVANE_KILL_ARMED": str(self.armed)}
 
     def place_old_key(self, wallet):
-        self.assertEqual(wallet.ask(store(OLD)), "0")
+        self.assertEqual(wallet.ask(store(A)), "0")
         self.assertEqual(self.items(f"{SERVICE}.unfinished"), [])
 
     def test_a_killed_wallet_leaves_the_old_key_no_key_or_the_new_key(self):
         wallet = self.wallet()
-        for command, outcomes in ((store(NEW), {OLD, NEW, NONE}), ("remove", {OLD, NONE})):
+        for command, outcomes in ((store(B), {A, B, NONE}), ("remove", {A, NONE})):
             seen = set()
             for when in ("before", "after"):
                 for step in itertools.count(1):
@@ -87,7 +68,7 @@ class KeyCrashTest(unittest.TestCase):
             self.desktop.start_keyring(program=daemon, environment=self.kill_switch(step, "after"))
             self.place_old_key(wallet)
             self.armed.touch()
-            stored = wallet.ask(store(NEW)) == "0"
+            stored = wallet.ask(store(B)) == "0"
             try:
                 died = self.items() is None
             except GLib.Error:
@@ -97,14 +78,14 @@ class KeyCrashTest(unittest.TestCase):
             self.assertLessEqual(len(self.items()), 1)
             account = self.whole_key(wallet)
             seen.add(account)
-            self.assertTrue(not stored or account == NEW)
+            self.assertTrue(not stored or account == B)
             if not died:
                 break
         self.assertGreater(step, 10)
-        self.assertEqual(seen, {OLD, NEW, NONE})
+        self.assertEqual(seen, {A, B, NONE})
 
     def test_a_program_without_a_bus_has_no_keychain(self):
         wallet = self.wallet(DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent")
         self.assertEqual(self.whole_key(wallet), NONE)
-        self.assertEqual(wallet.ask("remove"), "kept")
-        self.assertEqual(wallet.ask(store(NEW)), NOT_AVAILABLE)
+        self.assertEqual(wallet.ask("remove"), NOT_AVAILABLE)
+        self.assertEqual(wallet.ask(store(B)), NOT_AVAILABLE)

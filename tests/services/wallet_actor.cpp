@@ -2,7 +2,7 @@
 // standard input and answers each with one line, so that tests can run it as another user, kill it
 // and cut its services off.
 //
-// wallet_actor <accounts file> polkit|willing [<milliseconds for the user>]
+// wallet_actor <accounts file> polkit|willing [<milliseconds for the user> [<for the keyring>]]
 
 #include "keys/key_vault.h"
 #include "platform/linux/bus/gio_calls.h"
@@ -12,7 +12,6 @@
 #include "platform/thread_background_tasks.h"
 #include "tests/fakes/fake_desktop.h"
 #include "tests/fakes/secrets.h"
-#include "tests/platform/wait_until.h"
 
 #include <QByteArray>
 
@@ -20,6 +19,7 @@
 #include <future>
 #include <iostream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -40,9 +40,12 @@ std::string toHex(const std::optional<SecretBytes> &data)
 class Actor
 {
 public:
-    Actor(Authenticator &authenticator, const QString &accounts)
+    /// `willing` is asked about what it has been asked; `bound` is for each call to the keyring.
+    Actor(Authenticator &authenticator, tests::FakeAuthenticator &willing, const QString &accounts,
+          std::chrono::milliseconds bound)
         : m_authenticator(authenticator)
-        , m_keychain(authenticator, accounts, {.quick = tests::patience, .unlock = tests::patience})
+        , m_willing(willing)
+        , m_keychain(authenticator, accounts, {.quick = bound, .unlock = bound, .presence = bound})
     {}
 
     std::string obey(const QString &command, const QString &rest)
@@ -52,14 +55,30 @@ public:
                 m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0)),
                                     *keys::Address::fromText(rest.section(u' ', 1))));
         }
+        if (command == u"add") {
+            const bool isProtected = rest.endsWith(u"user-presence");
+            return std::to_string(m_keychain.add(
+                service, rest.section(u' ', 1, 1), fromHex(rest.section(u' ', 0, 0)),
+                isProtected ? KeychainProtection::UserPresence : KeychainProtection::None));
+        }
         if (command == u"remove") {
-            return m_vault.remove() ? "removed" : "kept";
+            return std::to_string(m_keychain.remove(service));
         }
         if (command == u"account") {
             return m_vault.pubkey().value_or(QStringLiteral("none")).toStdString();
         }
         if (command == u"read") {
             return toHex(m_vault.loadSecret(rest));
+        }
+        if (command == u"open") {
+            return toHex(m_vault.loadSecret(*m_context));
+        }
+        if (command == u"agree") {
+            m_willing.agrees = rest == u"yes";
+            return "well";
+        }
+        if (command == u"asked") {
+            return std::to_string(std::exchange(m_willing.reasons, {}).size());
         }
         if (command == u"can") {
             return m_authenticator.canEvaluate(*m_context) ? "yes" : "no";
@@ -77,7 +96,9 @@ public:
     }
 
 private:
+    const QString service = keys::KeyVault::serviceName;
     Authenticator &m_authenticator;
+    tests::FakeAuthenticator &m_willing;
     SecretServiceKeychain m_keychain;
     keys::KeyVault m_vault{m_keychain};
     std::shared_ptr<AuthenticationContext> m_context = m_authenticator.makeContext({});
@@ -90,7 +111,8 @@ int main(int count, char **arguments)
     if (count < 3 || !hardenProcess()) {
         return 2;
     }
-    const std::chrono::milliseconds userBound(count > 3 ? std::atoi(arguments[3]) : 20'000);
+    const std::chrono::milliseconds userBound(count > 3 ? std::atoi(arguments[3]) : 60'000);
+    const std::chrono::milliseconds keyringBound(count > 4 ? std::atoi(arguments[4]) : 60'000);
     ThreadBackgroundTasks background;
     PolkitAuthenticator polkit(background, userBound);
     // A program has other reasons to stay on the system bus; polkit must not take an evaluation's
@@ -101,8 +123,8 @@ int main(int count, char **arguments)
     }
     tests::FakeAuthenticator willing(true);
     const bool usesPolkit = std::string(arguments[2]) == "polkit";
-    Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing,
-                QString::fromUtf8(arguments[1]));
+    Actor actor(usesPolkit ? static_cast<Authenticator &>(polkit) : willing, willing,
+                QString::fromUtf8(arguments[1]), keyringBound);
     std::cout << "ready" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {
         const QString text = QString::fromStdString(line);

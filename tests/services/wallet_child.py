@@ -4,8 +4,14 @@ import os
 import pathlib
 import subprocess
 import sys
+import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+from desktop import Keyring, VirtualDesktop  # noqa: E402
+
+SERVICE = "corvane.signing-key"
+A, B, NONE = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU", "9WzDXwBbmkg8ZTbNMqUxvQRAyrZzDsGYdLVL9zYtAWWM", "none"
+SEEDS = {A: bytes(range(200, 232)).hex(), B: bytes(range(100, 132)).hex()}
 
 
 class Child:
@@ -33,3 +39,27 @@ class Child:
 class Wallet(Child):
     def __init__(self, test, accounts, authenticator, *more, **environment):
         super().__init__(test, os.environ["WALLET_ACTOR"], accounts, authenticator, *more, **environment)
+
+
+def store(account):
+    return f"store {SEEDS[account]} {account}"
+
+
+class KeyringTest(unittest.TestCase):
+    """Tests with a real keyring, which is empty at first."""
+
+    def setUp(self):
+        self.desktop = self.enterContext(
+            VirtualDesktop(window_manager=False, compositor=False, backdrop=False, keyring=True))
+        self.accounts = self.desktop.folder / "accounts.json"
+
+    def wallet(self, *bounds_ms, **environment):
+        return Wallet(self, self.accounts, "willing", *bounds_ms, **(self.desktop.environment | environment))
+
+    def in_keyring(self, act, *arguments):
+        with Keyring(self.desktop.bus_address) as keyring:
+            return getattr(keyring, act)(*arguments)
+
+    def items(self, service=SERVICE):
+        """The items' attributes; the service has then done all that it was asked for before."""
+        return [attributes for attributes, _ in self.in_keyring("items", service)]

@@ -70,7 +70,8 @@ class Corvane:
         self.stop()
 
     def start(self):
-        """Starts the program and waits until the collapsed island is on the screen."""
+        """Starts the program, with the pointer elsewhere, and waits until the collapsed island is on the screen."""
+        self.desktop.screen.jump(*self.pixels(*ASIDE))
         self.log = self.desktop.folder / "corvane.log"
         self._process = processes.start(self._command, self.environment, self.log,
                                         stdout=subprocess.PIPE)

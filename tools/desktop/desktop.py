@@ -121,11 +121,12 @@ class VirtualDesktop:
         self._bus = bus
         return processes.read_line(bus.stdout.fileno(), "dbus-daemon")
 
-    def start_keyring(self, program="gnome-keyring-daemon", environment=None):
+    def start_keyring(self, unlocked=True, program="gnome-keyring-daemon", environment=None):
         """Starts a keyring with the content of the last one."""
-        self.keyring = self._run(str(program), "--foreground", "--components=secrets", "--unlock",
-                                 environment=environment, stdin=subprocess.PIPE)
-        self.keyring.stdin.write(b"a password of its own")
+        self.keyring = self._run(str(program), "--foreground", "--components=secrets",
+                                 *(["--unlock"] if unlocked else []), environment=environment, stdin=subprocess.PIPE)
+        if unlocked:
+            self.keyring.stdin.write(b"a password of its own")
         self.keyring.stdin.close()
         ask = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
                "org.freedesktop.DBus.NameHasOwner", "string:org.freedesktop.secrets"]
@@ -145,6 +146,12 @@ class VirtualDesktop:
         shutil.rmtree(self.environment["XDG_DATA_HOME"])
         os.mkdir(self.environment["XDG_DATA_HOME"], mode=0o700)
         self.start_keyring()
+
+    def lock_keyring(self):
+        subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.secrets",
+                        "/org/freedesktop/secrets", "org.freedesktop.Secret.Service.Lock",
+                        "array:objpath:/org/freedesktop/secrets/collection/login"],
+                       env=self.environment, stdout=subprocess.DEVNULL, timeout=PATIENCE, check=True)
 
     def set_clipboard(self, text):
         """Copies a text to the clipboard, as another program does."""

@@ -50,6 +50,10 @@ class Keyring:
             self._call(path, _ITEM, "SetSecret", "((oayays))",
                        (self._session, b"", secret, "application/octet-stream"))
 
+    def delete(self, service):
+        for path in self._found(service):
+            self._call(path, _ITEM, "Delete", "()")
+
     def create(self, attributes, secret):
         properties = {f"{_ITEM}.Label": GLib.Variant("s", "Corvane"),
                       f"{_ITEM}.Attributes": GLib.Variant("a{ss}", attributes)}

@@ -164,6 +164,14 @@ class Screen:
         """The window with the keyboard focus; a number for the protocol's special values."""
         return self.display.get_input_focus().focus
 
+    def keyboard_is_with(self, title):
+        """True when a window with this title has the keyboard."""
+        owner = self.keyboard_owner()
+        try:
+            return not isinstance(owner, int) and owner.get_wm_name() == title
+        except error.BadWindow:
+            return False  # it went while we were asking
+
     def window_named(self, name):
         """The visible child of the root window with this title, or None."""
         for window in self.root.query_tree().children:

@@ -1,0 +1,148 @@
+"""The keychain of a wallet without a face (wallet_actor) on a real keyring."""
+
+import base64
+import json
+import pathlib
+import shutil
+import signal
+import subprocess
+
+from wallet_child import NONE, SEEDS, SERVICE, A, B, KeyringTest, store
+
+from desktop import wait_until
+
+SUCCESS, NOT_AVAILABLE, AUTH_FAILED, DUPLICATE, NOT_FOUND = "0", "-25291", "-25293", "-25299", "-25300"
+READ = "read why"
+
+
+class SecretServiceTest(KeyringTest):
+    def expect(self, wallet, **answers):
+        """What the wallet answers to these single words."""
+        for question, answer in answers.items():
+            self.assertEqual(wallet.ask(READ if question == "read" else question), answer, question)
+
+    def restart_keyring(self, unlocked=True):
+        self.desktop.stop_keyring()
+        self.desktop.start_keyring(unlocked)
+
+    def test_keeps_one_item_and_hands_it_out_by_its_protection(self):
+        wallet = self.wallet()
+        for protection, prompts in (("user-presence", "1"), ("none", "0")):
+            with self.subTest(protection):
+                self.expect(wallet, account=NONE, remove=NOT_FOUND)
+                self.assertEqual(wallet.ask(f"add {SEEDS[A]} {A} {protection}"), SUCCESS)
+                for again in (A, B):
+                    self.assertEqual(wallet.ask(f"add {SEEDS[A]} {again} {protection}"), DUPLICATE)
+                item, = self.items()
+                self.assertEqual((item["account"], item["protection"]), (A, protection))
+                self.expect(wallet, account=A, asked="0", read=SEEDS[A])
+                self.expect(wallet, asked=prompts)
+                wallet.ask("agree no")
+                self.expect(wallet, read="nothing" if protection == "user-presence" else SEEDS[A])
+                wallet.ask("agree yes")
+                wallet.ask("asked")
+                self.expect(wallet, remove=SUCCESS)
+                self.assertEqual(self.items(), [])
+
+    def test_a_context_opens_the_protected_item_once_after_it_has_passed(self):
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        self.expect(wallet, open="nothing")
+        self.assertEqual(wallet.ask("evaluate why"), "success passed")
+        self.expect(wallet, open=SEEDS[A])
+        self.expect(wallet, open="nothing", asked="1")
+
+    def test_a_locked_keyring_is_not_taken_for_an_empty_one(self):
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        for lock in (self.desktop.lock_keyring, lambda: self.restart_keyring(unlocked=False)):
+            lock()
+            self.expect(wallet, account=A, read="nothing", remove=AUTH_FAILED)
+            self.assertEqual(wallet.ask(store(B)), AUTH_FAILED)
+            self.expect(wallet, account=A)
+            self.restart_keyring()
+            self.assertEqual(len(self.items()), 1)
+            self.expect(wallet, account=A, read=SEEDS[A])
+
+    def test_a_key_that_could_not_be_seen_is_not_replaced(self):
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        for locked in (True, False):
+            with self.subTest(locked=locked):
+                self.desktop.stop_keyring()
+                if locked:
+                    self.desktop.start_keyring(unlocked=False)
+                self.accounts.unlink()
+                self.expect(wallet, account=NONE)
+                self.restart_keyring()
+                for _ in range(2):
+                    self.assertEqual(wallet.ask(store(B)), DUPLICATE)
+                self.expect(wallet, read=SEEDS[A], account=A)
+        # Known, it may be replaced.
+        self.assertEqual(wallet.ask(store(B)), SUCCESS)
+
+    def test_believes_its_memory_where_the_keyring_shows_nothing(self):
+        self.accounts.write_text(json.dumps({SERVICE: {
+            "account": A, "collection": "/org/freedesktop/secrets/collection/login"}}))
+        self.desktop.stop_keyring()
+        shutil.rmtree(pathlib.Path(self.desktop.environment["XDG_DATA_HOME"]) / "keyrings")
+        self.desktop.start_keyring(unlocked=False)
+        wallet = self.wallet()
+        self.expect(wallet, account=A, remove=AUTH_FAILED)
+        self.assertEqual(wallet.ask(f"add {SEEDS[A]} {A} none"), NOT_AVAILABLE)
+
+    def test_survives_a_service_that_hangs_dies_and_comes_back(self):
+        wallet, hasty = self.wallet(), self.wallet(60_000, 1000)
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+
+        def kill():
+            self.desktop.stop_keyring()
+        for harm in (lambda: self.desktop.keyring.send_signal(signal.SIGSTOP), kill):
+            harm()
+            self.expect(hasty, remove=NOT_AVAILABLE, read="nothing", account=A)
+            self.assertEqual(hasty.ask(store(B)), NOT_AVAILABLE)
+        self.restart_keyring()
+        self.expect(wallet, read=SEEDS[A], remove=SUCCESS)
+
+    def test_corrects_its_memory_from_an_open_keyring(self):
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        # Lost memory is made up for ...
+        self.accounts.unlink()
+        self.expect(wallet, account=A)
+        self.desktop.stop_keyring()
+        self.expect(wallet, account=A)
+        # ... damaged memory is nothing ...
+        for damaged in ("{", "[]", '{"corvane.signing-key":7}'):
+            self.accounts.write_text(damaged)
+            self.expect(wallet, account=NONE)
+        # ... and a key that somebody else has deleted is forgotten.
+        self.desktop.start_keyring()
+        self.expect(wallet, account=A)
+        self.in_keyring("delete", SERVICE)
+        self.expect(wallet, account=NONE)
+        self.desktop.stop_keyring()
+        self.expect(wallet, account=NONE)
+
+    def test_the_secret_never_crosses_the_bus_in_the_clear(self):
+        traffic = self.desktop.folder / "traffic"
+        with traffic.open("wb") as output:
+            monitor = subprocess.Popen(["dbus-monitor", "--address", self.desktop.bus_address, "--binary"],
+                                       stdout=output)
+        self.addCleanup(monitor.wait)
+        self.addCleanup(monitor.kill)
+
+        def hears(text):
+            """Says this on the bus until the monitor has written it, and so everything before."""
+            subprocess.run(["dbus-send", "--session", "--dest=org.freedesktop.DBus", "/", f"org.corvane.{text}"],
+                           env=self.desktop.environment, check=True)
+            return f"org.corvane.{text}".encode().rpartition(b".")[2] in traffic.read_bytes()
+        wait_until(lambda: hears("Begin"), "the monitor")
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        self.expect(wallet, read=SEEDS[A])
+        wait_until(lambda: hears("TheEnd"), "the end")
+        said, seed = traffic.read_bytes(), bytes.fromhex(SEEDS[A])
+        self.assertIn(A.encode(), said)
+        for form in (seed, seed.hex().encode(), seed.hex().upper().encode(), base64.b64encode(seed)):
+            self.assertNotIn(form, said)
