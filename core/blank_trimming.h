@@ -4,8 +4,8 @@
 
 namespace corvane::core {
 
-/// `text` without tabs and Unicode space separators at both ends. Line breaks stay: they make an
-/// address or a URL invalid rather than being forgiven.
+/// `text` without tabs and Unicode space separators at both ends. Line breaks are kept: they make
+/// an address or a URL invalid.
 [[nodiscard]] inline QStringView trimmingBlanks(QStringView text)
 {
     const auto isBlank = [](QChar c) {

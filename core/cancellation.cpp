@@ -10,7 +10,7 @@ void Cancellation::cancel()
     if (const auto alarm = std::exchange(m_alarm, nullptr)) {
         alarm->cancel();
     }
-    // The task that wakes up may drop this object, so nothing of it is touched after that.
+    // The resumed task may destroy this object, so that it must not be accessed afterwards.
     if (const auto sleep = std::exchange(m_sleep, std::nullopt)) {
         sleep->resolve(SleepEnd::Cancelled);
     }

@@ -9,12 +9,12 @@
 
 namespace corvane::core {
 
-/// How a sleep ended: by itself, or by `cancel`.
+/// How a sleep ended: when its time elapsed, or by `cancel`.
 enum class SleepEnd { Elapsed, Cancelled };
 
-/// Lets the owner of a running task tell it to stop, and the task sleep until then.
+/// Lets a task sleep, and its owner cancel the task and its sleep.
 ///
-/// Shared by the two; one task at a time. Main thread.
+/// Shared by the owner and at most one task. Main thread.
 class Cancellation
 {
 public:
@@ -23,10 +23,11 @@ public:
     Cancellation &operator=(const Cancellation &) = delete;
 
     [[nodiscard]] bool isCancelled() const { return m_cancelled; }
-    /// Ends the task's sleep before it returns; a task that is not asleep finds out when it looks.
+    /// Sets `isCancelled`, which the task must check, and resumes the task before it returns if the
+    /// task is sleeping.
     void cancel();
 
-    /// Await the result. Ends at once when cancelled already.
+    /// Sleeps for `duration` when the result is awaited. Returns immediately if already cancelled.
     [[nodiscard]] platform::Completion<SleepEnd> sleepFor(platform::MainQueue &queue,
                                                           std::chrono::nanoseconds duration);
 

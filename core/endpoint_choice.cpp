@@ -15,7 +15,7 @@ std::optional<QUrl> parsedUrl(QStringView text)
     return url.isValid() && !url.isEmpty() ? std::optional(url) : std::nullopt;
 }
 
-/// "~" and "~/..." name the home directory; other users' homes are not looked up.
+/// Expands "~" and "~/..." to the home directory. Other users' homes are not supported.
 QString expandingTilde(QStringView path, const platform::FileSystem &files)
 {
     if (path == "~"_L1 || path.startsWith("~/"_L1)) {

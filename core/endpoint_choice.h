@@ -14,30 +14,31 @@ class FileSystem;
 
 namespace corvane::core {
 
-/// True when trimmed text begins with "http". Case-sensitive on purpose, and asked alike by the
-/// choice of endpoint and by the label that names it.
+/// True if trimmed text starts with "http". Deliberately case-sensitive; used both for the choice
+/// of the endpoint and for its label.
 [[nodiscard]] bool beginsLikeWebUrl(QStringView trimmed);
 
-/// Which endpoint is in use, as the user is told.
+/// The kind of endpoint in use, as shown to the user.
 enum class RpcSource {
-    Custom,       ///< what the user typed
-    HeliusCustom, ///< the same, and it names that provider
+    Custom,       ///< typed by the user
+    HeliusCustom, ///< typed by the user, and names that provider
     Proxy,        ///< the RPC proxy of the wallet web app
-    Public,       ///< the cluster's public endpoint, which limits how often it may be asked
+    Public,       ///< the cluster's public endpoint, which is rate-limited
 };
 
-/// Custom for everything that begins like a URL, even if it turns out not to be one.
+/// Custom for every text that starts like a URL, even if it is not a valid one.
 [[nodiscard]] RpcSource rpcSource(QStringView customRPC, bool proxyOK);
 
-/// The endpoint that the user typed, when it is a URL that names a host.
+/// The endpoint typed by the user; empty unless it is a URL with a host.
 [[nodiscard]] std::optional<QUrl> customEndpoint(QStringView customRPC);
 
-/// Where the wallet web app lives: the web URL or existing local path in `walletURL`, else
-/// `defaultApp`. A local path gives a file URL. A URL may still lack a host, as while it is typed.
+/// The location of the wallet web app: the web URL or existing local path in `walletURL`, otherwise
+/// `defaultApp`. A local path becomes a file URL. The URL may have no host, for example while it is
+/// being typed.
 [[nodiscard]] std::optional<QUrl> walletSource(QStringView walletURL, const QString &defaultApp,
                                                const platform::FileSystem &files);
 
-/// The RPC proxy of the web app at `source`: its scheme, host and port with a fixed path; none for
+/// The RPC proxy of the web app at `source`: its scheme, host and port with a fixed path; empty for
 /// a local file or without a host.
 [[nodiscard]] std::optional<QUrl> proxyEndpoint(const std::optional<QUrl> &source,
                                                 SolNetwork network);

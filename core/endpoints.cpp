@@ -19,7 +19,7 @@ struct Entry
 {
     QLatin1StringView key;
     QString Endpoints::*address;
-    /// Paths are appended to the address.
+    /// True if paths are appended to the address.
     bool isBase;
 };
 
@@ -41,7 +41,8 @@ bool isAbsoluteWebUrl(const QUrl &url)
 
 bool isLoopback(const QString &address)
 {
-    // Names may begin with the same digits, and a number with a leading zero is a name.
+    // Matches complete numbers only: a host name may start with the same digits, and a number with
+    // a leading zero counts as a name.
     static const QRegularExpression loopbackNumber(
         uR"(\A127(\.(25[0-5]|2[0-4][0-9]|1[0-9]{2}|[1-9]?[0-9])){3}\z)"_s);
     const QString host = QUrl(address).host();

@@ -9,25 +9,25 @@
 
 namespace corvane::core {
 
-/// The base addresses of every service that the wallet talks to: absolute http or https URLs.
+/// The base addresses of all services that the wallet uses: absolute http or https URLs.
 ///
-/// A default-constructed set holds the built-in addresses. To `coingecko`, `binance`, `coinbase`
-/// and `explorer` fixed paths are appended, so these end without a slash; the two cluster addresses
-/// are used as they are.
+/// A default-constructed object contains the built-in addresses. Fixed paths are appended to
+/// `coingecko`, `binance`, `coinbase` and `explorer`, which have no trailing slash; the two cluster
+/// addresses are used unchanged.
 struct Endpoints
 {
     Endpoints();
 
-    /// The built-in addresses with those replaced that `json` names: an object whose keys are the
-    /// members of this struct and whose values are URLs. Otherwise a sentence that says what is
-    /// wrong, for the person who wrote the file.
+    /// The built-in addresses, some of them replaced by those in `json`: an object whose keys are
+    /// the names of this struct's members and whose values are URLs. If it is invalid, returns an
+    /// error message for the author of the file.
     [[nodiscard]] static std::variant<Endpoints, QString> load(const QByteArray &json);
 
     /// The public JSON-RPC endpoint of a cluster.
     [[nodiscard]] const QString &defaultRPC(SolNetwork network) const;
 
-    /// True when every cluster, and the web app with its proxy, is on this machine: named
-    /// "localhost", ::1 or an address of 127.0.0.0/8.
+    /// True if both clusters and the web app with its proxy are on this machine: "localhost", ::1
+    /// or an address in 127.0.0.0/8.
     [[nodiscard]] bool areLocal() const;
 
     QString mainnet;

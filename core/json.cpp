@@ -14,7 +14,7 @@ namespace {
 
 constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
 
-/// The first byte that is not JSON white space; 0 when there is none.
+/// The first byte that is not JSON white space; 0 if there is none.
 char firstByteOfValue(QByteArrayView text)
 {
     for (const char byte : text) {
@@ -41,8 +41,8 @@ std::optional<QJsonValue> parseJson(const QByteArray &text)
         return document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array());
     }
 
-    // Qt reads only objects and arrays at the top level, so a lone text, number or literal is read
-    // as the single element of an array. A second element means that there was a comma.
+    // Qt accepts only objects and arrays at the top level, so the value is parsed as the single
+    // element of an array. More than one element means that the text contained a top-level comma.
     const QJsonDocument document = QJsonDocument::fromJson('[' + json + ']', &error);
     if (error.error != QJsonParseError::NoError || document.array().size() != 1) {
         return std::nullopt;
@@ -60,8 +60,8 @@ std::optional<double> parseNumber(QStringView text)
     if (text.empty() || text.front().isSpace() || text.front().category() == QChar::Other_Control) {
         return std::nullopt;
     }
-    // The process's own locale may write a decimal comma. Never freed: the C locale is static data
-    // of the C library.
+    // The process's locale may have a decimal comma. Never freed: the C locale is static data of
+    // the C library.
     static const locale_t posix = newlocale(LC_ALL_MASK, "C", nullptr);
 
     const QByteArray bytes = text.toUtf8();

@@ -8,16 +8,16 @@
 
 namespace corvane::core {
 
-/// The one JSON value of any type that `text` (UTF-8) consists of; none when it is anything else.
-/// A byte order mark in front is skipped; nesting deeper than 1024 is refused.
+/// Parses `text` (UTF-8), which must be exactly one JSON value of any type; empty otherwise. Skips
+/// a leading byte order mark; rejects nesting deeper than 1024.
 [[nodiscard]] std::optional<QJsonValue> parseJson(const QByteArray &text);
 
-/// The number that a JSON value is; none for every other type.
+/// The value of a JSON number; empty for every other type.
 [[nodiscard]] std::optional<double> numberIn(const QJsonValue &value);
 
-/// The number that the whole of `text` is, in the forms that strtod accepts in the POSIX locale
-/// (exponents, infinity, not-a-number, hexadecimal). None when the text is empty, begins with a
-/// blank or control character or holds anything else.
+/// Parses the whole of `text` as a number, in the formats that strtod accepts in the POSIX locale
+/// (including exponents, infinity, not-a-number and hexadecimal). Empty if the text is empty,
+/// starts with a blank or control character, or contains anything else.
 [[nodiscard]] std::optional<double> parseNumber(QStringView text);
 
 } // namespace corvane::core

@@ -12,31 +12,31 @@
 
 namespace corvane::core {
 
-/// Why a call failed although the transport did its part.
+/// Why a call failed although the HTTP request succeeded or was not needed.
 enum class CallError {
-    BadUrl,            ///< the address does not parse
+    BadUrl,            ///< the URL is invalid
     NotSerialisable,   ///< a parameter is not a JSON value; nothing was sent
-    NotJson,           ///< the reply does not parse
-    BadServerResponse, ///< the reply is no JSON-RPC result
+    NotJson,           ///< the reply is not valid JSON
+    BadServerResponse, ///< the reply is not a JSON-RPC result
 };
 
-/// A call's JSON value, or the transport's failure as it came, or ours.
+/// A call's JSON value, or the HTTP error, or the call error.
 using JsonResult = std::variant<QJsonValue, platform::HttpError, CallError>;
 
-/// A JSON-RPC 2.0 call, bounded to 12 s; none when a parameter is not a JSON value (JSON has no
-/// infinity and no not-a-number). A transfer goes out once.
+/// A JSON-RPC 2.0 request with a time limit of 12 s; empty if a parameter is not a JSON value (JSON
+/// has no infinity and no not-a-number). A transfer is never sent twice.
 [[nodiscard]] std::optional<platform::HttpRequest>
 rpcRequest(const QUrl &url, const QString &method, const QJsonArray &params);
-/// The question whether an RPC proxy works, bounded to 8 s.
+/// A request that checks whether an RPC proxy works, with a time limit of 8 s.
 [[nodiscard]] platform::HttpRequest healthRequest(const QUrl &url);
-/// A plain GET of a JSON document, bounded to 12 s; none when the address does not parse.
+/// A GET request for a JSON document, with a time limit of 12 s; empty if the URL is invalid.
 [[nodiscard]] std::optional<platform::HttpRequest> jsonRequest(const QString &url);
 
-/// The `result` of a JSON-RPC reply, null included. The HTTP status is not looked at.
+/// The `result` of a JSON-RPC reply, which may be null. Ignores the HTTP status.
 [[nodiscard]] JsonResult readRpcReply(const platform::HttpResult &result);
-/// The document of a JSON reply. The HTTP status is not looked at.
+/// The document in a JSON reply. Ignores the HTTP status.
 [[nodiscard]] JsonResult readJsonReply(const platform::HttpResult &result);
-/// True for status 200 with a JSON body, whatever it says.
+/// True for status 200 with any JSON body.
 [[nodiscard]] bool isHealthy(const platform::HttpResult &result);
 
 } // namespace corvane::core

@@ -18,12 +18,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QStringView unknownAmount = u"—";
-/// From here on two fraction digits are enough, and four would not fit.
+/// From this amount on, two fraction digits are shown: four would not fit.
 constexpr double largeSol = 1000;
 constexpr std::size_t shortenedFrom = 11;
 constexpr std::size_t keptAtEitherEnd = 4;
 
-/// Where each user-perceived character begins, and the end.
+/// The start of each user-perceived character, and the end of the text.
 std::vector<qsizetype> characterBounds(const QString &text)
 {
     std::vector<qsizetype> bounds{0};
@@ -38,7 +38,7 @@ std::vector<qsizetype> characterBounds(const QString &text)
 
 QString fixedPoint(double value, int decimals)
 {
-    // QString would take ties away from zero.
+    // QString would round ties away from zero.
     constexpr int longestWholePart = std::numeric_limits<double>::max_exponent10 + 2;
     QByteArray digits(longestWholePart + 1 + decimals, Qt::Uninitialized);
     const auto [end, error] =
@@ -68,7 +68,7 @@ QString quibLabel(const platform::NumberFormatter &formatter, std::optional<doub
     if (!sol) {
         return unknownAmount.toString();
     }
-    // std::round takes halves away from zero, where the formatter would take them to even.
+    // std::round rounds halves away from zero; the formatter would round them to even.
     return group(formatter, std::round(*sol * quibPerSol), 0) + " QUIB"_L1;
 }
 

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype fewestChartPoints = 3;
-/// Keeps the sparkline cheap to draw and to animate.
+/// Limits the cost of drawing and animating the sparkline.
 constexpr qsizetype mostChartPoints = 72;
 
 std::optional<PriceQuote> readCoinGecko(const QJsonValue &document)
@@ -27,7 +27,7 @@ std::optional<PriceQuote> readCoinGecko(const QJsonValue &document)
     return PriceQuote{*price, numberIn(solana["usd_24h_change"_L1])};
 }
 
-// A missing or non-text member reads as the empty text, which is no number.
+// A missing or non-text member becomes the empty text, which is not a number.
 
 std::optional<PriceQuote> readBinance(const QJsonValue &document)
 {
@@ -35,7 +35,7 @@ std::optional<PriceQuote> readBinance(const QJsonValue &document)
     if (!price) {
         return std::nullopt;
     }
-    // The ticker is in USDT, which is taken as dollars.
+    // The ticker's price is in USDT, which is treated as US dollars.
     return PriceQuote{*price, parseNumber(document["priceChangePercent"_L1].toString())};
 }
 

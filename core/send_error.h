@@ -8,18 +8,18 @@
 
 namespace corvane::core {
 
-/// Why an operation on the key, or a transfer, failed. Its description is shown to the user as it
-/// is.
+/// Why an operation on the key or a transfer failed. The description is shown to the user
+/// unchanged.
 class SendError
 {
 public:
-    /// What went wrong, for code; people read the description.
+    /// The kind of error, for code; users see the description.
     enum class Kind {
-        Rpc,          ///< the cluster or the keychain; carries its own text
+        Rpc,          ///< the cluster or the keychain; with a text of its own
         BadKey,       ///< not a secret key
         Locked,       ///< the user did not open the key
         BadRecipient, ///< not an address
-        BadAmount,    ///< not more than nothing
+        BadAmount,    ///< not greater than 0
     };
 
     [[nodiscard]] static SendError rpc(const QString &text) { return {Kind::Rpc, text}; }
@@ -27,11 +27,11 @@ public:
     [[nodiscard]] static SendError locked() { return {Kind::Locked, {}}; }
     [[nodiscard]] static SendError badRecipient() { return {Kind::BadRecipient, {}}; }
     [[nodiscard]] static SendError badAmount() { return {Kind::BadAmount, {}}; }
-    /// The keychain did not store a key.
+    /// The keychain failed to store a key.
     [[nodiscard]] static SendError keychainRefused(platform::KeychainStatus status);
 
     [[nodiscard]] Kind kind() const { return m_kind; }
-    /// In English, one sentence or a server's own words.
+    /// In English: one sentence, or the server's error message.
     [[nodiscard]] QString description() const;
     [[nodiscard]] bool operator==(const SendError &) const = default;
 
@@ -45,7 +45,7 @@ private:
     QString m_text;
 };
 
-/// What an operation gives, or why it failed.
+/// The result of an operation, or why it failed.
 template <typename Value>
 using SendResult = std::variant<Value, SendError>;
 

@@ -13,16 +13,16 @@ namespace corvane::core {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SolNetwork)
 
-/// The Solana cluster that all balances and transfers are about.
+/// The Solana cluster for all balances and transfers.
 enum class SolNetwork { Mainnet, Devnet };
 Q_ENUM_NS(SolNetwork)
 
-/// In the order in which the settings offer them.
+/// In the order of the settings card.
 inline constexpr std::array allSolNetworks = {SolNetwork::Mainnet, SolNetwork::Devnet};
 
-/// The name under which a cluster is stored and sent.
+/// The name of a cluster in the settings file and in requests.
 [[nodiscard]] QString rawValue(SolNetwork network);
-/// The cluster of a stored name; none for any other text.
+/// The cluster with a stored name; empty for any other text.
 [[nodiscard]] std::optional<SolNetwork> solNetworkFromRawValue(QStringView text);
 
 } // namespace corvane::core

@@ -9,12 +9,11 @@
 
 namespace corvane::core {
 
-/// The blockhash in the result of `getLatestBlockhash`; none when it has another shape.
+/// The blockhash in the result of `getLatestBlockhash`; empty if its structure is unexpected.
 [[nodiscard]] std::optional<keys::Blockhash> readBlockhash(const QJsonValue &result);
 
-/// The signature that is the result of `sendTransaction`; none when it is no text. It stays the
-/// text that the cluster wrote and is not decoded: what was accepted is sent, whatever its name,
-/// and the user is shown that name.
+/// The signature in the result of `sendTransaction`; empty if it is not a text. It is not decoded:
+/// an accepted transfer counts as sent, and the cluster's text is shown to the user unchanged.
 [[nodiscard]] std::optional<QString> readSignature(const QJsonValue &result);
 
 } // namespace corvane::core

@@ -17,7 +17,7 @@ std::optional<double> parseAmount(QStringView text)
         return std::nullopt;
     }
     QByteArray digits = text.toLatin1().replace(',', '.');
-    // The parser knows no plus in front.
+    // std::from_chars accepts no leading plus sign.
     if (digits.startsWith('+') && !digits.startsWith("+-")) {
         digits.remove(0, 1);
     }

@@ -6,8 +6,8 @@
 
 namespace corvane::core {
 
-/// An amount as people type it: a decimal number with a point or a comma, nothing around it.
-/// Finite; none for anything else.
+/// Parses an amount typed by the user: a finite decimal number with a point or a comma, without
+/// surrounding white space. Empty for any other text.
 [[nodiscard]] std::optional<double> parseAmount(QStringView text);
 
 } // namespace corvane::core

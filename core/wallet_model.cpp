@@ -48,7 +48,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
 
 WalletModel::~WalletModel()
 {
-    // The loop would end by itself, but only when its sleep is over.
+    // Without this the loop would stop only after its current sleep.
     m_pollTask->cancel();
 }
 

@@ -1,5 +1,5 @@
-// The asynchronous half of the wallet model. Each coroutine copies what it needs and looks after
-// every wait whether the model is still there.
+// The asynchronous part of the wallet model. Each coroutine copies the values it needs and checks
+// after every wait whether the model still exists.
 
 #include "core/balances.h"
 #include "core/cancellation.h"
@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::nanoseconds pollInterval = 30s;
-/// About a quarter of an hour.
+/// Fetches the chart about every quarter of an hour.
 constexpr qint64 cyclesPerChart = 30;
 
 } // namespace
@@ -57,7 +57,7 @@ QCoro::Task<> WalletModel::probeProxy()
     }
     const auto pending = m_services.http.send(healthRequest(*url));
     const platform::HttpResult result = co_await pending;
-    // Of a URL that is being typed, an earlier part may answer last.
+    // Older probes may answer after newer ones, for example while a URL is being typed.
     if (self && self->m_probes == probe) {
         publish(m_proxyOK, isHealthy(result), &WalletModel::proxyOKChanged);
     }

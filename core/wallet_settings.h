@@ -4,7 +4,7 @@
 
 namespace corvane::core {
 
-/// Keys of the wallet's settings. They name what is on people's disks already.
+/// Keys of the wallet's settings. They must not change, because existing settings files use them.
 inline constexpr QLatin1StringView addressSetting{"corvane.address"};
 inline constexpr QLatin1StringView networkSetting{"corvane.network"};
 inline constexpr QLatin1StringView customRPCSetting{"corvane.rpc"};

@@ -1,4 +1,4 @@
-// Bytes on their way to Base58 and back, and texts that may be Base58.
+// Bytes converted to Base58 and back, and texts that may be Base58.
 
 #include "keys/base58.h"
 #include "fuzz/property.h"
@@ -53,7 +53,7 @@ void checkText(const QString &text)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    // The work grows with the square, and callers bound what they hand over.
+    // The running time is quadratic, and callers limit the size.
     constexpr std::size_t longest = 100;
     if (size > longest) {
         return -1;

@@ -1,4 +1,4 @@
-// What somebody pastes as a secret key, and the forms in which keys are handed out.
+// Pasted secret keys, and the formats in which wallets export keys.
 
 #include "fuzz/property.h"
 #include "keys/secret_key_text.h"
@@ -17,7 +17,7 @@ namespace {
 
 constexpr qsizetype seedSize = platform::SigningKeys::seedSize;
 
-/// The seed of these bytes in each form that wallets write.
+/// Checks that the seed of these bytes can be read in each format that wallets export.
 void checkForms(const QByteArray &bytes)
 {
     const auto seed = SecretBytes::copyOf(
@@ -33,7 +33,7 @@ void checkForms(const QByteArray &bytes)
 
     QJsonArray numbers;
     for (const std::uint8_t byte : seed.bytes()) {
-        // Only the low bits of a number count.
+        // Only the low 8 bits of a number are used.
         numbers.append(qint64{byte} - 256 * (byte % 3));
     }
     for (const auto format : {QJsonDocument::Indented, QJsonDocument::Compact}) {
@@ -42,7 +42,7 @@ void checkForms(const QByteArray &bytes)
     }
 }
 
-/// Holds the reader of arrays against a general one.
+/// Compares the parser of arrays with a general JSON parser.
 void checkArray(const QString &text, const std::optional<SecretBytes> &seed)
 {
     if (!text.trimmed().startsWith(u'[')) {
@@ -56,7 +56,7 @@ void checkArray(const QString &text, const std::optional<SecretBytes> &seed)
         });
     };
     require(!seed || (document.isArray() && numbers.size() >= seedSize && areWithin(0x1p63)));
-    // A general reader may round larger ones.
+    // A general parser may round larger numbers.
     const bool areIntegers =
         !text.contains(u'.') && !text.contains(u'e', Qt::CaseInsensitive) && areWithin(0x1p53);
     const bool isKey =

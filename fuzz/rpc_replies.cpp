@@ -1,4 +1,4 @@
-// Bodies of a cluster's replies.
+// The bodies of a cluster's replies.
 
 #include "core/balances.h"
 #include "core/json.h"
@@ -31,7 +31,7 @@ void checkDocument(const QByteArray &body, const std::optional<QJsonValue> &docu
     require(!isHealthy(platform::HttpReply{500, body}));
     if (document) {
         require(!parseJson(body + ',') && !parseJson(body + ",0"));
-        // A value within an array is read by other means than one that stands alone.
+        // A value inside an array is parsed differently from a single value.
         const QByteArray written = QJsonDocument(QJsonArray{*document}).toJson();
         require(fuzz::hasByteOrderMark(body) ||
                 parseJson(written) == QJsonValue(QJsonArray{*document}));
@@ -52,7 +52,7 @@ void checkBalances(const QJsonValue &result)
         return;
     }
     require(!std::isnan(*tokens));
-    // One account more adds its amount, one without an amount nothing.
+    // An additional account adds its amount; one without an amount adds nothing.
     for (const auto &[amount, added] :
          {std::pair(QJsonValue(2.5), 2.5), std::pair(QJsonValue(u"2.5"_s), 0.0)}) {
         const QJsonObject info{{u"tokenAmount"_s, QJsonObject{{u"uiAmount"_s, amount}}}};

@@ -11,15 +11,15 @@
 
 namespace corvane::keys {
 
-/// The address of a Solana account: 32 bytes, which people write in Base58. They need not be a
-/// point on the curve.
+/// The address of a Solana account: 32 bytes, written in Base58. They need not be a point on the
+/// curve.
 class Address
 {
 public:
-    /// The address that `text`, untrimmed, stands for; none unless it is the Base58 form of exactly
-    /// 32 bytes. The work is bounded, however long the text.
+    /// Parses `text` without trimming; empty unless it is the Base58 form of exactly 32 bytes. The
+    /// running time is bounded, however long the text is.
     [[nodiscard]] static std::optional<Address> fromText(QStringView text);
-    /// The account that `key` signs for.
+    /// The address of the account whose signing key is `key`.
     explicit Address(const platform::PublicKey &key);
 
     [[nodiscard]] const QString &text() const { return m_text; }

@@ -10,7 +10,8 @@ namespace {
 constexpr qsizetype shortestAddress = 32;
 constexpr qsizetype longestAddress = 44;
 
-/// Digits that `byteCount` bytes need at most: log(256) / log(58) is a little below 1.38.
+/// The maximum number of digits for `byteCount` bytes: log(256) / log(58) is slightly less than
+/// 1.38.
 constexpr std::size_t digitBound(std::size_t byteCount)
 {
     return byteCount * 138 / 100 + 1;
@@ -28,14 +29,14 @@ constexpr std::array<std::uint8_t, 128> digitValues = [] {
     return values;
 }();
 
-/// Writes the digits' characters to the front of `out`, which must hold `digitBound` of the bytes;
-/// answers how many there are.
+/// Writes the digits to the start of `out`, whose size must be at least `digitBound` of the byte
+/// count. Returns the number of digits.
 std::size_t encodeInto(std::span<std::uint8_t> out, std::span<const std::uint8_t> bytes)
 {
     const auto firstNonZero = std::ranges::find_if(bytes, [](std::uint8_t b) { return b != 0; });
     const auto zeros = static_cast<std::size_t>(firstNonZero - bytes.begin());
 
-    // Least significant digit first, until all are known.
+    // Least significant digit first; reversed below.
     const std::span<std::uint8_t> digits = out.subspan(zeros);
     std::size_t count = 0;
     for (const std::uint8_t byte : bytes.subspan(zeros)) {
@@ -57,15 +58,15 @@ std::size_t encodeInto(std::span<std::uint8_t> out, std::span<const std::uint8_t
     return zeros + count;
 }
 
-/// Writes the bytes to the front of `out`, which must have the text's size; answers how many there
-/// are, or none when a character is not a digit.
+/// Writes the bytes to the start of `out`, whose size must be at least the text's. Returns the
+/// number of bytes; empty if a character is not a digit.
 std::optional<std::size_t> decodeInto(std::span<std::uint8_t> out, QStringView text)
 {
     const auto firstOther =
         std::ranges::find_if(text, [](QChar c) { return c != QLatin1Char(Base58::alphabet[0]); });
     const auto zeros = static_cast<std::size_t>(firstOther - text.begin());
 
-    // Least significant byte first, until all are known.
+    // Least significant byte first; reversed below.
     const std::span<std::uint8_t> bytes = out.subspan(zeros);
     std::size_t count = 0;
     for (const QChar character : text.sliced(static_cast<qsizetype>(zeros))) {

@@ -14,10 +14,10 @@
 
 namespace corvane::keys {
 
-/// Base58 with the Bitcoin alphabet and without a checksum, as Solana writes keys and hashes.
+/// Base58 with the Bitcoin alphabet and without a checksum, as Solana uses it for keys and hashes.
 ///
-/// The conversion is the quadratic schoolbook method: meant for some dozens of bytes. Callers trim
-/// and bound what people or servers send before they decode it. Any thread.
+/// The running time is quadratic, so that it is meant for at most some dozens of bytes. Callers
+/// must trim untrusted input and limit its size before decoding. Thread-safe.
 struct Base58
 {
     /// The digits 0 to 57 in order.
@@ -27,17 +27,17 @@ struct Base58
         'X', 'Y', 'Z', 'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i', 'j', 'k', 'm',
         'n', 'o', 'p', 'q', 'r', 's', 't', 'u', 'v', 'w', 'x', 'y', 'z'};
 
-    /// Each zero byte in front gives a '1' in front; no bytes give no text.
+    /// Each leading zero byte becomes a leading '1'; no bytes become an empty text.
     [[nodiscard]] static QString encode(std::span<const std::uint8_t> bytes);
-    /// None when `text` holds a character outside the alphabet. Nothing is trimmed.
+    /// Empty if `text` contains a character outside the alphabet. Does not trim.
     [[nodiscard]] static std::optional<std::vector<std::uint8_t>> decode(QStringView text);
 
-    /// The same for secrets: every intermediate digit lies in guarded memory. The text is ASCII.
+    /// The same for secrets: all intermediate results are in guarded memory. The text is ASCII.
     [[nodiscard]] static platform::SecretBytes encodeSecret(std::span<const std::uint8_t> bytes);
     [[nodiscard]] static std::optional<platform::SecretBytes> decodeSecret(QStringView text);
 
-    /// The 32 bytes of an address or a hash; none when `text`, untrimmed, has another size or is no
-    /// Base58. The work is bounded, however long the text.
+    /// The 32 bytes of an address or a hash; empty if `text` is not Base58 or has another size.
+    /// Does not trim. The running time is bounded, however long the text is.
     [[nodiscard]] static std::optional<std::array<std::uint8_t, 32>> decode32(QStringView text);
 };
 

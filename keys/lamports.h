@@ -5,20 +5,20 @@
 
 namespace corvane::keys {
 
-/// An amount as it goes on the wire: 1 SOL is 1,000,000,000 lamports.
+/// An amount of lamports, as encoded in transactions: 1 SOL is 1,000,000,000 lamports.
 class Lamports
 {
 public:
-    /// Lamports of one SOL, as the cluster defines it.
+    /// Number of lamports per SOL, defined by the cluster.
     static constexpr double perSol = 1e9;
 
     constexpr explicit Lamports(std::uint64_t count)
         : m_count(count)
     {}
 
-    /// `sol` rounded to the nearest lamport, halves away from zero. An amount that is infinite, not
-    /// a number, not above -1 lamport or not below 2^64 lamports is a caller's mistake with money
-    /// and stops the process.
+    /// Rounds `sol` to the nearest lamport, halves away from zero. Aborts the process if the amount
+    /// is infinite or not a number, at most -1 lamport, or at least 2^64 lamports: the caller must
+    /// exclude these.
     [[nodiscard]] static Lamports fromSol(double sol);
 
     [[nodiscard]] constexpr std::uint64_t count() const { return m_count; }

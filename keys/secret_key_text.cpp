@@ -13,11 +13,11 @@ using platform::SecretBytes;
 
 constexpr std::size_t seedSize = platform::SigningKeys::seedSize;
 constexpr std::size_t secretKeySize = 64;
-/// Digits that 64 bytes take at most.
+/// Maximum number of digits for 64 bytes.
 constexpr qsizetype longestBase58 = 88;
 
-/// Reads a JSON array of integers. Written out here because a general parser would leave copies of
-/// the key behind.
+/// Parses a JSON array of integers. A general parser would leave copies of the key in unprotected
+/// memory.
 class ByteArrayReader
 {
 public:
@@ -27,7 +27,7 @@ public:
 
     std::optional<SecretBytes> read()
     {
-        // No array that long is a key; the bound keeps a pasted book out of guarded memory.
+        // A longer array is not a key; the limit keeps large pasted texts out of guarded memory.
         SecretBytes bytes(secretKeySize + 1);
         std::size_t count = 0;
         if (!take(u'[')) {

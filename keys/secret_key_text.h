@@ -9,14 +9,14 @@
 
 namespace corvane::keys {
 
-/// The seed in a secret key that somebody pasted: Base58, or a JSON array of integers of which each
-/// gives its low 8 bits. Of 64 bytes the first 32 are the seed and the rest is ignored; 32 bytes
-/// are the seed itself. Blanks and line breaks at both ends are forgiven; none for anything else.
+/// Parses the seed in a pasted secret key: Base58, or a JSON array of integers, of each of which
+/// the low 8 bits are used. Of 64 bytes the first 32 are the seed and the rest is ignored; 32 bytes
+/// are the seed itself. Ignores blanks and line breaks at both ends. Empty for any other text.
 ///
-/// `text` should lie in guarded memory; no part of it is copied outside of such.
+/// `text` should be in guarded memory; no part of it is copied to unprotected memory.
 [[nodiscard]] std::optional<platform::SecretBytes> seedFromText(QStringView text);
 
-/// The 64-byte secret key, seed then public key, in Base58 (ASCII): what a backup shows.
+/// The 64-byte secret key (seed, public key) in Base58 (ASCII), as shown in a backup.
 [[nodiscard]] platform::SecretBytes backupText(const platform::SecretBytes &seed,
                                                const platform::PublicKey &publicKey);
 

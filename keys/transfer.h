@@ -12,7 +12,7 @@
 
 namespace corvane::keys {
 
-/// The hash of a block: which moment of the cluster's history a transaction belongs to.
+/// The hash of a block, which a transaction must contain to prove that it is recent.
 struct Blockhash
 {
     std::array<std::uint8_t, 32> bytes{};
@@ -23,22 +23,23 @@ struct Blockhash
 /// One transfer of SOL by the System Program.
 struct Transfer
 {
-    /// Pays the amount and the fee, and signs.
+    /// Pays the amount and the fee, and must sign.
     platform::PublicKey sender;
     Address recipient;
     Lamports amount;
-    /// A recent one; the cluster forgets it after some 150 slots, and with it the transaction.
+    /// A recent blockhash; the cluster rejects the transaction when it is older than about 150
+    /// slots.
     Blockhash recentBlockhash;
 };
 
-/// Appends `length` in Solana's compact form: seven bits a byte, lowest first, the high bit set on
-/// all but the last.
+/// Appends `length` in Solana's compact encoding: seven bits per byte, lowest first; the high bit
+/// is set in all bytes except the last.
 void appendCompactLength(std::vector<std::uint8_t> &bytes, std::size_t length);
 
 /// The legacy message that is signed, 150 bytes.
 [[nodiscard]] std::vector<std::uint8_t> transferMessage(const Transfer &transfer);
 
-/// The transaction as it is sent: one signature, then the message; standard Base64 with padding.
+/// The encoded transaction: one signature, then the message; standard Base64 with padding.
 [[nodiscard]] QByteArray signedTransaction(const platform::Signature &signature,
                                            const std::vector<std::uint8_t> &message);
 
