@@ -77,7 +77,7 @@ TEST_F(AppDelegateTest, TheMenuActsOnTheWalletAndTheIsland)
     EXPECT_EQ(m_panels.state.orderedFront, 1);
 
     choose(QStringLiteral("Refresh now"));
-    // The chart comes only with a refresh that is forced.
+    // Only a forced refresh fetches the chart.
     EXPECT_EQ(std::ranges::count(http.names(), tests::chart), 1);
     choose(QStringLiteral("Settings…"));
     EXPECT_TRUE(m_island->expanded());
@@ -174,7 +174,8 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
     EXPECT_EQ(m_application.terminations, 1);
 }
 
-/// The mark stands out from any panel: somewhere it is much lighter or much darker than it.
+/// The mark is visible on any panel: some pixel of it is much lighter or much darker than the
+/// panel.
 TEST_F(AppDelegateTest, ThePictureIsSeenOnEveryPanel)
 {
     launchApplication();
@@ -192,7 +193,7 @@ TEST_F(AppDelegateTest, ThePictureIsSeenOnEveryPanel)
                 marked += std::abs(grey - panel) > 100 ? 1 : 0;
             }
             EXPECT_GT(marked, side * side / 5) << side << " on " << panel;
-            // The ring stands free of its dot, and inside of the picture.
+            // The ring is separate from its dot, and inside the picture.
             EXPECT_EQ(qGray(image.pixel(0, 0)), panel);
         }
     }

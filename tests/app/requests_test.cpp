@@ -32,9 +32,10 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
         QStringList arguments;
         Claim claim;
         bool answers;
-        /// Action and parameter that the running instance gets; empty for none, "-" to activate.
+        /// Action and parameter that the running instance receives; empty for none, "-" for
+        /// activation.
         QString sent;
-        /// None: this start runs.
+        /// Empty: this process continues to run.
         std::optional<int> status;
     };
     const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
@@ -77,7 +78,7 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
             }
         }
         EXPECT_EQ(sent.join(u' '), start.sent);
-        // What only asks does not become the instance to run.
+        // A process that only sends a request does not claim to be the instance.
         EXPECT_EQ(instance.patience.has_value(),
                   std::get<Options>(parsed).command == Options::Command::Run);
         if (instance.patience) {
@@ -196,7 +197,7 @@ TEST(QtEnvironmentTest, IsChangedForThisProgramAlone)
         QtEnvironment environment;
         environment.prepare(platform::X11WindowSystem::qtEnvironment());
         EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), during);
-        EXPECT_EQ(qgetenv("QT_XCB_NO_MITSHM"), "0") << "somebody has set it";
+        EXPECT_EQ(qgetenv("QT_XCB_NO_MITSHM"), "0") << "the variable is set already";
         EXPECT_EQ(qgetenv("QT_QPA_UPDATE_IDLE_TIME"), "0");
         environment.restore();
         EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), before);

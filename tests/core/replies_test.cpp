@@ -1,4 +1,4 @@
-// What the replies of the cluster and of the price services mean.
+// Parsing of the replies of the cluster and of the price services.
 
 #include "core/balances.h"
 #include "core/json.h"
@@ -36,7 +36,8 @@ TEST(JsonCalls, AsksAsDocumentedAndNeverForEver)
     EXPECT_EQ(call->url, url);
     EXPECT_EQ(call->timeout, 12s);
     EXPECT_FALSE(call->once);
-    EXPECT_TRUE(rpcRequest(url, u"sendTransaction"_s, {})->once) << "nobody wants to pay twice";
+    EXPECT_TRUE(rpcRequest(url, u"sendTransaction"_s, {})->once)
+        << "a transfer must not be sent twice";
     EXPECT_EQ(json(call->body), json(R"({"jsonrpc": "2.0", "id": 1, "method": "getIt",
                                          "params": ["key", {"mint": "m"}, 3]})"));
     constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -154,7 +155,7 @@ TEST(PriceFeeds, ThinsTheChartByIndexAndKeepsItsEnds)
         const int size = std::min(points, 72);
         ASSERT_EQ(thinned->size(), size);
         for (int i = 0; i < size; ++i) {
-            // In whole numbers, where the floor is exact.
+            // In integers, where the floor is exact.
             EXPECT_EQ(thinned->at(i), (points - 1) * i / (size - 1));
         }
     }

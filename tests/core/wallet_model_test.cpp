@@ -1,4 +1,4 @@
-// State, settings and what each setter starts.
+// State, settings, and the requests that each setter starts.
 
 #include "keys/key_vault.h"
 #include "tests/core/wallet_fixture.h"

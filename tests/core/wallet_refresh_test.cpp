@@ -1,4 +1,4 @@
-// Balances, prices, refresh cycles, polling, and replies that come too late.
+// Balances, prices, refresh cycles, polling, and late replies.
 
 #include "tests/core/wallet_fixture.h"
 
@@ -38,7 +38,7 @@ protected:
         settings.values.insert_or_assign(u"corvane.address"_s, u" "_s + addressA + u"\t"_s);
     }
 
-    /// Lets a task finish and tells what it yielded.
+    /// Lets a task finish and returns its result.
     std::optional<bool> outcome(QCoro::Task<bool> task)
     {
         std::optional<bool> result;
@@ -95,7 +95,8 @@ TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)
             settings.values.insert_or_assign(u"corvane.address"_s, addressA);
             settings.values.erase(u"corvane.network"_s);
             launchAndSettle();
-            // What the change itself fetches is held too, so that it cannot hide a late write.
+            // The requests caused by the change are held too, so that their results cannot hide a
+            // late write.
             http.hold(solIsLate ? balance : tokens);
             std::optional<bool> result;
             model->refreshBalance().then([&result](bool value) { result = value; });
@@ -110,7 +111,7 @@ TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)
             if (solIsLate) {
                 http.release(balance, R"({"result": {"value": 9000000000}})");
             }
-            // The fetch for a new address has got no further than its own first request.
+            // The refresh for a new address has sent only its first request.
             http.release(tokens, tokenReply("99"));
             EXPECT_EQ(paramsOf(*std::ranges::find_if(http.requests(), isTokenRequest))[1],
                       (QJsonObject{{u"mint"_s, core::usdcMint(SolNetwork::Mainnet)}}))
@@ -118,7 +119,7 @@ TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)
             EXPECT_EQ(model->sol(), solIsLate && !makesStale ? 9.0 : solBefore);
             EXPECT_EQ(model->usdc(), makesStale ? usdcBefore : 99.0);
             EXPECT_EQ(result, !makesStale || !solIsLate)
-                << "the SOL figure that came in before the change still counts";
+                << "the SOL figure received before the change is kept";
             model.reset();
             http.cancelHeld();
         }
@@ -182,7 +183,7 @@ TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
         EXPECT_TRUE(http.names().empty());
         queue.advance(1ns);
     }
-    // A forced cycle fetches it too, and counts for the schedule.
+    // A forced cycle fetches it too, and counts as a cycle of the schedule.
     launchAndSettle();
     model->refresh();
     queue.drain();
@@ -191,7 +192,7 @@ TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
     EXPECT_EQ(http.count(chart), 1);
     queue.advance(30s);
     EXPECT_EQ(http.count(chart), 2);
-    // So does every cycle while there is none.
+    // Every cycle fetches it while there is none.
     http.answer(chart, HttpError::Unreachable);
     launchAndSettle();
     queue.advance(90s);
@@ -211,12 +212,12 @@ TEST_F(Refresh, SleepsOnlyAfterASlowCycleAndPollsInOneLoopOnly)
     queue.advance(1ns);
     EXPECT_EQ(http.count(coinGecko), 2);
 
-    // The old loop may be in the middle of a cycle, or not even have begun.
+    // The old loop may be in the middle of a cycle, or not started yet.
     http.forgetRequests();
     model->startPolling();
     model->startPolling();
     queue.drain();
-    EXPECT_EQ(http.count(coinGecko), 1) << "the new loop starts at once";
+    EXPECT_EQ(http.count(coinGecko), 1) << "the new loop starts immediately";
     while (http.heldRequests() > 0) {
         http.release(chart, HttpError::TimedOut);
         queue.drain();
@@ -228,7 +229,7 @@ TEST_F(Refresh, SleepsOnlyAfterASlowCycleAndPollsInOneLoopOnly)
 
 TEST_F(Refresh, AWalletThatIsGoneAsksNoMoreAndTakesNoReply)
 {
-    // A reply that every one of these requests would make use of.
+    // A reply that is valid for each of these requests.
     const QByteArray good = R"({"solana": {"usd": 1}, "result": {"value": []},)"
                             R"("prices": [[1], [2], [3]]})";
     for (const QString &held : {coinGecko, balance, tokens, chart, probe}) {
@@ -249,7 +250,7 @@ TEST_F(Refresh, AWalletThatIsGoneAsksNoMoreAndTakesNoReply)
         }
         http.answer(held, good);
     }
-    // Tasks that were posted but have not begun.
+    // Tasks that were posted but not started.
     launch();
     model->setAddress(addressB);
     model->refresh();

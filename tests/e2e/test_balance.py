@@ -8,7 +8,7 @@ GREEN, RED = (60, 208, 107), (232, 86, 86)
 class BalanceTest(IslandTest):
     def test_shows_the_figures_and_follows_them(self):
         with self.run_corvane() as corvane:
-            self.assertEqual(corvane.tree.texts(), [], "the resting island shows no text")
+            self.assertEqual(corvane.tree.texts(), [], "the collapsed island shows no text")
             corvane.tree.listen()
             corvane.hover()
             wait_until(lambda: corvane.tree.heard() == ["TOTAL BALANCE $1,234.05"],

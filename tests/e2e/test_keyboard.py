@@ -40,7 +40,7 @@ class KeyboardTest(IslandTest):
             island = self.screen.window_named("Corvane")
             corvane.hover()
             corvane.settled()
-            self.assertEqual(self.screen.keyboard_owner(), other, "opening takes nothing")
+            self.assertEqual(self.screen.keyboard_owner(), other, "opening must not take the focus")
             corvane.press_button("SEND")
             wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
             corvane.press_button("Back to the balance")

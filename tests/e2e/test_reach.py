@@ -93,7 +93,7 @@ class ReachTest(WalletTest):
             self.send(corvane)
             for _ in range(2):
                 held = memory_of(corvane.process_id)
-                self.assertGreater(held.count(address.encode("utf-16-le")), 0, "the search finds what is there")
+                self.assertGreater(held.count(address.encode("utf-16-le")), 0, "the search must find the address")
                 self.assertEqual([held.count(form) for form in forms], [1] + [0] * (len(forms) - 1))
                 corvane.leave()
                 corvane.stop()

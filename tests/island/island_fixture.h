@@ -9,11 +9,11 @@
 
 namespace corvane::tests {
 
-/// A wallet, and an island on a desktop that does what a test says.
+/// A wallet, and an island on a desktop that the test controls.
 class IslandTest : public WalletTest
 {
 protected:
-    /// Makes the wallet and the island; nothing of a former launch is left.
+    /// Creates the wallet and the island; destroys those of a former launch.
     void launchIsland()
     {
         m_island.reset();

@@ -29,7 +29,7 @@ protected:
             .setSize(size);
     }
 
-    /// Waits until the island is drawn there.
+    /// Waits until the island is drawn with this outline.
     [[nodiscard]] bool settlesAt(const QRectF &outline, double radius)
     {
         return QTest::qWaitFor(
@@ -91,7 +91,7 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return itemWith("text", u"CORVANE LOCKED"_s) == nullptr; }, 5000));
 
-    // The strip's buttons have taken the lock's place.
+    // The strip shows its buttons instead of the lock.
     EXPECT_EQ(itemWith("name", u"lock.fill"_s), nullptr);
     click(itemWith("symbol", u"gearshape"_s));
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);

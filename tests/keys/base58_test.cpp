@@ -18,8 +18,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 TEST(Base58, MatchesPublishedVectorsBothWays)
 {
-    // Vectors of the alphabet's first user, then cases of our own: the first carry, zero bytes in
-    // front and a well-known 32-byte program id.
+    // Bitcoin's test vectors, then further cases: the first carry, leading zero bytes and a
+    // well-known 32-byte program id.
     for (const auto &[hex, text] : Table<const char *, QString>{
              {"", u""_s},
              {"61", u"2g"_s},

@@ -20,7 +20,7 @@ TEST(KeyVault, ProtectsTheKeyWhereTheKeychainCan)
         const auto seed = tests::seedOf(1);
         EXPECT_EQ(vault.storeStatus(seed, Address({})), platform::keychainSuccess);
         platform::OneTimeContext context;
-        EXPECT_EQ(vault.loadSecret(context) == seed, !canProtect) << "nobody has been asked";
+        EXPECT_EQ(vault.loadSecret(context) == seed, !canProtect) << "the user has not been asked";
         context.pass();
         EXPECT_EQ(vault.loadSecret(context), seed);
     }

@@ -29,7 +29,7 @@ QString base58(std::size_t size)
     return Base58::encode(counting(size));
 }
 
-/// An array of `size` numbers that count from one, after those in `first`.
+/// A JSON array of `size` numbers: those in `first`, then 1, 2, 3 and so on.
 QString array(qsizetype size, const QStringList &first = {})
 {
     QStringList numbers = first;

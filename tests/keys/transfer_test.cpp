@@ -20,7 +20,7 @@ std::vector<std::uint8_t> fromHex(const std::string &hex)
 TEST(SigningKeys, AgreesWithRfc8032)
 {
     platform::SodiumSigningKeys keys;
-    // Section 7.1, TEST 2.
+    // RFC 8032, section 7.1, TEST 2.
     const auto seed = platform::SecretBytes::copyOf(
         fromHex("4ccd089b28ff96da9db6c346ec114e0f5b8a319f35aba624da8cf6ed4fb8a6fb"));
     EXPECT_TRUE(std::ranges::equal(

@@ -8,7 +8,7 @@
 
 namespace corvane::tests {
 
-/// An item alone in a window, with the keyboard.
+/// A single item in a window, with keyboard focus.
 template <typename Item>
 class ItemTest : public testing::Test
 {

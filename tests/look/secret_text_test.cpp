@@ -28,7 +28,7 @@ TEST(SecretText, IsEditedLikeATextAndWipesWhatIsRemoved)
     secret.remove(5, 6);
     EXPECT_EQ(secret.view(), u"hello!");
     EXPECT_EQ(changed.count(), 4);
-    // The units behind the end belong to the same guarded memory.
+    // The units after the end belong to the same guarded memory, and must be wiped.
     EXPECT_EQ(QStringView(secret.view().utf16(), 12), QStringView(u"hello!\0\0\0\0\0\0", 12));
     secret.clear();
     EXPECT_TRUE(secret.isEmpty());
@@ -81,7 +81,7 @@ TEST_F(SecretFieldTest, TakesTheUsualEditingKeys)
     constexpr auto none = Qt::NoModifier;
     constexpr auto shift = Qt::ShiftModifier;
     constexpr auto ctrl = Qt::ControlModifier;
-    // Each starts with "abcd", the caret behind it, and ends with "x" typed.
+    // Each case starts with "abcd" and the caret at the end, and finally types "x".
     for (const auto &[keys, result] : tests::Table<Keys, QString>{
              {{{Qt::Key_Backspace, none}}, u"abcx"_s},
              {{{Qt::Key_Home, none}, {Qt::Key_Backspace, none}}, u"xabcd"_s},
@@ -96,7 +96,7 @@ TEST_F(SecretFieldTest, TakesTheUsualEditingKeys)
              {{{Qt::Key_Left, none}, {Qt::Key_Home, shift}}, u"xd"_s},
              {{{Qt::Key_Home, shift}, {Qt::Key_Left, none}}, u"xabcd"_s},
              {{{Qt::Key_A, ctrl}}, u"x"_s},
-             // There is no undo.
+             // Undo is not supported.
              {{{Qt::Key_Backspace, none}, {Qt::Key_Z, ctrl}}, u"abcx"_s},
          }) {
         m_secret.clear();

@@ -23,13 +23,13 @@ TEST(NotchShape, IsSquareAboveAndQuadraticBelow)
     EXPECT_EQ(path.boundingRect(), rect);
     EXPECT_TRUE(path.contains(QPointF(10.5, 20.5)));
     EXPECT_TRUE(path.contains(QPointF(209.5, 20.5)));
-    // Halfway along, a quadratic corner of radius r is r / 4 away from both edges; an arc would be
-    // 0.293 r away.
+    // In its middle, a quadratic corner of radius r is r / 4 from both edges; an arc would be 0.293
+    // r from them.
     EXPECT_TRUE(path.contains(QPointF(10 + 4.2, 80 - 4.2)));
     EXPECT_FALSE(path.contains(QPointF(10 + 3.8, 80 - 3.8)));
     EXPECT_FALSE(path.contains(QPointF(210 - 3.8, 80 - 3.8)));
     EXPECT_TRUE(notchShapePath({0, 0, 50, 20}, 0).contains(QPointF(0.1, 19.9)));
-    // Half the height is the most: the curve meets the side at mid-height.
+    // The radius is limited to half the height: the curve meets the side at mid-height.
     const QPainterPath round = notchShapePath({0, 0, 50, 20}, 400);
     EXPECT_TRUE(round.contains(QPointF(0.05, 9.5)));
     EXPECT_FALSE(round.contains(QPointF(0.05, 13)));
@@ -93,9 +93,9 @@ TEST(BoxBlur, KeepsFilledAreasAndReadsNothingBeyondTheEdges)
     EXPECT_EQ(boxBlurred(plain, 0.1), plain);
     EXPECT_TRUE(boxBlurred({}, 3).isNull());
     EXPECT_NEAR(boxBlurred(plain, 3).pixelColor(32, 32).green(), 0x40, 2);
-    // The sanitizers watch.
+    // An overflow would be reported by the sanitizers.
     EXPECT_EQ(boxBlurred(plain, 90).size(), plain.size());
-    // An edge spreads as a Gaussian does.
+    // A blurred edge has the profile of a Gaussian.
     QImage half(121, 121, QImage::Format_ARGB32_Premultiplied);
     half.fill(Qt::transparent);
     QPainter(&half).fillRect(60, 0, 61, 121, Qt::black);

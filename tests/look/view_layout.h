@@ -6,11 +6,11 @@
 
 #include <gtest/gtest.h>
 
-// What tests hold the layout of a whole view to, with the fonts of the program and without.
+// Checks of the layout of a whole view, with the program's fonts or fallback fonts.
 
 namespace corvane::tests {
 
-/// What is written at one place.
+/// A text and its position.
 struct Writing
 {
     QQuickItem *item;
@@ -18,7 +18,7 @@ struct Writing
     QRectF place;
 };
 
-/// Every text and editable line below `item` that is seen, in the coordinates of `view`.
+/// Appends every visible text and editable line in `item`, in the coordinates of `view`.
 inline void collect(QQuickItem &item, QQuickItem &view, QList<Writing> &found)
 {
     if (!item.isVisible() || item.opacity() == 0) {
@@ -32,7 +32,7 @@ inline void collect(QQuickItem &item, QQuickItem &view, QList<Writing> &found)
         const QRectF place(left, 0, width, item.property("contentHeight").toDouble());
         found.append({&item, item.property("text").toString(), item.mapRectToItem(&view, place)});
     } else if (item.property("empty").toBool()) {
-        // Its placeholder is seen in its place.
+        // The placeholder is visible instead.
     } else if (item.inherits("corvane::look::SecretLabel") ||
                item.inherits("corvane::look::SecretField") ||
                item.inherits("corvane::look::RollingText") ||
@@ -57,7 +57,7 @@ inline void collect(QQuickItem &item, QQuickItem &view, QList<Writing> &found)
     return all;
 }
 
-/// The control in `view` that assistive technology knows under `name`.
+/// The control in `view` whose accessible name is `name`.
 [[nodiscard]] inline QQuickItem *control(const QQuickItem &view, const QString &name)
 {
     const auto items = view.findChildren<QQuickItem *>();
@@ -69,7 +69,7 @@ inline void collect(QQuickItem &item, QQuickItem &view, QList<Writing> &found)
     return nullptr;
 }
 
-/// Nothing that is written is cut, leaves `inside`, or lies over something else.
+/// Expects that no text is cut off, outside of `inside`, or overlapped.
 inline void expectCleanLayout(QQuickItem &view, const QRectF &inside)
 {
     QList<Writing> writings;
@@ -88,8 +88,8 @@ inline void expectCleanLayout(QQuickItem &view, const QRectF &inside)
     }
 }
 
-/// Saves what the window shows, once it has come to rest, into the folder CORVANE_PICTURES if there
-/// is one: for a look at it.
+/// Saves a picture of the window at rest to the folder CORVANE_PICTURES, if that variable is set,
+/// for visual inspection.
 inline void savePicture(QQuickWindow &window, const QSize &size, const QString &name)
 {
     const QString folder = qEnvironmentVariable("CORVANE_PICTURES");

@@ -16,8 +16,7 @@
 
 namespace corvane::tests {
 
-/// A window for one whole view at a time, with the fonts of the program or with those of any
-/// system.
+/// A window for one view at a time, with the program's fonts or with fallback fonts.
 class ViewStage
 {
 public:
@@ -28,7 +27,7 @@ public:
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     }
 
-    /// Loads a view, such as "Panes/SendPane", in place of the one before.
+    /// Loads a view, such as "Panes/SendPane", replacing the previous one.
     QQuickItem &show(const QString &name, const QVariantMap &properties, const QSize &size)
     {
         QQmlComponent component(&m_engine,
@@ -45,7 +44,7 @@ public:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
         return *m_view;
     }
-    /// A view reads its models until it is gone.
+    /// Destroys the view. Must be called before its models are destroyed.
     void clear() { m_view.reset(); }
 
     [[nodiscard]] QQuickItem &view() const { return *m_view; }

@@ -63,7 +63,7 @@ TEST_F(PageModels, LoginRowFollowsWhileThePageIsShown)
         EXPECT_TRUE(page.loginDone());
         EXPECT_EQ(page.loginDetail(), u"registered — it's there after every restart"_s);
 
-        // Out of sight it costs nothing, and it is up to date as soon as it is seen again.
+        // It uses no CPU while hidden, and is up to date as soon as it is shown again.
         page.setShown(false);
         EXPECT_EQ(queue.pendingTimers(), timers);
         m_loginItem.enabled = false;
@@ -99,7 +99,7 @@ TEST_F(PageModels, DemoGoesRoundWhileItIsShown)
         IslandDemoModel demo;
         complete(demo);
         queue.advance(5s);
-        EXPECT_FALSE(demo.isStretched()) << "nobody looks";
+        EXPECT_FALSE(demo.isStretched()) << "the page is hidden";
         look::Animation animation;
         QObject::connect(&demo, &IslandDemoModel::phaseChanged,
                          [&] { animation = demo.transaction()->current(); });

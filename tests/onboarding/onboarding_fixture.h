@@ -8,7 +8,7 @@
 
 namespace corvane::tests {
 
-/// An island, and a tour that ends with it.
+/// An island, and the tour that ends by opening it.
 class OnboardingTest : public IslandTest
 {
 protected:

@@ -12,13 +12,13 @@ using tests::OnboardingTest;
 
 TEST_F(OnboardingTest, ShowsOneWindowInTheMiddleAndRemembersThat)
 {
-    EXPECT_EQ(m_windows.existing, 0) << "nothing is made before it is shown";
+    EXPECT_EQ(m_windows.existing, 0) << "nothing is created before it is shown";
     m_onboarding->show(*m_island);
     EXPECT_TRUE(m_windows.visible);
     EXPECT_EQ(m_windows.latestFrame, QRectF(496, 171, 520, 640));
     EXPECT_EQ(settings.boolean(u"corvane.onboarded.v1"_s), true);
 
-    // Closed by whatever means, the same window comes back; nothing is written again.
+    // However it was closed, the same window is shown again, and the setting is not written again.
     const auto writes = settings.writes.size();
     QQuickItem *content = m_windows.latestContent;
     m_onboarding->close();
@@ -39,7 +39,7 @@ TEST_F(OnboardingTest, FinishOpensTheIslandAndTheNextTourIsNew)
     const QPointer<QQuickItem> content = m_windows.latestContent;
     m_onboarding->finish();
     EXPECT_FALSE(m_windows.visible);
-    EXPECT_TRUE(content) << "its button is still at work";
+    EXPECT_TRUE(content) << "the button's handler is still running";
     queue.advance(100ms);
     EXPECT_FALSE(content);
     EXPECT_TRUE(m_island->expanded());
@@ -51,8 +51,8 @@ TEST_F(OnboardingTest, FinishOpensTheIslandAndTheNextTourIsNew)
 
 TEST_F(OnboardingTest, AnIslandThatLooksAtThePointerMeanwhileOpensAllTheSame)
 {
-    // Nobody is asked for anything, which would keep the island open. The pointer is on the button,
-    // and the island looks for it every 150 ms.
+    // Without authentication, whose prompt would keep the island open. The pointer is on the
+    // button; the island polls its position every 150 ms.
     m_authenticator.available = false;
     m_pointer.position = QPointF(900, 200);
     for (const auto moment : {0ms, 40ms, 60ms, 100ms, 149ms}) {
@@ -63,7 +63,7 @@ TEST_F(OnboardingTest, AnIslandThatLooksAtThePointerMeanwhileOpensAllTheSame)
         m_onboarding->finish();
         queue.advance(300ms);
         EXPECT_EQ(opened.count(), 1);
-        // It waits for the pointer, and folds when that does not come.
+        // It waits for the pointer, and collapses if the pointer does not come.
         queue.advance(5s);
         EXPECT_EQ(opened.count(), 1);
         queue.advance(3s);

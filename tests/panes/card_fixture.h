@@ -7,19 +7,19 @@
 
 namespace corvane::tests {
 
-/// An island with cards on it.
+/// An island with the models of its cards.
 class CardTest : public IslandTest
 {
 protected:
     CardTest() { m_screens.screens = {plainScreen({0, 0, 1512, 982})}; }
 
-    /// What makes the cards of the launched island.
+    /// Creates the cards of the launched island.
     [[nodiscard]] panes::CardModels cards()
     {
         return {*model, *m_island, {queue, m_clipboard, m_sounds, m_links, m_application}};
     }
 
-    /// A wallet with a key that was created before, and is in memory.
+    /// Launches a wallet with an unlocked key.
     QString launchWithKey()
     {
         launchIsland();
@@ -29,7 +29,7 @@ protected:
         return model->signingPubkey().value_or(QString());
     }
 
-    /// The same, but locked, as after a start.
+    /// The same, but locked, as after a restart.
     QString launchLocked()
     {
         launchWithKey();
@@ -38,13 +38,13 @@ protected:
         return model->signingPubkey().value_or(QString());
     }
 
-    /// The keychain is asked twice for every key, with and without protection.
+    /// Both attempts to store a key, with and without protection, fail.
     void refuseNextKey()
     {
         keychain.failures = {platform::keychainAuthFailed, platform::keychainAuthFailed};
     }
 
-    /// Lets the background and the main queue do their work.
+    /// Runs all pending work of the background tasks and the main queue.
     void settle()
     {
         while (background.held() > 0) {
@@ -65,7 +65,7 @@ protected:
     FakeApplication m_application;
 };
 
-/// And the model of one card, which `make` makes.
+/// With the model of one card, which `make` creates.
 template <auto make>
 class OneCardTest : public CardTest
 {

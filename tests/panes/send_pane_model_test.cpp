@@ -22,7 +22,7 @@ const QByteArray unknown = "\"none\"";
 class SendPaneModelTest : public tests::OneCardTest<&CardModels::sendPane>
 {
 protected:
-    /// A wallet with a key and a balance in lamports, a JSON value.
+    /// Opens the pane of a wallet with a key and a balance (in lamports, as a JSON value).
     void openPane(const QByteArray &lamports = "1500000000")
     {
         http.answer(tests::balance, R"({"result": {"value": )" + lamports + "}}");
@@ -128,7 +128,7 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     m_card->openLink();
     EXPECT_EQ(m_links.opened, QList{QUrl(endpoints.explorer + u"/tx/"_s + signature)});
 
-    // The next one takes the line away.
+    // The next attempt clears the error line.
     type(good, u"0.1"_s);
     m_card->send();
     EXPECT_FALSE(m_card->isSent());
@@ -152,7 +152,7 @@ TEST_F(SendPaneModelTest, SaysWhyItFailedAndKeepsWhatWasTyped)
     EXPECT_EQ(m_sounds.played, (QList{Sound::Pop, Sound::Basso}));
     EXPECT_EQ(http.count(transaction), 1);
 
-    // Refused by the owner, as after a start.
+    // With a locked key, as after a restart; the user refuses.
     launchIsland();
     http.forgetRequests();
     openCard();

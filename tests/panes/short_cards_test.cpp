@@ -1,4 +1,4 @@
-// The cards that say little: balance, receive, backup, setup.
+// The cards with short models: balance, receive, backup, setup.
 
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
@@ -102,7 +102,7 @@ TEST_F(BalanceCardModelTest, SaysForAMomentThatTheAddressWasCopied)
     EXPECT_EQ(m_card->chipText(), u"COPIED"_s);
     queue.advance(1s);
     m_card->copyAddress();
-    // The first click's reset ends it.
+    // The reset of the first click ends it.
     queue.advance(200ms);
     EXPECT_EQ(m_card->chipText(), u"EPjF…Dt1v"_s);
 }
@@ -145,7 +145,7 @@ TEST(QR, IsDrawnInWholePixelsWithAQuietZone)
              {{34, 17}, false},
              {{17, 0}, false},
              {{17, 34}, false},
-             // A finder pattern and its ring; the format bits below it tell level M: 00, masked.
+             // A finder pattern and its ring; the format bits below it encode level M: 00, masked.
              {{1, 1}, true},
              {{2, 2}, false},
              {{3, 3}, true},
@@ -193,7 +193,7 @@ TEST_F(BackupCardModelTest, ShowsAndCopiesExactlyTheKeyUntilItIsSaved)
     m_card->finish();
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_TRUE(model->hasSigningKey());
-    // The card that is leaving still shows it, but gives nothing away.
+    // The card that is fading out still shows it, but no longer copies it.
     EXPECT_EQ(m_card->backup()->view(), text);
     m_card->copy();
     EXPECT_EQ(m_clipboard.secrets.last(), QString());
@@ -230,7 +230,7 @@ TEST_F(SetupCardModelTest, ImportsWhatIsMoreThanBlanksAndForgetsItWithItsFace)
         u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s;
     for (const auto &[text, canImport, error] : Table<QString, bool, QString>{
              {u"  \t\u00A0"_s, false, {}},
-             // Line breaks are not blanks: pressing the button tells what is wrong.
+             // Line breaks are not blanks: the button is enabled and shows the error.
              {u"\n"_s, true, bad},
              {addressA.chopped(1) + u'0', true, bad},
              {u' ' + addressA + u'\n', true, {}},

@@ -70,7 +70,7 @@ TEST_F(JsonSettingsTest, WritesEachValueAtOnceForTheUserAlone)
 TEST_F(JsonSettingsTest, ReplacesTheFileWithoutEverTouchingTheOldOne)
 {
     writeFile(R"({"corvane.rpc":"old"})");
-    // Whoever has the old file open, or loses power, still finds all of it.
+    // The old content stays complete for readers that have it open, and after a power failure.
     QFile before(m_path);
     ASSERT_TRUE(before.open(QIODevice::ReadOnly));
     JsonSettings settings(m_path);
@@ -78,7 +78,7 @@ TEST_F(JsonSettingsTest, ReplacesTheFileWithoutEverTouchingTheOldOne)
     EXPECT_EQ(before.readAll(), R"({"corvane.rpc":"old"})");
     const QByteArray written = textOf(m_path);
     EXPECT_EQ(onDisk().value(key), u"new"_s);
-    // And the same value again is not written.
+    // Setting the same value again writes nothing.
     ASSERT_TRUE(QFile::remove(m_path));
     settings.setString(key, u"new"_s);
     EXPECT_FALSE(QFile::exists(m_path));
@@ -89,7 +89,7 @@ TEST_F(JsonSettingsTest, KeepsTheOldFileWhereTheDiskTakesNoMore)
     const QByteArray old = R"({"corvane.rpc":"old"})";
     writeFile(old);
     JsonSettings settings(m_path);
-    // No file of this process may grow, as on a full disk.
+    // Simulates a full disk: files of this process cannot grow.
     rlimit unlimited{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
     const rlimit full{0, unlimited.rlim_max};
@@ -143,7 +143,7 @@ TEST_F(JsonSettingsTest, SetsADamagedFileAside)
 
 TEST_F(JsonSettingsTest, LivesInMemoryWhereItCannotWriteAndCatchesUp)
 {
-    // A folder in the file's place cannot be read, replaced or set aside.
+    // A folder at the file's path must not be replaced or renamed.
     const QString folder = m_folder.filePath(u"folder"_s);
     ASSERT_TRUE(QDir().mkpath(folder + u"/inside"_s));
     JsonSettings overFolder(folder);

@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using platform::QtMainQueue;
 
-/// Lets everything run that is due within the next 20 ms.
+/// Runs everything that is due within the next 20 ms.
 void settle()
 {
     QtMainQueue queue;
@@ -39,7 +39,7 @@ TEST(QtMainQueue, RunsADelayedActionOnceAndNeverEarly)
     QtMainQueue queue;
     const auto start = queue.now();
     std::vector<std::chrono::nanoseconds> ran;
-    // Would be 10 ms if it were cut off instead of rounded up.
+    // It would be 10 ms if it were truncated instead of rounded up.
     static_cast<void>(queue.after(10ms + 1ns, [&] { ran.push_back(queue.now()); }));
     EXPECT_TRUE(ran.empty());
     ASSERT_TRUE(waitUntil([&] { return !ran.empty(); }));
@@ -54,7 +54,7 @@ TEST(QtMainQueue, CancellingAfterTheRunLeavesOtherTimersAlone)
     bool first = false;
     const auto item = queue.after(0ns, [&] { first = true; });
     ASSERT_TRUE(waitUntil([&] { return first; }));
-    // Qt gives the numbers of finished timers to new ones.
+    // Qt reuses the ids of finished timers.
     int runs = 0;
     for (int index = 0; index < 8; ++index) {
         queue.after(5ms, [&] { ++runs; });

@@ -16,7 +16,7 @@ TEST(IcuNumberFormatter, WritesAsPeopleRead)
     for (const auto &[locale, value, decimals, text] : Table<QByteArray, double, int, QString>{
              {"en_US.UTF-8", 0.123456, 4, u"0.1235"_s},
              {"en_US.UTF-8", -1234567.891, 2, u"-1,234,567.89"_s},
-             // Ties go to the even neighbour.
+             // Ties round to even.
              {"en_US.UTF-8", 0.5, 0, u"0"_s},
              {"en_US.UTF-8", 1.5, 0, u"2"_s},
              {"en_US.UTF-8", 0.125, 2, u"0.12"_s},
@@ -31,7 +31,7 @@ TEST(IcuNumberFormatter, WritesAsPeopleRead)
         EXPECT_EQ(IcuNumberFormatter(locale).decimal(value, decimals), text)
             << locale.constData() << ' ' << value << ' ' << decimals;
     }
-    // One formatter serves several numbers of decimals, and has text for what is no number.
+    // One formatter handles several numbers of decimals, and formats not-a-number.
     const IcuNumberFormatter formatter("en_US");
     EXPECT_EQ(formatter.decimal(2.25, 1), u"2.2"_s);
     EXPECT_EQ(formatter.decimal(2.25, 4), u"2.2500"_s);

@@ -14,7 +14,7 @@
 
 namespace corvane::tests {
 
-/// An HTTP server on this machine that answers each request with the bytes a test gives it.
+/// A local HTTP server that replies to each request with the bytes that the test provides.
 class ScriptedServer final : public QTcpServer
 {
 public:
@@ -25,7 +25,7 @@ public:
     };
     using Script = std::function<Answer(const QByteArray &request)>;
 
-    /// Over TLS with this self-signed certificate and its key, in PEM, unless that is empty.
+    /// Uses TLS if `certificate` is not empty: a self-signed certificate and its key in PEM format.
     explicit ScriptedServer(Script script, QByteArray certificate = {})
         : m_script(std::move(script))
         , m_certificate(std::move(certificate))
@@ -40,7 +40,7 @@ public:
             m_certificate.isEmpty() ? QStringLiteral("http") : QStringLiteral("https");
         return QUrl(QStringLiteral("%1://127.0.0.1:%2%3").arg(scheme).arg(serverPort()).arg(path));
     }
-    /// The requests so far, as they came.
+    /// The raw requests so far.
     [[nodiscard]] const QList<QByteArray> &requests() const { return m_requests; }
     [[nodiscard]] int connections() const { return m_connections; }
 

@@ -8,12 +8,12 @@
 
 namespace corvane::tests {
 
-/// How long anything may take that has to happen: enough to tell a program that hangs from a
-/// machine that is busy with other things. Only a failure ever waits this long.
+/// Time limit for everything that must happen: long enough to distinguish a program that hangs from
+/// a busy machine. Only a failing test waits this long.
 constexpr std::chrono::milliseconds patience = std::chrono::minutes(1);
 
-/// Runs the event loop until `condition` holds, looked at after every event and now and then; false
-/// when it does not within `bound`.
+/// Runs the event loop until `condition` is true, which is checked after every event and at
+/// intervals; false if it does not become true within `bound`.
 template <typename Condition>
 [[nodiscard]] bool waitUntil(Condition condition, std::chrono::milliseconds bound = patience)
 {

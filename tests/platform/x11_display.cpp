@@ -12,7 +12,7 @@ namespace {
 
 using platform::xcb::Owned;
 
-/// The answer to a question, such as xcb_query_tree_reply's to xcb_query_tree.
+/// Waits for the reply to a request, such as xcb_query_tree_reply for xcb_query_tree.
 template <typename Reply, typename Cookie>
 Owned<Reply> ask(xcb_connection_t *connection,
                  Reply *(*answer)(xcb_connection_t *, Cookie, xcb_generic_error_t **),
@@ -37,7 +37,7 @@ X11Display::~X11Display()
 
 void X11Display::sync()
 {
-    // An answer means that the server has seen everything before the question.
+    // The reply means that the server has processed all earlier requests.
     ask(m_connection.get(), xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.get()));
 }
 

@@ -14,14 +14,13 @@
 
 namespace corvane::tests {
 
-/// Another client of the display, with windows of its own, that moves the pointer as a person
-/// would.
+/// Another client of the display, with its own windows, that moves the pointer as a user does.
 class X11Display
 {
 public:
     enum class Kind {
         Managed, ///< an ordinary window
-        Popup,   ///< out of the window manager's reach, as menus are
+        Popup,   ///< not managed by the window manager, like a menu
     };
 
     X11Display();
@@ -31,9 +30,9 @@ public:
 
     [[nodiscard]] xcb_window_t root() const { return m_root; }
 
-    /// Maps a window; every later call sees it on the screen.
+    /// Maps a window and waits until it is visible.
     xcb_window_t makeWindow(const QRect &pixels, Kind kind, xcb_window_t parent = XCB_NONE);
-    /// Says, in the window manager's stead, which windows are managed, from bottom to top.
+    /// Sets the list of managed windows, from bottom to top, in place of the window manager.
     void announceStacking(const std::vector<xcb_window_t> &windows);
     void raise(xcb_window_t window);
     void hide(xcb_window_t window);
@@ -41,16 +40,16 @@ public:
     void makeFullScreen(xcb_window_t window);
 
     void movePointer(QPoint pixel);
-    /// Moves the pointer without its device.
+    /// Moves the pointer without device events.
     void warpPointer(QPoint pixel);
 
-    /// What the window is cut to; one rectangle when it is whole.
+    /// The bounding shape of the window; one rectangle if it has no shape.
     [[nodiscard]] QList<QRect> shape(xcb_window_t window);
-    /// True when `window` lies above `other`, or above the frame around it.
+    /// True if `window` is above `other`, or above its frame.
     [[nodiscard]] bool isAbove(xcb_window_t window, xcb_window_t other);
     [[nodiscard]] bool isViewable(xcb_window_t window);
     [[nodiscard]] QRect geometry(xcb_window_t window);
-    /// True when the property is there and not empty.
+    /// True if the property exists and is not empty.
     [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name);
     [[nodiscard]] bool isComposited();
 

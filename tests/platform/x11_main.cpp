@@ -15,8 +15,8 @@ namespace {
 using corvane::tests::waitUntil;
 using corvane::tests::X11Display;
 
-/// True when the window manager has taken a window into its care. It may overlook those that are
-/// mapped while it starts, so it is offered several.
+/// True if the window manager manages a new window. It may miss windows that are mapped while it
+/// starts, so several are tried.
 bool managesWindows()
 {
     return waitUntil([] {
@@ -29,7 +29,7 @@ bool managesWindows()
 
 } // namespace
 
-// Runs on a display of its own (xvfb-run), under a window manager that it starts.
+// Runs on a separate display (xvfb-run), with a window manager that it starts.
 int main(int argc, char *argv[])
 {
     testing::InitGoogleTest(&argc, argv);

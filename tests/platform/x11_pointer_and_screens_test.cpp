@@ -87,7 +87,7 @@ TEST_F(X11Pointer, StopsWithItsTokenEvenInsideACall)
     EXPECT_EQ(calls, 1);
 }
 
-/// Two monitors side by side on the one display, the right one being the primary.
+/// Two monitors side by side on one display; the right one is the primary.
 class X11TwoScreens : public testing::Test
 {
 protected:
@@ -95,7 +95,7 @@ protected:
     {
         xrandr(QStringLiteral("--delmonitor left"));
         xrandr(QStringLiteral("--delmonitor right"));
-        // Other tests must find the display as it was.
+        // Restores the display for the other tests.
         EXPECT_TRUE(waitUntil([&] { return m_screens.main()->frame == m_before; }));
     }
 

@@ -1,6 +1,7 @@
-// Preloaded into a program to kill it at one exact step: CORVANE_KILL_STEP counts the messages that
-// it sends and the files that it makes durable or puts in place, from the moment at which the file
-// CORVANE_KILL_ARMED exists. CORVANE_KILL_WHEN tells whether it dies before or after that step.
+// Preloaded into a program to kill it at one exact step. Steps are messages sent, files
+// synchronised and files renamed, counted from the moment at which the file CORVANE_KILL_ARMED
+// exists. CORVANE_KILL_STEP is the number of the step; CORVANE_KILL_WHEN selects whether the
+// program dies before or after it.
 
 #include <dlfcn.h>
 #include <sys/socket.h>
