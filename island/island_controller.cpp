@@ -1,24 +1,33 @@
 #include "island/island_controller.h"
 
+#include "island/island_animations.h"
 #include "island/island_geometry.h"
 
 #include <QPointer>
 
+#include <chrono>
+
 namespace corvane::island {
+
+namespace {
+
+constexpr std::chrono::milliseconds hoverPollInterval{150};
+
+} // namespace
 
 IslandController::IslandController(core::WalletModel &model, IslandServices services,
                                    QObject *parent)
     : QObject(parent)
     , m_model(model)
     , m_services(std::move(services))
+    , m_hover(m_services.queue, *this)
+    , m_unlock(m_services.queue, m_services.authenticator, *this)
 {}
 
 IslandController::~IslandController()
 {
-    for (const auto &work : {m_expandWork, m_collapseWork, m_hoverPoll}) {
-        if (work) {
-            work->cancel();
-        }
+    if (m_hoverPoll) {
+        m_hoverPoll->cancel();
     }
 }
 
@@ -37,16 +46,148 @@ void IslandController::show()
 
 void IslandController::screensChanged()
 {
-    if (!m_expanded) {
-        publish(m_widened, false, &IslandController::widenedChanged);
-        publish(m_hovering, false, &IslandController::hoveringChanged);
-        // Nothing else would let clicks pass again if it had been about to open.
-        becomeRestingUnlessOpen();
-    }
+    m_hover.handle(HoverMachine::Event::ScreensChange);
     if (m_panel) {
         m_panel->setFrame(stageRect());
     }
     Q_EMIT geometryChanged();
+}
+
+void IslandController::startHoverTracking()
+{
+    const auto sample = weakly(&IslandController::evaluateHover);
+    m_globalMonitor = m_services.pointer.addGlobalMonitor(sample);
+    m_localMonitor = m_services.pointer.addLocalMonitor(sample);
+    // The poll also catches a pointer that was moved without an event.
+    m_hoverPoll = m_services.queue.every(hoverPollInterval, [controller = QPointer(this)] {
+        if (controller) {
+            controller->evaluateHover();
+            Q_EMIT controller->hoverPolled();
+        }
+    });
+}
+
+void IslandController::evaluateHover()
+{
+    const std::optional<platform::Screen> current = screen();
+    if (!current) {
+        return;
+    }
+    // None where it is on no screen that is known, and so not on the island.
+    const std::optional<QPointF> pointer = m_services.pointer.location();
+    const QRectF area =
+        m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
+    m_hover.handle(pointer && containsPoint(area, *pointer) ? HoverMachine::Event::PointerInside
+                                                            : HoverMachine::Event::PointerOutside);
+}
+
+void IslandController::expand()
+{
+    m_hover.handle(HoverMachine::Event::Open);
+}
+
+void IslandController::present()
+{
+    m_hover.handle(HoverMachine::Event::Present);
+}
+
+void IslandController::collapse()
+{
+    m_hover.handle(HoverMachine::Event::Close);
+}
+
+void IslandController::setPane(IslandPane pane)
+{
+    takeClicks();
+    m_transaction.run(standardSpring(), [this, pane] {
+        publish(m_pane, pane, &IslandController::paneChanged);
+        m_hover.handle(HoverMachine::Event::ShowPane);
+    });
+    if (pane != IslandPane::Balance) {
+        panel().activate();
+    }
+}
+
+void IslandController::perform(HoverMachine::Action action)
+{
+    using enum HoverMachine::Action;
+    switch (action) {
+    case Swell:
+        animate(swellSpring(), m_hovering, true, &IslandController::hoveringChanged);
+        break;
+    case Settle:
+        animate(settleCurve(), m_hovering, false, &IslandController::hoveringChanged);
+        break;
+    case Raise:
+        takeClicks();
+        panel().show();
+        break;
+    case Widen:
+        animate(widenSpring(), m_widened, true, &IslandController::widenedChanged);
+        break;
+    case Prompt:
+        m_unlock.opened();
+        break;
+    case Unfold:
+        animate(standardSpring(), m_expanded, true, &IslandController::expandedChanged);
+        break;
+    case Fold:
+        panel().deactivate();
+        animate(standardSpring(), m_expanded, false, &IslandController::expandedChanged);
+        break;
+    case Narrow:
+        animate(widenSpring(), m_widened, false, &IslandController::widenedChanged);
+        break;
+    case LetClicksPass:
+        letClicksPass();
+        break;
+    case Reset:
+        publish(m_widened, false, &IslandController::widenedChanged);
+        publish(m_hovering, false, &IslandController::hoveringChanged);
+        // Nothing else would let clicks pass again if it had been about to open.
+        letClicksPass();
+        break;
+    }
+}
+
+bool IslandController::isPrompting() const
+{
+    return m_unlock.state() == UnlockMachine::State::Prompting;
+}
+
+void IslandController::requestIslandUnlock()
+{
+    requestIslandUnlock(nullptr);
+}
+
+void IslandController::requestIslandUnlock(std::function<void()> then)
+{
+    m_unlock.request(std::move(then));
+}
+
+void IslandController::clearMessage()
+{
+    publish(m_authMessage, std::optional<QString>(), &IslandController::authMessageChanged);
+}
+
+void IslandController::unlock()
+{
+    animate(standardSpring(), m_islandUnlocked, true, &IslandController::islandUnlockedChanged);
+}
+
+void IslandController::unlockAtOnce()
+{
+    publish(m_islandUnlocked, true, &IslandController::islandUnlockedChanged);
+}
+
+void IslandController::loadKey(std::shared_ptr<platform::AuthenticationContext> context)
+{
+    m_model.unlockSigningKey(std::move(context));
+}
+
+void IslandController::copyAddress()
+{
+    m_services.clipboard.setText(m_model.address());
 }
 
 void IslandController::setContentOutline(const QRectF &outline, double bottomRadius)
@@ -91,18 +232,16 @@ QSizeF IslandController::size(IslandPane pane) const
     return paneSize(screen(), pane);
 }
 
-void IslandController::becomeActive()
+void IslandController::takeClicks()
 {
     panel().setLevel(platform::IslandPanel::activeLevel);
     panel().setClickThrough(false);
 }
 
-void IslandController::becomeRestingUnlessOpen()
+void IslandController::letClicksPass()
 {
-    if (!m_expanded && !m_widened) {
-        panel().setLevel(platform::IslandPanel::restingLevel);
-        panel().setClickThrough(true);
-    }
+    panel().setLevel(platform::IslandPanel::restingLevel);
+    panel().setClickThrough(true);
 }
 
 platform::IslandPanel &IslandController::panel() const
@@ -135,9 +274,11 @@ void IslandController::publish(Value &stored, const Value &value, Notify notify)
     }
 }
 
-template void IslandController::publish(bool &, const bool &, Notify);
-template void IslandController::publish(IslandPane &, const IslandPane &, Notify);
-template void IslandController::publish(std::optional<QString> &, const std::optional<QString> &,
-                                        Notify);
+template <typename Value>
+void IslandController::animate(const look::Animation &animation, Value &stored, const Value &value,
+                               Notify notify)
+{
+    m_transaction.run(animation, [&] { publish(stored, value, notify); });
+}
 
 } // namespace corvane::island

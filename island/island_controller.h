@@ -1,7 +1,9 @@
 #pragma once
 
 #include "core/wallet_model.h"
+#include "island/hover_machine.h"
 #include "island/island_pane.h"
+#include "island/unlock_machine.h"
 #include "look/motion/transaction.h"
 #include "platform/authenticator.h"
 #include "platform/clipboard.h"
@@ -14,7 +16,6 @@
 #include <QSizeF>
 #include <QtQmlIntegration/qqmlintegration.h>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -39,17 +40,11 @@ struct IslandServices
     std::function<QQuickItem *(IslandController &)> makeContent;
 };
 
-/// The island: its panel, its hover and unlock state, and the card that it shows.
-///
-/// The hover state is told by three flags. Times are from the sample that triggers them.
-/// - resting (none is set): pointer in: hovered, and widened in 0.12 s;
-/// - hovered (`hovering`): pointer out: resting;
-/// - widened (`widened`): expanded in 0.1 s; pointer out: resting;
-/// - expanded (`expanded`): pointer out on the balance pane: closing in 0.32 s;
-/// - closing (`widened` alone again): narrow after 0.16 s; clicks pass after 0.7 s.
+/// The island: its panel, the flags that its views follow, and the pane that it shows. When they
+/// change is decided by HoverMachine and UnlockMachine; with which animation, here.
 ///
 /// Views follow the flags with the animation of `transaction`. Main thread.
-class IslandController : public QObject
+class IslandController : public QObject, private HoverMachine::Island, private UnlockMachine::Island
 {
     Q_OBJECT
     QML_ELEMENT
@@ -135,16 +130,25 @@ private:
     template <typename Value>
     void publish(Value &stored, const Value &value, Notify notify);
 
+    /// Changes a published value with an animation.
+    template <typename Value>
+    void animate(const look::Animation &animation, Value &stored, const Value &value,
+                 Notify notify);
+
+    void perform(HoverMachine::Action action) override;
+    [[nodiscard]] bool showsBalance() const override { return m_pane == IslandPane::Balance; }
+    [[nodiscard]] bool isPrompting() const override;
+
+    void clearMessage() override;
+    void unlock() override;
+    void unlockAtOnce() override;
+    void loadKey(std::shared_ptr<platform::AuthenticationContext> context) override;
+
     void startHoverTracking();
     void evaluateHover();
-    void pointerIsInside();
-    void pointerIsOutside();
-    [[nodiscard]] bool isPresented() const;
     void screensChanged();
-    void finishUnlock(bool success, const std::shared_ptr<platform::AuthenticationContext> &context,
-                      const std::function<void()> &then);
-    void becomeActive();
-    void becomeRestingUnlessOpen();
+    void takeClicks();
+    void letClicksPass();
     [[nodiscard]] platform::IslandPanel &panel() const;
     [[nodiscard]] QString authMessageText() const { return m_authMessage.value_or(QString()); }
     /// Wraps an action so that it does nothing once this object is gone.
@@ -156,19 +160,12 @@ private:
     bool m_hovering = false;
     bool m_islandUnlocked = false;
     std::optional<QString> m_authMessage;
-    /// A prompt is open.
-    bool m_authInFlight = false;
-    /// The user has refused once; from then on only the button asks.
-    bool m_wantsManualUnlock = false;
-
     core::WalletModel &m_model;
     IslandServices m_services;
     look::Transaction m_transaction;
-    /// Until when `present` keeps the island open without the pointer.
-    std::optional<std::chrono::nanoseconds> m_presentedUntil;
+    HoverMachine m_hover;
+    UnlockMachine m_unlock;
     std::unique_ptr<platform::IslandPanel> m_panel;
-    std::shared_ptr<platform::WorkItem> m_expandWork;
-    std::shared_ptr<platform::WorkItem> m_collapseWork;
     std::shared_ptr<platform::WorkItem> m_hoverPoll;
     std::unique_ptr<platform::PointerMonitor::Token> m_globalMonitor;
     std::unique_ptr<platform::PointerMonitor::Token> m_localMonitor;
