@@ -28,41 +28,27 @@ Item {
     readonly property bool open: root.island.expanded || root.island.widened
     readonly property real devicePixel: 1 / Screen.devicePixelRatio
 
-    // Changes whenever another card has to be shown.
-    readonly property string cardIdentity: `${root.island.islandUnlocked}|${root.paneName(root.island.pane)}|${root.model.hasSigningKey}|${root.model.hasPendingBackup}`
-
-    function paneName(pane) {
-        switch (pane) {
-        case IslandPane.Settings:
-            return "settings";
-        case IslandPane.Receive:
-            return "receive";
-        case IslandPane.Send:
-            return "send";
-        default:
-            return "balance";
-        }
-    }
-
     function chosenCard() {
-        if (!root.island.islandUnlocked)
-            return lockedCard;
-        const slot = root.chosenSlot();
+        const slot = root.slotOf(root.island.card);
         return slot === null ? emptySlot : slot;
     }
 
-    function chosenSlot() {
-        switch (root.island.pane) {
-        case IslandPane.Settings:
+    function slotOf(card) {
+        switch (card) {
+        case Card.Locked:
+            return lockedCard;
+        case Card.Backup:
+            return root.backupCard;
+        case Card.Setup:
+            return root.setupCard;
+        case Card.Balance:
+            return root.balanceCard;
+        case Card.Settings:
             return root.settingsCard;
-        case IslandPane.Receive:
+        case Card.Receive:
             return root.receivePane;
-        case IslandPane.Send:
-            return root.sendPane;
         default:
-            if (root.model.hasPendingBackup)
-                return root.backupCard;
-            return root.model.hasSigningKey ? root.balanceCard : root.setupCard;
+            return root.sendPane;
         }
     }
 
@@ -189,7 +175,13 @@ Item {
         }
     }
 
-    onCardIdentityChanged: (reveal.item as CardSwitcher)?.show(root.chosenCard())
+    Connections {
+        target: root.island
+
+        function onCardChanged() {
+            (reveal.item as CardSwitcher)?.show(root.chosenCard());
+        }
+    }
 
     // Made anew each time the island unfolds, so that nothing of it costs anything at rest.
     Component {

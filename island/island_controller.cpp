@@ -22,7 +22,17 @@ IslandController::IslandController(core::WalletModel &model, IslandServices serv
     , m_services(std::move(services))
     , m_hover(m_services.queue, *this)
     , m_unlock(m_services.queue, m_services.authenticator, *this)
-{}
+{
+    followCard();
+    for (const auto signal :
+         {&IslandController::islandUnlockedChanged, &IslandController::paneChanged}) {
+        connect(this, signal, this, &IslandController::followCard);
+    }
+    for (const auto signal :
+         {&core::WalletModel::signingPubkeyChanged, &core::WalletModel::pendingBackupChanged}) {
+        connect(&m_model, signal, this, &IslandController::followCard);
+    }
+}
 
 IslandController::~IslandController()
 {
@@ -183,6 +193,16 @@ void IslandController::unlockAtOnce()
 void IslandController::loadKey(std::shared_ptr<platform::AuthenticationContext> context)
 {
     m_model.unlockSigningKey(std::move(context));
+}
+
+void IslandController::followCard()
+{
+    const CardChoice choice{m_islandUnlocked, m_pane, m_model.hasSigningKey(),
+                            m_model.hasPendingBackup()};
+    if (m_choice != choice) {
+        m_choice = choice;
+        Q_EMIT cardChanged();
+    }
 }
 
 void IslandController::copyAddress()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/wallet_model.h"
+#include "island/card.h"
 #include "island/hover_machine.h"
 #include "island/island_pane.h"
 #include "island/unlock_machine.h"
@@ -40,7 +41,7 @@ struct IslandServices
     std::function<QQuickItem *(IslandController &)> makeContent;
 };
 
-/// The island: its panel, the flags that its views follow, and the pane that it shows. When they
+/// The island: its panel, the flags that its views follow, and the card that it shows. When they
 /// change is decided by HoverMachine and UnlockMachine; with which animation, here.
 ///
 /// Views follow the flags with the animation of `transaction`. Main thread.
@@ -51,6 +52,7 @@ class IslandController : public QObject, private HoverMachine::Island, private U
     QML_UNCREATABLE("made once, at launch")
     Q_PROPERTY(bool expanded READ expanded NOTIFY expandedChanged FINAL)
     Q_PROPERTY(corvane::island::IslandPane pane READ pane NOTIFY paneChanged FINAL)
+    Q_PROPERTY(corvane::island::cards::Card card READ card NOTIFY cardChanged FINAL)
     Q_PROPERTY(bool widened READ widened NOTIFY widenedChanged FINAL)
     Q_PROPERTY(bool hovering READ hovering NOTIFY hoveringChanged FINAL)
     Q_PROPERTY(bool islandUnlocked READ islandUnlocked NOTIFY islandUnlockedChanged FINAL)
@@ -93,6 +95,7 @@ public:
 
     [[nodiscard]] bool expanded() const { return m_expanded; }
     [[nodiscard]] IslandPane pane() const { return m_pane; }
+    [[nodiscard]] Card card() const { return chosenCard(m_choice); }
     [[nodiscard]] bool widened() const { return m_widened; }
     [[nodiscard]] bool hovering() const { return m_hovering; }
     [[nodiscard]] bool islandUnlocked() const { return m_islandUnlocked; }
@@ -115,6 +118,8 @@ Q_SIGNALS:
     void objectWillChange();
     void expandedChanged();
     void paneChanged();
+    /// Another card is to be shown, maybe one of the same kind.
+    void cardChanged();
     void widenedChanged();
     void hoveringChanged();
     void islandUnlockedChanged();
@@ -147,6 +152,7 @@ private:
     void startHoverTracking();
     void evaluateHover();
     void screensChanged();
+    void followCard();
     void takeClicks();
     void letClicksPass();
     [[nodiscard]] platform::IslandPanel &panel() const;
@@ -165,6 +171,7 @@ private:
     look::Transaction m_transaction;
     HoverMachine m_hover;
     UnlockMachine m_unlock;
+    CardChoice m_choice;
     std::unique_ptr<platform::IslandPanel> m_panel;
     std::shared_ptr<platform::WorkItem> m_hoverPoll;
     std::unique_ptr<platform::PointerMonitor::Token> m_globalMonitor;

@@ -208,6 +208,34 @@ TEST_F(IslandControllerTest, UnlockingTheIslandUnlocksTheKey)
     EXPECT_FALSE(m_island->expanded());
 }
 
+TEST_F(IslandControllerTest, ChoosesTheCard)
+{
+    using enum Card;
+    for (const auto &[choice, card] : tests::Table<CardChoice, Card>{
+             {{false, IslandPane::Send, true, true}, Locked},
+             {{true, IslandPane::Balance, true, true}, Backup},
+             {{true, IslandPane::Balance, false, false}, Setup},
+             {{true, IslandPane::Balance, true, false}, Card::Balance},
+             {{true, IslandPane::Settings, true, true}, Card::Settings},
+             {{true, IslandPane::Receive, false, false}, Card::Receive},
+             {{true, IslandPane::Send, false, true}, Card::Send},
+         }) {
+        EXPECT_EQ(chosenCard(choice), card);
+    }
+    std::vector<Card> cards;
+    QObject::connect(m_island.get(), &IslandController::cardChanged, m_island.get(),
+                     [&] { cards.push_back(m_island->card()); });
+    m_island->requestIslandUnlock();
+    ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
+    model->setPendingBackup(std::nullopt);
+    m_island->setPane(IslandPane::Settings);
+    // Without a key it is a new card of the same kind.
+    model->removeWallet();
+    m_island->setPane(IslandPane::Settings);
+    EXPECT_EQ(cards, (std::vector{Setup, Card::Balance, Backup, Card::Balance, Card::Settings,
+                                  Card::Settings}));
+}
+
 TEST_F(IslandControllerTest, ALateAnswerFindsNobody)
 {
     m_authenticator.available = true;
