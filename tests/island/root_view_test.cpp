@@ -1,7 +1,10 @@
 #include "tests/island/island_fixture.h"
+#include "tests/look/view_layout.h"
 #include "tests/look/view_stage.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace corvane::island {
 namespace {
@@ -39,28 +42,17 @@ protected:
             5000);
     }
 
-    [[nodiscard]] QQuickItem *itemWith(const char *property, const QString &value) const
+    [[nodiscard]] bool shows(const QString &text) const
     {
-        return search(&m_stage.view(), property, value);
+        return tests::texts(m_stage.view()).contains(text);
     }
 
-    void click(const QQuickItem *item)
+    void click(const QString &name)
     {
+        const QQuickItem *item = tests::control(m_stage.view(), name);
+        ASSERT_NE(item, nullptr) << name.toStdString();
         const QPointF centre = item->mapToScene({item->width() / 2, item->height() / 2});
         QTest::mouseClick(&m_stage.window(), Qt::LeftButton, {}, centre.toPoint());
-    }
-
-    static QQuickItem *search(QQuickItem *item, const char *property, const QString &value)
-    {
-        if (item->isVisible() && item->property(property).toString() == value) {
-            return item;
-        }
-        for (QQuickItem *child : item->childItems()) {
-            if (QQuickItem *found = search(child, property, value)) {
-                return found;
-            }
-        }
-        return nullptr;
     }
 
     tests::ViewStage m_stage;
@@ -71,32 +63,29 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     show();
     m_pointer.moveTo({756, 970});
     queue.advance(220ms);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return itemWith("text", u"CORVANE LOCKED"_s) != nullptr; }, 5000));
-    EXPECT_NE(itemWith("name", u"lock.fill"_s), nullptr);
-    EXPECT_EQ(itemWith("symbol", u"gearshape"_s), nullptr);
+    const QString locked = u"CORVANE LOCKED"_s;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shows(locked); }));
+    EXPECT_EQ(tests::control(m_stage.view(), u"Settings"_s), nullptr);
     m_authenticator.answer(false);
     queue.drain();
-    EXPECT_NE(itemWith("text", u"CORVANE LOCKED"_s), nullptr);
+    EXPECT_TRUE(shows(locked));
 
-    const QQuickItem *unlock = itemWith("label", u"UNLOCK"_s);
-    ASSERT_NE(unlock, nullptr);
+    QList<tests::Writing> writings;
+    tests::collect(m_stage.view(), m_stage.view(), writings);
     // 40 above, the mark, 14, the title, 14, the button, 46 below.
-    const double title = itemWith("text", u"CORVANE LOCKED"_s)->height();
-    EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 140 + title + unlock->height()}, 16));
-    click(unlock);
+    const double rows = std::ranges::find(writings, locked, &tests::Writing::text)->item->height() +
+                        tests::control(m_stage.view(), u"UNLOCK"_s)->height();
+    EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 140 + rows}, 16));
+    click(u"UNLOCK"_s);
     ASSERT_TRUE(m_authenticator.isAsking());
     m_authenticator.answer(true);
     queue.drain();
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return itemWith("text", u"CORVANE LOCKED"_s) == nullptr; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !shows(locked); }));
 
-    // The strip shows its buttons instead of the lock.
-    EXPECT_EQ(itemWith("name", u"lock.fill"_s), nullptr);
-    click(itemWith("symbol", u"gearshape"_s));
+    click(u"Settings"_s);
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
     http.forgetRequests();
-    click(itemWith("symbol", u"arrow.clockwise"_s));
+    click(u"Refresh"_s);
     queue.drain();
     EXPECT_EQ(http.count(tests::chart), 1);
 }

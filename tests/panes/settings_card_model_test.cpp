@@ -87,13 +87,6 @@ TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
     EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);
     EXPECT_EQ(m_card->address(), QString());
     EXPECT_FALSE(keychain.copyAccount(u"corvane.signing-key"_s));
-
-    // A reset that is under way from before ends a new arming.
-    ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(addressA)));
-    m_card->remove();
-    queue.advance(1s);
-    EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);
-    EXPECT_TRUE(m_card->hasKey());
 }
 
 TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
