@@ -1,6 +1,7 @@
 #include "app/app_delegate.h"
 
 #include "app/requests.h"
+#include "core/wallet_model.h"
 #include "look/paint/status_mark.h"
 #include "onboarding/applications_folder.h"
 #include "platform/settings_store.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/wallet_model.h"
+#include "core/wallet_services.h"
 #include "island/island_controller.h"
 #include "look/theme.h"
 #include "onboarding/onboarding.h"
@@ -13,6 +13,10 @@
 
 #include <functional>
 #include <memory>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
 
 namespace corvane::app {
 

@@ -1,5 +1,7 @@
 #include "app/island_content.h"
 
+#include "core/wallet_model.h"
+
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "core/endpoints.h"
+#include "core/endpoint_choice.h"
 #include "core/json_calls.h"
 #include "core/send_error.h"
 #include "core/sol_network.h"
+#include "core/wallet_services.h"
 #include "keys/address.h"
 #include "platform/secret_bytes.h"
 
@@ -24,35 +25,12 @@
 
 namespace corvane::platform {
 class AuthenticationContext;
-class BackgroundTasks;
-class FileSystem;
-class HttpClient;
-class Keychain;
-class MainQueue;
-class NumberFormatter;
-class SettingsStore;
-class SigningKeys;
 } // namespace corvane::platform
 
 namespace corvane::core {
 
 class Cancellation;
 class KeySession;
-enum class RpcSource;
-
-/// What the wallet needs of the world. All services must outlive the model.
-struct WalletServices
-{
-    platform::MainQueue &queue;
-    platform::HttpClient &http;
-    platform::SettingsStore &settings;
-    platform::Keychain &keychain;
-    platform::SigningKeys &signingKeys;
-    platform::BackgroundTasks &background;
-    const platform::NumberFormatter &formatter;
-    const platform::FileSystem &files;
-    Endpoints endpoints;
-};
 
 /// Everything the wallet knows, observable: address, cluster, endpoint settings, the last fetched
 /// figures and the state of the signing key. Made once at launch; main thread.

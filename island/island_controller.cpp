@@ -1,5 +1,6 @@
 #include "island/island_controller.h"
 
+#include "core/wallet_model.h"
 #include "island/island_animations.h"
 #include "island/island_geometry.h"
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/wallet_model.h"
 #include "island/card.h"
 #include "island/hover_machine.h"
 #include "island/island_pane.h"
@@ -22,6 +21,10 @@
 #include <optional>
 
 class QQuickItem;
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
 
 namespace corvane::island {
 

@@ -1,5 +1,7 @@
 #include "panes/backup_card_model.h"
 
+#include "core/wallet_model.h"
+
 namespace corvane::panes {
 
 BackupCardModel::BackupCardModel(core::WalletModel &wallet, look::Transaction &transaction,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/wallet_model.h"
 #include "look/motion/transaction.h"
 #include "look/secrets/secret_text.h"
 #include "panes/passing_flag.h"
@@ -8,6 +7,10 @@
 
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
 
 namespace corvane::panes {
 

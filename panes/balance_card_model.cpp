@@ -1,6 +1,8 @@
 #include "panes/balance_card_model.h"
 
 #include "core/labels.h"
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
 #include "panes/network_wording.h"
 
 #include <cmath>

@@ -1,12 +1,18 @@
 #pragma once
 
-#include "core/wallet_model.h"
-#include "island/island_controller.h"
 #include "panes/passing_flag.h"
 
 #include <QList>
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
+
+namespace corvane::island {
+class IslandController;
+} // namespace corvane::island
 
 namespace corvane::panes {
 

@@ -1,5 +1,7 @@
 #include "panes/card_models.h"
 
+#include "island/island_controller.h"
+
 namespace corvane::panes {
 
 CardModels::CardModels(core::WalletModel &wallet, island::IslandController &island,

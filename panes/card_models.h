@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/wallet_model.h"
-#include "island/island_controller.h"
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
 #include "panes/receive_pane_model.h"
@@ -16,6 +14,14 @@
 
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
+
+namespace corvane::island {
+class IslandController;
+} // namespace corvane::island
 
 namespace corvane::panes {
 

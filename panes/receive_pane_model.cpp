@@ -1,5 +1,7 @@
 #include "panes/receive_pane_model.h"
 
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
 #include "panes/network_wording.h"
 
 namespace corvane::panes {

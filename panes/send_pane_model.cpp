@@ -3,6 +3,8 @@
 #include "core/blank_trimming.h"
 #include "core/labels.h"
 #include "core/typed_amount.h"
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
 #include "panes/network_wording.h"
 
 #include <algorithm>

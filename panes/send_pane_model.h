@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/wallet_model.h"
-#include "island/island_controller.h"
+#include "core/send_error.h"
+#include "keys/address.h"
 #include "platform/link_opener.h"
 #include "platform/sound_player.h"
 
@@ -11,6 +11,14 @@
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
+
+namespace corvane::island {
+class IslandController;
+} // namespace corvane::island
 
 namespace corvane::panes {
 

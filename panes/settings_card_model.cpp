@@ -2,6 +2,8 @@
 
 #include "core/blank_trimming.h"
 #include "core/endpoint_choice.h"
+#include "core/wallet_model.h"
+#include "island/island_controller.h"
 #include "panes/network_wording.h"
 
 #include <algorithm>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/wallet_model.h"
-#include "island/island_controller.h"
 #include "panes/passing_flag.h"
 #include "platform/application.h"
 
@@ -11,6 +9,14 @@
 #include <QObject>
 #include <QString>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
+
+namespace corvane::island {
+class IslandController;
+} // namespace corvane::island
 
 namespace corvane::panes {
 

@@ -1,6 +1,7 @@
 #include "panes/setup_card_model.h"
 
 #include "core/blank_trimming.h"
+#include "core/wallet_model.h"
 
 namespace corvane::panes {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/wallet_model.h"
+#include "core/send_error.h"
 #include "look/motion/transaction.h"
 #include "look/secrets/secret_text.h"
 
@@ -8,6 +8,10 @@
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
+
+namespace corvane::core {
+class WalletModel;
+} // namespace corvane::core
 
 namespace corvane::panes {
 
