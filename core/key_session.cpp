@@ -98,7 +98,7 @@ void KeySession::unlock(std::shared_ptr<platform::AuthenticationContext> context
     });
 }
 
-QCoro::Task<bool> KeySession::open(QString prompt)
+QCoro::Task<bool> KeySession::open(platform::PresencePrompt prompt)
 {
     if (m_seed) {
         co_return true;
@@ -110,7 +110,8 @@ QCoro::Task<bool> KeySession::open(QString prompt)
 QCoro::Task<std::optional<SecretBytes>> KeySession::backupSecret()
 {
     const QPointer<KeySession> self(this);
-    auto opening = open(QStringLiteral("reveal your wallet backup key"));
+    auto opening =
+        open({platform::PresenceReason::Reveal, QStringLiteral("reveal your wallet backup key")});
     if (const bool isOpen = co_await opening; !self || !isOpen) {
         co_return std::nullopt;
     }

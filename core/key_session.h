@@ -62,9 +62,9 @@ public:
     [[nodiscard]] SendResult<QString> importText(QStringView text);
     /// Loads the seed, opened by a context that has just passed. Does nothing unless locked.
     void unlock(std::shared_ptr<platform::AuthenticationContext> context);
-    /// True when the seed is held in the end. While it is not, the user is asked with the text
-    /// `prompt`; false when they refuse, and when the key was replaced or removed meanwhile.
-    QCoro::Task<bool> open(QString prompt);
+    /// True when the seed is held in the end. While it is not, the user is asked with `prompt`;
+    /// false when they refuse, and when the key was replaced or removed meanwhile.
+    QCoro::Task<bool> open(platform::PresencePrompt prompt);
     /// The backup text (ASCII) of the key, asking the user while it is locked; none when they
     /// refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();

@@ -34,7 +34,8 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(keys::Address to, double a
     }
     const auto lamports = keys::Lamports::fromSol(amountSOL);
 
-    auto opening = m_keySession->open(u"send "_s + group(amountSOL, 4) + u" SOL"_s);
+    auto opening = m_keySession->open(
+        {platform::PresenceReason::Send, u"send "_s + group(amountSOL, 4) + u" SOL"_s});
     if (const bool isOpen = co_await opening; !self || !isOpen) {
         co_return Result(SendError::locked());
     }

@@ -124,6 +124,7 @@ void IslandController::perform(HoverMachine::Action action)
     using enum HoverMachine::Action;
     switch (action) {
     case Swell:
+        m_unlock.approached();
         animate(swellSpring(), m_hovering, true, &IslandController::hoveringChanged);
         break;
     case Settle:

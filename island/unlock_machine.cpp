@@ -6,12 +6,21 @@
 
 namespace corvane::island {
 
+using platform::PresenceAnswer;
+
 UnlockMachine::UnlockMachine(platform::MainQueue &queue, platform::Authenticator &authenticator,
                              Island &island)
     : m_queue(queue)
     , m_authenticator(authenticator)
     , m_island(island)
 {}
+
+void UnlockMachine::approached()
+{
+    if (m_state != State::Unlocked) {
+        findOut();
+    }
+}
 
 void UnlockMachine::opened()
 {
@@ -35,37 +44,75 @@ void UnlockMachine::ask(std::function<void()> then)
 {
     m_state = State::Prompting;
     m_island.clearMessage();
-    const auto context = m_authenticator.makeContext(QStringLiteral("Cancel"));
-    if (!m_authenticator.canEvaluate(*context)) {
-        m_state = State::Unlocked;
-        m_island.unlockAtOnce();
-        if (then) {
-            then();
-        }
+    if (m_canAsk) {
+        prompt(*std::exchange(m_canAsk, std::nullopt), std::move(then));
+    } else {
+        m_waiting = std::move(then);
+        findOut();
+    }
+}
+
+void UnlockMachine::findOut()
+{
+    m_canAsk.reset();
+    if (std::exchange(m_findingOut, true)) {
         return;
     }
     // The answer may come on any thread.
-    m_authenticator.evaluate(context, QStringLiteral("unlock Corvane"),
+    m_authenticator.canEvaluate(
+        [this, life = std::weak_ptr(m_life), &queue = m_queue](bool canAsk) {
+            queue.post([this, life, canAsk] {
+                if (!life.expired()) {
+                    foundOut(canAsk);
+                }
+            });
+        });
+}
+
+void UnlockMachine::foundOut(bool canAsk)
+{
+    m_findingOut = false;
+    if (m_waiting) {
+        prompt(canAsk, *std::exchange(m_waiting, std::nullopt));
+    } else {
+        m_canAsk = canAsk;
+    }
+}
+
+void UnlockMachine::prompt(bool canAsk, std::function<void()> then)
+{
+    const auto context = m_authenticator.makeContext(QStringLiteral("Cancel"));
+    if (!canAsk) {
+        answered(PresenceAnswer::NobodyToAsk, context, then);
+        return;
+    }
+    m_authenticator.evaluate(context,
+                             {platform::PresenceReason::Unlock, QStringLiteral("unlock Corvane")},
                              [this, life = std::weak_ptr(m_life), &queue = m_queue, context,
-                              then = std::move(then)](bool success) {
-                                 queue.post([this, life, context, then, success] {
+                              then = std::move(then)](PresenceAnswer answer) {
+                                 queue.post([this, life, context, then, answer] {
                                      if (!life.expired()) {
-                                         answered(success, context, then);
+                                         answered(answer, context, then);
                                      }
                                  });
                              });
 }
 
-void UnlockMachine::answered(bool success, std::shared_ptr<platform::AuthenticationContext> context,
+void UnlockMachine::answered(PresenceAnswer answer,
+                             std::shared_ptr<platform::AuthenticationContext> context,
                              const std::function<void()> &then)
 {
-    if (!success) {
+    if (answer == PresenceAnswer::Refused) {
         m_state = State::Refused;
         return;
     }
     m_state = State::Unlocked;
-    m_island.unlock();
-    m_island.loadKey(std::move(context));
+    if (answer == PresenceAnswer::Passed) {
+        m_island.unlock();
+        m_island.loadKey(std::move(context));
+    } else {
+        m_island.unlockAtOnce();
+    }
     if (then) {
         then();
     }

@@ -16,7 +16,7 @@ platform::KeychainStatus KeyVault::storeStatus(const platform::SecretBytes &secr
     return m_keychain->add(serviceName, address.text(), secret, platform::KeychainProtection::None);
 }
 
-std::optional<platform::SecretBytes> KeyVault::loadSecret(const QString &prompt)
+std::optional<platform::SecretBytes> KeyVault::loadSecret(const platform::PresencePrompt &prompt)
 {
     return m_keychain->copyData(serviceName, prompt);
 }

@@ -35,9 +35,10 @@ public:
     [[nodiscard]] platform::KeychainStatus storeStatus(const platform::SecretBytes &secret,
                                                        const Address &address);
 
-    /// The seed, asking the user with the text `prompt`; none on refusal and on every failure.
-    /// Blocks while the user is asked, so background threads only.
-    [[nodiscard]] std::optional<platform::SecretBytes> loadSecret(const QString &prompt);
+    /// The seed, asking for the user's presence with `prompt`; none on refusal and on every
+    /// failure. Blocks while the user is asked, so background threads only.
+    [[nodiscard]] std::optional<platform::SecretBytes>
+    loadSecret(const platform::PresencePrompt &prompt);
     /// The seed, opened by a context that has just passed. Background threads only.
     [[nodiscard]] std::optional<platform::SecretBytes>
     loadSecret(platform::AuthenticationContext &context);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/presence.h"
+
 #include <QString>
 
 #include <functional>
@@ -21,11 +23,13 @@ public:
     [[nodiscard]] virtual bool passed() const = 0;
 };
 
-/// Asks the device's owner to prove presence, by fingerprint or account password.
+/// Asks the device's owner to prove presence, by fingerprint or account password. No call waits;
+/// each reply comes exactly once, on any thread, perhaps before the call returns.
 class Authenticator
 {
 public:
-    using Reply = std::function<void(bool success)>;
+    using Availability = std::function<void(bool available)>;
+    using Reply = std::function<void(PresenceAnswer answer)>;
 
     Authenticator() = default;
     Authenticator(const Authenticator &) = delete;
@@ -37,12 +41,12 @@ public:
     [[nodiscard]] virtual std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) = 0;
 
-    /// True when this device has a means of authenticating its owner. Does not prompt.
-    [[nodiscard]] virtual bool canEvaluate(const AuthenticationContext &context) = 0;
+    /// Whether this device has a means of authenticating its owner, as far as can be found out
+    /// without a prompt. Replies within a few seconds.
+    virtual void canEvaluate(Availability reply) = 0;
 
-    /// Prompts with `reason`. `reply` is called exactly once, later, on any thread; the context
-    /// lives at least until then. A failure, a refusal and a time-out all reply false.
-    virtual void evaluate(std::shared_ptr<AuthenticationContext> context, const QString &reason,
+    /// Prompts the owner, who may take minutes. `context` has passed before a reply says so.
+    virtual void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                           Reply reply) = 0;
 };
 

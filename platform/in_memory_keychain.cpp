@@ -20,7 +20,8 @@ KeychainStatus InMemoryKeychain::add(const QString &service, const QString &acco
     return keychainSuccess;
 }
 
-std::optional<SecretBytes> InMemoryKeychain::copyData(const QString &service, const QString &)
+std::optional<SecretBytes> InMemoryKeychain::copyData(const QString &service,
+                                                      const PresencePrompt &)
 {
     const std::scoped_lock lock(m_mutex);
     const Item *item = find(service);

@@ -17,7 +17,7 @@ public:
                                      const SecretBytes &data,
                                      KeychainProtection protection) override;
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
-                                                      const QString &prompt) override;
+                                                      const PresencePrompt &prompt) override;
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
                                                       AuthenticationContext &context) override;
     [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/presence.h"
 #include "platform/secret_bytes.h"
 
 #include <QString>
@@ -51,9 +52,9 @@ public:
                                              KeychainProtection protection) = 0;
 
     /// The data of the first item of `service`, none on any failure. When the item is protected,
-    /// the user is asked with the text `prompt`, so the call blocks; background threads only.
+    /// the user is asked for presence with `prompt`, so the call blocks; background threads only.
     [[nodiscard]] virtual std::optional<SecretBytes> copyData(const QString &service,
-                                                              const QString &prompt) = 0;
+                                                              const PresencePrompt &prompt) = 0;
 
     /// The same without a prompt, opened by a context that has passed. Background threads only.
     [[nodiscard]] virtual std::optional<SecretBytes> copyData(const QString &service,

@@ -148,14 +148,15 @@ public:
         cancelTitles.append(cancelTitle);
         return std::make_shared<platform::OneTimeContext>();
     }
-    [[nodiscard]] bool canEvaluate(const platform::AuthenticationContext &) override
+    void canEvaluate(Availability reply) override { reply(available); }
+    void evaluate(std::shared_ptr<platform::AuthenticationContext> context,
+                  platform::PresencePrompt prompt, Reply reply) override
     {
-        return available;
-    }
-    void evaluate(std::shared_ptr<platform::AuthenticationContext> context, const QString &reason,
-                  Reply reply) override
-    {
-        reasons.append(reason);
+        if (!available) {
+            reply(platform::PresenceAnswer::NobodyToAsk);
+            return;
+        }
+        reasons.append(prompt.text);
         m_context = std::static_pointer_cast<platform::OneTimeContext>(context);
         m_reply = std::move(reply);
         if (agrees) {
@@ -166,10 +167,14 @@ public:
     [[nodiscard]] bool isAsking() const { return static_cast<bool>(m_reply); }
     void answer(bool success)
     {
-        if (success) {
+        answer(success ? platform::PresenceAnswer::Passed : platform::PresenceAnswer::Refused);
+    }
+    void answer(platform::PresenceAnswer answer)
+    {
+        if (answer == platform::PresenceAnswer::Passed) {
             m_context->pass();
         }
-        std::exchange(m_reply, nullptr)(success);
+        std::exchange(m_reply, nullptr)(answer);
     }
 
     bool available = true;

@@ -21,16 +21,18 @@ public:
         }
         return InMemoryKeychain::add(service, account, data, protection);
     }
-    [[nodiscard]] std::optional<platform::SecretBytes> copyData(const QString &service,
-                                                                const QString &prompt) override
+    [[nodiscard]] std::optional<platform::SecretBytes>
+    copyData(const QString &service, const platform::PresencePrompt &prompt) override
     {
-        prompts.append(prompt);
+        prompts.append(prompt.text);
+        reasons.append(prompt.reason);
         return refuses ? std::nullopt : InMemoryKeychain::copyData(service, prompt);
     }
     using InMemoryKeychain::copyData;
 
     QList<platform::KeychainStatus> failures;
     QStringList prompts;
+    QList<platform::PresenceReason> reasons;
     bool refuses = false;
 };
 

@@ -166,6 +166,12 @@ TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
     openIsland();
     EXPECT_TRUE(m_island->islandUnlocked());
     EXPECT_TRUE(m_authenticator.reasons.isEmpty());
+    // Also before that could be found out, and then before the card unfolds.
+    launchIsland();
+    m_island->present();
+    queue.drain();
+    EXPECT_TRUE(m_island->islandUnlocked());
+    EXPECT_FALSE(m_island->expanded());
     m_island->copyAddress();
     model->setAddress(QStringLiteral("  abc "));
     m_island->copyAddress();
@@ -217,6 +223,7 @@ TEST_F(IslandControllerTest, ChoosesTheCard)
     QObject::connect(m_island.get(), &IslandController::cardChanged, m_island.get(),
                      [&] { cards.push_back(m_island->card()); });
     m_island->requestIslandUnlock();
+    queue.drain();
     ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
     model->setPendingBackup(std::nullopt);
     m_island->setPane(IslandPane::Settings);

@@ -77,6 +77,7 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
                         tests::control(m_stage.view(), u"UNLOCK"_s)->height();
     EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 140 + rows}, 16));
     click(u"UNLOCK"_s);
+    queue.drain();
     ASSERT_TRUE(m_authenticator.isAsking());
     m_authenticator.answer(true);
     queue.drain();

@@ -10,7 +10,7 @@ namespace {
 
 using State = UnlockMachine::State;
 
-enum class Event { Opened, Requested, Agrees, Refuses };
+enum class Event { Approached, Opened, Requested, Agrees, Refuses, IsNotThere };
 
 /// A machine and an island that writes down what is done to it.
 class UnlockMachineTest : public testing::Test, public UnlockMachine::Island
@@ -33,6 +33,9 @@ protected:
     void handle(Event event)
     {
         switch (event) {
+        case Event::Approached:
+            m_machine->approached();
+            break;
         case Event::Opened:
             m_machine->opened();
             break;
@@ -42,6 +45,9 @@ protected:
         case Event::Agrees:
         case Event::Refuses:
             m_authenticator.answer(event == Event::Agrees);
+            break;
+        case Event::IsNotThere:
+            m_authenticator.answer(platform::PresenceAnswer::NobodyToAsk);
             break;
         }
         m_queue.drain();
@@ -71,6 +77,7 @@ TEST_F(UnlockMachineTest, DoesWhatTheTableSays)
              {Locked, {Opened}, "clear ", 1, Prompting},
              {Locked, {Requested, Agrees}, "clear unlock load continue ", 1, Unlocked},
              {Locked, {Requested, Refuses}, "clear ", 1, Refused},
+             {Locked, {Requested, IsNotThere}, "clear at-once continue ", 1, Unlocked},
              {Prompting, {Opened, Requested, Agrees}, "unlock load ", 0, Unlocked},
              {Prompting, {Refuses}, "", 0, Refused},
              {Refused, {Opened}, "", 0, Refused},
@@ -91,6 +98,11 @@ TEST_F(UnlockMachineTest, DoesWhatTheTableSays)
     handle(Requested);
     EXPECT_EQ(m_log, "clear at-once continue ");
     EXPECT_EQ(m_machine->state(), Unlocked);
+    // Found out ahead, it needs no turn of the queue.
+    begin(Locked);
+    handle(Approached);
+    m_machine->request([this] { m_log += "continue "; });
+    EXPECT_EQ(m_log, "clear at-once continue ");
 }
 
 } // namespace

@@ -98,6 +98,7 @@ TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
     m_card->backup();
     settle();
     EXPECT_EQ(keychain.prompts, QStringList{u"reveal your wallet backup key"_s});
+    EXPECT_EQ(keychain.reasons, QList{platform::PresenceReason::Reveal});
     EXPECT_FALSE(model->hasPendingBackup());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
 

@@ -2,13 +2,11 @@
 #include "platform/linux/bus/portal_appearance.h"
 
 #include "assets/bundled_fonts.h"
-#include "platform/linux/keyring/no_authenticator.h"
 #include "platform/linux/toolkit/fontconfig_font_registry.h"
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/x11/xcb_island_panel.h"
 #include "platform/linux/x11/xcb_pointer_monitor.h"
 #include "tests/fakes/table.h"
-#include "tests/platform/wait_until.h"
 
 #include <QGuiApplication>
 
@@ -18,22 +16,6 @@ namespace corvane::tests {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-TEST(NoAuthenticator, RefusesLaterAndKeepsTheContextUntilThen)
-{
-    platform::NoAuthenticator authenticator;
-    auto context = authenticator.makeContext(u"Cancel"_s);
-    EXPECT_FALSE(authenticator.canEvaluate(*context));
-    const std::weak_ptr<platform::AuthenticationContext> alive = context;
-    std::optional<bool> answer;
-    authenticator.evaluate(std::move(context), u"test"_s, [&](bool success) {
-        EXPECT_FALSE(alive.expired());
-        answer = success;
-    });
-    EXPECT_FALSE(answer.has_value());
-    ASSERT_TRUE(waitUntil([&] { return answer.has_value(); }));
-    EXPECT_EQ(answer, false);
-}
 
 TEST(FontconfigFontRegistry, FindsAFontByEachOfItsNamesAsSoonAsItIsThere)
 {

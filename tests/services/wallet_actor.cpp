@@ -37,6 +37,24 @@ std::string toHex(const std::optional<SecretBytes> &data)
     return data ? tests::textOf(*data).toLatin1().toHex().toStdString() : "nothing";
 }
 
+/// A prompt with this text; what it is for goes by the first word.
+PresencePrompt promptOf(const QString &text)
+{
+    const QString word = text.section(u' ', 0, 0);
+    const PresenceReason reason = word == u"reveal" ? PresenceReason::Reveal
+                                  : word == u"send" ? PresenceReason::Send
+                                                    : PresenceReason::Unlock;
+    return {reason, text};
+}
+
+template <typename Answer, typename Start>
+Answer replyOf(Start start)
+{
+    std::promise<Answer> answer;
+    start([&](Answer value) { answer.set_value(value); });
+    return answer.get_future().get();
+}
+
 class Actor
 {
 public:
@@ -68,7 +86,7 @@ public:
             return m_vault.pubkey().value_or(QStringLiteral("none")).toStdString();
         }
         if (command == u"read") {
-            return toHex(m_vault.loadSecret(rest));
+            return toHex(m_vault.loadSecret(promptOf(rest)));
         }
         if (command == u"open") {
             return toHex(m_vault.loadSecret(*m_context));
@@ -81,16 +99,19 @@ public:
             return std::to_string(std::exchange(m_willing.reasons, {}).size());
         }
         if (command == u"can") {
-            return m_authenticator.canEvaluate(*m_context) ? "yes" : "no";
+            return replyOf<bool>([&](auto reply) { m_authenticator.canEvaluate(reply); }) ? "yes"
+                                                                                          : "no";
         }
         if (command == u"evaluate") {
-            std::promise<bool> answer;
             m_context = m_authenticator.makeContext({});
-            m_authenticator.evaluate(m_context, rest,
-                                     [&](bool success) { answer.set_value(success); });
-            const bool success = answer.get_future().get();
-            return std::string(success ? "success" : "failure") +
-                   (m_context->passed() ? " passed" : " not passed");
+            const auto answer = replyOf<PresenceAnswer>(
+                [&](auto reply) { m_authenticator.evaluate(m_context, promptOf(rest), reply); });
+            if (m_context->passed() != (answer == PresenceAnswer::Passed)) {
+                return "the context says something else";
+            }
+            return answer == PresenceAnswer::Passed    ? "passed"
+                   : answer == PresenceAnswer::Refused ? "refused"
+                                                       : "nobody";
         }
         return "unknown command";
     }

@@ -1,10 +1,5 @@
 #include "platform/linux/keyring/no_authenticator.h"
 
-#include <QCoreApplication>
-#include <QMetaObject>
-
-#include <utility>
-
 namespace corvane::platform {
 
 namespace {
@@ -22,19 +17,14 @@ std::shared_ptr<AuthenticationContext> NoAuthenticator::makeContext(const QStrin
     return std::make_shared<NeverPassed>();
 }
 
-bool NoAuthenticator::canEvaluate(const AuthenticationContext &)
+void NoAuthenticator::canEvaluate(Availability reply)
 {
-    return false;
+    reply(false);
 }
 
-void NoAuthenticator::evaluate(std::shared_ptr<AuthenticationContext> context, const QString &,
-                               Reply reply)
+void NoAuthenticator::evaluate(std::shared_ptr<AuthenticationContext>, PresencePrompt, Reply reply)
 {
-    // The reply comes later, never inside this call, and the context lives until then.
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [context = std::move(context), reply = std::move(reply)] { reply(false); },
-        Qt::QueuedConnection);
+    reply(PresenceAnswer::NobodyToAsk);
 }
 
 } // namespace corvane::platform

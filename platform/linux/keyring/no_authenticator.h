@@ -4,14 +4,14 @@
 
 namespace corvane::platform {
 
-/// For devices that have no means of authenticating their owner: every evaluation fails.
+/// For devices that have no means of authenticating their owner. Replies at once.
 class NoAuthenticator final : public Authenticator
 {
 public:
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;
-    [[nodiscard]] bool canEvaluate(const AuthenticationContext &context) override;
-    void evaluate(std::shared_ptr<AuthenticationContext> context, const QString &reason,
+    void canEvaluate(Availability reply) override;
+    void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                   Reply reply) override;
 };
 

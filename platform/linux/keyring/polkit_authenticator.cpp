@@ -1,15 +1,14 @@
+// Before Qt, whose keywords its headers use as names.
+#include <polkit/polkit.h>
+
 #include "platform/linux/keyring/polkit_authenticator.h"
 
 #include "platform/linux/bus/gio_calls.h"
 #include "platform/one_time_context.h"
 
-#include <QByteArray>
-#include <QFile>
-#include <QList>
-
 #include <unistd.h>
 
-#include <atomic>
+#include <optional>
 #include <utility>
 
 namespace corvane::platform {
@@ -21,191 +20,120 @@ using std::chrono::milliseconds;
 /// Bound on questions that polkit answers by itself; it may have to be started first.
 constexpr milliseconds quickBound{3000};
 
-constexpr char polkitName[] = "org.freedesktop.PolicyKit1";
-constexpr char polkitPath[] = "/org/freedesktop/PolicyKit1/Authority";
-constexpr char polkitInterface[] = "org.freedesktop.PolicyKit1.Authority";
-constexpr char login1Name[] = "org.freedesktop.login1";
-constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
+constexpr PresenceReason everyReason[] = {PresenceReason::Unlock, PresenceReason::Reveal,
+                                          PresenceReason::Send};
 
-constexpr char unlockAction[] = "org.corvane.unlock";
-constexpr char revealAction[] = "org.corvane.reveal";
-constexpr char sendAction[] = "org.corvane.send";
-
-constexpr guint32 noInteraction = 0;
-constexpr guint32 allowUserInteraction = 1;
-
-/// When this process was started, in clock ticks since boot; 0 lets polkit find out itself.
-guint64 startTime()
+const char *actionFor(PresenceReason reason)
 {
-    QFile file(QStringLiteral("/proc/self/stat"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
+    switch (reason) {
+    case PresenceReason::Unlock:
+        return "org.corvane.unlock";
+    case PresenceReason::Reveal:
+        return "org.corvane.reveal";
+    case PresenceReason::Send:
+        return "org.corvane.send";
     }
-    // The second field, the program's name in parentheses, may hold anything.
-    const QByteArray text = file.readAll();
-    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    constexpr qsizetype startTimeField = 22 - 3;
-    return fields.size() > startTimeField ? fields[startTimeField].toULongLong() : 0;
+    return "";
 }
 
-/// This process as polkit's subject. The user is named so that polkit need not read it from a
-/// process that might have been replaced.
-GVariant *thisProcess()
-{
-    GVariantBuilder details;
-    g_variant_builder_init(&details, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&details, "{sv}", "pid",
-                          g_variant_new_uint32(static_cast<guint32>(getpid())));
-    g_variant_builder_add(&details, "{sv}", "start-time", g_variant_new_uint64(startTime()));
-    g_variant_builder_add(&details, "{sv}", "uid",
-                          g_variant_new_int32(static_cast<gint32>(getuid())));
-    return g_variant_new("(sa{sv})", "unix-process", &details);
-}
-
-GVariant *sessionSubject(const char *id)
-{
-    GVariantBuilder details;
-    g_variant_builder_init(&details, G_VARIANT_TYPE_VARDICT);
-    g_variant_builder_add(&details, "{sv}", "session-id", g_variant_new_string(id));
-    return g_variant_new("(sa{sv})", "unix-session", &details);
-}
-
-struct Verdict
-{
-    bool authorized = false;
-    bool challenge = false;
+/// What polkit says of an action.
+enum class Verdict {
+    Authorized,
+    NeedsAgent, ///< the user could authenticate, if there is an agent that may ask
+    Refused,
+    Unknown, ///< polkit did not answer, or does not know the action
 };
 
-class Polkit
+/// This process's questions to polkit, with one bound on all of them.
+class PolkitConversation
 {
 public:
-    explicit Polkit(milliseconds bound)
+    explicit PolkitConversation(milliseconds bound)
         : m_calls(bound)
-        , m_bus(m_calls.bus(G_BUS_TYPE_SYSTEM, m_error))
+        // The user is named, so that polkit need not read it from a process that might have been
+        // replaced.
+        , m_process(polkit_unix_process_new_for_owner(getpid(), 0, static_cast<gint>(getuid())))
+        , m_authority(openAuthority())
     {}
 
-    [[nodiscard]] Verdict check(const char *action, guint32 flags, const char *cancellation)
+    [[nodiscard]] Verdict check(PresenceReason reason, PolkitCheckAuthorizationFlags flags)
     {
-        GVariantBuilder noDetails;
-        g_variant_builder_init(&noDetails, G_VARIANT_TYPE("a{ss}"));
-        const auto reply = call("CheckAuthorization",
-                                g_variant_new("(@(sa{sv})sa{ss}us)", thisProcess(), action,
-                                              &noDetails, flags, cancellation),
-                                "((bba{ss}))");
-        if (reply == nullptr) {
-            return {};
+        if (m_authority == nullptr) {
+            return Verdict::Unknown;
         }
-        gboolean authorized = FALSE;
-        gboolean challenge = FALSE;
-        g_variant_get(reply.get(), "((bba{ss}))", &authorized, &challenge, nullptr);
-        return {authorized != FALSE, challenge != FALSE};
-    }
-
-    void cancel(const char *cancellation)
-    {
-        m_calls.restart(quickBound);
-        const auto reply =
-            call("CancelCheckAuthorization", g_variant_new("(s)", cancellation), "()");
-    }
-
-    /// polkit has no question for this, so an agent that is not ours is asked to be removed, which
-    /// polkit always refuses: with one reason when there is none, and with another when there is.
-    [[nodiscard]] bool hasAgent()
-    {
-        if (isRegistered(thisProcess())) {
-            return true;
+        const auto answer = m_calls.await([&](auto *cancellable, auto done, auto data) {
+            polkit_authority_check_authorization(m_authority.get(), m_process.get(),
+                                                 actionFor(reason), nullptr, flags, cancellable,
+                                                 done, data);
+        });
+        const GioPtr<PolkitAuthorizationResult> result(
+            answer != nullptr ? polkit_authority_check_authorization_finish(m_authority.get(),
+                                                                            answer.get(), nullptr)
+                              : nullptr);
+        if (result == nullptr) {
+            return Verdict::Unknown;
         }
-        const QByteArray session = sessionId();
-        return !session.isEmpty() && isRegistered(sessionSubject(session.constData()));
+        if (polkit_authorization_result_get_is_authorized(result.get()) != FALSE) {
+            return Verdict::Authorized;
+        }
+        return polkit_authorization_result_get_is_challenge(result.get()) != FALSE &&
+                       polkit_authorization_result_get_dismissed(result.get()) == FALSE
+                   ? Verdict::NeedsAgent
+                   : Verdict::Refused;
     }
 
-    [[nodiscard]] bool expired() const { return m_calls.expired(); }
+    /// The reasons together, without a prompt. An installation that lacks one of the actions could
+    /// store a key that it cannot open again.
+    [[nodiscard]] Verdict checkAll()
+    {
+        Verdict all = Verdict::Authorized;
+        for (const PresenceReason reason : everyReason) {
+            const Verdict verdict = check(reason, POLKIT_CHECK_AUTHORIZATION_FLAGS_NONE);
+            if (verdict == Verdict::Unknown || verdict == Verdict::Refused) {
+                return verdict;
+            }
+            if (verdict == Verdict::NeedsAgent) {
+                all = verdict;
+            }
+        }
+        return all;
+    }
 
 private:
-    [[nodiscard]] bool isRegistered(GVariant *subject)
+    /// One of its own, because the one that the library shares keeps the name of a polkit that has
+    /// gone, until GLib's main loop tells it otherwise, and the error of a bus that was missing.
+    [[nodiscard]] GioPtr<PolkitAuthority> openAuthority()
     {
-        const auto reply =
-            call("UnregisterAuthenticationAgent",
-                 g_variant_new("(@(sa{sv})s)", subject, "/org/corvane/nobody"), "()");
-        if (reply != nullptr || m_error == nullptr ||
-            !g_dbus_error_is_remote_error(m_error.get())) {
-            return false;
-        }
-        const QByteArray reason(m_error->message);
-        return reason.contains("System bus names do not match") ||
-               reason.contains("Object paths do not match");
-    }
-
-    /// The login session that polkit counts this process to: its own, or for a program started by
-    /// the user's service manager the one on the user's display.
-    [[nodiscard]] QByteArray sessionId()
-    {
-        const auto path = callLogin("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
-                                    "GetSessionByPID",
-                                    g_variant_new("(u)", static_cast<guint32>(getpid())), "(o)");
-        if (path != nullptr) {
-            const char *session = nullptr;
-            g_variant_get(path.get(), "(&o)", &session);
-            const auto id =
-                callLogin(session, propertiesInterface, "Get",
-                          g_variant_new("(ss)", "org.freedesktop.login1.Session", "Id"), "(v)");
-            return id != nullptr ? textIn(id.get(), "s") : QByteArray();
-        }
-        const auto display =
-            callLogin("/org/freedesktop/login1/user/self", propertiesInterface, "Get",
-                      g_variant_new("(ss)", "org.freedesktop.login1.User", "Display"), "(v)");
-        return display != nullptr ? textIn(display.get(), "(so)") : QByteArray();
-    }
-
-    /// The text, or the text at the front of the pair, that `reply` carries as a variant.
-    [[nodiscard]] static QByteArray textIn(GVariant *reply, const char *type)
-    {
-        GVariant *child = nullptr;
-        g_variant_get(reply, "(v)", &child);
-        const GioPtr<GVariant> value(child);
-        if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE(type))) {
-            return {};
-        }
-        if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING)) {
-            return g_variant_get_string(value.get(), nullptr);
-        }
-        const char *text = nullptr;
-        g_variant_get_child(value.get(), 0, "&s", &text);
-        return text;
-    }
-
-    GioPtr<GVariant> call(const char *method, GVariant *parameters, const char *replyType)
-    {
-        return callOn(polkitName, polkitPath, polkitInterface, method, parameters, replyType);
-    }
-
-    GioPtr<GVariant> callLogin(const char *path, const char *interface, const char *method,
-                               GVariant *parameters, const char *replyType)
-    {
-        return callOn(login1Name, path, interface, method, parameters, replyType);
-    }
-
-    GioPtr<GVariant> callOn(const char *name, const char *path, const char *interface,
-                            const char *method, GVariant *parameters, const char *replyType)
-    {
-        const GioPtr<GVariant> owned(g_variant_ref_sink(parameters));
-        if (m_bus == nullptr) {
+        const auto result = m_calls.await([](auto *cancellable, auto done, auto data) {
+            g_async_initable_new_async(POLKIT_TYPE_AUTHORITY, G_PRIORITY_DEFAULT, cancellable, done,
+                                       data, nullptr);
+        });
+        if (result == nullptr) {
             return nullptr;
         }
-        return m_calls.call(m_bus.get(), name, path, interface, method, owned.get(), replyType,
-                            m_error);
+        const GioPtr<GObject> source(g_async_result_get_source_object(result.get()));
+        GObject *made =
+            g_async_initable_new_finish(G_ASYNC_INITABLE(source.get()), result.get(), nullptr);
+        return GioPtr<PolkitAuthority>(made != nullptr ? POLKIT_AUTHORITY(made) : nullptr);
     }
 
     BoundedCalls m_calls;
-    GioPtr<GError> m_error;
-    GioPtr<GDBusConnection> m_bus;
+    GioPtr<PolkitSubject> m_process;
+    GioPtr<PolkitAuthority> m_authority;
 };
 
-/// Cancellation ids are told apart by the caller's connection, which all evaluations share.
-QByteArray nextCancellationId()
+PresenceAnswer answerOf(Verdict verdict)
 {
-    static std::atomic<unsigned> count = 0;
-    return "evaluation-" + QByteArray::number(++count);
+    switch (verdict) {
+    case Verdict::Authorized:
+        return PresenceAnswer::Passed;
+    case Verdict::NeedsAgent:
+        return PresenceAnswer::NobodyToAsk;
+    case Verdict::Refused:
+    case Verdict::Unknown:
+        break;
+    }
+    return PresenceAnswer::Refused;
 }
 
 } // namespace
@@ -215,62 +143,36 @@ PolkitAuthenticator::PolkitAuthenticator(BackgroundTasks &background, millisecon
     , m_userBound(userBound)
 {}
 
-std::optional<QString> PolkitAuthenticator::actionFor(const QString &reason)
-{
-    if (reason == u"unlock Corvane") {
-        return QString::fromLatin1(unlockAction);
-    }
-    if (reason == u"reveal your wallet backup key") {
-        return QString::fromLatin1(revealAction);
-    }
-    if (reason.startsWith(u"send ")) {
-        return QString::fromLatin1(sendAction);
-    }
-    return std::nullopt;
-}
-
 std::shared_ptr<AuthenticationContext> PolkitAuthenticator::makeContext(const QString &)
 {
     return std::make_shared<OneTimeContext>();
 }
 
-bool PolkitAuthenticator::canEvaluate(const AuthenticationContext &)
+void PolkitAuthenticator::canEvaluate(Availability reply)
 {
-    Polkit polkit(quickBound);
-    bool mustAsk = false;
-    // An installation that lacks one of the actions could store a key that it cannot open again.
-    for (const char *action : {unlockAction, revealAction, sendAction}) {
-        const Verdict verdict = polkit.check(action, noInteraction, "");
-        if (!verdict.authorized && !verdict.challenge) {
-            return false;
-        }
-        mustAsk = mustAsk || !verdict.authorized;
-    }
-    return !mustAsk || polkit.hasAgent();
+    m_background.run([reply = std::move(reply), lacksAgent = m_lacksAgent] {
+        const Verdict verdict = PolkitConversation(quickBound).checkAll();
+        reply(verdict == Verdict::Authorized || (verdict == Verdict::NeedsAgent && !*lacksAgent));
+    });
 }
 
 void PolkitAuthenticator::evaluate(std::shared_ptr<AuthenticationContext> context,
-                                   const QString &reason, Reply reply)
+                                   PresencePrompt prompt, Reply reply)
 {
     const auto oneTime = std::dynamic_pointer_cast<OneTimeContext>(std::move(context));
-    const std::optional<QString> action = oneTime != nullptr ? actionFor(reason) : std::nullopt;
-    m_background.run([oneTime, action, reply = std::move(reply), bound = m_userBound] {
-        bool success = false;
-        if (action) {
-            Polkit polkit(bound);
-            const QByteArray cancellation = nextCancellationId();
-            success = polkit
-                          .check(action->toLatin1().constData(), allowUserInteraction,
-                                 cancellation.constData())
-                          .authorized;
-            if (!success && polkit.expired()) {
-                polkit.cancel(cancellation.constData());
-            }
-        }
-        if (success) {
+    if (oneTime == nullptr) {
+        reply(PresenceAnswer::Refused);
+        return;
+    }
+    m_background.run([oneTime, reason = prompt.reason, reply = std::move(reply),
+                      bound = m_userBound, lacksAgent = m_lacksAgent] {
+        const PresenceAnswer answer = answerOf(PolkitConversation(bound).check(
+            reason, POLKIT_CHECK_AUTHORIZATION_FLAGS_ALLOW_USER_INTERACTION));
+        *lacksAgent = answer == PresenceAnswer::NobodyToAsk;
+        if (answer == PresenceAnswer::Passed) {
             oneTime->pass();
         }
-        reply(success);
+        reply(answer);
     });
 }
 

@@ -3,18 +3,24 @@
 #include "platform/authenticator.h"
 #include "platform/background_tasks.h"
 
-#include <QString>
-
+#include <atomic>
 #include <chrono>
-#include <optional>
+#include <memory>
 
 namespace corvane::platform {
 
 /// Authenticates the owner through polkit, by whatever the account's PAM stack offers.
 ///
 /// polkit shows programs' own texts to nobody, so each reason has an action with a fixed text, in
-/// `assets/org.corvane.policy`. Contexts are `OneTimeContext`s. All members may be called from any
-/// thread, and an evaluation, which is work in the background, outlives the object.
+/// `assets/org.corvane.policy`. Contexts are `OneTimeContext`s.
+///
+/// Whether the session has an authentication agent is no question that polkit answers, except by
+/// the evaluation itself: without an agent that ends at once, unauthorized and with the remark that
+/// the owner could have been asked. Until an evaluation has ended so, an agent is taken to be
+/// there, and afterwards to be missing until an evaluation has been answered.
+///
+/// All members may be called from any thread, and an evaluation, which is work in the background,
+/// outlives the object.
 class PolkitAuthenticator final : public Authenticator
 {
 public:
@@ -24,19 +30,18 @@ public:
 
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;
-    /// True when polkit knows the actions, would let the user authenticate for them, and an
-    /// authentication agent is there to ask. Takes a few milliseconds, three seconds at most.
-    [[nodiscard]] bool canEvaluate(const AuthenticationContext &context) override;
-    /// Replies false to a reason without an action and to a context of another authenticator.
-    void evaluate(std::shared_ptr<AuthenticationContext> context, const QString &reason,
+    /// True when polkit knows the actions, and would let the user authenticate for them if that is
+    /// needed. Three seconds at most.
+    void canEvaluate(Availability reply) override;
+    /// Refuses a context of another authenticator.
+    void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                   Reply reply) override;
-
-    /// The action whose text tells `reason`.
-    [[nodiscard]] static std::optional<QString> actionFor(const QString &reason);
 
 private:
     BackgroundTasks &m_background;
-    std::chrono::milliseconds m_userBound;
+    const std::chrono::milliseconds m_userBound;
+    /// The last evaluation found no agent. Outlives this object where an evaluation does.
+    std::shared_ptr<std::atomic<bool>> m_lacksAgent = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace corvane::platform

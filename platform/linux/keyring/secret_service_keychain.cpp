@@ -28,6 +28,18 @@ bool anyLocked(const std::vector<KeyringItem> &items)
     return std::ranges::any_of(items, [](const KeyringItem &item) { return isLocked(item); });
 }
 
+/// What `start` replies; none when it takes longer than `bound`.
+template <typename Answer, typename Start>
+std::optional<Answer> awaitReply(milliseconds bound, Start start)
+{
+    // Owned by the reply as well, which may come after the wait has been given up.
+    const auto promise = std::make_shared<std::promise<Answer>>();
+    std::future<Answer> answer = promise->get_future();
+    start([promise](Answer value) { promise->set_value(value); });
+    return answer.wait_for(bound) == std::future_status::ready ? std::optional(answer.get())
+                                                               : std::nullopt;
+}
+
 /// Whether a search that found nothing has looked everywhere: into the keyring that held the
 /// item last, or where that is gone or nothing was stored, into the one for new items.
 bool hasSeenAll(SecretServiceConversation &talk, const std::optional<RememberedAccount> &remembered)
@@ -169,7 +181,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
 }
 
 std::optional<SecretBytes> SecretServiceKeychain::copyData(const QString &service,
-                                                           const QString &prompt)
+                                                           const PresencePrompt &prompt)
 {
     return read(service, [&] { return askForPresence(prompt); });
 }
@@ -275,18 +287,16 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
 
 bool SecretServiceKeychain::canAskForPresence()
 {
-    const auto context = m_authenticator.makeContext({});
-    return m_authenticator.canEvaluate(*context);
+    return awaitReply<bool>(m_bounds.quick, [&](auto reply) { m_authenticator.canEvaluate(reply); })
+        .value_or(false);
 }
 
-bool SecretServiceKeychain::askForPresence(const QString &prompt)
+bool SecretServiceKeychain::askForPresence(const PresencePrompt &prompt)
 {
-    // Owned by the reply as well, which may come after the wait has been given up.
-    const auto answer = std::make_shared<std::promise<bool>>();
-    std::future<bool> success = answer->get_future();
-    m_authenticator.evaluate(m_authenticator.makeContext(QStringLiteral("Cancel")), prompt,
-                             [answer](bool passed) { answer->set_value(passed); });
-    return success.wait_for(m_bounds.presence) == std::future_status::ready && success.get();
+    const auto context = m_authenticator.makeContext(QStringLiteral("Cancel"));
+    return awaitReply<PresenceAnswer>(m_bounds.presence, [&](auto reply) {
+               m_authenticator.evaluate(context, prompt, reply);
+           }) == PresenceAnswer::Passed;
 }
 
 void SecretServiceKeychain::unlockInBackground()

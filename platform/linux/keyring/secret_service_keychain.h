@@ -52,7 +52,7 @@ public:
                                      const SecretBytes &data,
                                      KeychainProtection protection) override;
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
-                                                      const QString &prompt) override;
+                                                      const PresencePrompt &prompt) override;
     /// Opening a protected item uses the context up, which must be a `OneTimeContext`.
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
                                                       AuthenticationContext &context) override;
@@ -64,7 +64,7 @@ private:
     class QuickCall;
 
     [[nodiscard]] bool canAskForPresence();
-    [[nodiscard]] bool askForPresence(const QString &prompt);
+    [[nodiscard]] bool askForPresence(const PresencePrompt &prompt);
     /// The data of the item; `mayOpen` is asked when the item is protected.
     [[nodiscard]] std::optional<SecretBytes> read(const QString &service,
                                                   const std::function<bool()> &mayOpen) const;
