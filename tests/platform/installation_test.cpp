@@ -64,10 +64,6 @@ TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
     EXPECT_TRUE(contents(entry).contains(R"(Exec="/a\\"b\\$c\\\\d 5%%/x")"
                                          "\n"))
         << contents(entry).toStdString();
-    // A blank at the end would not be read as a part of the path.
-    XdgAutostart(m_folder.path(), QStringLiteral("/a b ")).enable();
-    EXPECT_TRUE(contents(entry).contains("TryExec=/a b\\s\nExec=\"/a b \"\n"))
-        << contents(entry).toStdString();
 }
 
 TEST_F(InstallationTest, AutostartFollowsWhatTheUserHasChosen)
@@ -87,6 +83,8 @@ TEST_F(InstallationTest, AutostartFollowsWhatTheUserHasChosen)
              Case{"Exec=/old/corvane", false, true},
              Case{"Exec=/opt/corvane-old", false, true},
              Case{"Name=Corvane", false, true},
+             Case{"Exec=\"/opt/corvane", false, true},
+             Case{"this is no entry", false, true},
              Case{"Exec=/opt/corvane\nHidden=true", false, false},
              Case{"Exec=/opt/corvane\nX-GNOME-Autostart-enabled=false", false, false},
          }) {

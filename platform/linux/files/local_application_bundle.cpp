@@ -103,17 +103,11 @@ bool copyFolder(const fs::path &from, const fs::path &to)
 bool copyTree(const fs::path &from, const fs::path &to)
 {
     std::error_code failed;
-    switch (fs::symlink_status(from, failed).type()) {
-    case fs::file_type::symlink:
-        fs::copy_symlink(from, to, failed);
-        return !failed;
-    case fs::file_type::regular:
-        return fs::copy_file(from, to, failed) && !failed;
-    case fs::file_type::directory:
-        return fs::create_directory(to, failed) && !failed && copyFolder(from, to);
-    default:
-        return false;
+    if (fs::is_directory(fs::symlink_status(from, failed))) {
+        return fs::create_directory(to, failed) && copyFolder(from, to);
     }
+    fs::copy(from, to, fs::copy_options::copy_symlinks, failed);
+    return !failed;
 }
 
 } // namespace
