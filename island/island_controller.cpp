@@ -45,7 +45,7 @@ IslandController::~IslandController()
 void IslandController::show()
 {
     m_panel = m_services.panels.makePanel(stageRect());
-    m_panel->setLevel(platform::IslandPanel::restingLevel);
+    m_panel->setLevel(platform::IslandPanel::Level::Resting);
     m_panel->setClickThrough(true);
     if (m_services.makeContent) {
         m_panel->setContent(m_services.makeContent(*this));
@@ -256,13 +256,13 @@ QSizeF IslandController::size(IslandPane pane) const
 
 void IslandController::takeClicks()
 {
-    panel().setLevel(platform::IslandPanel::activeLevel);
+    panel().setLevel(platform::IslandPanel::Level::Active);
     panel().setClickThrough(false);
 }
 
 void IslandController::letClicksPass()
 {
-    panel().setLevel(platform::IslandPanel::restingLevel);
+    panel().setLevel(platform::IslandPanel::Level::Resting);
     panel().setClickThrough(true);
 }
 

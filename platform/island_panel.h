@@ -16,10 +16,11 @@ namespace corvane::platform {
 class IslandPanel
 {
 public:
-    /// Above panels and normal windows, below pop-up menus.
-    static constexpr int restingLevel = 100;
-    /// Above everything that a program normally shows.
-    static constexpr int activeLevel = 1000;
+    /// How high the panel lies.
+    enum class Level {
+        Resting = 100, ///< above panels and normal windows, below pop-up menus
+        Active = 1000, ///< above everything that a program normally shows
+    };
 
     IslandPanel() = default;
     IslandPanel(const IslandPanel &) = delete;
@@ -28,8 +29,7 @@ public:
 
     /// Moves and resizes the panel; `frame` is in the coordinates of `Screen`.
     virtual void setFrame(const QRectF &frame) = 0;
-    /// One of the two levels above.
-    virtual void setLevel(int level) = 0;
+    virtual void setLevel(Level level) = 0;
     /// While on, every click goes to the window beneath.
     virtual void setClickThrough(bool on) = 0;
     /// Shows `content`, resized to fill the panel. The panel does not own it.

@@ -93,7 +93,7 @@ public:
     struct State
     {
         QRectF frame;
-        int level = 0;
+        Level level = Level::Resting;
         bool clickThrough = true;
         bool isKey = false;
         int orderedFront = 0;
@@ -105,7 +105,7 @@ public:
         : m_state(state)
     {}
     void setFrame(const QRectF &frame) override { m_state.frame = frame; }
-    void setLevel(int level) override { m_state.level = level; }
+    void setLevel(Level level) override { m_state.level = level; }
     void setClickThrough(bool on) override { m_state.clickThrough = on; }
     void setContent(QQuickItem *) override {}
     void setContentOutline(const QRectF &outline, double bottomRadius) override

@@ -60,7 +60,7 @@ protected:
     }
     [[nodiscard]] bool isResting() const
     {
-        return state() == "---p" && m_panels.state.level == platform::IslandPanel::restingLevel;
+        return state() == "---p" && m_panels.state.level == platform::IslandPanel::Level::Resting;
     }
 
     static constexpr QPointF away{100, 100};
@@ -101,7 +101,7 @@ TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
     m_island->setPane(IslandPane::Send);
     EXPECT_EQ(state(), "--e-");
     EXPECT_TRUE(m_panels.state.isKey);
-    EXPECT_EQ(m_panels.state.level, platform::IslandPanel::activeLevel);
+    EXPECT_EQ(m_panels.state.level, platform::IslandPanel::Level::Active);
     queue.advance(60s);
     EXPECT_TRUE(m_island->expanded());
     m_island->setPane(IslandPane::Balance);

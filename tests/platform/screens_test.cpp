@@ -1,13 +1,13 @@
 #include "platform/linux/toolkit/camera_notch.h"
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/toolkit/screen_coordinates.h"
-#include "platform/linux/x11/island_shape.h"
+#include "platform/linux/x11/window_region.h"
 
 #include "tests/fakes/table.h"
 
-#include <QRegion>
-
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace corvane::tests {
 namespace {
@@ -16,7 +16,8 @@ using namespace Qt::StringLiterals;
 using platform::addNotch;
 using platform::parseNotch;
 using platform::pixelsOf;
-using platform::roundedBottom;
+using platform::RoundCorners;
+using platform::roundedRegion;
 using platform::Screen;
 using platform::ScreenCoordinates;
 
@@ -94,7 +95,7 @@ TEST(QtScreens, PutsTheNotchOnThePrimaryScreen)
     EXPECT_EQ(platform::QtScreens(u"broken"_s).main()->safeAreaTop, 0);
 }
 
-TEST(IslandShape, RoundsEdgesToPixels)
+TEST(WindowRegion, RoundsEdgesToPixels)
 {
     EXPECT_EQ(pixelsOf(QRectF(10, 0, 20.5, 32), 2), QRect(20, 0, 41, 64));
     EXPECT_EQ(pixelsOf(QRectF(0.3, 0, 0.3, 1), 1), QRect(0, 0, 1, 1));
@@ -102,23 +103,41 @@ TEST(IslandShape, RoundsEdgesToPixels)
     EXPECT_TRUE(pixelsOf(QRectF(5, 5, -3, 10), 1).isEmpty());
 }
 
-TEST(IslandShape, RoundsTheLowerCornersOnly)
+TEST(WindowRegion, CoversThePixelsOfItsCornersOnceAndNoOthers)
 {
-    const QRect area(44, 0, 160, 32);
-    QRegion region;
-    for (const QRect &part : roundedBottom(area, 12)) {
-        EXPECT_FALSE(region.intersects(part));
-        region += part;
+    for (const auto &[corners, radius] : Table<RoundCorners, double>{{RoundCorners::All, 0},
+                                                                     {RoundCorners::All, 12},
+                                                                     {RoundCorners::All, 18.5},
+                                                                     {RoundCorners::Lower, 1},
+                                                                     {RoundCorners::Lower, 24}}) {
+        SCOPED_TRACE(radius);
+        const QRect area(3, 5, 60, 80);
+        int next = area.top();
+        for (const QRect &row : roundedRegion(area, radius, corners)) {
+            EXPECT_EQ(row.top(), next);
+            next = row.bottom() + 1;
+            EXPECT_EQ(row.left() - area.left(), area.right() - row.right());
+            const bool upper = row.top() < area.center().y();
+            if (upper && corners == RoundCorners::Lower) {
+                EXPECT_EQ(row.width(), area.width());
+                continue;
+            }
+            // The pixel at the end of the row lies partly inside the corner's circle.
+            const double across = radius - (row.left() - area.left()) - 1;
+            const double along =
+                radius - (upper ? row.top() - area.top() : area.bottom() - row.bottom()) - 1;
+            if (across > 0 && along > 0) {
+                EXPECT_LE(std::hypot(across, along), radius);
+                EXPECT_GE(std::hypot(across + 1, along), radius);
+            }
+        }
+        EXPECT_EQ(next, area.bottom() + 1);
     }
-    EXPECT_EQ(region.boundingRect(), area);
-    for (const QPoint inside : {QPoint(44, 0), QPoint(203, 19), QPoint(48, 27), QPoint(199, 27)}) {
-        EXPECT_TRUE(region.contains(inside)) << inside.x() << ',' << inside.y();
-    }
-    EXPECT_FALSE(region.contains(QPoint(44, 31)) || region.contains(QPoint(203, 31)));
-    EXPECT_EQ(roundedBottom(QRect(0, 0, 10, 5), -3), QList<QRect>{QRect(0, 0, 10, 5)});
-    EXPECT_TRUE(roundedBottom(QRect(), 4).isEmpty());
-    for (const QRect &part : roundedBottom(QRect(0, 0, 10, 5), 100)) {
-        EXPECT_TRUE(QRect(0, 0, 10, 5).contains(part));
+    const QRect small(0, 0, 10, 5);
+    EXPECT_EQ(roundedRegion(small, -3, RoundCorners::Lower), QList<QRect>{small});
+    EXPECT_TRUE(roundedRegion(QRect(), 4, RoundCorners::All).isEmpty());
+    for (const QRect &part : roundedRegion(small, 100, RoundCorners::Lower)) {
+        EXPECT_TRUE(small.contains(part));
     }
 }
 

@@ -1,3 +1,4 @@
+#include "platform/linux/x11/window_region.h"
 #include "platform/linux/x11/xcb_floating_window.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
@@ -7,36 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace corvane::tests {
 namespace {
 
 using platform::XcbFloatingWindow;
 using Kind = X11Display::Kind;
-
-TEST(RoundedArea, CoversThePixelsOfTheCornersOnceAndNoOthers)
-{
-    for (const double radius : {0.0, 1.0, 12.0, 18.5, 24.0}) {
-        SCOPED_TRACE(radius);
-        const QRect area(3, 5, 60, 80);
-        const auto rows = platform::roundedArea(area, radius);
-        int next = area.top();
-        for (const QRect &row : rows) {
-            EXPECT_EQ(row.top(), next);
-            next = row.bottom() + 1;
-            EXPECT_EQ(row.left() - area.left(), area.right() - row.right());
-            // The pixel at the end of the row lies partly inside the corner's circle.
-            const double across = radius - (row.left() - area.left()) - 1;
-            const double up = radius - (row.top() - area.top()) - 1;
-            if (row.top() < area.center().y() && across > 0 && up > 0) {
-                EXPECT_LE(std::hypot(across, up), radius);
-                EXPECT_GE(std::hypot(across + 1, up), radius);
-            }
-        }
-        EXPECT_EQ(next, area.bottom() + 1);
-    }
-}
 
 class X11FloatingWindow : public testing::Test
 {
@@ -61,7 +37,8 @@ TEST_F(X11FloatingWindow, IsCutToItsCornersAndFloats)
     const double scale = window().devicePixelRatio();
     const QRect pixels({0, 0}, (QSizeF(m_geometry.size()) * scale).toSize());
     EXPECT_EQ(m_display.shape(id()),
-              platform::roundedArea(pixels, XcbFloatingWindow::cornerRadius * scale));
+              platform::roundedRegion(pixels, XcbFloatingWindow::cornerRadius * scale,
+                                      platform::RoundCorners::All));
     EXPECT_TRUE(m_display.hasProperty(id(), "_KDE_NET_WM_BLUR_BEHIND_REGION"));
     EXPECT_EQ(window().contentItem()->childItems().constLast()->size(), m_geometry.size());
 

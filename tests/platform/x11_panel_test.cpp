@@ -1,5 +1,5 @@
 #include "platform/linux/toolkit/qt_screens.h"
-#include "platform/linux/x11/island_shape.h"
+#include "platform/linux/x11/window_region.h"
 #include "platform/linux/x11/xcb_island_panel.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
@@ -96,7 +96,7 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
     EXPECT_TRUE(waitUntil([&] { return isAbove(frame); }));
     EXPECT_FALSE(isAbove(menu));
 
-    m_panel->setLevel(IslandPanel::activeLevel);
+    m_panel->setLevel(IslandPanel::Level::Active);
     EXPECT_TRUE(waitUntil([&] { return isAbove(menu); }));
     m_display.raise(menu);
     m_display.raise(frame);
@@ -113,7 +113,7 @@ TEST_F(X11Panel, StaysBelowALockedScreen)
     const auto menu = m_display.makeWindow(beneath(), Kind::Popup);
     const auto locker = m_display.makeWindow(whole, Kind::Popup);
     const auto dialog = m_display.makeWindow(beneath(), Kind::Popup);
-    m_panel->setLevel(IslandPanel::activeLevel);
+    m_panel->setLevel(IslandPanel::Level::Active);
     EXPECT_TRUE(waitUntil([&] { return isAbove(menu); }));
     EXPECT_FALSE(isAbove(locker));
     m_display.hide(locker);
@@ -127,8 +127,8 @@ TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
         return m_display.shape(id()) == QList{QRect({}, (m_frame.size() * scale()).toSize())};
     };
     const auto isCut = [&] {
-        return m_display.shape(id()) ==
-               platform::roundedBottom(outlinePixels(), m_radius * scale());
+        return m_display.shape(id()) == platform::roundedRegion(outlinePixels(), m_radius * scale(),
+                                                                platform::RoundCorners::Lower);
     };
     ASSERT_FALSE(m_display.isComposited());
     EXPECT_TRUE(waitUntil(isCut));

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/xcb_floating_window.h"
 
 #include "platform/linux/toolkit/qt_screens.h"
+#include "platform/linux/x11/window_region.h"
 #include "platform/linux/x11/xcb_support.h"
 
 #include <QGuiApplication>
@@ -11,10 +12,6 @@
 #include <QStyleHints>
 #include <QSurfaceFormat>
 
-#include <xcb/shape.h>
-
-#include <algorithm>
-#include <cmath>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -66,19 +63,6 @@ private:
     Motion m_motion = Motion::None;
 };
 
-void setShape(xcb_connection_t *connection, xcb_window_t window, const QList<QRect> &region)
-{
-    std::vector<xcb_rectangle_t> rectangles;
-    for (const QRect &part : region) {
-        rectangles.push_back(
-            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
-             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
-    }
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                         XCB_CLIP_ORDERING_YX_BANDED, window, 0, 0,
-                         static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
-}
-
 void blurBehind(xcb_connection_t *connection, xcb_window_t window, const QList<QRect> &region)
 {
     const auto question = xcb_intern_atom(
@@ -99,31 +83,6 @@ void blurBehind(xcb_connection_t *connection, xcb_window_t window, const QList<Q
 }
 
 } // namespace
-
-QList<QRect> roundedArea(const QRect &area, double radius)
-{
-    const double corner = std::clamp(radius, 0.0, std::min(area.width(), area.height()) / 2.0);
-    const int cornerRows = static_cast<int>(std::ceil(corner));
-    const auto row = [&](int y, int distance) {
-        // Of this row of pixels, the edge nearest to the circle's centre sees most of the circle.
-        const double away = corner - distance - 1;
-        const double chord =
-            away <= 0 ? corner : std::sqrt(std::max(corner * corner - away * away, 0.0));
-        const int inset = static_cast<int>(std::floor(corner - chord));
-        return QRect(area.x() + inset, y, area.width() - 2 * inset, 1);
-    };
-    QList<QRect> rows;
-    for (int distance = 0; distance < cornerRows; ++distance) {
-        rows.append(row(area.top() + distance, distance));
-    }
-    if (area.height() > 2 * cornerRows) {
-        rows.append(area.adjusted(0, cornerRows, 0, -cornerRows));
-    }
-    for (int distance = cornerRows - 1; distance >= 0; --distance) {
-        rows.append(row(area.bottom() - distance, distance));
-    }
-    return rows;
-}
 
 /// Tells the X server the window's shape whenever there is a native window, or another one.
 class XcbFloatingWindow::Window final : public QQuickWindow
@@ -167,9 +126,9 @@ private:
         }
         const double scale = devicePixelRatio();
         const QRect pixels({0, 0}, (QSizeF(size()) * scale).toSize());
-        const auto region = roundedArea(pixels, cornerRadius * scale);
+        const auto region = roundedRegion(pixels, cornerRadius * scale, RoundCorners::All);
         const auto id = static_cast<xcb_window_t>(winId());
-        setShape(x11->connection(), id, region);
+        xcb::setShape(x11->connection(), id, XCB_SHAPE_SK_BOUNDING, region);
         blurBehind(x11->connection(), id, region);
         xcb_flush(x11->connection());
     }

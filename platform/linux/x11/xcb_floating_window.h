@@ -2,7 +2,6 @@
 
 #include "platform/floating_window.h"
 
-#include <QList>
 #include <QRect>
 
 #include <memory>
@@ -12,10 +11,6 @@ class QQuickWindow;
 namespace corvane::platform {
 
 class QtScreens;
-
-/// Rectangles that make up all pixels of `area` that lie at least partly inside its corners of
-/// `radius` pixels, from top to bottom and without overlaps.
-[[nodiscard]] QList<QRect> roundedArea(const QRect &area, double radius);
 
 /// A floating window on X11, looked after by the window manager.
 ///

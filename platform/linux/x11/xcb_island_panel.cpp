@@ -1,7 +1,7 @@
 #include "platform/linux/x11/xcb_island_panel.h"
 
 #include "platform/linux/toolkit/qt_screens.h"
-#include "platform/linux/x11/island_shape.h"
+#include "platform/linux/x11/window_region.h"
 #include "platform/linux/x11/xcb_panel_window.h"
 #include "platform/linux/x11/xcb_support.h"
 
@@ -112,7 +112,7 @@ void XcbIslandPanel::setFrame(const QRectF &frame)
     m_window.setGeometry(windowGeometry(m_screens.coordinates().qtFromGlobal(frame)));
 }
 
-void XcbIslandPanel::setLevel(int level)
+void XcbIslandPanel::setLevel(Level level)
 {
     if (level == m_level) {
         return;
@@ -174,7 +174,7 @@ void XcbIslandPanel::applyShape()
     if (window->isComposited()) {
         window->setBoundingRegion(std::nullopt);
     } else {
-        window->setBoundingRegion(roundedBottom(area, m_bottomRadius * scale));
+        window->setBoundingRegion(roundedRegion(area, m_bottomRadius * scale, RoundCorners::Lower));
     }
 }
 
@@ -201,7 +201,7 @@ void XcbIslandPanel::restack()
     if (window == nullptr || !m_window.isVisible()) {
         return;
     }
-    if (m_level >= activeLevel) {
+    if (m_level == Level::Active) {
         window->raiseToTop(displayPixels());
     } else {
         window->raiseAboveManaged();

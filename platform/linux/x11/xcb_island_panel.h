@@ -30,7 +30,7 @@ public:
     ~XcbIslandPanel() override;
 
     void setFrame(const QRectF &frame) override;
-    void setLevel(int level) override;
+    void setLevel(Level level) override;
     void setClickThrough(bool on) override;
     void setContent(QQuickItem *content) override;
     void setContentOutline(const QRectF &outline, double bottomRadius) override;
@@ -52,7 +52,7 @@ private:
     const QtScreens &m_screens;
     QQuickWindow m_window;
     QPointer<QQuickItem> m_content;
-    int m_level = restingLevel;
+    Level m_level = Level::Resting;
     bool m_clickThrough = true;
     QRectF m_outline;
     double m_bottomRadius = 0;

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 
-#include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
@@ -26,26 +25,6 @@ constexpr std::chrono::milliseconds settleTime{120};
 constexpr std::uint32_t maximumClients = 128;
 /// A client's frame is seldom more than two windows away from the root.
 constexpr int maximumFrameDepth = 6;
-
-std::vector<xcb_rectangle_t> rectanglesOf(const QList<QRect> &region)
-{
-    std::vector<xcb_rectangle_t> rectangles;
-    rectangles.reserve(static_cast<std::size_t>(region.size()));
-    for (const QRect &part : region) {
-        rectangles.push_back(
-            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
-             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
-    }
-    return rectangles;
-}
-
-void setShape(xcb_connection_t *connection, xcb_window_t window, xcb_shape_kind_t kind,
-              const QList<QRect> &region)
-{
-    const auto rectangles = rectanglesOf(region);
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED, window, 0,
-                         0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
-}
 
 xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *connection, std::string_view name)
 {
@@ -147,7 +126,7 @@ void XcbPanelWindow::setInputRegion(const QList<QRect> &region)
         return;
     }
     m_input = region;
-    setShape(m_connection, m_id, XCB_SHAPE_SK_INPUT, region);
+    xcb::setShape(m_connection, m_id, XCB_SHAPE_SK_INPUT, region);
     xcb_flush(m_connection);
 }
 
@@ -158,7 +137,7 @@ void XcbPanelWindow::setBoundingRegion(const std::optional<QList<QRect>> &region
     }
     m_bounding = region;
     if (region) {
-        setShape(m_connection, m_id, XCB_SHAPE_SK_BOUNDING, *region);
+        xcb::setShape(m_connection, m_id, XCB_SHAPE_SK_BOUNDING, *region);
     } else {
         xcb_shape_mask(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, m_id, 0, 0,
                        XCB_PIXMAP_NONE);

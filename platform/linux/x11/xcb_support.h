@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QList>
+#include <QRect>
+
+#include <xcb/shape.h>
 #include <xcb/xcb.h>
 
 #include <cstdlib>
@@ -31,5 +35,10 @@ using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 /// Connects to the display that Qt uses and finds its root window; null when that fails.
 [[nodiscard]] Connection connectToDisplay(xcb_window_t &root);
+
+/// Makes `region`, in pixels from top to bottom and without overlaps, the window's region of the
+/// given kind.
+void setShape(xcb_connection_t *connection, xcb_window_t window, xcb_shape_kind_t kind,
+              const QList<QRect> &region);
 
 } // namespace corvane::platform::xcb
