@@ -1,4 +1,5 @@
 // Before Qt, whose keywords its headers use as names.
+#include "platform/linux/bus/instance_messages.h"
 #include "platform/linux/bus/portal_appearance.h"
 
 #include "assets/bundled_fonts.h"
@@ -60,6 +61,20 @@ TEST(PortalAppearance, HearsWishesAndNothingElse)
         EXPECT_EQ(platform::appearanceIn(answer.get()),
                   (platform::AppearanceSettings{reducedMotion, highContrast}))
             << settings;
+    }
+}
+
+TEST(InstanceMessages, TakeAnActionWithOneTextAtMost)
+{
+    using platform::InstanceRequest;
+    for (const auto &[arguments, request] : Table<const char *, std::optional<InstanceRequest>>{
+             {"('send', [], {})", InstanceRequest{u"send"_s, std::nullopt}},
+             {"('send', [<'Cor'>], {})", InstanceRequest{u"send"_s, u"Cor"_s}},
+             {"('send', [<'Cor'>, <'vane'>], {})", std::nullopt},
+             {"('send', [<uint32 1>], {})", std::nullopt},
+             {"('', [], {})", std::nullopt},
+         }) {
+        EXPECT_EQ(platform::actionIn(variant("(sava{sv})", arguments).get()), request) << arguments;
     }
 }
 
