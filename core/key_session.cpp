@@ -16,8 +16,22 @@ KeySession::KeySession(KeySessionServices services, QObject *parent)
     : QObject(parent)
     , m_services(services)
     , m_vault(services.keychain)
-    , m_pubkey(m_vault.pubkey())
-{}
+    , m_pubkey(m_vault.rememberedPubkey())
+{
+    verify();
+}
+
+void KeySession::verify()
+{
+    m_services.background.run([session = QPointer(this), asked = m_keyChanges, vault = m_vault,
+                               &queue = m_services.queue] {
+        queue.post([session, asked, pubkey = vault.pubkey()] {
+            if (session && session->m_keyChanges == asked && session->m_pubkey != pubkey) {
+                session->publish(session->m_pubkey, pubkey, &KeySession::pubkeyChanged);
+            }
+        });
+    });
+}
 
 platform::Completion<std::shared_ptr<KeySession::MaybeSecret>> KeySession::inBackground(Read read)
 {

@@ -52,7 +52,8 @@ class KeySession : public QObject
     Q_OBJECT
 
 public:
-    /// Reads the stored public key.
+    /// Begins with the public key that is remembered, and asks the keychain itself, which may take
+    /// its time, in the background.
     explicit KeySession(KeySessionServices services, QObject *parent = nullptr);
 
     /// Makes a new random key, stores it and shows it for backup. Gives the backup text (ASCII).
@@ -103,6 +104,8 @@ private:
         Q_EMIT(this->*changed)();
     }
 
+    /// Corrects the public key by what the keychain says, unless the key has changed meanwhile.
+    void verify();
     /// Reads the vault on a background thread.
     platform::Completion<std::shared_ptr<MaybeSecret>> inBackground(Read read);
     /// Reads the vault in the background and holds what it gives, nothing included, as the seed,

@@ -31,6 +31,11 @@ std::optional<QString> KeyVault::pubkey() const
     return m_keychain->copyAccount(serviceName);
 }
 
+std::optional<QString> KeyVault::rememberedPubkey() const
+{
+    return m_keychain->rememberedAccount(serviceName);
+}
+
 bool KeyVault::remove()
 {
     return m_keychain->remove(serviceName) == platform::keychainSuccess;

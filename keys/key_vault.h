@@ -43,8 +43,11 @@ public:
     [[nodiscard]] std::optional<platform::SecretBytes>
     loadSecret(platform::AuthenticationContext &context);
 
-    /// The public key's text, without asking anybody; none when no key is stored. Main thread.
+    /// The public key's text, without asking anybody; none when no key is stored. Background
+    /// threads only.
     [[nodiscard]] std::optional<QString> pubkey() const;
+    /// The same as it was last known, at once. Main thread.
+    [[nodiscard]] std::optional<QString> rememberedPubkey() const;
 
     /// Deletes the key. False when there was none or the keychain refused. Main thread.
     bool remove();

@@ -21,6 +21,10 @@ public:
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
                                                       AuthenticationContext &context) override;
     [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;
+    [[nodiscard]] std::optional<QString> rememberedAccount(const QString &service) const override
+    {
+        return copyAccount(service);
+    }
     KeychainStatus remove(const QString &service) override;
 
 private:

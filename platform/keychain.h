@@ -61,8 +61,13 @@ public:
                                                               AuthenticationContext &context) = 0;
 
     /// The account of the first item of `service`, without touching its data or asking anybody.
-    /// Quick; main thread.
+    /// Waits for the keychain's service, so background threads only.
     [[nodiscard]] virtual std::optional<QString> copyAccount(const QString &service) const = 0;
+
+    /// The same from memory, as it was last seen; `copyAccount` may correct it. At once; main
+    /// thread.
+    [[nodiscard]] virtual std::optional<QString>
+    rememberedAccount(const QString &service) const = 0;
 
     /// Deletes every item of `service`. Quick; main thread.
     virtual KeychainStatus remove(const QString &service) = 0;

@@ -74,6 +74,9 @@ protected:
     void launchAndSettle()
     {
         launch();
+        while (background.held() > 0) {
+            background.runNext();
+        }
         queue.drain();
         http.forgetRequests();
         settings.writes.clear();

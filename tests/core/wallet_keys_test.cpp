@@ -85,6 +85,25 @@ TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
     EXPECT_FALSE(keychain.copyAccount(keyService));
 }
 
+TEST_F(WalletKeysTest, IsCorrectedByTheKeychainWhereItsMemoryIsWrong)
+{
+    lock();
+    const auto stored = model->signingPubkey();
+    keychain.forgets = true;
+    launch();
+    EXPECT_FALSE(model->signingPubkey());
+    background.runNext();
+    queue.drain();
+    EXPECT_EQ(model->signingPubkey(), stored);
+
+    // What has changed since the keychain was asked counts more than its answer.
+    launch();
+    background.runNext();
+    const auto imported = model->importSigningKey(addressA);
+    queue.drain();
+    EXPECT_EQ(model->signingPubkey(), std::get<QString>(imported));
+}
+
 TEST_F(WalletKeysTest, UnlocksInTheBackgroundWithoutAPrompt)
 {
     lock();
@@ -174,6 +193,7 @@ TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
     EXPECT_TRUE(keychain.prompts.isEmpty());
     EXPECT_EQ(send(addressA, 1234.5), u"touch id cancelled — nothing was sent"_s);
     EXPECT_EQ(keychain.prompts, QStringList{u"send 1,234.5000 SOL"_s});
+    EXPECT_EQ(keychain.reasons, QList{platform::PresenceReason::Send});
     EXPECT_TRUE(http.requests().empty());
     EXPECT_FALSE(model->sessionSecret());
 }

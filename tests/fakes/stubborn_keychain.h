@@ -7,8 +7,8 @@
 
 namespace corvane::tests {
 
-/// A keychain whose additions fail, one after the other, with the given statuses, and whose owner
-/// may refuse to open it.
+/// A keychain whose additions fail, one after the other, with the given statuses, whose owner may
+/// refuse to open it, and which may remember nothing.
 class StubbornKeychain final : public platform::InMemoryKeychain
 {
 public:
@@ -29,11 +29,16 @@ public:
         return refuses ? std::nullopt : InMemoryKeychain::copyData(service, prompt);
     }
     using InMemoryKeychain::copyData;
+    [[nodiscard]] std::optional<QString> rememberedAccount(const QString &service) const override
+    {
+        return forgets ? std::nullopt : InMemoryKeychain::rememberedAccount(service);
+    }
 
     QList<platform::KeychainStatus> failures;
     QStringList prompts;
     QList<platform::PresenceReason> reasons;
     bool refuses = false;
+    bool forgets = false;
 };
 
 } // namespace corvane::tests

@@ -78,8 +78,11 @@ class SecretServiceTest(KeyringTest):
                 for _ in range(2):
                     self.assertEqual(wallet.ask(store(B)), DUPLICATE)
                 self.expect(wallet, read=SEEDS[A], account=A)
-        # Known, it may be replaced.
+        # Known, it may be replaced; one that nobody has looked for yet may not.
         self.assertEqual(wallet.ask(store(B)), SUCCESS)
+        self.accounts.unlink()
+        self.expect(wallet, remembered=NONE)
+        self.assertEqual(wallet.ask(store(A)), DUPLICATE)
 
     def test_believes_its_memory_where_the_keyring_shows_nothing(self):
         self.accounts.write_text(json.dumps({SERVICE: {

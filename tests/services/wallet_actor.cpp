@@ -85,6 +85,9 @@ public:
         if (command == u"account") {
             return m_vault.pubkey().value_or(QStringLiteral("none")).toStdString();
         }
+        if (command == u"remembered") {
+            return m_vault.rememberedPubkey().value_or(QStringLiteral("none")).toStdString();
+        }
         if (command == u"read") {
             return toHex(m_vault.loadSecret(promptOf(rest)));
         }

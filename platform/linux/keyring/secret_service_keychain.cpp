@@ -89,7 +89,7 @@ bool unlockKeyringOf(SecretServiceConversation &talk, const QString &service, mi
 
 } // namespace
 
-/// A conversation that the main thread waits for.
+/// A conversation whose caller expects an answer soon.
 class SecretServiceKeychain::QuickCall : public SecretServiceConversation
 {
 public:
@@ -136,6 +136,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     if (protection == KeychainProtection::UserPresence && !canAskForPresence()) {
         return keychainAuthFailed;
     }
+    const std::scoped_lock lock(m_changing);
     QuickCall talk(*this);
     const auto existing = talk.open() ? talk.search(service) : std::nullopt;
     if (!existing) {
@@ -225,13 +226,18 @@ std::optional<SecretBytes> SecretServiceKeychain::read(const QString &service,
     }
 }
 
-std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service) const
+std::optional<QString> SecretServiceKeychain::rememberedAccount(const QString &service) const
 {
     const auto remembered = m_accounts.find(service);
-    const auto fromMemory = [&] {
-        m_missedItems = !remembered;
-        return remembered ? std::optional(remembered->account) : std::nullopt;
-    };
+    m_missedItems = !remembered;
+    return remembered ? std::optional(remembered->account) : std::nullopt;
+}
+
+std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service) const
+{
+    const std::scoped_lock lock(m_changing);
+    const auto remembered = m_accounts.find(service);
+    const auto fromMemory = [&] { return rememberedAccount(service); };
     QuickCall talk(*this);
     const auto items = talk.open() ? talk.search(service) : std::nullopt;
     if (!items) {
@@ -257,6 +263,7 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
 
 KeychainStatus SecretServiceKeychain::remove(const QString &service)
 {
+    const std::scoped_lock lock(m_changing);
     QuickCall talk(*this);
     const auto items = talk.open() ? talk.search(service) : std::nullopt;
     if (!items) {

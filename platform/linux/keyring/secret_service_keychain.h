@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 namespace corvane::platform {
 
@@ -58,6 +59,7 @@ public:
                                                       AuthenticationContext &context) override;
     /// Answers from memory while the keyring is locked or out of reach.
     [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;
+    [[nodiscard]] std::optional<QString> rememberedAccount(const QString &service) const override;
     KeychainStatus remove(const QString &service) override;
 
 private:
@@ -73,8 +75,11 @@ private:
     Authenticator &m_authenticator;
     const SecretServiceBounds m_bounds;
     mutable RememberedAccounts m_accounts;
-    /// The last look for an account found none, but could not look everywhere: whoever was told so
-    /// must not have items removed that come to light later.
+    /// Held for the whole of a call that changes or remembers items, so that none remembers what
+    /// another has changed meanwhile.
+    mutable std::mutex m_changing;
+    /// Somebody was told of no account by a look that has not gone everywhere: they must not have
+    /// items removed that come to light later.
     mutable std::atomic<bool> m_missedItems = false;
     /// When a quick call last ran into its bound; the next ones are then not so patient.
     mutable std::atomic<std::chrono::steady_clock::time_point> m_lastTimeOut;
