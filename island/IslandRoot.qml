@@ -26,7 +26,6 @@ Item {
     property string badge: ""
 
     readonly property bool open: root.island.expanded || root.island.widened
-    readonly property real devicePixel: 1 / Screen.devicePixelRatio
 
     function chosenCard() {
         const slot = root.slotOf(root.island.card);
@@ -59,59 +58,6 @@ Item {
         return root.island.collapsedWidth + 1 < containerWidth ? -20 : 0;
     }
 
-    // Whole device pixels keep the outline crisp while it moves.
-    function snapped(length) {
-        return Math.round(length / root.devicePixel) * root.devicePixel;
-    }
-
-    AnimatedValue {
-        id: widthValue
-
-        transaction: root.island.transaction
-        target: root.open ? 620 : root.island.collapsedWidth
-        tolerance: 0.2
-    }
-
-    AnimatedValue {
-        id: heightValue
-
-        transaction: root.island.transaction
-        target: root.island.topBandHeight + (root.island.expanded ? reveal.implicitHeight : 0)
-        tolerance: 0.2
-    }
-
-    AnimatedValue {
-        id: radiusValue
-
-        transaction: root.island.transaction
-        target: root.open ? 16 : 8
-        tolerance: 0.05
-        onValueChanged: root.publishOutline()
-    }
-
-    AnimatedValue {
-        id: shadowValue
-
-        fades: true
-        transaction: root.island.transaction
-        target: root.island.expanded ? 0.55 : root.island.widened ? 0.25 : 0
-    }
-
-    AnimatedValue {
-        id: lineValue
-
-        fades: true
-        transaction: root.island.transaction
-        target: root.island.expanded ? 1 : 0
-    }
-
-    AnimatedValue {
-        id: swellValue
-
-        transaction: root.island.transaction
-        target: root.island.hovering && !root.open ? 1.035 : 1
-    }
-
     AnimatedValue {
         id: offsetValue
 
@@ -120,58 +66,38 @@ Item {
         tolerance: 0.05
     }
 
-    Item {
+    IslandBody {
         id: body
 
-        width: 2 * root.snapped(widthValue.value / 2)
-        height: root.snapped(Math.max(0, heightValue.value))
-        x: root.snapped((root.width - width) / 2 + offsetValue.value)
-        scale: swellValue.value
-        transformOrigin: Item.Top
+        x: body.snapped((root.width - body.width) / 2 + offsetValue.value)
+        transaction: root.island.transaction
+        wantedWidth: root.open ? 620 : root.island.collapsedWidth
+        wantedHeight: root.island.topBandHeight + (root.island.expanded ? reveal.implicitHeight : 0)
+        wantedRadius: root.open ? 16 : 8
+        shadowRadius: 26
+        shadowY: 12
+        shadow: root.island.expanded ? 0.55 : root.island.widened ? 0.25 : 0
+        line: root.island.expanded ? 1 : 0
+        swell: root.island.hovering && !root.open ? 1.035 : 1
+        onRadiusChanged: root.publishOutline()
 
-        SoftShadow {
-            y: 12
-            width: body.width
-            height: body.height
-            radius: 26
-            color: "black"
-            opacity: shadowValue.opacity
-            visible: opacity > 0
+        TopStrip {
+            width: parent.width
+            model: root.model
+            island: root.island
+            badge: root.badge
         }
 
-        NotchShape {
-            x: -1
-            y: -1
-            width: body.width + 2
-            height: body.height + 2
-            bottomRadius: radiusValue.value
-            grainOpacity: lineValue.opacity
-            lineWidth: Math.max(0, lineValue.value)
-            lineColor: Theme.line
-        }
+        IslandReveal {
+            id: reveal
 
-        Item {
-            anchors.fill: parent
-            clip: true
-
-            TopStrip {
-                width: parent.width
-                model: root.model
-                island: root.island
-                badge: root.badge
-            }
-
-            IslandReveal {
-                id: reveal
-
-                y: root.island.topBandHeight
-                width: 620
-                x: (parent.width - width) / 2
-                content: cardGroup
-                transaction: root.island.transaction
-                prepared: root.open
-                revealed: root.island.expanded
-            }
+            y: root.island.topBandHeight
+            width: 620
+            x: (parent.width - width) / 2
+            content: cardGroup
+            transaction: root.island.transaction
+            prepared: root.open
+            revealed: root.island.expanded
         }
     }
 
@@ -218,6 +144,6 @@ Item {
     Component.onCompleted: root.publishOutline()
 
     function publishOutline() {
-        root.island.setContentOutline(root.outline, radiusValue.value);
+        root.island.setContentOutline(root.outline, body.radius);
     }
 }

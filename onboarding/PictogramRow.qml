@@ -16,7 +16,7 @@ Item {
     readonly property real textX: 34
 
     implicitWidth: root.textX + Math.max(title.implicitWidth, detail.implicitWidth)
-    implicitHeight: title.implicitHeight + 3 + detail.height
+    implicitHeight: texts.implicitHeight
 
     Pictogram {
         x: (22 - implicitWidth) / 2
@@ -25,26 +25,29 @@ Item {
         color: root.iconColor
     }
 
-    Label {
-        id: title
+    Stack {
+        id: texts
 
         x: root.textX
-        text: root.title
-        font: Theme.term(11, Theme.Heavy)
-        color: Theme.ink
-    }
-
-    Label {
-        id: detail
-
-        x: root.textX
-        anchors.top: title.bottom
-        anchors.topMargin: 3
         width: root.width - root.textX
-        height: implicitHeight
-        text: root.detail
-        wrapMode: Text.WordWrap
-        font: Theme.term(9)
-        color: Theme.muted
+        spacing: 3
+
+        Label {
+            id: title
+
+            text: root.title
+            font: Theme.term(11, Theme.Heavy)
+            color: Theme.ink
+        }
+
+        Label {
+            id: detail
+
+            width: parent.width
+            text: root.detail
+            wrapMode: Text.WordWrap
+            font: Theme.term(9)
+            color: Theme.muted
+        }
     }
 }

@@ -1,0 +1,111 @@
+import Corvane.Look
+import Corvane.Look.Motion
+import Corvane.Look.Paint
+import QtQuick
+
+// The black body of an island, hanging from its top edge: it springs to the wanted measures on the
+// animation of the running transaction, and cuts its content off at its edges.
+Item {
+    id: root
+
+    required property Transaction transaction
+    required property real wantedWidth
+    required property real wantedHeight
+    required property real wantedRadius
+    required property real shadowRadius
+    required property real shadowY
+    // Targets of opacities: that of the shadow, and that of the grain and the hairline.
+    required property real shadow
+    property real line: 0
+    // Target of the scale about the middle of the top edge.
+    property real swell: 1
+    default property alias content: inside.data
+
+    readonly property real radius: radiusValue.value
+    readonly property real devicePixel: 1 / Screen.devicePixelRatio
+
+    // Whole device pixels keep the outline crisp while it moves.
+    function snapped(length) {
+        return Math.round(length / root.devicePixel) * root.devicePixel;
+    }
+
+    width: 2 * root.snapped(widthValue.value / 2)
+    height: root.snapped(Math.max(0, heightValue.value))
+    scale: swellValue.value
+    transformOrigin: Item.Top
+
+    AnimatedValue {
+        id: widthValue
+
+        transaction: root.transaction
+        target: root.wantedWidth
+        tolerance: 0.2
+    }
+
+    AnimatedValue {
+        id: heightValue
+
+        transaction: root.transaction
+        target: root.wantedHeight
+        tolerance: 0.2
+    }
+
+    AnimatedValue {
+        id: radiusValue
+
+        transaction: root.transaction
+        target: root.wantedRadius
+        tolerance: 0.05
+    }
+
+    AnimatedValue {
+        id: shadowValue
+
+        fades: true
+        transaction: root.transaction
+        target: root.shadow
+    }
+
+    AnimatedValue {
+        id: lineValue
+
+        fades: true
+        transaction: root.transaction
+        target: root.line
+    }
+
+    AnimatedValue {
+        id: swellValue
+
+        transaction: root.transaction
+        target: root.swell
+    }
+
+    SoftShadow {
+        y: root.shadowY
+        width: root.width
+        height: root.height
+        radius: root.shadowRadius
+        color: "black"
+        opacity: shadowValue.opacity
+        visible: opacity > 0
+    }
+
+    NotchShape {
+        x: -1
+        y: -1
+        width: root.width + 2
+        height: root.height + 2
+        bottomRadius: radiusValue.value
+        grainOpacity: lineValue.opacity
+        lineWidth: Math.max(0, lineValue.value)
+        lineColor: Theme.line
+    }
+
+    Item {
+        id: inside
+
+        anchors.fill: parent
+        clip: true
+    }
+}
