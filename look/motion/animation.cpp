@@ -1,5 +1,7 @@
 #include "look/motion/animation.h"
 
+#include "look/motion/timing_curves.h"
+
 namespace corvane::look {
 
 Animation Animation::spring(double response, double dampingFraction)
@@ -9,17 +11,17 @@ Animation Animation::spring(double response, double dampingFraction)
 
 Animation Animation::easeIn(double seconds)
 {
-    return Animation(Kind(Timed{easeInCurve, seconds}));
+    return Animation(Kind(Timed{easeInCurve(), seconds}));
 }
 
 Animation Animation::easeOut(double seconds)
 {
-    return Animation(Kind(Timed{easeOutCurve, seconds}));
+    return Animation(Kind(Timed{easeOutCurve(), seconds}));
 }
 
 Animation Animation::easeInOut(double seconds)
 {
-    return Animation(Kind(Timed{easeInOutCurve, seconds}));
+    return Animation(Kind(Timed{easeInOutCurve(), seconds}));
 }
 
 Animation Animation::delayed(double seconds) const
@@ -40,11 +42,11 @@ Motion Animation::motionAt(double seconds, const Motion &start, double target) c
     }
     if (const auto *timed = std::get_if<Timed>(&m_kind); timed != nullptr && timed->seconds > 0) {
         const double distance = target - start.value;
-        const double progress = timed->curve.at(elapsed / timed->seconds);
+        const double progress = timed->curve.valueForProgress(elapsed / timed->seconds);
         // A spring that takes over needs the current velocity; a small difference quotient is
         // accurate enough.
         constexpr double step = 1e-3;
-        const double before = timed->curve.at((elapsed - step) / timed->seconds);
+        const double before = timed->curve.valueForProgress((elapsed - step) / timed->seconds);
         return {start.value + distance * progress, distance * (progress - before) / step};
     }
     return {target, 0};

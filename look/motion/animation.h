@@ -1,8 +1,8 @@
 #pragma once
 
 #include "look/motion/spring.h"
-#include "look/motion/timing_curve.h"
 
+#include <QEasingCurve>
 #include <QMetaType>
 #include <QtQmlIntegration/qqmlintegration.h>
 
@@ -47,7 +47,7 @@ private:
     };
     struct Timed
     {
-        TimingCurve curve;
+        QEasingCurve curve;
         double seconds = 0;
         [[nodiscard]] bool operator==(const Timed &) const = default;
     };

@@ -1,6 +1,6 @@
 #include "look/motion/breath.h"
 
-#include "look/motion/timing_curve.h"
+#include "look/motion/timing_curves.h"
 
 #include <cmath>
 
@@ -12,7 +12,7 @@ Breath breathAt(double seconds, double period)
     const double halves = seconds / period;
     const double within = halves - std::floor(halves);
     const bool returning = static_cast<long long>(std::floor(halves)) % 2 != 0;
-    const double progress = easeInOutCurve.at(returning ? 1 - within : within);
+    const double progress = easeInOutCurve().valueForProgress(returning ? 1 - within : within);
     return {rest.opacity + (1 - rest.opacity) * progress, rest.scale + (1 - rest.scale) * progress};
 }
 

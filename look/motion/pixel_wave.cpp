@@ -1,6 +1,6 @@
 #include "look/motion/pixel_wave.h"
 
-#include "look/motion/timing_curve.h"
+#include "look/motion/timing_curves.h"
 
 #include <QAbstractAnimation>
 #include <QPainter>
@@ -26,7 +26,7 @@ double pixelWaveOpacity(int index, double seconds)
         return dim;
     }
     const double phase = std::fmod(elapsed / half, 2);
-    return dim + (1 - dim) * easeInOutCurve.at(phase <= 1 ? phase : 2 - phase);
+    return dim + (1 - dim) * easeInOutCurve().valueForProgress(phase <= 1 ? phase : 2 - phase);
 }
 
 class PixelWave::Ticker final : public QAbstractAnimation

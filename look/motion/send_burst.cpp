@@ -1,6 +1,6 @@
 #include "look/motion/send_burst.h"
 
-#include "look/motion/timing_curve.h"
+#include "look/motion/timing_curves.h"
 #include "look/theme.h"
 
 #include <QAbstractAnimation>
@@ -30,7 +30,7 @@ double randomBetween(double low, double high)
 BurstSquare burstSquareAt(const Particle &particle, double seconds)
 {
     const double time = std::clamp((seconds - particle.delay) / flight, 0.0, 1.0);
-    const double out = easeOutCurve.at(time);
+    const double out = easeOutCurve().valueForProgress(time);
     return {QPointF(std::cos(particle.angle), std::sin(particle.angle)) * particle.dist * out,
             1 - out};
 }
