@@ -16,28 +16,9 @@ constexpr double fullOpacity = 1 - 0.5 / 255;
 
 } // namespace
 
-/// Passes the time of the frame clock to the value; runs until stopped.
-class AnimatedValue::Ticker final : public QAbstractAnimation
-{
-public:
-    explicit Ticker(AnimatedValue &owner)
-        : m_owner(owner)
-    {}
-
-    [[nodiscard]] int duration() const override { return -1; }
-
-protected:
-    void updateCurrentTime(int milliseconds) override { m_owner.step(milliseconds / 1000.0); }
-
-private:
-    AnimatedValue &m_owner;
-};
-
 AnimatedValue::AnimatedValue(QObject *parent)
     : QObject(parent)
 {}
-
-AnimatedValue::~AnimatedValue() = default;
 
 double AnimatedValue::opacity() const
 {
@@ -46,7 +27,7 @@ double AnimatedValue::opacity() const
 
 bool AnimatedValue::isRunning() const
 {
-    return m_ticker != nullptr && m_ticker->state() == QAbstractAnimation::Running;
+    return m_ticker && m_ticker->isRunning();
 }
 
 void AnimatedValue::setTarget(double target)
@@ -122,7 +103,7 @@ void AnimatedValue::setOut(const Animation &wanted)
     m_running = animation;
     m_duration = animation.duration(m_start, m_target, m_tolerance);
     if (!m_ticker) {
-        m_ticker = std::make_unique<Ticker>(*this);
+        m_ticker.emplace([this](double seconds) { step(seconds); });
     }
     const bool wasRunning = isRunning();
     m_ticker->stop();

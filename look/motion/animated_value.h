@@ -1,15 +1,14 @@
 #pragma once
 
 #include "look/motion/animation.h"
+#include "look/motion/ticker.h"
 #include "look/motion/transaction.h"
 
-#include <QAbstractAnimation>
 #include <QObject>
 #include <QPointer>
 #include <QQmlParserStatus>
 #include <QtQmlIntegration/qqmlintegration.h>
 
-#include <memory>
 #include <optional>
 
 namespace corvane::look {
@@ -41,7 +40,6 @@ class AnimatedValue : public QObject, public QQmlParserStatus
 
 public:
     explicit AnimatedValue(QObject *parent = nullptr);
-    ~AnimatedValue() override;
 
     [[nodiscard]] double target() const { return m_target; }
     void setTarget(double target);
@@ -70,8 +68,6 @@ Q_SIGNALS:
     void transactionChanged();
 
 private:
-    class Ticker;
-
     void setOut(const Animation &animation);
     void step(double seconds);
     void stop();
@@ -88,7 +84,8 @@ private:
     QPointer<Transaction> m_transaction;
     /// Until QML has set all properties the value equals its target.
     bool m_settingUp = false;
-    std::unique_ptr<Ticker> m_ticker;
+    /// Made for the first motion; most values never move while their view is shown.
+    std::optional<Ticker> m_ticker;
 };
 
 } // namespace corvane::look

@@ -12,7 +12,8 @@ namespace corvane::look {
 
 namespace {
 
-/// Interval between the steps of a mark without a pace.
+/// Interval between the steps of a mark without a pace. A breath is too slow to be worth a step
+/// with every frame.
 constexpr std::chrono::milliseconds ownStep{40};
 
 } // namespace

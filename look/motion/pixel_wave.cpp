@@ -2,7 +2,6 @@
 
 #include "look/motion/timing_curves.h"
 
-#include <QAbstractAnimation>
 #include <QPainter>
 
 #include <cmath>
@@ -29,39 +28,15 @@ double pixelWaveOpacity(int index, double seconds)
     return dim + (1 - dim) * easeInOutCurve().valueForProgress(phase <= 1 ? phase : 2 - phase);
 }
 
-class PixelWave::Ticker final : public QAbstractAnimation
-{
-public:
-    explicit Ticker(QQuickItem &owner)
-        : m_owner(owner)
-    {}
-
-    [[nodiscard]] int duration() const override { return -1; }
-
-protected:
-    void updateCurrentTime(int) override { m_owner.update(); }
-
-private:
-    QQuickItem &m_owner;
-};
-
 PixelWave::PixelWave(QQuickItem *parent)
     : QQuickPaintedItem(parent)
-    , m_ticker(std::make_unique<Ticker>(*this))
 {
     setImplicitSize(squareCount * squareSize + (squareCount - 1) * spacing, squareSize);
 }
 
-PixelWave::~PixelWave() = default;
-
-bool PixelWave::isRunning() const
-{
-    return m_ticker->state() == QAbstractAnimation::Running;
-}
-
 void PixelWave::paint(QPainter *painter)
 {
-    const double seconds = m_ticker->currentTime() / 1000.0;
+    const double seconds = m_ticker.seconds();
     for (int index = 0; index < squareCount; ++index) {
         QColor color = m_color;
         color.setAlphaF(static_cast<float>(m_color.alphaF() * pixelWaveOpacity(index, seconds)));
@@ -75,9 +50,9 @@ void PixelWave::itemChange(ItemChange change, const ItemChangeData &data)
     if (change == ItemVisibleHasChanged || change == ItemSceneChange) {
         const bool shown = isVisible() && window() != nullptr;
         if (shown && !isRunning()) {
-            m_ticker->start();
+            m_ticker.start();
         } else if (!shown) {
-            m_ticker->stop();
+            m_ticker.stop();
         }
     }
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "look/motion/ticker.h"
+
 #include <QColor>
 #include <QQuickPaintedItem>
 #include <QtQmlIntegration/qqmlintegration.h>
-
-#include <memory>
 
 namespace corvane::look {
 
@@ -26,18 +26,15 @@ public:
     static constexpr double spacing = 4;
 
     explicit PixelWave(QQuickItem *parent = nullptr);
-    ~PixelWave() override;
-    [[nodiscard]] bool isRunning() const;
+    [[nodiscard]] bool isRunning() const { return m_ticker.isRunning(); }
     void paint(QPainter *painter) override;
 
 protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
 
 private:
-    class Ticker;
-
     QColor m_color = Qt::white;
-    std::unique_ptr<Ticker> m_ticker;
+    Ticker m_ticker{[this](double) { update(); }};
 };
 
 } // namespace corvane::look

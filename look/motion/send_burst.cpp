@@ -3,7 +3,6 @@
 #include "look/motion/timing_curves.h"
 #include "look/theme.h"
 
-#include <QAbstractAnimation>
 #include <QPainter>
 #include <QRandomGenerator>
 
@@ -58,33 +57,13 @@ void Burst::advance(double now)
     }
 }
 
-/// Runs from the first burst until all squares are cleared.
-class SendBurst::Ticker final : public QAbstractAnimation
-{
-public:
-    explicit Ticker(SendBurst &owner)
-        : m_owner(owner)
-    {}
-
-    [[nodiscard]] int duration() const override { return -1; }
-
-protected:
-    void updateCurrentTime(int milliseconds) override { m_owner.step(milliseconds / 1000.0); }
-
-private:
-    SendBurst &m_owner;
-};
-
 SendBurst::SendBurst(QQuickItem *parent)
     : QQuickPaintedItem(parent)
-    , m_ticker(std::make_unique<Ticker>(*this))
 {
     setAntialiasing(true);
     setImplicitSize(2 * Burst::reach, 2 * Burst::reach);
     setVisible(false);
 }
-
-SendBurst::~SendBurst() = default;
 
 void SendBurst::setTrigger(int trigger)
 {
@@ -98,7 +77,7 @@ void SendBurst::setTrigger(int trigger)
         }
         m_burst.fire(m_now, &randomBetween);
         setVisible(true);
-        m_ticker->start();
+        m_ticker.start();
         update();
     }
     Q_EMIT triggerChanged();
@@ -109,7 +88,7 @@ void SendBurst::step(double now)
     m_now = now;
     m_burst.advance(now);
     if (!m_burst.isPending()) {
-        m_ticker->stop();
+        m_ticker.stop();
         setVisible(false);
     }
     update();

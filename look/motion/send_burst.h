@@ -1,5 +1,7 @@
 #pragma once
 
+#include "look/motion/ticker.h"
+
 #include <QColor>
 #include <QPointF>
 #include <QQuickPaintedItem>
@@ -7,7 +9,6 @@
 
 #include <deque>
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace corvane::look {
@@ -77,7 +78,6 @@ class SendBurst : public QQuickPaintedItem
 
 public:
     explicit SendBurst(QQuickItem *parent = nullptr);
-    ~SendBurst() override;
     [[nodiscard]] int trigger() const { return m_trigger; }
     void setTrigger(int trigger);
     [[nodiscard]] const std::vector<Particle> &particles() const { return m_burst.particles(); }
@@ -87,15 +87,14 @@ Q_SIGNALS:
     void triggerChanged();
 
 private:
-    class Ticker;
-
     void step(double now);
 
     int m_trigger = 0;
     QColor m_color = Qt::white;
     Burst m_burst;
     double m_now = 0;
-    std::unique_ptr<Ticker> m_ticker;
+    /// Runs from the first burst until nothing is left to clear.
+    Ticker m_ticker{[this](double now) { step(now); }};
 };
 
 } // namespace corvane::look
