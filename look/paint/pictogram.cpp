@@ -15,10 +15,8 @@ constexpr double frameOfFont = 1.25;
 } // namespace
 
 Pictogram::Pictogram(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
+    : PaintedShape(parent)
 {
-    setAntialiasing(true);
-    connect(this, &Pictogram::changed, this, [this] { update(); });
     connect(this, &Pictogram::fontSizeChanged, this,
             [this] { setImplicitSize(m_fontSize * frameOfFont, m_fontSize * frameOfFont); });
 }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "look/paint/painted_shape.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::look {
 
 /// A pictogram selected by name, in one colour. Paints nothing if the name is unknown.
-class Pictogram : public QQuickPaintedItem
+class Pictogram : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
@@ -21,7 +21,6 @@ public:
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    void changed();
     void fontSizeChanged();
 
 private:

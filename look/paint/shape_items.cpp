@@ -33,23 +33,9 @@ void fillDithered(QPainter &painter, const QPainterPath &area, const QRectF &fra
 
 } // namespace
 
-QuibMark::QuibMark(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
-{
-    setAntialiasing(true);
-    connect(this, &QuibMark::changed, this, [this] { update(); });
-}
-
 void QuibMark::paint(QPainter *painter)
 {
     paintQuibMark(*painter, boundingRect(), m_color);
-}
-
-NotchShape::NotchShape(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
-{
-    setAntialiasing(true);
-    connect(this, &NotchShape::changed, this, [this] { update(); });
 }
 
 void NotchShape::paint(QPainter *painter)
@@ -72,13 +58,6 @@ void NotchShape::paint(QPainter *painter)
     }
 }
 
-RoundedBox::RoundedBox(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
-{
-    setAntialiasing(true);
-    connect(this, &RoundedBox::changed, this, [this] { update(); });
-}
-
 void RoundedBox::paint(QPainter *painter)
 {
     const double half = m_borderWidth / 2;
@@ -88,13 +67,6 @@ void RoundedBox::paint(QPainter *painter)
     painter->setPen(m_borderWidth > 0 ? QPen(m_borderColor, m_borderWidth) : QPen(Qt::NoPen));
     painter->drawRoundedRect(boundingRect().adjusted(inset, inset, -inset, -inset), m_radius - half,
                              m_radius - half);
-}
-
-SparklineShape::SparklineShape(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
-{
-    setAntialiasing(true);
-    connect(this, &SparklineShape::changed, this, [this] { update(); });
 }
 
 void SparklineShape::paint(QPainter *painter)

@@ -1,25 +1,22 @@
 #pragma once
 
+#include "look/paint/painted_shape.h"
+
 #include <QColor>
 #include <QList>
-#include <QQuickPaintedItem>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::look {
 
 /// The product mark, filled.
-class QuibMark : public QQuickPaintedItem
+class QuibMark : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
-    explicit QuibMark(QQuickItem *parent = nullptr);
+    using PaintedShape::PaintedShape;
     void paint(QPainter *painter) override;
-
-Q_SIGNALS:
-    void changed();
 
 private:
     QColor m_color = Qt::white;
@@ -29,7 +26,7 @@ private:
 /// hairline outline.
 ///
 /// The item is one point larger than the shape on every side, for the outer half of the outline.
-class NotchShape : public QQuickPaintedItem
+class NotchShape : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
@@ -43,11 +40,8 @@ public:
     /// Margin around the shape inside the item, in points.
     static constexpr double margin = 1;
 
-    explicit NotchShape(QQuickItem *parent = nullptr);
+    using PaintedShape::PaintedShape;
     void paint(QPainter *painter) override;
-
-Q_SIGNALS:
-    void changed();
 
 private:
     double m_bottomRadius = 0;
@@ -59,7 +53,7 @@ private:
 /// A rounded rectangle that may be scaled. The software scene graph composes Qt Quick's Rectangle
 /// of pieces, which show seams when scaled. The item is one point larger than the box on every
 /// side, so that scaling does not clip the edges.
-class RoundedBox : public QQuickPaintedItem
+class RoundedBox : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
@@ -73,11 +67,8 @@ public:
     /// Margin around the box inside the item, in points.
     static constexpr double margin = 1;
 
-    explicit RoundedBox(QQuickItem *parent = nullptr);
+    using PaintedShape::PaintedShape;
     void paint(QPainter *painter) override;
-
-Q_SIGNALS:
-    void changed();
 
 private:
     QColor m_color = Qt::transparent;
@@ -87,7 +78,7 @@ private:
 };
 
 /// A price chart: its line, and the dithered area under it.
-class SparklineShape : public QQuickPaintedItem
+class SparklineShape : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
@@ -96,11 +87,8 @@ class SparklineShape : public QQuickPaintedItem
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
-    explicit SparklineShape(QQuickItem *parent = nullptr);
+    using PaintedShape::PaintedShape;
     void paint(QPainter *painter) override;
-
-Q_SIGNALS:
-    void changed();
 
 private:
     QList<double> m_points;
