@@ -2,6 +2,7 @@ import Corvane.Island
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Look.Motion
+import Corvane.Look.Paint
 import QtQuick
 
 // Stands in for every pane until the user has proved presence once.
@@ -31,7 +32,7 @@ CardFrame {
     PillButton {
         anchors.horizontalCenter: parent.horizontalCenter
         label: "UNLOCK"
-        icon: "touchid"
+        icon: Pictogram.TouchId
         filled: true
         onTriggered: root.island.requestIslandUnlock()
     }

@@ -115,7 +115,7 @@ Item {
                 anchors.right: settings.left
                 anchors.rightMargin: 6
                 anchors.verticalCenter: parent.verticalCenter
-                symbol: "arrow.clockwise"
+                symbol: Pictogram.ArrowClockwise
                 label: "Refresh"
                 visible: root.island.islandUnlocked
                 onTriggered: root.model.refresh()
@@ -126,7 +126,7 @@ Item {
 
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                symbol: "gearshape"
+                symbol: Pictogram.GearShape
                 label: "Settings"
                 visible: root.island.islandUnlocked
                 onTriggered: root.island.setPane(IslandPane.Settings)
@@ -135,7 +135,7 @@ Item {
             Pictogram {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                name: "lock.fill"
+                symbol: Pictogram.LockFill
                 fontSize: 10
                 color: Theme.muted
                 visible: !root.island.islandUnlocked

@@ -22,7 +22,7 @@ Item {
     Pictogram {
         anchors.centerIn: parent
         visible: area.containsMouse || area.activeFocus
-        name: "xmark"
+        symbol: Pictogram.XMark
         fontSize: 6
         color: "black"
     }

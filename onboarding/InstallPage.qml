@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
@@ -36,7 +37,7 @@ Item {
             id: applications
 
             done: page.applicationsDone
-            pendingIcon: "folder.fill"
+            pendingIcon: Pictogram.FolderFill
             title: "LIVES IN APPLICATIONS"
             detail: page.applicationsDetail
         }
@@ -45,14 +46,14 @@ Item {
             x: applications.textX
             visible: page.movable
             label: page.moveLabel
-            icon: "arrow.down.circle.fill"
+            icon: Pictogram.ArrowDownCircleFill
             filled: true
             onTriggered: page.move()
         }
 
         StatusRow {
             done: page.loginDone
-            pendingIcon: "sunrise.fill"
+            pendingIcon: Pictogram.SunriseFill
             title: "STARTS AT LOGIN"
             detail: page.loginDetail
         }
@@ -60,9 +61,9 @@ Item {
 
     component StatusRow: PictogramRow {
         required property bool done
-        required property string pendingIcon
+        required property int pendingIcon
 
-        icon: done ? "checkmark.circle.fill" : pendingIcon
+        icon: done ? Pictogram.CheckmarkCircleFill : pendingIcon
         iconSize: 17
         iconColor: done ? Theme.green : Theme.muted
     }

@@ -7,7 +7,7 @@ import QtQuick
 Item {
     id: root
 
-    required property string icon
+    required property int icon
     required property real iconSize
     required property color iconColor
     required property string title
@@ -20,7 +20,7 @@ Item {
 
     Pictogram {
         x: (22 - implicitWidth) / 2
-        name: root.icon
+        symbol: root.icon
         fontSize: root.iconSize
         color: root.iconColor
     }

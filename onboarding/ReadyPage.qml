@@ -27,7 +27,7 @@ Item {
             Pictogram {
                 id: pointer
 
-                name: "cursorarrow.motionlines"
+                symbol: Pictogram.CursorArrowMotionLines
                 fontSize: 44
                 color: Theme.green
             }

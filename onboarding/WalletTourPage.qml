@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
@@ -21,31 +22,31 @@ Item {
         }
 
         Point {
-            icon: "key.fill"
+            icon: Pictogram.KeyFill
             title: "FORGED HERE, LOCKED HERE"
             detail: "create a fresh wallet (or import one). the key lives in the macOS keychain — never in a file, never online."
         }
 
         Point {
-            icon: "touchid"
+            icon: Pictogram.TouchId
             title: "FINGERPRINT AT THE DOOR"
             detail: "the island opens with touch id. one print unlocks the session — sends are one click after that."
         }
 
         Point {
-            icon: "paperplane.fill"
+            icon: Pictogram.PaperPlaneFill
             title: "SEND WITH A BURST"
             detail: "recipient, amount, send. signed on-device, confirmed on-chain, celebrated with pixels and a chime."
         }
 
         Point {
-            icon: "qrcode"
+            icon: Pictogram.QrCode
             title: "RECEIVE WITH A QR"
             detail: "your address as a scannable code, one tap to copy."
         }
 
         Point {
-            icon: "exclamationmark.triangle.fill"
+            icon: Pictogram.ExclamationMarkTriangleFill
             title: "BACK UP THE KEY"
             detail: "you'll get ONE backup screen at creation. save it — it is the wallet."
         }

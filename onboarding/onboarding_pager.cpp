@@ -44,9 +44,9 @@ QString OnboardingPager::forwardLabel() const
     return isLast() ? QStringLiteral("OPEN THE ISLAND") : QStringLiteral("CONTINUE");
 }
 
-QString OnboardingPager::forwardIcon() const
+look::Pictogram::Symbol OnboardingPager::forwardIcon() const
 {
-    return isLast() ? QStringLiteral("sparkles") : QStringLiteral("arrow.right");
+    return isLast() ? look::Pictogram::Symbol::Sparkles : look::Pictogram::Symbol::ArrowRight;
 }
 
 QString OnboardingPager::position() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "look/motion/transaction.h"
+#include "look/paint/pictogram.h"
 
 #include <QObject>
 #include <QString>
@@ -18,7 +19,7 @@ class OnboardingPager : public QObject
     Q_PROPERTY(int lastPage MEMBER m_lastPage NOTIFY changed REQUIRED FINAL)
     Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY changed FINAL)
     Q_PROPERTY(QString forwardLabel READ forwardLabel NOTIFY changed FINAL)
-    Q_PROPERTY(QString forwardIcon READ forwardIcon NOTIFY changed FINAL)
+    Q_PROPERTY(corvane::look::Pictogram::Symbol forwardIcon READ forwardIcon NOTIFY changed FINAL)
     /// Where the user is, in words, for assistive technology.
     Q_PROPERTY(QString position READ position NOTIFY changed FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
@@ -36,7 +37,7 @@ public:
     [[nodiscard]] int page() const { return m_page; }
     [[nodiscard]] bool canGoBack() const { return m_page > 0; }
     [[nodiscard]] QString forwardLabel() const;
-    [[nodiscard]] QString forwardIcon() const;
+    [[nodiscard]] look::Pictogram::Symbol forwardIcon() const;
     [[nodiscard]] QString position() const;
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
 

@@ -23,7 +23,7 @@ CardFrame {
             id: symbol
 
             anchors.verticalCenter: parent.verticalCenter
-            name: "key.fill"
+            symbol: Pictogram.KeyFill
             fontSize: 11
             color: Theme.green
         }
@@ -75,7 +75,7 @@ CardFrame {
         PillButton {
             anchors.verticalCenter: done.verticalCenter
             label: root.card.copyLabel
-            icon: "doc.on.doc"
+            icon: Pictogram.DocOnDoc
             onTriggered: root.card.copy()
         }
 
@@ -84,7 +84,7 @@ CardFrame {
 
             anchors.right: parent.right
             label: "I'VE SAVED IT"
-            icon: "checkmark"
+            icon: Pictogram.Checkmark
             filled: true
             onTriggered: root.card.finish()
         }

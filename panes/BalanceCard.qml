@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
@@ -173,7 +174,7 @@ CardFrame {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.card.canSend
             label: "SEND"
-            icon: "paperplane.fill"
+            icon: Pictogram.PaperPlaneFill
             filled: true
             onTriggered: root.card.send()
         }

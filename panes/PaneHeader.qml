@@ -50,7 +50,7 @@ Item {
 
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        symbol: "chevron.up"
+        symbol: Pictogram.ChevronUp
         label: "Back to the balance"
         onTriggered: root.closed()
     }

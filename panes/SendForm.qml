@@ -1,6 +1,7 @@
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Look.Motion
+import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
@@ -112,7 +113,7 @@ Stack {
                     id: send
 
                     label: root.card.sendLabel
-                    icon: "paperplane.fill"
+                    icon: Pictogram.PaperPlaneFill
                     filled: true
                     enabled: root.card.ready
                     opacity: root.card.ready ? 1 : 0.4

@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
@@ -40,7 +41,7 @@ CardFrame {
 
             PillButton {
                 label: "SET UP WALLET"
-                icon: "sparkles"
+                icon: Pictogram.Sparkles
                 filled: true
                 onTriggered: root.card.close()
             }

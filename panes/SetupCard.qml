@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import Corvane.Look
 import Corvane.Look.Controls
 import Corvane.Look.Motion
+import Corvane.Look.Paint
 import Corvane.Look.Secrets
 import Corvane.Panes
 import QtQuick
@@ -67,7 +68,7 @@ CardFrame {
 
                     y: 4
                     label: "CREATE WALLET"
-                    icon: "sparkles"
+                    icon: Pictogram.Sparkles
                     filled: true
                     onTriggered: root.card.createWallet()
                 }
@@ -124,7 +125,7 @@ CardFrame {
 
                     anchors.right: parent.right
                     label: "IMPORT"
-                    icon: "key.fill"
+                    icon: Pictogram.KeyFill
                     filled: true
                     enabled: root.card.canImport
                     opacity: root.card.canImport ? 1 : 0.4

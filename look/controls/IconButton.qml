@@ -7,7 +7,7 @@ import QtQuick
 Item {
     id: root
 
-    required property string symbol
+    required property int symbol
     // The button's name for assistive technology.
     required property string label
     signal triggered
@@ -25,7 +25,7 @@ Item {
 
     Pictogram {
         anchors.centerIn: parent
-        name: root.symbol
+        symbol: root.symbol
         fontSize: 10
         color: area.containsMouse ? Theme.ink : Theme.muted
     }

@@ -9,7 +9,7 @@ Item {
     id: root
 
     required property string label
-    property string icon: ""
+    property int icon: Pictogram.None
     property bool filled: false
     signal triggered
 
@@ -67,8 +67,8 @@ Item {
                 id: pictogram
 
                 anchors.verticalCenter: parent.verticalCenter
-                visible: root.icon !== ""
-                name: root.icon
+                visible: root.icon !== Pictogram.None
+                symbol: root.icon
                 fontSize: 8
                 color: root.contentColor
             }

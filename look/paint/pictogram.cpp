@@ -1,6 +1,7 @@
 #include "look/paint/pictogram.h"
 
 #include <QFile>
+#include <QMetaEnum>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -23,7 +24,11 @@ Pictogram::Pictogram(QQuickItem *parent)
 
 void Pictogram::paint(QPainter *painter)
 {
-    QFile file(QStringLiteral(":/corvane/pictograms/%1.svg").arg(m_name));
+    if (m_symbol == Symbol::None) {
+        return;
+    }
+    const char *name = QMetaEnum::fromType<Symbol>().valueToKey(static_cast<int>(m_symbol));
+    QFile file(QStringLiteral(":/corvane/pictograms/%1.svg").arg(QLatin1String(name)));
     if (!file.open(QIODevice::ReadOnly)) {
         return;
     }

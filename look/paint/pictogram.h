@@ -6,17 +6,42 @@
 
 namespace corvane::look {
 
-/// A pictogram selected by name, in one colour. Paints nothing if the name is unknown.
+/// A pictogram in one colour.
 class Pictogram : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed FINAL)
+    Q_PROPERTY(Symbol symbol MEMBER m_symbol NOTIFY changed FINAL)
     /// Size in points of the adjacent font; determines the item's size.
     Q_PROPERTY(double fontSize MEMBER m_fontSize NOTIFY fontSizeChanged FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
+    /// Each is drawn by the icon that assets/pictograms.cmake names beside it.
+    enum class Symbol {
+        None,
+        ArrowClockwise,
+        ArrowDownCircleFill,
+        ArrowRight,
+        Checkmark,
+        CheckmarkCircleFill,
+        ChevronUp,
+        CursorArrowMotionLines,
+        DocOnDoc,
+        ExclamationMarkTriangleFill,
+        FolderFill,
+        GearShape,
+        KeyFill,
+        LockFill,
+        PaperPlaneFill,
+        QrCode,
+        Sparkles,
+        SunriseFill,
+        TouchId,
+        XMark,
+    };
+    Q_ENUM(Symbol)
+
     explicit Pictogram(QQuickItem *parent = nullptr);
     void paint(QPainter *painter) override;
 
@@ -24,7 +49,7 @@ Q_SIGNALS:
     void fontSizeChanged();
 
 private:
-    QString m_name;
+    Symbol m_symbol = Symbol::None;
     double m_fontSize = 0;
     QColor m_color = Qt::white;
 };

@@ -1,7 +1,11 @@
+#include "assets/bundled_fonts.h"
+#include "look/paint/pictogram.h"
 #include "look/theme.h"
 #include "tests/fakes/fake_font_registry.h"
 #include "tests/fakes/table.h"
 
+#include <QFile>
+#include <QMetaEnum>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -47,6 +51,17 @@ TEST(Theme, TakesTheFirstPixelFontThatExists)
     }
 }
 
+TEST(Pictogram, HasAnIconForEverySymbol)
+{
+    assets::registerBundledFonts();
+    const auto symbols = QMetaEnum::fromType<Pictogram::Symbol>();
+    for (int index = 1; index < symbols.keyCount(); ++index) {
+        const char *name = symbols.key(index);
+        EXPECT_TRUE(QFile::exists(u":/corvane/pictograms/%1.svg"_s.arg(QLatin1String(name))))
+            << name;
+    }
+}
+
 /// Shows one component in a window of its own.
 class ComponentsTest : public testing::Test
 {
@@ -81,9 +96,9 @@ protected:
 TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
 {
     for (const char *qml :
-         {"PillButton { label: \"SEND\"; icon: \"paperplane.fill\"; filled: true }",
+         {"PillButton { label: \"SEND\"; icon: Pictogram.PaperPlaneFill; filled: true }",
           "PillButton { label: \"RECEIVE\" }",
-          "IconButton { symbol: \"gearshape\"; label: \"Settings\" }",
+          "IconButton { symbol: Pictogram.GearShape; label: \"Settings\" }",
           "GreenButton { title: \"SET\"; horizontalPadding: 14; verticalPadding: 7 }"}) {
         SCOPED_TRACE(qml);
         QQuickItem *button = show(qml);
