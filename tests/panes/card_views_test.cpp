@@ -92,9 +92,7 @@ TEST_P(CardViewsTest, Setup)
     EXPECT_TRUE(control(u"IMPORT"_s)->isEnabled());
     QAccessibleInterface *field = QAccessible::queryAccessibleInterface(secret);
     ASSERT_NE(field, nullptr);
-    EXPECT_EQ(field->role(), QAccessible::EditableText);
     EXPECT_TRUE(field->state().passwordEdit);
-    EXPECT_EQ(field->parent()->text(QAccessible::Name), u"secret key"_s);
     EXPECT_EQ(field->text(QAccessible::Value), QString());
     press(u"IMPORT"_s);
     expectClean({u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s});
