@@ -25,6 +25,9 @@ public:
     {
         assets::registerBundledFonts();
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        QObject::connect(&m_engine, &QQmlEngine::warnings, [](const QList<QQmlError> &warnings) {
+            ADD_FAILURE() << warnings.first().toString().toStdString();
+        });
     }
 
     /// Loads a view, such as "Panes/SendPane", replacing the previous one.
