@@ -4,27 +4,27 @@
 
 namespace corvane::app {
 
-std::variant<core::Endpoints, Farewell> chosenEndpoints(const Options &options)
+std::variant<core::Endpoints, EarlyExit> chosenEndpoints(const Options &options)
 {
     core::Endpoints endpoints;
     if (options.endpointsFile) {
         QFile file(*options.endpointsFile);
         if (!file.open(QIODevice::ReadOnly)) {
-            return Farewell{QStringLiteral("cannot read %1: %2\n")
-                                .arg(*options.endpointsFile, file.errorString()),
-                            usageError};
+            return EarlyExit{QStringLiteral("cannot read %1: %2\n")
+                                 .arg(*options.endpointsFile, file.errorString()),
+                             usageError};
         }
         auto loaded = core::Endpoints::load(file.readAll());
         if (const auto *error = std::get_if<QString>(&loaded)) {
-            return Farewell{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
-                            usageError};
+            return EarlyExit{QStringLiteral("%1: %2\n").arg(*options.endpointsFile, *error),
+                             usageError};
         }
         endpoints = std::get<core::Endpoints>(std::move(loaded));
     }
     // Anywhere but on this machine somebody could pay real coins to a key that is gone when the
     // demo ends.
     if (options.demoKeychain && !options.watch && !endpoints.areLocal()) {
-        return Farewell{
+        return EarlyExit{
             QStringLiteral("--demo-keychain needs --endpoints on this machine, because "
                            "coins paid to its key are lost when it ends; or --watch to look "
                            "at an address\n"),

@@ -11,6 +11,6 @@ namespace corvane::app {
 ///
 /// A demo whose key could be paid real coins is refused: unless it watches another address, every
 /// cluster must be on this machine, because coins paid to its key are lost when it ends.
-[[nodiscard]] std::variant<core::Endpoints, Farewell> chosenEndpoints(const Options &options);
+[[nodiscard]] std::variant<core::Endpoints, EarlyExit> chosenEndpoints(const Options &options);
 
 } // namespace corvane::app

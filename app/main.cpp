@@ -229,19 +229,19 @@ int main(int argc, char *argv[])
         arguments.append(QString::fromLocal8Bit(argv[index]));
     }
     const auto parsed = app::parseOptions(arguments, qEnvironmentVariable("CORVANE_ENDPOINTS"));
-    if (const auto *farewell = std::get_if<app::Farewell>(&parsed)) {
-        return say(farewell->text, farewell->status);
+    if (const auto *earlyExit = std::get_if<app::EarlyExit>(&parsed)) {
+        return say(earlyExit->text, earlyExit->status);
     }
     const auto &options = std::get<app::Options>(parsed);
     const bool runs = options.command == app::Options::Command::Run;
     const auto endpoints = runs ? app::chosenEndpoints(options) : core::Endpoints();
-    if (const auto *farewell = std::get_if<app::Farewell>(&endpoints)) {
-        return say(farewell->text, farewell->status);
+    if (const auto *earlyExit = std::get_if<app::EarlyExit>(&endpoints)) {
+        return say(earlyExit->text, earlyExit->status);
     }
     std::unique_ptr<platform::Instance> instance =
         std::make_unique<platform::SessionBusInstance>(instanceName(options.demoKeychain));
-    if (const auto farewell = app::handOver(options, *instance)) {
-        return say(farewell->text, farewell->status);
+    if (const auto earlyExit = app::handOver(options, *instance)) {
+        return say(earlyExit->text, earlyExit->status);
     }
 
     app::QtEnvironment environment;

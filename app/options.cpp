@@ -24,8 +24,8 @@ QString helpText(const QCommandLineParser &parser)
 
 } // namespace
 
-std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
-                                             const QString &environmentEndpoints)
+std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
+                                              const QString &environmentEndpoints)
 {
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Show this help."));
@@ -61,23 +61,23 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
         QStringLiteral("A Solana wallet that lives in the notch of your screen."));
     parser.addOptions({open, refresh, quit, takeOver, endpoints, demo, watch, help, version});
     if (!parser.parse(arguments)) {
-        return Farewell{parser.errorText() + QStringLiteral("\nTry --help.\n"), usageError};
+        return EarlyExit{parser.errorText() + QStringLiteral("\nTry --help.\n"), usageError};
     }
     if (parser.isSet(help)) {
-        return Farewell{helpText(parser), 0};
+        return EarlyExit{helpText(parser), 0};
     }
     if (parser.isSet(version)) {
-        return Farewell{QStringLiteral("Corvane " CORVANE_VERSION "\n"), 0};
+        return EarlyExit{QStringLiteral("Corvane " CORVANE_VERSION "\n"), 0};
     }
     if (!parser.positionalArguments().isEmpty()) {
-        return Farewell{QStringLiteral("Unexpected argument: %1\nTry --help.\n")
-                            .arg(parser.positionalArguments().constFirst()),
-                        usageError};
+        return EarlyExit{QStringLiteral("Unexpected argument: %1\nTry --help.\n")
+                             .arg(parser.positionalArguments().constFirst()),
+                         usageError};
     }
 
     if (parser.isSet(open) + parser.isSet(refresh) + parser.isSet(quit) > 1) {
-        return Farewell{QStringLiteral("--open, --refresh and --quit exclude each other\n"),
-                        usageError};
+        return EarlyExit{QStringLiteral("--open, --refresh and --quit exclude each other\n"),
+                         usageError};
     }
 
     Options options;
@@ -89,8 +89,8 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
     if (parser.isSet(open)) {
         options.open = parser.value(open);
         if (!paneNamed(*options.open)) {
-            return Farewell{QStringLiteral("--open needs balance, send, receive or settings\n"),
-                            usageError};
+            return EarlyExit{QStringLiteral("--open needs balance, send, receive or settings\n"),
+                             usageError};
         }
     }
     options.takeOver = parser.isSet(takeOver);
@@ -103,7 +103,7 @@ std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
     if (parser.isSet(watch)) {
         options.watch = keys::Address::fromText(parser.value(watch));
         if (!options.watch) {
-            return Farewell{QStringLiteral("--watch needs a Solana address\n"), usageError};
+            return EarlyExit{QStringLiteral("--watch needs a Solana address\n"), usageError};
         }
     }
     return options;

@@ -32,10 +32,10 @@ struct Options
 /// Exit status of a start that asks for what cannot be.
 inline constexpr int usageError = 2;
 
-/// Nothing to run: what to print, and the exit status.
-struct Farewell
+/// Why the process exits without running the program: the text to print and the exit status.
+struct EarlyExit
 {
-    /// To standard output where the status is 0, else to standard error.
+    /// Printed to standard output if the status is 0, otherwise to standard error.
     QString text;
     int status = 0;
 };
@@ -45,7 +45,7 @@ struct Farewell
 
 /// Reads `arguments` (the program's name first). The endpoints file may also come from the
 /// environment variable CORVANE_ENDPOINTS, given as `environmentEndpoints`.
-[[nodiscard]] std::variant<Options, Farewell> parseOptions(const QStringList &arguments,
-                                                           const QString &environmentEndpoints);
+[[nodiscard]] std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
+                                                            const QString &environmentEndpoints);
 
 } // namespace corvane::app

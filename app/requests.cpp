@@ -30,16 +30,16 @@ std::optional<island::IslandPane> paneNamed(const QString &name)
     return std::nullopt;
 }
 
-std::optional<Farewell> handOver(const Options &options, platform::Instance &instance)
+std::optional<EarlyExit> handOver(const Options &options, platform::Instance &instance)
 {
     if (options.command != Options::Command::Run) {
         const bool refreshes = options.command == Options::Command::Refresh;
         if (instance.send({refreshes ? refreshAction : quitAction, std::nullopt})) {
-            return Farewell{};
+            return EarlyExit{};
         }
-        return Farewell{QStringLiteral("Corvane is not running, or cannot be reached over the "
-                                       "session bus.\n"),
-                        1};
+        return EarlyExit{QStringLiteral("Corvane is not running, or cannot be reached over the "
+                                        "session bus.\n"),
+                         1};
     }
     if (instance.claim(options.takeOver ? takeOverPatience : 0s) !=
         platform::Instance::Claim::Refused) {
@@ -49,14 +49,14 @@ std::optional<Farewell> handOver(const Options &options, platform::Instance &ins
         instance.send(options.open ? platform::InstanceRequest{openAction, options.open}
                                    : platform::InstanceRequest{});
     if (!answered) {
-        return Farewell{QStringLiteral("Corvane is running already, but does not answer.\n"), 1};
+        return EarlyExit{QStringLiteral("Corvane is running already, but does not answer.\n"), 1};
     }
     if (options.watch) {
-        return Farewell{QStringLiteral("Corvane is running already; --watch works at its start "
-                                       "only.\n"),
-                        1};
+        return EarlyExit{QStringLiteral("Corvane is running already; --watch works at its start "
+                                        "only.\n"),
+                         1};
     }
-    return Farewell{};
+    return EarlyExit{};
 }
 
 } // namespace corvane::app

@@ -21,7 +21,7 @@ inline const QString quitAction = QStringLiteral("quit");
 
 /// Hands what `options` ask for to the running instance, where that is due. None when this start is
 /// the one to run, and has `instance` then; otherwise how it ends.
-[[nodiscard]] std::optional<Farewell> handOver(const Options &options,
-                                               platform::Instance &instance);
+[[nodiscard]] std::optional<EarlyExit> handOver(const Options &options,
+                                                platform::Instance &instance);
 
 } // namespace corvane::app

@@ -20,7 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 using Claim = platform::Instance::Claim;
 
-std::variant<Options, Farewell> parse(const QStringList &arguments)
+std::variant<Options, EarlyExit> parse(const QStringList &arguments)
 {
     return parseOptions(QStringList{QStringLiteral("corvane")} + arguments, {});
 }
@@ -63,12 +63,12 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
         instance.answers = start.answers;
         const auto parsed = parse(start.arguments);
         ASSERT_TRUE(std::holds_alternative<Options>(parsed));
-        const auto farewell = handOver(std::get<Options>(parsed), instance);
+        const auto earlyExit = handOver(std::get<Options>(parsed), instance);
 
-        ASSERT_EQ(farewell.has_value(), start.status.has_value());
-        if (farewell) {
-            EXPECT_EQ(farewell->status, *start.status);
-            EXPECT_EQ(farewell->text.isEmpty(), farewell->status == 0);
+        ASSERT_EQ(earlyExit.has_value(), start.status.has_value());
+        if (earlyExit) {
+            EXPECT_EQ(earlyExit->status, *start.status);
+            EXPECT_EQ(earlyExit->text.isEmpty(), earlyExit->status == 0);
         }
         QStringList sent;
         for (const auto &request : instance.sent) {
@@ -92,9 +92,9 @@ TEST(RequestsTest, RefusesWhatCannotBeMeant)
     for (const char *line :
          {"--open", "--open wallet", "--open Send", "--refresh --quit", "--open send --quit"}) {
         const auto parsed = parse(QString::fromLatin1(line).split(u' '));
-        const auto *farewell = std::get_if<Farewell>(&parsed);
-        ASSERT_NE(farewell, nullptr) << line;
-        EXPECT_EQ(farewell->status, 2) << line;
+        const auto *earlyExit = std::get_if<EarlyExit>(&parsed);
+        ASSERT_NE(earlyExit, nullptr) << line;
+        EXPECT_EQ(earlyExit->status, 2) << line;
     }
 }
 
@@ -141,12 +141,12 @@ TEST(RequestsTest, ADemoNeverRunsWhereItsKeyCouldBePaidRealCoins)
         if (runs) {
             EXPECT_EQ(std::get<core::Endpoints>(chosen).devnet, QString::fromLatin1(devnet));
         } else {
-            EXPECT_EQ(std::get<Farewell>(chosen).status, usageError);
+            EXPECT_EQ(std::get<EarlyExit>(chosen).status, usageError);
         }
     }
     Options demo;
     demo.demoKeychain = true;
-    EXPECT_TRUE(std::holds_alternative<Farewell>(chosenEndpoints(demo))) << "the built-in ones";
+    EXPECT_TRUE(std::holds_alternative<EarlyExit>(chosenEndpoints(demo))) << "the built-in ones";
 }
 
 TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)
