@@ -4,7 +4,8 @@ import Corvane.Island
 import Corvane.Panes
 import QtQuick
 
-// The island with its cards. Each card gets its model when it is made, and both go together.
+// The island with its cards. Each card gets its model when it is created, and both are destroyed
+// together.
 IslandRoot {
     id: root
 

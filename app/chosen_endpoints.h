@@ -7,10 +7,10 @@
 
 namespace corvane::app {
 
-/// The built-in endpoints, or those in the file that `options` name.
+/// The built-in endpoints, or those in the file that `options` specify.
 ///
-/// A demo whose key could be paid real coins is refused: unless it watches another address, every
-/// cluster must be on this machine, because coins paid to its key are lost when it ends.
+/// Refuses a demo whose key could receive real coins: unless it watches another address, both
+/// clusters must be on this machine, because the key is lost when the demo exits.
 [[nodiscard]] std::variant<core::Endpoints, EarlyExit> chosenEndpoints(const Options &options);
 
 } // namespace corvane::app

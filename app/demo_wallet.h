@@ -9,7 +9,7 @@
 
 namespace corvane::app {
 
-/// A wallet for showing the program around: a fresh key that is never written anywhere.
+/// A wallet for demonstrations: a new key that is never written to disk.
 struct DemoWallet
 {
     std::unique_ptr<platform::InMemoryKeychain> keychain;
@@ -17,11 +17,11 @@ struct DemoWallet
     keys::Address address;
 };
 
-/// A wallet with a new random key.
+/// Creates a wallet with a new random key.
 [[nodiscard]] DemoWallet makeDemoWallet(platform::SigningKeys &keys);
 
-/// Watches the demo's address, unless the settings name one that was not an earlier demo's: its key
-/// is gone.
+/// Sets the watched address to the demo's, unless the settings contain another address that is not
+/// that of an earlier demo, whose key is lost.
 void watchDemoWallet(const DemoWallet &demo, platform::SettingsStore &settings);
 
 } // namespace corvane::app

@@ -4,9 +4,8 @@ class QQuickWindow;
 
 namespace corvane::app {
 
-/// Writes when frames of `window` are done to the logging category "corvane.frames": the first
-/// one, and for each the CPU time of the main thread since the frame before. Costs nothing while
-/// the category is off.
+/// Logs each completed frame of `window` to the category "corvane.frames", with its time and the
+/// CPU time of the main thread since the previous frame. No cost while the category is disabled.
 void logFrames(QQuickWindow &window);
 
 } // namespace corvane::app

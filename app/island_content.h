@@ -12,25 +12,26 @@ class QQuickItem;
 
 namespace corvane::app {
 
-/// Loads the island's views and keeps them. Main thread; needs a Theme.
+/// Loads and owns the island's views. Main thread; requires a Theme.
 class IslandContent
 {
 public:
-    /// `badge` is shown beside the product's name; empty for none.
+    /// `badge` is shown beside the product's name; may be empty.
     IslandContent(panes::CardServices cardServices, QString badge);
     ~IslandContent();
 
-    /// The root view of `island`. A view that does not load is a programming error and stops the
-    /// process.
+    /// Creates the root view of `island`. A view that cannot be loaded is a programming error and
+    /// aborts the process.
     [[nodiscard]] QQuickItem *make(island::IslandController &island);
 
-    /// For what is shown beside the island; it shares what the engine has loaded.
+    /// The QML engine, which other windows share.
     [[nodiscard]] QQmlEngine &engine() { return m_engine; }
 
-    /// Gives up what was only needed while cards were shown, when the island has come to rest.
+    /// Releases memory that was only needed while cards were shown. Called when the island is at
+    /// rest.
     void releaseUnused();
 
-    /// Destroys the root view; must come before the end of what it shows.
+    /// Destroys the root view. Must be called before the objects that it shows are destroyed.
     void unload();
 
 private:

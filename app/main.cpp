@@ -62,7 +62,7 @@ QString settingsPath(bool demo)
            QStringLiteral("/settings.json");
 }
 
-/// Where the signing key lies, and who opens it.
+/// The services that store and unlock the signing key.
 struct KeyServices
 {
     std::unique_ptr<platform::Authenticator> authenticator;
@@ -79,7 +79,7 @@ KeyServices systemKeyServices(platform::BackgroundTasks &background)
     return services;
 }
 
-/// A fresh key in memory, which nobody has to open. Watches its address unless the settings name
+/// A new key in memory, without authentication. Watches its address unless the settings contain
 /// another.
 KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::SettingsStore &settings)
 {
@@ -87,7 +87,7 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     say(QStringLiteral("demo address: %1\n").arg(demo.address.text()), 0);
     std::fflush(stdout);
     app::watchDemoWallet(demo, settings);
-    // Who looks around is not taken on a tour, unless the settings say that there is to be one.
+    // A demo does not show the tour, unless the settings request it.
     if (const QString onboarded = onboarding::Onboarding::shownSetting();
         !settings.boolean(onboarded)) {
         settings.setBoolean(onboarded, true);
@@ -95,14 +95,14 @@ KeyServices demoKeyServices(platform::SigningKeys &signingKeys, platform::Settin
     return {std::make_unique<platform::NoAuthenticator>(), std::move(demo.keychain)};
 }
 
-/// A demo and the user's own wallet run beside each other.
+/// Separate names, because a demo and the user's wallet may run at the same time.
 QString instanceName(bool demo)
 {
     return demo ? QStringLiteral("org.corvane.Corvane.Demo")
                 : QStringLiteral("org.corvane.Corvane");
 }
 
-/// The adapters to the desktop, in the order in which they need each other.
+/// The desktop adapters, in the order of their dependencies.
 struct Desktop
 {
     explicit Desktop(const app::Options &options)
@@ -131,7 +131,7 @@ struct Desktop
     platform::FontconfigFontRegistry fonts;
 };
 
-/// Calls `act` once, after the first frame of the window that `root` will be shown in.
+/// Calls `act` once, after the first frame of the window in which `root` will be shown.
 template <typename Act>
 void afterFirstFrame(QQuickItem &root, Act act)
 {
@@ -172,9 +172,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     const auto makeContent = [&](island::IslandController &island) {
         QQuickItem *root = content.make(island);
         afterFirstFrame(*root, [&] {
-            // Qt has read all of it by now.
+            // Qt has read all of the variables by now.
             environment.restore();
-            // Nothing of the resting island is text, so the fonts need not delay its first frame.
+            // The collapsed island has no text, so the fonts are loaded after its first frame.
             assets::registerBundledFonts();
             if (options.open) {
                 delegate->open(*app::paneNamed(*options.open));
@@ -197,20 +197,20 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
                            }});
     delegate->applicationDidFinishLaunching();
     instance->serve(desktop.queue, [&delegate](const platform::InstanceRequest &request) {
-        // It may come before the first frame, and make a card.
+        // A request may arrive before the first frame, and create a card.
         assets::registerBundledFonts();
         return delegate->perform(request);
     });
     const int status = QApplication::exec();
-    // It answers on the queue, and so must end before it.
+    // It handles requests on the queue, and so must be destroyed first.
     instance.reset();
-    // The views read the model and the island until they are gone.
+    // The views use the model and the island, and so must be destroyed first.
     tour.dismiss();
     content.unload();
     delegate.reset();
     if (desktop.background.isBusy()) {
-        // A prompt is still open in a thread that uses the keychain, polkit or the queue. Settings
-        // are written when they change, so there is nothing left to do but to go.
+        // A thread with an open prompt still uses the keychain, polkit or the queue, so these must
+        // not be destroyed. Settings are written when they change, so it is safe to exit here.
         std::_Exit(status);
     }
     return status;

@@ -10,7 +10,8 @@ namespace corvane::app {
 std::unique_ptr<QQuickItem> makeOnboardingView(QQmlEngine &engine,
                                                onboarding::Onboarding &onboarding)
 {
-    // At launch the island may not have been on the screen yet, which is when it asks for them.
+    // At launch the tour may be shown before the island's first frame, after which they are
+    // otherwise loaded.
     assets::registerBundledFonts();
     QQmlComponent component(
         &engine, QUrl(QStringLiteral("qrc:/qt/qml/Corvane/Onboarding/OnboardingView.qml")));

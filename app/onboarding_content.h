@@ -9,9 +9,9 @@ class QQuickItem;
 
 namespace corvane::app {
 
-/// The content of the onboarding's window; its end must come before those of `engine` and
-/// `onboarding`. Needs a Theme. A view that does not load is a programming error and stops the
-/// process.
+/// Creates the content of the onboarding window, which must be destroyed before `engine` and
+/// `onboarding`. Requires a Theme. A view that cannot be loaded is a programming error and aborts
+/// the process.
 [[nodiscard]] std::unique_ptr<QQuickItem> makeOnboardingView(QQmlEngine &engine,
                                                              onboarding::Onboarding &onboarding);
 

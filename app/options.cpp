@@ -11,8 +11,9 @@ namespace corvane::app {
 
 namespace {
 
-/// The parser takes the program's name from an application. None is made when there is something to
-/// run: the end of the first one would take away what Qt Quick has set up for assistive technology.
+/// The parser needs an application object for the program's name. It is created only for the help
+/// text: destroying a first application object would remove Qt Quick's set-up for assistive
+/// technology.
 QString helpText(const QCommandLineParser &parser)
 {
     int count = 1;
@@ -118,7 +119,7 @@ QStringList relaunchArguments(const Options &options)
     }
     if (options.demoKeychain) {
         arguments << QStringLiteral("--demo-keychain");
-        // On real clusters a demo starts only with an address to watch.
+        // With real clusters a demo starts only with an address to watch.
         if (options.watch) {
             arguments << QStringLiteral("--watch") << options.watch->text();
         }

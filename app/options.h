@@ -10,26 +10,26 @@
 
 namespace corvane::app {
 
-/// What the command line and the environment ask for.
+/// The settings from the command line and the environment.
 struct Options
 {
-    /// Whether to run, or only to ask something of the instance that runs.
+    /// Run the program, or only send a request to the running instance.
     enum class Command { Run, Refresh, Quit };
 
     Command command = Command::Run;
-    /// Name of the pane to open, here or in the instance that runs.
+    /// Name of the pane to open, in this process or in the running instance.
     std::optional<QString> open;
-    /// Wait for the end of the instance that runs.
+    /// Wait for the running instance to exit.
     bool takeOver = false;
-    /// File with other base addresses than the built-in ones.
+    /// File with base addresses that replace the built-in ones.
     std::optional<QString> endpointsFile;
-    /// Run on a throw-away key in memory, with settings of its own.
+    /// Run with a throw-away key in memory and separate settings.
     bool demoKeychain = false;
     /// Address to watch from now on.
     std::optional<keys::Address> watch;
 };
 
-/// Exit status of a start that asks for what cannot be.
+/// Exit status for invalid options.
 inline constexpr int usageError = 2;
 
 /// Why the process exits without running the program: the text to print and the exit status.
@@ -40,11 +40,11 @@ struct EarlyExit
     int status = 0;
 };
 
-/// What starts the program again as `options` have it; what they want done once is left out.
+/// The arguments that restart the program with `options`, except those for one-time actions.
 [[nodiscard]] QStringList relaunchArguments(const Options &options);
 
-/// Reads `arguments` (the program's name first). The endpoints file may also come from the
-/// environment variable CORVANE_ENDPOINTS, given as `environmentEndpoints`.
+/// Parses `arguments` (the program's name first). `environmentEndpoints` is the value of the
+/// environment variable CORVANE_ENDPOINTS, which may also specify the endpoints file.
 [[nodiscard]] std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
                                                             const QString &environmentEndpoints);
 

@@ -8,17 +8,17 @@
 
 namespace corvane::app {
 
-/// What the environment tells Qt, for this process alone. Main thread.
+/// Environment variables for Qt in this process only. Main thread.
 class QtEnvironment
 {
 public:
-    /// A variable's name and its value.
+    /// A variable's name and value.
     using Variable = std::pair<QByteArray, QByteArray>;
 
-    /// Sets `variables`. Before the application object is made.
+    /// Sets `variables`. Must be called before the application object is created.
     void prepare(const std::vector<Variable> &variables);
-    /// Undoes that, so that programs started from here are not told the same. Qt reads the last of
-    /// it with the first frame.
+    /// Restores the original values, so that child processes do not inherit the changes. Must be
+    /// called after the first frame, with which Qt reads the last of the variables.
     void restore();
 
 private:

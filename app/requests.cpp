@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long a relaunch waits for the end of the instance that started it.
+/// How long a relaunched process waits for the previous instance to exit.
 constexpr auto takeOverPatience = 10s;
 
 } // namespace

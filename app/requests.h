@@ -10,17 +10,17 @@
 
 namespace corvane::app {
 
-// The actions that the running program takes from outside. "open" has a pane's name as its
-// parameter, the others none.
+// The actions that the running instance accepts. "open" has a pane's name as its parameter, the
+// others have none.
 inline const QString openAction = QStringLiteral("open");
 inline const QString refreshAction = QStringLiteral("refresh");
 inline const QString quitAction = QStringLiteral("quit");
 
-/// The pane that is called "balance", "send", "receive" or "settings" outside.
+/// The pane named "balance", "send", "receive" or "settings"; empty for any other name.
 [[nodiscard]] std::optional<island::IslandPane> paneNamed(const QString &name);
 
-/// Hands what `options` ask for to the running instance, where that is due. None when this start is
-/// the one to run, and has `instance` then; otherwise how it ends.
+/// Sends the request in `options` to the running instance, if there is one or if `options` only
+/// contain a request. Empty if this process must run the program; it then owns `instance`.
 [[nodiscard]] std::optional<EarlyExit> handOver(const Options &options,
                                                 platform::Instance &instance);
 
