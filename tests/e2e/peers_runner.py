@@ -1,4 +1,5 @@
-"""Runs rows of peers.py against the program, and holds after each what no peer may change."""
+"""Runs rows of peers.py with the program, and checks after each that no peer has changed the wallet's
+state."""
 
 import contextlib
 import json
@@ -16,7 +17,7 @@ SOL, FEE = 1_000_000_000, 5000
 
 
 class PeersTest(WalletTest):
-    """Rows share a program that runs until one of them fails or ends it."""
+    """Rows share one running program, until one of them fails or stops it."""
 
     maxDiff = None  # what the program has warned of is seen whole
 
@@ -42,7 +43,7 @@ class PeersTest(WalletTest):
         return self.desktop.folder / "xdg_data_home/corvane/accounts.json"
 
     def world(self, figures):
-        """What is true from now on."""
+        """Sets the true values from now on."""
         new = figures == NEW
         self.localnet.fund(KEY_ADDRESS, 4 if new else 8.2, "1" if new else "2")
         self.localnet.fund(RECIPIENT, 1)
@@ -54,7 +55,7 @@ class PeersTest(WalletTest):
             self.corvane = None
 
     def start(self):
-        """The program with its key, open, with the figures of before the row."""
+        """The program with its key and an open island, showing the figures from before the row."""
         if not self.corvane:
             self.desktop.empty_keyring()
             self.running = contextlib.ExitStack()
@@ -65,9 +66,9 @@ class PeersTest(WalletTest):
         return self.corvane
 
     def figures(self):
-        """Everything on the card that could be taken for an amount."""
+        """All texts on the card that look like an amount."""
         amount = re.compile(r"[\d—∞]|nan", re.IGNORECASE)
-        # What a screen reader is told of is the headline.
+        # The text for screen readers contains the headline.
         return {text.removeprefix("TOTAL BALANCE ") for text in self.corvane.tree.texts()
                 if amount.search(text) and text != SHORT}
 
@@ -81,7 +82,7 @@ class PeersTest(WalletTest):
         return after
 
     def cycle_ended(self, after):
-        """A forced cycle ends with the chart."""
+        """Waits for the end of a forced cycle, which is the request for the chart."""
         wait_until(lambda: any(entry["name"] == "chart" for entry in self.localnet.requests(after)),
                    "the end of the cycle")
 
@@ -94,7 +95,7 @@ class PeersTest(WalletTest):
             return getattr(keyring, act)(*arguments)
 
     def prepare(self, protection="none"):
-        """A key in the keyring of which the program has heard."""
+        """Stores a key in the keyring and its account in the accounts file."""
         self.stop()
         self.desktop.empty_keyring()
         self.in_keyring("create", {"service": SERVICE, "account": KEY_ADDRESS,
@@ -105,7 +106,7 @@ class PeersTest(WalletTest):
 
     @contextlib.contextmanager
     def run_with_key(self, address=KEY_ADDRESS, **more):
-        """The program, which has not read its key yet."""
+        """Starts the program, which has not read its key yet."""
         with self.run_corvane({"corvane.address": address}, demo=False, **more) as self.corvane:
             try:
                 yield self.corvane
@@ -124,14 +125,14 @@ class PeersTest(WalletTest):
         self.corvane.wait_enabled("SEND")
 
     def send_one(self):
-        """Sends what is in the form; nothing has moved before."""
+        """Sends the form; checks that nothing was sent before."""
         self.assertEqual(self.localnet.lamports(RECIPIENT), SOL)
         self.corvane.press_button("SEND")
         self.corvane.wait_for(SENT)
         self.assertEqual(self.localnet.lamports(RECIPIENT), 2 * SOL)
 
     def kept(self):
-        """What no peer may change."""
+        """The state that no peer may change."""
         # Neither about a machine without sound nor about a bus that is slow while others build.
         said = [line for line in self.corvane.messages().splitlines() if not line.startswith(("ALSA", "QSpi"))]
         return self.keys(), self.accounts_file.read_text(), self.corvane.settings(), said

@@ -1,5 +1,5 @@
-"""The application moves itself into the applications folder, starts there anew, and stays: login item,
-menu, tour. Only where with_polkit.py has made that folder."""
+"""The application moves itself to the applications folder, restarts there, and stays installed: login item,
+menu, tour. Runs only with the folder created by with_polkit.py."""
 
 import os
 import pathlib
@@ -20,13 +20,13 @@ LOGIN, NO_LOGIN = ("registered — it's there after every restart",
 @unittest.skipUnless(os.environ.get("CORVANE_TESTER"), "needs with_polkit.py and root")
 class InstallationTest(IslandTest):
     def downloaded(self):
-        """The bundle as a browser leaves it."""
+        """A bundle in the downloads folder."""
         folder = self.desktop.folder / "My Downloads"
         shutil.copytree(BUNDLE, folder / "Corvane.app", symlinks=True)
         return folder / "Corvane.app/bin/corvane"
 
     def running_from(self, program):
-        """The process that runs this program; it hides its file, but not its command line."""
+        """The process that runs this program, found by its command line, because it hides its executable."""
         for process in pathlib.Path("/proc").glob("[0-9]*"):
             try:
                 if (process / "cmdline").read_bytes().startswith(str(program).encode() + b"\0"):
@@ -53,7 +53,7 @@ class InstallationTest(IslandTest):
             self.assertFalse((INSTALLED / "from an older version").exists())
             self.assertIn(f'\nExec="{program}"\n', entry.read_text())
 
-            # The menu opens the tour, and again the same one on the same page and in the same place.
+            # The menu opens the tour, and opens it again on the same page at the same position.
             tree = AccessibleTree(self.desktop.bus_address, process)
             self.addCleanup(tree.close)
 
@@ -74,7 +74,7 @@ class InstallationTest(IslandTest):
             wait_for("installed", LOGIN)
             self.assertEqual(tree.find("Welcome to Corvane", "frame").extents(1), place)
 
-            # What the desktop's settings do shows at once.
+            # Changes in the desktop's settings are shown immediately.
             switched_on = entry.read_text()
             entry.write_text(switched_on + "Hidden=true\n")
             wait_for(NO_LOGIN)

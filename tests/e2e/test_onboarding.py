@@ -11,7 +11,7 @@ class TourTest(IslandTest):
         return self.run_corvane(onboarded=False)
 
     def wait_for_page(self, corvane, number):
-        """Until the page shows alone, with its buttons."""
+        """Waits until only this page is visible, with its buttons."""
         expected = {"CONTINUE" if number < 4 else "OPEN THE ISLAND", "Close", f"Page {number + 1} of 5"}
 
         def alone():
@@ -21,14 +21,14 @@ class TourTest(IslandTest):
         wait_until(lambda: self.desktop.screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
 
     def wait_until_opening(self, corvane):
-        """Nobody points at the island, so it does not stay open for long."""
+        """The pointer is not on the island, so it stays open only for a short time."""
         wait_until(lambda: corvane.outline()[2] > corvane.band + 60, "the opening island", pause=0)
         wait_until(lambda: not corvane.tree.find("Close"), "a tour that is gone")
         corvane.hover()
         corvane.wait_for("TOTAL BALANCE")
 
     def window(self, corvane):
-        """The window's place, in pixels."""
+        """The window's position in pixels."""
         return corvane.tree.find("Welcome to Corvane", "frame").extents(self.desktop.scale)
 
     def test_by_pointer_to_the_open_island(self):
@@ -38,7 +38,7 @@ class TourTest(IslandTest):
             x, y, width, height = self.window(corvane)
             self.assertEqual((x + width // 2, y + height // 2),
                              (self.desktop.screen.width // 2, self.desktop.screen.height // 2))
-            # It is moved by its background, and sets out a little after the pointer.
+            # It is dragged by its background, and starts to move shortly after the pointer.
             self.desktop.screen.drag(x + width / 2, y + 60, x + width / 2 + 150, y + 130)
             wait_until(lambda: all(abs(now - expected) <= 20 for now, expected in zip(
                 self.window(corvane), (x + 150, y + 70, width, height))),
@@ -53,7 +53,7 @@ class TourTest(IslandTest):
         with self.run_tour() as corvane:
             self.wait_for_page(corvane, 0)
             for keys, number in ((("Left", "Right"), 1),
-                                 # Close, BACK, CONTINUE: as they are read.
+                                 # Close, BACK, CONTINUE: in reading order.
                                  (("Tab", "Tab", "Tab", "Return"), 2), (("space",), 3), (("Right",), 4)):
                 for key in keys:
                     self.desktop.screen.press(key)

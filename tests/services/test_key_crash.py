@@ -1,4 +1,4 @@
-"""A wallet or a keyring that is killed at any one step leaves a whole key or none."""
+"""A wallet or a keyring that is killed at any step leaves a complete key or none."""
 
 import itertools
 import json
@@ -17,13 +17,13 @@ class KeyCrashTest(KeyringTest):
         self.armed = self.desktop.folder / "armed"
 
     def whole_key(self, wallet):
-        """The account of the key that the wallet holds, which must be whole."""
+        """The account of the wallet's key; checks that the key is complete."""
         account = wallet.ask("account")
         self.assertEqual(wallet.ask("read why"), SEEDS.get(account, "nothing"))
         return account
 
     def kill_switch(self, step, when):
-        """Kills a program with this environment at this step after it has been armed."""
+        """The environment that kills a program at this step after it was armed."""
         self.armed.unlink(missing_ok=True)
         return {"LD_PRELOAD": os.environ["KILL_POINTS"], "CORVANE_KILL_STEP": str(step),
                 "CORVANE_KILL_WHEN": when, "CORVANE_KILL_ARMED": str(self.armed)}
@@ -46,7 +46,8 @@ class KeyCrashTest(KeyringTest):
                         died = not victim.ask(command)
                         victim.end()
                         items = self.items()
-                        # What a locked keyring would answer, before the wallet puts it right.
+                        # The account that would be returned for a locked keyring, before the wallet corrects
+                        # it.
                         remembered = json.loads(self.accounts.read_text()).get(SERVICE, {}).get("account")
                         account = self.whole_key(wallet)
                         seen.add(account)
@@ -59,7 +60,7 @@ class KeyCrashTest(KeyringTest):
             self.assertEqual(seen, outcomes)
 
     def test_a_killed_keyring_leaves_a_whole_key_or_none(self):
-        # Without the privileges of the daemon, which would make it ignore some of its environment.
+        # A copy without the daemon's privileges, with which it would ignore some environment variables.
         daemon = shutil.copyfile(shutil.which("gnome-keyring-daemon"), self.desktop.folder / "keyring")
         daemon.chmod(0o700)
         wallet, seen, died = self.wallet(), set(), True

@@ -1,4 +1,5 @@
-"""The authenticator of a wallet without a face (wallet_actor), with a real polkit and an agent that obeys a script."""
+"""The authenticator of a wallet without a user interface (wallet_actor), with a real polkit and a scripted
+agent."""
 
 import os
 import pathlib
@@ -55,7 +56,7 @@ class PolkitAuthenticatorTest(unittest.TestCase):
                 ("dismiss", UNLOCK, "org.corvane.unlock: unlock Corvane", REFUSED)):
             with self.subTest(manner=manner, reason=reason):
                 agent = self.agent(wallet, manner)
-                # Nothing is prompted before, and what was granted once is not kept.
+                # Checks cause no prompt, and an authorization is not kept.
                 self.assertEqual(wallet.ask("can"), "yes")
                 for _ in range(2):
                     self.assertEqual(wallet.ask(f"evaluate {reason}"), answer)

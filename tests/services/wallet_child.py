@@ -1,4 +1,4 @@
-"""What tests of a wallet without a face (wallet_actor) share."""
+"""Helpers for tests of a wallet without a user interface (wallet_actor)."""
 
 import os
 import pathlib
@@ -15,7 +15,8 @@ SEEDS = {A: bytes(range(200, 232)).hex(), B: bytes(range(100, 132)).hex()}
 
 
 class Child:
-    """A program that talks in lines, once it is ready; killed with its test at the latest."""
+    """A program that is controlled by lines of text, once it is ready; killed at the end of the test at the
+    latest."""
 
     def __init__(self, test, *command, **environment):
         self.process = subprocess.Popen([*map(str, command)], env=os.environ | environment, text=True,
@@ -27,7 +28,7 @@ class Child:
         return self.process.stdout.readline().strip()
 
     def ask(self, question):
-        """The line that answers; empty when it has died."""
+        """The line of the answer; empty if the program has died."""
         print(question, file=self.process.stdin, flush=True)
         return self.line()
 
@@ -46,7 +47,7 @@ def store(account):
 
 
 class KeyringTest(unittest.TestCase):
-    """Tests with a real keyring, which is empty at first."""
+    """Tests with a real keyring, which is initially empty."""
 
     def setUp(self):
         self.desktop = self.enterContext(
@@ -61,5 +62,5 @@ class KeyringTest(unittest.TestCase):
             return getattr(keyring, act)(*arguments)
 
     def items(self, service=SERVICE):
-        """The items' attributes; the service has then done all that it was asked for before."""
+        """The items' attributes; when they arrive, the service has completed all earlier requests."""
         return [attributes for attributes, _ in self.in_keyring("items", service)]
