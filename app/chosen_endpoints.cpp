@@ -21,8 +21,8 @@ std::variant<core::Endpoints, EarlyExit> chosenEndpoints(const Options &options)
         }
         endpoints = std::get<core::Endpoints>(std::move(loaded));
     }
-    // Except on a local cluster, somebody could pay real coins to the demo's key, which is lost
-    // when the demo exits.
+    // Without a local cluster, real coins could be paid to the demo's key, which is lost when the
+    // demo exits.
     if (options.demoKeychain && !options.watch && !endpoints.areLocal()) {
         return EarlyExit{
             QStringLiteral("--demo-keychain needs --endpoints on this machine, because "

@@ -1,7 +1,7 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Finds colours outside look/. Views must take their colours from the theme. cmake
-# -DROOT=<source folder> -P CheckColours.cmake
+# Finds colours outside look/. Views must take their colours from the theme.
+# Usage: cmake -DROOT=<source folder> -P CheckColours.cmake
 file(GLOB views "${ROOT}/island/*.qml" "${ROOT}/panes/*.qml" "${ROOT}/onboarding/*.qml"
     "${ROOT}/app/*.qml")
 if(NOT views)

@@ -1,7 +1,7 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Checks the includes and QML imports of every folder against the table in Layering.cmake. cmake
-# -DROOT=<source folder> -P CheckLayering.cmake
+# Checks the includes and QML imports of every folder against the table in Layering.cmake.
+# Usage: cmake -DROOT=<source folder> -P CheckLayering.cmake
 include("${CMAKE_CURRENT_LIST_DIR}/Layering.cmake")
 
 set(folders "")

@@ -1,7 +1,8 @@
 cmake_minimum_required(VERSION 3.25)
 
 # Finds text items that could interpret markup, because some texts come from servers. Views must use Label,
-# the only type that sets the text format. cmake -DROOT=<source folder> -P CheckPlainText.cmake
+# the only type that sets the text format.
+# Usage: cmake -DROOT=<source folder> -P CheckPlainText.cmake
 set(label "${ROOT}/look/controls/Label.qml")
 file(STRINGS "${label}" plain REGEX "^    textFormat: Text\\.PlainText$")
 if(NOT plain)

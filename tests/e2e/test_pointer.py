@@ -1,4 +1,4 @@
-"""A real pointer on the island and on the window beneath it."""
+"""A real pointer on the island and on the window below it."""
 
 import random
 

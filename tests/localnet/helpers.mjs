@@ -1,16 +1,16 @@
-/** What the tests share: an instance per test, calls to it, and transfers built by the library. */
+/** Helpers of the tests: an instance per test, calls to it, and transfers built with the library. */
 
 import { createRequire } from 'node:module';
 import { Localnet } from '../../tools/localnet/localnet.mjs';
 
-// The tests have no packages of their own: they use those installed for the tool.
+// The tests use the packages that are installed for the tool.
 const require = createRequire(new URL('../../tools/localnet/package.json', import.meta.url));
 const kit = require('@solana/kit');
 const { getTransferSolInstruction } = require('@solana-program/system');
 
 const CALL_TIMEOUT_MS = 60_000;
 
-/** A running instance that ends with test `t`; `tick(ms)` moves its clock, nothing else does. */
+/** A running instance that stops at the end of test `t`. Only `tick(ms)` moves its clock. */
 export async function startNet(t) {
     let clock = 1_700_000_000_000;
     const net = new Localnet({ now: () => clock, slotMs: 400 });
@@ -38,7 +38,7 @@ export function makeSigner() {
     return kit.generateKeyPairSigner();
 }
 
-/** The bytes of a signed transfer, built without any of the code under test. */
+/** The bytes of a signed transfer, built without the code under test. */
 export async function makeTransfer({ from, to, amount, blockhash }) {
     const instruction = getTransferSolInstruction({ source: from, destination: to, amount });
     const message = kit.pipe(

@@ -1,4 +1,4 @@
-// The clusters behave as the real runtime does: what they hold, and which transfers they refuse.
+// The clusters behave like the real runtime: balances and rejected transfers.
 
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
@@ -7,7 +7,7 @@ import { makeSigner, makeTransfer, send, startNet } from './helpers.mjs';
 const FEE = 5000;
 const SOL = 1_000_000_000;
 
-/** An instance with a sender who holds 2 SOL and a recipient who holds 1. */
+/** An instance with a sender who has 2 SOL and a recipient who has 1. */
 async function setUp(t) {
     const started = await startNet(t);
     const [from, to] = await Promise.all([makeSigner(), makeSigner()]);

@@ -1,6 +1,6 @@
-// A wallet without a face: it holds the adapters that the program holds, obeys commands on its
-// standard input and answers each with one line, so that tests can run it as another user, kill it
-// and cut its services off.
+// A wallet without a user interface: it has the same adapters as the program, reads commands from
+// standard input and replies to each with one line, so that tests can run it as another user, kill
+// it, and stop its services.
 //
 // wallet_actor <accounts file> polkit|willing [<milliseconds for the user> [<for the keyring>]]
 
@@ -58,7 +58,8 @@ Answer replyOf(Start start)
 class Actor
 {
 public:
-    /// `willing` is asked about what it has been asked; `bound` is for each call to the keyring.
+    /// `willing` reports the prompts it has received; `bound` is the time limit for each call to
+    /// the keyring.
     Actor(Authenticator &authenticator, tests::FakeAuthenticator &willing, const QString &accounts,
           std::chrono::milliseconds bound)
         : m_authenticator(authenticator)
@@ -139,8 +140,8 @@ int main(int count, char **arguments)
     const std::chrono::milliseconds keyringBound(count > 4 ? std::atoi(arguments[4]) : 60'000);
     ThreadBackgroundTasks background;
     PolkitAuthenticator polkit(background, userBound);
-    // A program has other reasons to stay on the system bus; polkit must not take an evaluation's
-    // end for the program's.
+    // Keeps a connection to the system bus, as the program does: otherwise polkit would treat the
+    // end of an evaluation as the end of the program.
     const GioPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
     if (bus != nullptr) {
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);

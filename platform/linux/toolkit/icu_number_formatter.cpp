@@ -18,7 +18,7 @@ constexpr int maximumDecimals = 100;
 /// The ICU name of a POSIX locale name such as `de_DE.UTF-8` or `sr_RS@latin`.
 QByteArray canonicalLocale(const QByteArray &name)
 {
-    // ICU knows languages, countries and modifiers, but no encodings.
+    // ICU names contain languages, countries and modifiers, but no encodings.
     const qsizetype modifier = name.indexOf('@') < 0 ? name.size() : name.indexOf('@');
     const QByteArray plain = name.left(modifier).split('.').first();
     if (plain.isEmpty() || plain == "C" || plain == "POSIX") {

@@ -16,7 +16,7 @@ namespace corvane::platform {
 
 namespace {
 
-/// Whole milliseconds, rounded up: an action may come late but never early.
+/// Whole milliseconds, rounded up: an action may run late but never early.
 int toMilliseconds(std::chrono::nanoseconds time)
 {
     using Milliseconds = std::chrono::milliseconds;

@@ -11,8 +11,8 @@ namespace corvane::platform {
 
 /// The displays of the running QGuiApplication.
 ///
-/// The main screen is the desktop's primary one, so that the island stays where it is when a
-/// window on another screen takes the keyboard.
+/// The main screen is the desktop's primary one, so that the island does not move when a window on
+/// another screen gets keyboard focus.
 class QtScreens final : public Screens
 {
 public:

@@ -11,7 +11,7 @@
 
 namespace corvane::platform {
 
-/// Waits for the first place where the desktop shows status icons, without polling. Main thread.
+/// Waits for the desktop's first status area, without polling. Main thread.
 ///
 /// Qt checks only once per process whether a StatusNotifierItem host exists, and blocks for many
 /// seconds if the host does not answer. This class therefore checks first, without blocking.
