@@ -7,13 +7,13 @@
 
 namespace corvane::island {
 
-/// Known to views as `Card`; Qt has one such name for each namespace.
+/// Named `Card` in QML. A separate namespace, because Qt supports one QML name per namespace.
 namespace cards {
 
 Q_NAMESPACE
 QML_NAMED_ELEMENT(Card)
 
-/// What the expanded island can show.
+/// The cards of the expanded island.
 enum class Card { Locked, Backup, Setup, Balance, Settings, Receive, Send };
 Q_ENUM_NS(Card)
 
@@ -21,8 +21,8 @@ Q_ENUM_NS(Card)
 
 using cards::Card;
 
-/// All that decides which card is shown. Where it changes, the card is replaced, also by another of
-/// the same kind.
+/// All values that determine the card. When one changes, the card is replaced, possibly by a new
+/// one of the same kind.
 struct CardChoice
 {
     bool unlocked = false;
@@ -33,7 +33,7 @@ struct CardChoice
     [[nodiscard]] bool operator==(const CardChoice &) const = default;
 };
 
-/// The card to show. Until the island is unlocked there is one for every pane.
+/// The card to show. Until the island is unlocked, the same card for every pane.
 [[nodiscard]] Card chosenCard(const CardChoice &choice);
 
 } // namespace corvane::island

@@ -7,16 +7,17 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto openDelay = 120ms;
-/// From widening to unfolding the card.
+/// From widening to the unfolding of the card.
 constexpr auto unfoldDelay = 100ms;
 constexpr auto closeDelay = 320ms;
-/// From folding the card to narrowing the strip.
+/// From the folding of the card to the narrowing of the strip.
 constexpr auto narrowDelay = 160ms;
-/// From the start of a motion until clicks pass through again.
+/// From the start of narrowing until click-through is on again.
 constexpr auto passAfterNarrowing = 400ms;
 constexpr auto passAfterFolding = 700ms;
 
-/// How long an island that was opened without the pointer waits for it: time to read the figures.
+/// How long an island that was opened without the pointer waits for it: enough time to read the
+/// figures.
 constexpr auto presentationTime = 6s;
 
 void cancel(std::shared_ptr<platform::WorkItem> &work)
@@ -106,7 +107,7 @@ void HoverMachine::pointerOutside()
         m_island.perform(Action::Settle);
     }
     if (isPresented()) {
-        // Also when a folding that was under way has won over it.
+        // Needed if a pending fold has closed the island again.
         open();
     } else if (m_state == State::Widened) {
         narrow();

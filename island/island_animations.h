@@ -4,19 +4,19 @@
 
 namespace corvane::island {
 
-/// The island's own vocabulary of motion.
+/// The animations of the island.
 [[nodiscard]] inline look::Animation standardSpring()
 {
     return look::Animation::spring(0.42, 0.88);
 }
 
-/// The strip stretches and narrows.
+/// For widening and narrowing the strip.
 [[nodiscard]] inline look::Animation widenSpring()
 {
     return look::Animation::spring(0.3, 0.9);
 }
 
-/// The resting island swells under the pointer, and settles when it leaves.
+/// For the collapsed island, which grows slightly under the pointer.
 [[nodiscard]] inline look::Animation swellSpring()
 {
     return look::Animation::spring(0.22, 0.7);

@@ -9,14 +9,15 @@ namespace {
 
 using MaybeScreen = std::optional<platform::Screen>;
 
-/// How far the resting island reaches beyond the notch: the left ear carries the mark.
+/// The widths by which the collapsed island extends beyond the notch; the left side contains the
+/// mark.
 constexpr double leftEar = 46;
 constexpr double rightEar = 6;
 constexpr double smallestCollapsedWidth = 160;
 constexpr double defaultBandHeight = 32;
-/// The tallest card and some air.
+/// The height of the tallest card and a margin.
 constexpr double stageBodyHeight = 316;
-/// Room for the shadow at both sides and below.
+/// The margin for the shadow, at both sides and below.
 constexpr double stageMargin = 44;
 constexpr QRectF stageWithoutScreen{0, 0, 900, 400};
 constexpr double hoverMargin = 10;

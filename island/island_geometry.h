@@ -11,39 +11,40 @@
 
 namespace corvane::island {
 
-/// Measures of the island in points. All rectangles are in the coordinates of `platform::Screen`;
-/// every function takes the screen as it is now, so that nothing outlives a change of displays.
+/// Sizes of the island in points. All rectangles are in the coordinates of `platform::Screen`.
+/// Every function takes the current screen, so that no result is used after the displays have
+/// changed.
 
 /// Width of the widened and the expanded island.
 inline constexpr double cardWidth = 620;
 
-/// The screen that the island lives on: the first with a camera housing, else the one the user
-/// works on, else the first.
+/// The screen of the island: the first with a camera housing, otherwise the one that the user works
+/// on, otherwise the first.
 [[nodiscard]] std::optional<platform::Screen> notchScreen(const platform::Screens &screens);
 
-/// Height of the band at the top that is level with the notch.
+/// Height of the band at the top of the screen that contains the notch.
 [[nodiscard]] double topBandHeight(const std::optional<platform::Screen> &screen);
 
-/// Width of the camera housing; 0 when there is none.
+/// Width of the camera housing; 0 if there is none.
 [[nodiscard]] double notchWidth(const std::optional<platform::Screen> &screen);
 
-/// Width of the resting island on a notch of this width.
+/// Width of the collapsed island around a notch of this width.
 [[nodiscard]] double collapsedWidth(double notchWidth);
 
-/// The expanded island for `pane`.
+/// Size of the expanded island with `pane`.
 [[nodiscard]] QSizeF paneSize(const std::optional<platform::Screen> &screen, IslandPane pane);
 
-/// Where the pointer must rest to open the island.
+/// The area in which the pointer opens the island.
 [[nodiscard]] QRectF collapsedRect(const std::optional<platform::Screen> &screen);
 
-/// Where the pointer must stay to keep the island open on `pane`: the card, grown a little to the
+/// The area in which the pointer keeps the island open with `pane`: the card with a margin to the
 /// left, right and bottom.
 [[nodiscard]] QRectF expandedHoverRect(const platform::Screen &screen, IslandPane pane);
 
-/// The panel's frame: room for the tallest card and its shadow.
+/// The panel's frame, large enough for the tallest card and its shadow.
 [[nodiscard]] QRectF stageRect(const std::optional<platform::Screen> &screen);
 
-/// True when `point` is in `rect`; the minimum edges belong to it, the maximum edges do not.
+/// True if `point` is in `rect`, including the minimum edges but not the maximum edges.
 [[nodiscard]] bool containsPoint(const QRectF &rect, const QPointF &point);
 
 } // namespace corvane::island

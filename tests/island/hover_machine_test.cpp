@@ -13,12 +13,12 @@ using namespace std::chrono_literals;
 using State = HoverMachine::State;
 using Event = HoverMachine::Event;
 
-/// A machine and an island that writes down what is done to it, as in "120
-/// Raise Widen, 220 Unfold": milliseconds, and the actions of that time.
+/// A machine, and an island that records its actions in the form "120 Raise Widen, 220 Unfold":
+/// milliseconds, and the actions at that time.
 class HoverMachineTest : public testing::Test, public HoverMachine::Island
 {
 protected:
-    /// The hover poll finds the pointer there for `time`.
+    /// Sends the hover poll's samples of the pointer for `time`.
     void poll(Event event, std::chrono::milliseconds time)
     {
         for (auto passed = 0ms; passed < time; passed += 150ms) {
@@ -71,7 +71,7 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
               "0 Swell, 120 Raise Widen Prompt, 220 Unfold",
               State::Expanded},
              {{{0, PointerInside}, {100, PointerOutside}}, "0 Swell, 100 Settle", State::Resting},
-             // Out between widening and unfolding.
+             // The pointer leaves between widening and unfolding.
              {{{0, PointerInside}, {130, PointerOutside}},
               "0 Swell, 120 Raise Widen Prompt, 130 Settle Narrow, 530 "
               "LetClicksPass",
@@ -81,8 +81,7 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
              {{{0, Open}, {200, Close}},
               open + ", 200 Fold, 360 Narrow, 900 LetClicksPass",
               State::Resting},
-             // A pane opens it at once, and without a strip there is none to
-             // narrow.
+             // A pane opens it immediately without a strip, so that no strip narrows afterwards.
              {{{0, PointerInside}, {50, ShowPane}, {60, Open}, {900, PointerOutside}},
               "0 Swell, 50 Unfold, 900 Settle, 1220 Fold, 1920 LetClicksPass",
               State::Resting},
@@ -90,21 +89,21 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
               "0 Raise Widen Prompt, 50 Unfold, 200 Fold, 360 Narrow, 900 "
               "LetClicksPass",
               State::Resting},
-             // Back in before it folds; or one sample more outside, which delays
-             // nothing.
+             // The pointer returns before it folds; or one more sample outside, which does not
+             // delay that.
              {{{0, Open}, {200, PointerOutside}, {519, PointerInside}}, open, State::Expanded},
              {{{0, Open}, {200, PointerOutside}, {350, PointerOutside}},
               open + ", 520 Fold, 680 Narrow, 1220 LetClicksPass",
               State::Resting},
-             // Back in while it closes: the strip still narrows, and the next
-             // sample opens it.
+             // The pointer returns while it closes: the strip still narrows, and the next sample
+             // opens it.
              {{{0, Open}, {200, PointerOutside}, {530, PointerInside}, {700, PointerInside}},
               open + ", 520 Fold, 650 Raise Widen Prompt, 680 Narrow, 700 Swell, "
                      "820 Raise Widen "
                      "Prompt, 920 Unfold",
               State::Expanded},
-             // The same, after a sample outside: what narrows under the pointer
-             // stays swollen.
+             // The same after a sample outside: the tab stays swollen while it narrows under the
+             // pointer.
              {{{0, Open}, {200, PointerOutside}, {521, PointerOutside}, {530, PointerInside}},
               open + ", 520 Fold, 521 Narrow, 530 Swell, 650 Raise Widen Prompt, "
                      "680 Narrow, 921 "
@@ -148,11 +147,11 @@ TEST_F(HoverMachineTest, WaitsForThePointerWhenPresented)
     EXPECT_TRUE(m_machine->isOpen());
     poll(Event::PointerOutside, 600ms);
     EXPECT_FALSE(m_machine->isOpen());
-    // In the middle of the folding.
+    // While it folds.
     m_machine->handle(Event::Present);
     poll(Event::PointerOutside, 1s);
     EXPECT_TRUE(m_machine->isOpen());
-    // A pointer that has come keeps to the usual rules.
+    // After the pointer has entered, the usual rules apply.
     m_machine->handle(Event::PointerInside);
     poll(Event::PointerOutside, 600ms);
     EXPECT_FALSE(m_machine->isOpen());

@@ -40,7 +40,7 @@ protected:
         return std::string(m_island->hovering() ? "h" : "-") + (m_island->widened() ? "w" : "-") +
                (m_island->expanded() ? "e" : "-") + (m_panels.state.clickThrough ? "p" : "-");
     }
-    /// Where the pointer goes, the wait after that, and the state then.
+    /// The pointer's new position, the time to wait, and the expected state.
     struct Step
     {
         std::optional<QPointF> pointer;
@@ -70,7 +70,7 @@ protected:
 TEST_F(IslandControllerTest, LooksForThePointerWhereTheIslandIs)
 {
     const std::optional<QPointF> still;
-    // Beside the tab is outside, also on the strip.
+    // Positions beside the tab are outside, even on the strip.
     follow({{notch, 130ms, "hw--"}, {{{500, 970}}, 0ms, "----"}, {still, 1s, "---p"}});
     // The ten points around the card are inside.
     follow({{notch, 300ms, "hwe-"}, {away, 200ms, "-we-"}, {{{440, 700}}, 2s, "-we-"}});
@@ -92,7 +92,7 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
     EXPECT_FALSE(m_island->hovering()) << "on no screen at all";
     queue.advance(1s);
     EXPECT_TRUE(isResting());
-    // At rest nothing is scheduled but the hover poll and the refresh cycle.
+    // At rest only the hover poll and the refresh cycle are scheduled.
     EXPECT_EQ(queue.pendingTimers(), 2U);
 }
 
@@ -181,12 +181,11 @@ TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
 TEST_F(IslandControllerTest, UnlockingTheIslandUnlocksTheKey)
 {
     ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
-    // As after a start, the key is only stored.
+    // As after a restart, the key is stored but locked.
     launchIsland();
     m_authenticator.available = true;
     openIsland();
-    // An open prompt keeps the island from folding; it folds soon after the
-    // answer.
+    // An open prompt keeps the island open; it collapses soon after the answer.
     moveTo(away);
     queue.advance(10s);
     EXPECT_TRUE(m_island->expanded());
@@ -257,7 +256,7 @@ TEST_F(IslandControllerTest, NoPathOfThePointerLeavesItStuck)
         const int samples = static_cast<int>(between(1, 12));
         for (int sample = 0; sample <= samples; ++sample) {
             const QPointF point = from + (to - from) * sample / samples;
-            // Some movements come with an event, some are only seen by the poll.
+            // Some movements cause an event, others are only detected by the poll.
             if (between(0, 1) < 0.7) {
                 moveTo(point);
             } else {

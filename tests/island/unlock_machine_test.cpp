@@ -12,7 +12,7 @@ using State = UnlockMachine::State;
 
 enum class Event { Approached, Opened, Requested, Agrees, Refuses, IsNotThere };
 
-/// A machine and an island that writes down what is done to it.
+/// A machine, and an island that records its actions.
 class UnlockMachineTest : public testing::Test, public UnlockMachine::Island
 {
 protected:
