@@ -7,8 +7,8 @@ import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
-// The whole content of the window: the page, where it stands among the others, and the buttons that
-// lead to the next one.
+// The content of the window: the current page, the progress dots, and the buttons to the other
+// pages.
 Item {
     id: root
 
@@ -35,7 +35,7 @@ Item {
         }
     }
 
-    // A button that goes away leaves the keyboard to the one beside it.
+    // When a button disappears, keyboard focus moves to the one beside it.
     function goBack() {
         const hadKeyboard = root.Window.activeFocusItem?.parent === back;
         pager.back();
@@ -63,7 +63,7 @@ Item {
         antialiasing: true
     }
 
-    // The hairline that a window's frame has.
+    // The hairline of a window's frame.
     Rectangle {
         anchors.fill: parent
         radius: root.cornerRadius

@@ -6,7 +6,7 @@ import QtQuick
 Label {
     id: root
 
-    // Each line brings its space along, the last one too.
+    // Every line has spacing below it, also the last one.
     height: implicitHeight - 4
     horizontalAlignment: Text.AlignHCenter
     lineHeightMode: Text.FixedHeight

@@ -5,7 +5,7 @@ import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
-// What this is, in a few words.
+// A short introduction to the program.
 Item {
     id: root
 

@@ -4,8 +4,8 @@
 
 namespace corvane::onboarding {
 
-/// True when `bundlePath` counts as installed: a plain prefix, so any place below the folder does,
-/// and so does a folder whose name only begins like it.
+/// True if `bundlePath` counts as installed. Compares only the prefix: any path below the folder
+/// counts, and also a folder whose name starts with the same text.
 [[nodiscard]] inline bool isInApplications(const QString &bundlePath)
 {
     return bundlePath.startsWith(QStringLiteral("/Applications"));

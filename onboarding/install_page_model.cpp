@@ -8,8 +8,8 @@ namespace corvane::onboarding {
 
 namespace {
 
-/// The login item may be switched in the desktop's own settings while the page is looked at;
-/// reading it costs one small file.
+/// The user may change the login item in the desktop's settings while the page is visible; each
+/// poll reads one small file.
 constexpr std::chrono::seconds readInterval{2};
 
 } // namespace

@@ -11,22 +11,23 @@
 
 namespace corvane::onboarding {
 
-/// Where the application lives and whether it starts at login, in words. Main thread.
+/// The model of the install page: where the application is and whether it starts at login. Main
+/// thread.
 class InstallPageModel : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
-    /// While the page is on the screen, what it shows is read anew now and then.
+    /// True while the page is visible. Its state is then polled.
     Q_PROPERTY(bool shown READ isShown WRITE setShown NOTIFY shownChanged FINAL)
-    /// The application lies where it belongs, or is none that could be moved.
+    /// True if the application is in the applications folder, or is not a bundle.
     Q_PROPERTY(bool applicationsDone READ applicationsDone NOTIFY changed FINAL)
     Q_PROPERTY(QString applicationsDetail READ applicationsDetail NOTIFY changed FINAL)
-    /// The program starts at login.
+    /// True if the program starts at login.
     Q_PROPERTY(bool loginDone READ loginDone NOTIFY changed FINAL)
     Q_PROPERTY(QString loginDetail READ loginDetail NOTIFY changed FINAL)
-    /// The application can be moved into the applications folder.
+    /// True if the application can be moved to the applications folder.
     Q_PROPERTY(bool movable READ isMovable NOTIFY changed FINAL)
     Q_PROPERTY(QString moveLabel READ moveLabel NOTIFY changed FINAL)
 
@@ -34,7 +35,7 @@ public:
     explicit InstallPageModel(QObject *parent = nullptr);
     ~InstallPageModel() override;
 
-    /// Moves the application, which then starts anew. A failure is not reported.
+    /// Moves the application and restarts it. Failures are not reported.
     Q_INVOKABLE void move();
 
     [[nodiscard]] bool isShown() const { return m_shown; }

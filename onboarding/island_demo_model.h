@@ -12,19 +12,19 @@
 
 namespace corvane::onboarding {
 
-/// The miniature island, which rests, stretches and unfurls without end while it is shown. Main
-/// thread.
+/// The model of the miniature island, which cycles through three phases while it is shown:
+/// collapsed, stretched and unfurled. Main thread.
 class IslandDemoModel : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(corvane::onboarding::Onboarding *onboarding MEMBER m_onboarding REQUIRED FINAL)
-    /// The phases only pass while the page is on the screen.
+    /// True while the page is visible. The phases change only then.
     Q_PROPERTY(bool shown READ isShown WRITE setShown NOTIFY shownChanged FINAL)
-    /// Wide as the strip in the menu bar, from the second phase on.
+    /// True from the second phase on: as wide as the strip in the menu bar.
     Q_PROPERTY(bool stretched READ isStretched NOTIFY phaseChanged FINAL)
-    /// With its card, in the third phase.
+    /// True in the third phase: with its card.
     Q_PROPERTY(bool unfurled READ isUnfurled NOTIFY phaseChanged FINAL)
     Q_PROPERTY(QString caption READ caption NOTIFY phaseChanged FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)

@@ -13,10 +13,10 @@ using island::IslandController;
 
 namespace {
 
-/// Time for the new instance to set out, and for this one to show that something happens.
+/// Time for the new instance to start, and for this one to show a reaction.
 constexpr std::chrono::milliseconds terminationDelay{800};
 
-/// The window's place: the middle of the screen, in whole points.
+/// The window's frame: centred on the screen, in whole points.
 QRectF centredFrame(const std::optional<platform::Screen> &screen)
 {
     const QPointF centre = screen ? screen->frame.center() : QPointF();
@@ -46,7 +46,8 @@ void Onboarding::show(IslandController &island)
         m_window = m_services.windows.makeWindow(QStringLiteral("Welcome to Corvane"),
                                                  centredFrame(island.screen()),
                                                  m_services.makeContent(*this));
-        // Who leaves the tour half-way is not asked to take it again.
+        // Stored when the tour opens, so that a user who closes it early does not see it again at
+        // the next start.
         m_services.settings.setBoolean(shownSetting(), true);
     }
     m_window->show();
@@ -56,7 +57,7 @@ void Onboarding::finish()
 {
     if (m_window) {
         m_window->hide();
-        // A button of the window is still handling its click.
+        // Destroyed later, because a button of the window is still handling its click.
         m_finished = std::move(m_window);
         m_services.queue.post([self = QPointer(this)] {
             if (self) {

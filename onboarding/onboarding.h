@@ -22,7 +22,7 @@ namespace corvane::onboarding {
 
 class Onboarding;
 
-/// What the onboarding needs from the desktop. Everything outlives it.
+/// The services that the onboarding uses. All must outlive it.
 struct OnboardingServices
 {
     platform::MainQueue &queue;
@@ -31,7 +31,7 @@ struct OnboardingServices
     platform::LoginItem &loginItem;
     platform::Application &application;
     platform::FloatingWindowFactory &windows;
-    /// Makes the window's content, an OnboardingView; called for each window.
+    /// Creates the window's content, an OnboardingView; called for each window.
     std::function<std::unique_ptr<QQuickItem>(Onboarding &)> makeContent;
 };
 
@@ -50,24 +50,24 @@ public:
     explicit Onboarding(OnboardingServices services, QObject *parent = nullptr);
     ~Onboarding() override;
 
-    /// Setting (boolean) that says that the tour has been shown.
+    /// Key of the setting (boolean) that is true once the tour has been shown.
     [[nodiscard]] static QString shownSetting();
-    /// Index of the last of the pages.
+    /// Index of the last page.
     [[nodiscard]] static int lastPage() { return 4; }
 
-    /// Opens the window on the first page, on the screen with the island; or brings the one that
-    /// there is to the front, on the page where the user left it. `island` is what the tour ends
-    /// with.
+    /// Opens the window with the first page, on the screen with the island, or brings the existing
+    /// window to the front with its current page. `island` is opened when the tour is finished.
     void show(island::IslandController &island);
-    /// Ends the tour: its window goes for good, and the island opens.
+    /// Finishes the tour: destroys its window and opens the island.
     Q_INVOKABLE void finish();
-    /// Hides the window. It keeps its page.
+    /// Hides the window, which keeps its page.
     Q_INVOKABLE void close();
-    /// Lets go of the window and all that it shows; before the program ends.
+    /// Destroys the window and its content. Must be called before the program exits.
     void dismiss();
-    /// Copies the application into the applications folder, over what is there, and starts it from
-    /// there; this instance ends 0.8 s later. False, with nothing changed, when it is no bundle, is
-    /// in that folder already, or cannot be copied; only an old copy may then be gone.
+    /// Copies the application to the applications folder, replacing an old copy, and starts it
+    /// there; this instance exits 0.8 s later. Returns false without a change if it is not a bundle
+    /// or is in that folder already, and false if it cannot be copied, in which case an old copy
+    /// may be lost.
     [[nodiscard]] bool moveToApplications();
 
     [[nodiscard]] const OnboardingServices &services() const { return m_services; }
@@ -75,7 +75,7 @@ public:
 private:
     OnboardingServices m_services;
     std::unique_ptr<platform::FloatingWindow> m_window;
-    /// The window of a finished tour, until it can go.
+    /// The window of a finished tour, until it can be destroyed.
     std::unique_ptr<platform::FloatingWindow> m_finished;
     QPointer<island::IslandController> m_island;
 };

@@ -2,7 +2,7 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// The wallet's address, shortened; a click copies it.
+// The shortened address of the wallet; a click copies the address.
 Item {
     id: root
 

@@ -2,7 +2,7 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// A field under its label.
+// A field below its label.
 Stack {
     id: root
 
@@ -21,7 +21,7 @@ Stack {
         text: root.label
         font: Theme.term(8, Theme.Bold, 1.4)
         color: Theme.muted
-        // The field says it.
+        // The label is the field's accessible name already.
         Accessible.ignored: true
     }
 

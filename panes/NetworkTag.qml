@@ -2,7 +2,7 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// Which cluster the figures come from.
+// The name of the cluster that the figures come from.
 Rectangle {
     id: root
 

@@ -2,7 +2,7 @@ import Corvane.Look
 import Corvane.Look.Motion
 import QtQuick
 
-// Lets its content pop up, a moment after it has been shown.
+// Shows its content with a pop animation, shortly after it becomes visible.
 Item {
     id: root
 

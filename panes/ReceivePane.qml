@@ -3,7 +3,7 @@ import Corvane.Look.Controls
 import Corvane.Panes
 import QtQuick
 
-// The wallet's address, as a QR code and in letters.
+// The wallet's address, as a QR code and as text.
 CardFrame {
     id: root
 

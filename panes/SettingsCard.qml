@@ -3,7 +3,7 @@ import Corvane.Look.Controls
 import Corvane.Panes
 import QtQuick
 
-// What the wallet watches, whom it asks, and the last things to do with its key.
+// The watched address, the endpoints, and the backup and removal of the key.
 CardFrame {
     id: root
 

@@ -3,7 +3,7 @@ import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
-// The one-day price chart, uncovered from left to right when it appears.
+// The one-day price chart, revealed from left to right when it appears.
 Item {
     id: root
 

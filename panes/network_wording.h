@@ -4,7 +4,7 @@
 
 namespace corvane::panes {
 
-/// A network's name as the cards show it.
+/// A network's name as shown on the cards.
 [[nodiscard]] inline QString networkTitle(core::SolNetwork network)
 {
     return core::rawValue(network).toUpper();

@@ -9,10 +9,10 @@
 
 namespace corvane::panes {
 
-/// How long a button says that it has copied something.
+/// How long a button shows that it has copied something.
 inline constexpr std::chrono::milliseconds copiedFor{1200};
 
-/// A flag that is raised for a while: "just copied", "really remove?". Main thread.
+/// A flag that is raised for a limited time: "just copied", "really remove?". Main thread.
 ///
 /// A second raise() keeps the first timer: the flag is lowered when the first time is over.
 class PassingFlag : public QObject

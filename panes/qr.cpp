@@ -30,7 +30,7 @@ std::optional<QImage> QR::modules(const QString &text)
     for (int y = 0; y < code->width; ++y) {
         uchar *const line = image.scanLine(y + quietZone);
         for (int x = 0; x < code->width; ++x) {
-            // The lowest bit tells black from white, the others what the module is for.
+            // The lowest bit is the colour (1 for black); the others are the module's function.
             if ((code->data[y * code->width + x] & 1) != 0) {
                 line[x + quietZone] = 0;
             }

@@ -7,15 +7,15 @@
 
 namespace corvane::panes {
 
-/// QR codes as pictures. Any thread.
+/// QR codes as pictures. Thread-safe.
 struct QR
 {
     /// The QR code of `text` (UTF-8, error correction level M) with a quiet zone of one module, one
-    /// pixel a module, black on white. None when the text is empty or too long for a code.
+    /// pixel per module, black on white. Empty if the text is empty or too long for a code.
     [[nodiscard]] static std::optional<QImage> modules(const QString &text);
 
-    /// The same, `side` points wide including the quiet zone, at `scale` pixels a point. Every
-    /// module is whole pixels wide and at most one pixel wider than another.
+    /// The same with a width of `side` points, including the quiet zone, at `scale` pixels per
+    /// point. Modules have integral widths in pixels, which differ by at most one pixel.
     [[nodiscard]] static std::optional<QImage> image(const QString &text, double side,
                                                      double scale = 1);
 };

@@ -25,11 +25,11 @@ void QRCode::setText(const QString &text)
 
 void QRCode::paint(QPainter *painter)
 {
-    // The painter's own transform says how many pixels a point has here.
+    // The painter's transform contains the number of pixels per point.
     const double scale = painter->deviceTransform().m11();
     if (auto image = QR::image(m_text, width(), scale)) {
-        // The ground beneath is as white as the light modules, which would be seen on it while both
-        // fade.
+        // Draws only the dark modules: the background is white already, and light modules would be
+        // visible on it while both fade.
         image->invertPixels();
         QImage dark(image->size(), QImage::Format_ARGB32_Premultiplied);
         dark.fill(Qt::black);

@@ -8,13 +8,13 @@
 
 namespace corvane::panes {
 
-/// Shows a text as a QR code, crisp at every scale.
+/// Shows a text as a QR code, sharp at every scale.
 class QRCode : public QQuickPaintedItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged REQUIRED FINAL)
-    /// There is a code for the text.
+    /// True if the text can be encoded.
     Q_PROPERTY(bool valid READ isValid NOTIFY textChanged FINAL)
 
 public:
