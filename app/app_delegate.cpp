@@ -12,9 +12,9 @@ namespace corvane::app {
 
 namespace {
 
-/// After this long it is a rest and not a pause.
+/// Time after a collapse until memory is released.
 constexpr auto restDelay = std::chrono::seconds(10);
-/// The first frame goes before.
+/// Delayed until after the first frame.
 constexpr auto appearanceDelay = std::chrono::seconds(1);
 
 } // namespace
@@ -33,7 +33,7 @@ AppDelegate::~AppDelegate()
             work->cancel();
         }
     }
-    // The island reads the wallet until it is gone, and the menu acts on both.
+    // The menu uses the island and the wallet, and the island uses the wallet.
     m_statusItem.reset();
     m_island.reset();
 }
@@ -46,7 +46,7 @@ void AppDelegate::applicationDidFinishLaunching()
     QObject::connect(m_island.get(), &island::IslandController::expandedChanged, m_island.get(),
                      [this] { scheduleRest(); });
     scheduleRest();
-    // Asked anew whenever the island is about to open, so that nothing has to listen at rest.
+    // Read whenever the island is about to open, so that no notifications are needed at rest.
     QObject::connect(m_island.get(), &island::IslandController::hoveringChanged, m_island.get(),
                      [this] {
                          if (m_island->hovering()) {
@@ -83,7 +83,7 @@ void AppDelegate::registerAsLoginItem()
     const QString path = m_shellServices.bundle.path();
     if (onboarding::isApplicationBundle(path) && onboarding::isInApplications(path) &&
         !m_shellServices.loginItem.isEnabled()) {
-        // After a failure the next launch tries again.
+        // After a failure the next launch retries.
         m_shellServices.loginItem.enable();
     }
 }
@@ -111,7 +111,7 @@ void AppDelegate::quit()
 void AppDelegate::open(island::IslandPane pane)
 {
     island().present();
-    // Also when it shows already: the keyboard may be elsewhere by now.
+    // Also if the pane is shown already, because another window may have keyboard focus.
     if (pane != island::IslandPane::Balance || pane != island().pane()) {
         island().setPane(pane);
     }

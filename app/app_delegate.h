@@ -20,7 +20,8 @@ class WalletModel;
 
 namespace corvane::app {
 
-/// What the application needs besides a wallet and an island. Everything outlives the delegate.
+/// The services that the application needs besides those of the wallet and the island. All must
+/// outlive the delegate.
 struct ShellServices
 {
     platform::Application &application;
@@ -30,12 +31,12 @@ struct ShellServices
     platform::Appearance &appearance;
     look::Theme &theme;
     onboarding::Onboarding &onboarding;
-    /// Called some time after the start and after each folding, when the island has come to rest.
+    /// Called when the island is at rest, some time after the start and after each collapse.
     std::function<void()> rested;
 };
 
-/// Owns what lives from launch to exit. Main thread. Whatever is done before the launch has
-/// finished, other than launching, is a programming error and stops the process.
+/// Owns the objects that exist from launch to exit. Main thread. Calling any other function before
+/// applicationDidFinishLaunching() is a programming error and aborts the process.
 class AppDelegate
 {
 public:
@@ -48,22 +49,22 @@ public:
     /// before the event loop runs.
     void applicationDidFinishLaunching();
 
-    /// The entries of the status item's menu.
+    /// The actions of the status item's menu.
     void refreshNow();
     void openSettings();
     void showTour();
     void quit();
 
-    /// Opens the island on `pane` as the user would: asking for presence first where that is due.
+    /// Opens the island with `pane`. Asks the user to prove presence first if required.
     void open(island::IslandPane pane);
-    /// Does what another start of the program asks for; false when it is nothing known.
+    /// Performs a request from another start of the program; false if it is unknown.
     [[nodiscard]] bool perform(const platform::InstanceRequest &request);
 
 private:
     void makeStatusItem();
     void registerAsLoginItem();
     void scheduleRest();
-    /// Looks as the user has asked every program to look.
+    /// Applies the desktop's appearance settings.
     void followAppearance();
     [[nodiscard]] core::WalletModel &model() const;
     [[nodiscard]] island::IslandController &island() const;

@@ -32,16 +32,17 @@ namespace corvane::core {
 class Cancellation;
 class KeySession;
 
-/// Everything the wallet knows, observable: address, cluster, endpoint settings, the last fetched
-/// figures and the state of the signing key. Made once at launch; main thread.
+/// The observable state of the wallet: address, cluster, endpoint settings, the last fetched
+/// figures and the state of the signing key. Created once at launch. Main thread.
 ///
-/// Each write of a published property emits `objectWillChange`, stores, emits the property's own
-/// signal and then runs what depends on it, also when the value is the same as before. Settings are
-/// stored at that moment. The balances always describe the current trimmed address on the current
-/// network or are none. Refresh failures keep the last good values; the next cycle is the retry.
+/// Each write of a published property emits `objectWillChange`, stores the value, emits the
+/// property's own signal and then triggers dependent actions, also if the value is unchanged.
+/// Settings are saved at that moment. The balances are always those of the current trimmed address
+/// on the current network, or empty. A failed refresh keeps the last good values; the next cycle
+/// retries.
 ///
-/// The operations that return a task start at once and go on even if the task is dropped; they
-/// write nothing after the model is gone.
+/// Operations that return a task start immediately and continue even if the task is destroyed; they
+/// change nothing after the model is destroyed.
 class WalletModel : public QObject
 {
     Q_OBJECT
@@ -66,63 +67,67 @@ public:
     explicit WalletModel(WalletServices services, QObject *parent = nullptr);
     ~WalletModel() override;
 
-    /// Starts a full refresh, as the refresh buttons do, and returns at once.
+    /// Starts a full refresh, as the refresh buttons do. Returns immediately.
     Q_INVOKABLE void refresh();
 
-    /// One refresh cycle: the price, then the balances, then now and then (or by `force`) the
-    /// chart.
+    /// Runs one refresh cycle: the price, then the balances, and then, in some cycles or with
+    /// `force`, the chart.
     QCoro::Task<> refreshAll(bool force);
-    /// Fetches SOL and USDC of the address. True when the USDC figure was written, otherwise
-    /// whether the SOL figure was; an answer that has gone stale on the way is dropped.
+    /// Fetches the address's SOL and USDC balances. Returns true if at least one of them was
+    /// updated. Replies for an address or network that is no longer current are dropped.
     QCoro::Task<bool> refreshBalance();
-    /// Asks the price services one after the other; true when one of them told a price.
+    /// Queries the price services one after the other until one returns a price; false if none
+    /// does.
     QCoro::Task<bool> refreshPrice();
-    /// Fetches the chart; what is there stays when that fails.
+    /// Fetches the chart. A failure keeps the last one.
     QCoro::Task<> refreshWave();
-    /// Finds out whether the web app's RPC proxy works.
+    /// Checks whether the web app's RPC proxy works.
     QCoro::Task<> probeProxy();
-    /// Runs a refresh cycle now and then every 30 s; a loop that runs already is cancelled.
+    /// Runs a refresh cycle immediately and then every 30 s; cancels a loop that is already
+    /// running.
     void startPolling();
 
-    /// Makes a new random key, stores it and shows it for backup. Gives the backup text (ASCII).
+    /// Creates and stores a new random key and sets `pendingBackup`. Returns the backup text
+    /// (ASCII).
     [[nodiscard]] SendResult<platform::SecretBytes> createWallet();
-    /// Stores the key that somebody pasted and gives its public key. `text` should lie in guarded
+    /// Parses and stores a pasted key and returns its public key. `text` should be in guarded
     /// memory.
     [[nodiscard]] SendResult<QString> importSigningKey(QStringView text);
-    /// Loads the seed in the background, opened by a context that has just passed.
+    /// Loads the seed in the background with a context that has just passed.
     void unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context);
-    /// The backup text (ASCII) of the stored key, asking the user while it is locked; none when
+    /// The backup text (ASCII) of the stored key. Prompts the user if the key is locked; empty if
     /// they refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
-    /// Forgets the key, here and in the keychain. Nobody is asked again.
+    /// Removes the key from memory and from the keychain, without a prompt.
     void removeWallet();
-    /// Sends SOL from the wallet's own key and gives the transaction's signature as soon as the
-    /// cluster has accepted it. Asks the user while the key is locked. An amount that does not fit
-    /// into lamports stops the process.
+    /// Sends SOL, signed with the wallet's key, and returns the transaction's signature as soon as
+    /// the cluster has accepted it. Prompts the user if the key is locked. Aborts the process if
+    /// the amount cannot be represented in lamports.
     QCoro::Task<SendResult<QString>> sendSOL(keys::Address to, double amountSOL);
-    /// The same to what somebody typed, blanks around it forgiven.
+    /// The same with a typed recipient, whose surrounding blanks are ignored.
     QCoro::Task<SendResult<QString>> sendSOL(QString to, double amountSOL);
-    /// The block explorer's page of a transaction.
+    /// The block explorer's page for a transaction.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
 
-    /// One call of the cluster by JSON-RPC; the endpoint is chosen now.
+    /// Makes one JSON-RPC call to the current endpoint.
     QCoro::Task<JsonResult> rpc(QString method, QJsonArray params);
 
-    /// The endpoint to use now: the user's own, else the proxy while it works, else the public one.
+    /// The current endpoint: the user's own, otherwise the proxy if it works, otherwise the public
+    /// one.
     [[nodiscard]] QUrl rpcURL() const;
     /// The public endpoint of the current network.
     [[nodiscard]] const QString &publicRPC() const;
-    /// See `walletSource` and `proxyEndpoint`, for the settings as they are now.
+    /// `walletSource` and `proxyEndpoint` for the current settings.
     [[nodiscard]] std::optional<QUrl> walletSourceURL() const;
     [[nodiscard]] std::optional<QUrl> proxyRPCURL() const;
-    /// See `core::rpcSource`, for the settings as they are now; changes with `rpcSourceLabel`.
+    /// `core::rpcSource` for the current settings; changes with `rpcSourceLabel`.
     [[nodiscard]] RpcSource rpcSource() const;
 
-    /// The watched address as typed, blanks included.
+    /// The watched address as typed, including blanks.
     [[nodiscard]] const QString &address() const { return m_watched.typed; }
     void setAddress(const QString &address);
     [[nodiscard]] SolNetwork network() const { return m_network; }
-    /// Fetches everything again, also when the network stays the same.
+    /// Fetches everything again, also if the network is unchanged.
     void setNetwork(SolNetwork network);
     [[nodiscard]] const QString &customRPC() const { return m_customRPC; }
     void setCustomRPC(const QString &customRPC);
@@ -132,17 +137,17 @@ public:
     [[nodiscard]] bool displayUSD() const { return m_displayUSD; }
     void setDisplayUSD(bool displayUSD);
 
-    /// The Base58 public key of the wallet's own key; none when it only watches.
+    /// The Base58 public key of the wallet's key; empty if it only watches an address.
     [[nodiscard]] const std::optional<QString> &signingPubkey() const;
     [[nodiscard]] bool hasSigningKey() const { return signingPubkey().has_value(); }
     /// The backup text (ASCII) of a key that was just created, until the user has saved it.
     [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const;
-    /// Shows a backup text (ASCII), or none any more once the user has saved it.
+    /// Sets the backup text (ASCII) to show; empty once the user has saved it.
     void setPendingBackup(std::optional<platform::SecretBytes> text);
     [[nodiscard]] bool hasPendingBackup() const { return pendingBackup().has_value(); }
-    /// The unlocked 32-byte seed, while there is one.
+    /// The 32-byte seed; empty while locked.
     [[nodiscard]] const std::optional<platform::SecretBytes> &sessionSecret() const;
-    /// The watched address, when the trimmed text is one.
+    /// The watched address; empty if the trimmed text is not one.
     [[nodiscard]] const std::optional<keys::Address> &validAddress() const
     {
         return m_watched.address;
@@ -157,29 +162,29 @@ public:
     [[nodiscard]] std::optional<double> price() const { return m_price; }
     /// Change of the price over 24 hours, in percent.
     [[nodiscard]] std::optional<double> chg() const { return m_chg; }
-    /// Prices of one day in US dollars, oldest first, at most 72; empty when unknown.
+    /// Prices of one day in US dollars, oldest first, at most 72; empty if unknown.
     [[nodiscard]] const QList<double> &wave() const { return m_wave; }
-    /// When the last cycle ended in which the price or a balance came in.
+    /// The end of the last cycle that fetched a price or a balance.
     [[nodiscard]] std::optional<std::chrono::system_clock::time_point> lastUpdated() const
     {
         return m_lastUpdated;
     }
-    /// The RPC proxy answered its last probe.
+    /// True if the last probe of the RPC proxy succeeded.
     [[nodiscard]] bool proxyOK() const { return m_proxyOK; }
 
-    /// What `labels.h` words, for the figures as they are now.
+    /// The labels of `labels.h` for the current figures.
     [[nodiscard]] QString shortAddress() const;
     [[nodiscard]] QString solLabel() const;
     [[nodiscard]] QString quibLabel() const;
     [[nodiscard]] QString rpcSourceLabel() const;
-    /// US dollars of both balances; none without a SOL balance or a price.
+    /// The value of both balances in US dollars; empty without a SOL balance or a price.
     [[nodiscard]] std::optional<double> totalUSD() const;
-    /// `value` in the user's locale with exactly `decimals` fraction digits: the one number
-    /// formatter of the system.
+    /// Formats `value` for the user's locale with exactly `decimals` fraction digits. All views use
+    /// it.
     [[nodiscard]] QString group(double value, int decimals) const;
 
 Q_SIGNALS:
-    /// A published property is about to change; getters still answer the old value.
+    /// A published property is about to change; getters still return the old value.
     void objectWillChange();
     void addressChanged();
     void networkChanged();
@@ -198,7 +203,7 @@ Q_SIGNALS:
     void rpcSourceLabelChanged();
 
 private:
-    /// What somebody typed and, when that is one, the address that it stands for.
+    /// A typed text and the address in it, if it is valid.
     struct WatchedAddress
     {
         explicit WatchedAddress(const QString &text = {});
@@ -223,7 +228,7 @@ private:
     void watch(WatchedAddress watched);
     void netFlip();
     void clearBalances();
-    /// Runs `start` on the main thread, later, if the model still exists by then.
+    /// Queues `start` on the main thread; it is not called if the model has been destroyed by then.
     void startTask(std::function<void(WalletModel &)> start);
 
     WalletServices m_services;
@@ -234,7 +239,7 @@ private:
     QString m_customRPC;
     QString m_walletURL;
     bool m_displayUSD = true;
-    /// A setting that is held as it was found; nothing reads it yet.
+    /// A stored setting that is read and kept, but not used yet.
     [[maybe_unused]] bool m_tickerShowsBalance = false;
     std::optional<double> m_sol;
     std::optional<double> m_usdc;
@@ -243,7 +248,7 @@ private:
     QList<double> m_wave;
     std::optional<std::chrono::system_clock::time_point> m_lastUpdated;
     bool m_proxyOK = false;
-    /// How many probes were started; only the latest one's answer counts.
+    /// The number of probes started; only the latest one's reply is used.
     unsigned m_probes = 0;
 
     std::shared_ptr<Cancellation> m_pollTask;

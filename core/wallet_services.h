@@ -15,7 +15,7 @@ class SigningKeys;
 
 namespace corvane::core {
 
-/// What the wallet needs of the world. All services must outlive the model.
+/// The services that the wallet uses. All must outlive the model.
 struct WalletServices
 {
     platform::MainQueue &queue;

@@ -14,13 +14,13 @@ class WalletModel;
 
 namespace corvane::panes {
 
-/// The one-time look at a key that waits to be saved. Main thread.
+/// The model of the card that shows a new key once, until the user has saved it. Main thread.
 class BackupCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by CardModels")
-    /// The key as it was when the card came; it is still seen while the card leaves.
+    /// The key at the creation of the card; still visible while the card fades out.
     Q_PROPERTY(corvane::look::SecretText *backup READ backup CONSTANT FINAL)
     Q_PROPERTY(QString copyLabel READ copyLabel NOTIFY copyLabelChanged FINAL)
 
@@ -29,11 +29,11 @@ public:
                     platform::Clipboard &clipboard, platform::MainQueue &queue,
                     QObject *parent = nullptr);
 
-    /// Puts the key on the clipboard and says so for a moment.
+    /// Copies the key to the clipboard and shows a confirmation for a short time.
     Q_INVOKABLE void copy();
-    /// Puts `count` of its characters from `first` on on the clipboard.
+    /// Copies `count` of its characters, starting at `first`, to the clipboard.
     Q_INVOKABLE void copyPart(int first, int count);
-    /// The user has saved the key: it is not shown again.
+    /// Called when the user has saved the key: it is not shown again.
     Q_INVOKABLE void finish();
 
     [[nodiscard]] look::SecretText *backup() { return &m_backup; }

@@ -50,7 +50,7 @@ BalanceCardModel::Figures BalanceCardModel::read() const
     Figures figures;
     if (const std::optional<double> change = m_wallet.chg()) {
         figures.changeText = signedPercent(*change);
-        // What is not a number does not rise either.
+        // Not-a-number counts as a fall.
         figures.changeIsFall = !(*change >= 0);
     }
     if (m_wallet.displayUSD()) {

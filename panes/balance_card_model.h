@@ -16,20 +16,21 @@ class IslandController;
 
 namespace corvane::panes {
 
-/// What the balance card shows, in words, and what its controls do. Main thread.
+/// The model of the balance card: its texts and actions. Main thread.
 class BalanceCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by CardModels")
-    /// The 24-hour change with its sign; empty while it is unknown.
+    /// The 24-hour change with its sign; empty if unknown.
     Q_PROPERTY(QString changeText READ changeText NOTIFY figuresChanged FINAL)
     Q_PROPERTY(bool changeIsFall READ changeIsFall NOTIFY figuresChanged FINAL)
-    /// Dollars or SOL, as the user has chosen.
+    /// The balance in dollars or SOL, as chosen by the user.
     Q_PROPERTY(QString headline READ headline NOTIFY figuresChanged FINAL)
-    /// The balance in QUIB, and in USDC once it is known.
+    /// The balance in QUIB, and in USDC if known.
     Q_PROPERTY(QString holdings READ holdings NOTIFY figuresChanged FINAL)
-    /// What a screen reader says once the balance is known. It follows the headline, unannounced.
+    /// The text for screen readers, announced when the balance becomes known. Later changes of the
+    /// headline update it without an announcement.
     Q_PROPERTY(QString announcement READ announcement NOTIFY announcementChanged FINAL)
     Q_PROPERTY(QString solPrice READ solPrice NOTIFY figuresChanged FINAL)
     Q_PROPERTY(QList<double> wave READ wave NOTIFY waveChanged FINAL)
@@ -38,7 +39,7 @@ class BalanceCardModel : public QObject
     /// The network's name in capitals.
     Q_PROPERTY(QString networkName READ networkName NOTIFY figuresChanged FINAL)
     Q_PROPERTY(bool isMainnet READ isMainnet NOTIFY figuresChanged FINAL)
-    /// The shortened address, or that it has just been copied.
+    /// The shortened address, or the confirmation that it was just copied.
     Q_PROPERTY(QString chipText READ chipText NOTIFY chipChanged FINAL)
     Q_PROPERTY(bool copied READ isCopied NOTIFY chipChanged FINAL)
 
@@ -60,11 +61,11 @@ public:
     [[nodiscard]] QString chipText() const;
     [[nodiscard]] bool isCopied() const { return m_copied.isRaised(); }
 
-    /// Switches the headline between dollars and SOL, for good.
+    /// Switches the headline between dollars and SOL, and stores the choice.
     Q_INVOKABLE void toggleHeadline();
-    /// Copies the address and says so for a moment.
+    /// Copies the address and shows a confirmation for a short time.
     Q_INVOKABLE void copyAddress();
-    /// Each shows the card for that.
+    /// Each of these shows the corresponding card.
     Q_INVOKABLE void receive();
     Q_INVOKABLE void send();
     Q_INVOKABLE void openSettings();
@@ -76,13 +77,13 @@ Q_SIGNALS:
     void chipChanged();
 
 private:
-    /// Everything worded, as last published.
+    /// All texts, as last published.
     struct Figures
     {
         QString changeText;
         bool changeIsFall = false;
         QString headline;
-        /// The headline is a figure, and not the sign for an unknown one.
+        /// True if the headline is a figure, false if it is the sign for an unknown one.
         bool headlineIsKnown = false;
         QString holdings;
         QString solPrice;

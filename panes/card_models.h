@@ -25,7 +25,7 @@ class IslandController;
 
 namespace corvane::panes {
 
-/// What the cards need of the desktop. Everything outlives the cards.
+/// The services that the cards use. All must outlive the cards.
 struct CardServices
 {
     platform::MainQueue &queue;
@@ -35,7 +35,8 @@ struct CardServices
     platform::Application &application;
 };
 
-/// Makes the model of a card when its view is made, with what that card uses. Main thread.
+/// Creates the model of a card when its view is created, with the services that it uses. Main
+/// thread.
 class CardModels : public QObject
 {
     Q_OBJECT
@@ -43,11 +44,11 @@ class CardModels : public QObject
     QML_UNCREATABLE("made with the island's views")
 
 public:
-    /// The wallet and the island outlive the cards.
+    /// The wallet and the island must outlive the cards.
     CardModels(core::WalletModel &wallet, island::IslandController &island, CardServices services,
                QObject *parent = nullptr);
 
-    /// Each model is owned by `view`, and goes with it.
+    /// Each model is owned by `view` and destroyed with it.
     Q_INVOKABLE corvane::panes::BackupCardModel *backupCard(QObject *view);
     Q_INVOKABLE corvane::panes::BalanceCardModel *balanceCard(QObject *view);
     Q_INVOKABLE corvane::panes::ReceivePaneModel *receivePane(QObject *view);

@@ -15,14 +15,14 @@ class IslandController;
 
 namespace corvane::panes {
 
-/// The address that others pay to. Main thread.
+/// The model of the receive pane: the address for payments to the wallet. Main thread.
 class ReceivePaneModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by CardModels")
     Q_PROPERTY(bool hasAddress READ hasAddress NOTIFY changed FINAL)
-    /// Trimmed; empty unless it is one.
+    /// The trimmed address; empty if it is invalid.
     Q_PROPERTY(QString address READ address NOTIFY changed FINAL)
     Q_PROPERTY(QString networkName READ networkName NOTIFY changed FINAL)
     Q_PROPERTY(bool isMainnet READ isMainnet NOTIFY changed FINAL)
@@ -32,7 +32,7 @@ public:
     ReceivePaneModel(core::WalletModel &wallet, island::IslandController &island,
                      platform::MainQueue &queue, QObject *parent = nullptr);
 
-    /// Copies the address and says so for a moment.
+    /// Copies the address and shows a confirmation for a short time.
     Q_INVOKABLE void copyAddress();
     Q_INVOKABLE void close();
 

@@ -19,7 +19,7 @@ using platform::Sound;
 
 namespace {
 
-/// SOL that MAX leaves for the fee.
+/// SOL that MAX keeps for the fee.
 constexpr double feeMargin = 0.0001;
 
 } // namespace
@@ -157,7 +157,7 @@ void SendPaneModel::send()
     m_sentSig.reset();
     Q_EMIT changed();
     m_sounds.play(Sound::Pop);
-    // The task goes on by itself.
+    // The task continues without its handle.
     transfer(this, &m_wallet, &m_island, &m_sounds, *m_address, *amount);
 }
 

@@ -22,13 +22,13 @@ class IslandController;
 
 namespace corvane::panes {
 
-/// A transfer from its first letter to the link that shows it.
+/// The model of the send pane: a transfer from its input to the link to its result.
 ///
-/// | state   | button            | next                                                           |
-/// |---------|-------------------|----------------------------------------------------------------|
-/// | idle    | SEND when ready   | send: sending                                                  |
-/// | sending | SENDING, disabled | accepted: idle, fields empty, sent line; failed: idle, an error
-/// |
+/// | state   | button            | next state                                                |
+/// |---------|-------------------|-----------------------------------------------------------|
+/// | idle    | SEND when ready   | `send`: sending                                           |
+/// | sending | SENDING, disabled | accepted: idle, with empty fields and the sent line;      |
+/// |         |                   | failed: idle, with an error                               |
 ///
 /// Main thread.
 class SendPaneModel : public QObject
@@ -41,22 +41,22 @@ class SendPaneModel : public QObject
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
     Q_PROPERTY(QString recipient READ recipient WRITE setRecipient NOTIFY changed FINAL)
     Q_PROPERTY(bool recipientIsWrong READ recipientIsWrong NOTIFY changed FINAL)
-    /// SOL, as typed.
+    /// The amount in SOL, as typed.
     Q_PROPERTY(QString amount READ amount WRITE setAmount NOTIFY changed FINAL)
     Q_PROPERTY(bool amountIsWrong READ amountIsWrong NOTIFY changed FINAL)
-    /// The balance is known, so that all of it can be sent.
+    /// True if the balance is known, so that all of it can be sent.
     Q_PROPERTY(bool hasMax READ hasMax NOTIFY changed FINAL)
-    /// The amount in QUIB and dollars; empty while there is none.
+    /// The amount in QUIB and dollars; empty if there is no valid amount.
     Q_PROPERTY(QString equivalence READ equivalence NOTIFY changed FINAL)
     Q_PROPERTY(bool ready READ isReady NOTIFY changed FINAL)
     Q_PROPERTY(bool sending READ isSending NOTIFY changed FINAL)
     Q_PROPERTY(QString sendLabel READ sendLabel NOTIFY changed FINAL)
     Q_PROPERTY(bool sent READ isSent NOTIFY changed FINAL)
-    /// The transfer's signature, shortened.
+    /// The shortened signature of the transfer.
     Q_PROPERTY(QString shortSignature READ shortSignature NOTIFY changed FINAL)
     Q_PROPERTY(bool hasLink READ hasLink NOTIFY changed FINAL)
     Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY changed FINAL)
-    /// Transfers that were accepted.
+    /// Number of accepted transfers.
     Q_PROPERTY(int burst READ burst NOTIFY changed FINAL)
 
 public:
@@ -64,12 +64,12 @@ public:
                   platform::SoundPlayer &sounds, platform::LinkOpener &links,
                   QObject *parent = nullptr);
 
-    /// Sends what is typed. The button offers it only while `ready`.
+    /// Sends the transfer. The button is enabled only while `ready`.
     Q_INVOKABLE void send();
-    /// Fills in the balance less what the fee may take.
+    /// Sets the amount to the balance minus a margin for the fee.
     Q_INVOKABLE void max();
     Q_INVOKABLE void openLink();
-    /// To the balance pane, which is also where a wallet is set up.
+    /// Shows the balance pane, which also leads to the set-up of a wallet.
     Q_INVOKABLE void close();
 
     [[nodiscard]] QString networkName() const;
@@ -96,11 +96,11 @@ Q_SIGNALS:
     void changed();
 
 private:
-    /// More than nothing and, as far as the balance is known, not more than that.
+    /// True if the amount is greater than 0 and, if the balance is known, at most the balance.
     [[nodiscard]] bool amountIsValid() const;
     [[nodiscard]] std::optional<QUrl> link() const;
     void finish(const core::SendResult<QString> &result);
-    /// Goes on when the pane is gone: the coins are on their way.
+    /// Continues after the pane is destroyed, because the transfer may have been sent.
     static QCoro::Task<> transfer(QPointer<SendPaneModel> pane, QPointer<core::WalletModel> wallet,
                                   QPointer<island::IslandController> island,
                                   platform::SoundPlayer *sounds, keys::Address recipient,
@@ -111,7 +111,7 @@ private:
     platform::SoundPlayer &m_sounds;
     platform::LinkOpener &m_links;
     QString m_recipient;
-    /// The address that `m_recipient` stands for.
+    /// The address in `m_recipient`; empty if it is invalid.
     std::optional<keys::Address> m_address;
     QString m_amount;
     bool m_sending = false;

@@ -97,7 +97,7 @@ int SettingsCardModel::network() const
 
 void SettingsCardModel::setNetwork(int index)
 {
-    // A click on the network that is chosen already is no choice.
+    // A click on the current network must not trigger a refresh.
     if (index != network()) {
         m_wallet.setNetwork(core::allSolNetworks.at(static_cast<std::size_t>(index)));
     }
@@ -126,7 +126,7 @@ QString SettingsCardModel::removeLabel() const
 
 void SettingsCardModel::backup()
 {
-    // The task goes on by itself.
+    // The task continues without its handle.
     showBackup(&m_wallet, &m_island);
 }
 

@@ -20,31 +20,31 @@ class IslandController;
 
 namespace corvane::panes {
 
-/// The settings, which take effect with every key, and the last things to do with a key. Main
-/// thread.
+/// The model of the settings card: the settings, which take effect with every key press, and the
+/// backup and removal of the key. Main thread.
 class SettingsCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by CardModels")
     Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY changed FINAL)
-    /// What is wrong with the address; empty while nothing is.
+    /// The error message for the address; empty if there is none.
     Q_PROPERTY(QString addressError READ addressError NOTIFY changed FINAL)
     /// As typed; empty for none.
     Q_PROPERTY(QString customRPC READ customRPC WRITE setCustomRPC NOTIFY changed FINAL)
     /// The public endpoint of the network.
     Q_PROPERTY(QString rpcPlaceholder READ rpcPlaceholder NOTIFY changed FINAL)
-    /// Which endpoint is in use, in words.
+    /// The text that names the endpoint in use.
     Q_PROPERTY(QString rpcSource READ rpcSource NOTIFY changed FINAL)
-    /// `rpcSource` names the public endpoint.
+    /// True if the public endpoint is in use.
     Q_PROPERTY(bool rpcIsPublic READ rpcIsPublic NOTIFY changed FINAL)
     Q_PROPERTY(QList<QString> networks READ networks CONSTANT FINAL)
-    /// Index of the current one among `networks`.
+    /// Index of the current network in `networks`.
     Q_PROPERTY(int network READ network WRITE setNetwork NOTIFY changed FINAL)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
-    /// Whether this is a wallet or only watches, in words.
+    /// The text that tells a wallet with a key from one that only watches an address.
     Q_PROPERTY(QString walletText READ walletText NOTIFY changed FINAL)
-    /// Asks for the second press after the first.
+    /// The label of the remove button; after the first press it asks for a second.
     Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)
 
 public:
@@ -52,13 +52,14 @@ public:
                       platform::Application &application, platform::MainQueue &queue,
                       QObject *parent = nullptr);
 
-    /// Asks for the key where it must, and shows it on the backup card. A refusal changes nothing.
+    /// Shows the key on the backup card. Asks the user to unlock it first if necessary; a refusal
+    /// changes nothing.
     Q_INVOKABLE void backup();
-    /// Removes the wallet when pressed twice within three seconds.
+    /// Removes the wallet if called twice within three seconds.
     Q_INVOKABLE void remove();
-    /// Ends the program.
+    /// Exits the program.
     Q_INVOKABLE void quit();
-    /// Back to the balance, with fresh figures.
+    /// Shows the balance card and starts a refresh.
     Q_INVOKABLE void done();
 
     [[nodiscard]] QString address() const;
@@ -81,7 +82,7 @@ Q_SIGNALS:
     void removeLabelChanged();
 
 private:
-    /// Goes on when the card is gone: the user has been asked and has agreed.
+    /// Continues after the card is destroyed, because the user may already have agreed.
     static QCoro::Task<> showBackup(QPointer<core::WalletModel> wallet,
                                     QPointer<island::IslandController> island);
 

@@ -7,13 +7,13 @@ namespace corvane::panes {
 
 namespace {
 
-/// One face of the card makes way for the other.
+/// The animation between the two sides of the card.
 look::Animation faceSpring()
 {
     return look::Animation::spring(0.35, 0.85);
 }
 
-/// The card makes way for another.
+/// The animation to another card.
 look::Animation cardSpring()
 {
     return look::Animation::spring(0.42, 0.88);

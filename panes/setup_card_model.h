@@ -15,39 +15,40 @@ class WalletModel;
 
 namespace corvane::panes {
 
-/// The two ways to a key of one's own: a new one, or one that is pasted. Main thread.
+/// The model of the card for setting up a key: create a new one, or import a pasted one. Main
+/// thread.
 class SetupCardModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by CardModels")
-    /// On which one face of the card makes way for the other.
+    /// The transaction in which the card switches between its two sides.
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
-    /// The import form is shown instead of the choice.
+    /// True if the import form is shown instead of the choice.
     Q_PROPERTY(bool importing READ isImporting NOTIFY importingChanged FINAL)
-    /// The secret key that is being pasted.
+    /// The content of the import form's field: a secret key.
     Q_PROPERTY(corvane::look::SecretText *importText READ importText CONSTANT FINAL)
     Q_PROPERTY(bool canImport READ canImport NOTIFY canImportChanged FINAL)
-    /// Why the last attempt failed; empty when there is nothing to say.
+    /// The error message of the last attempt; empty if there is none.
     Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY errorMsgChanged FINAL)
 
 public:
     SetupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
                    QObject *parent = nullptr);
 
-    /// Makes a wallet with a new key; its backup is shown next.
+    /// Creates a wallet with a new key and shows its backup.
     Q_INVOKABLE void createWallet();
-    /// On to the import form.
+    /// Shows the import form.
     Q_INVOKABLE void showImport();
-    /// Takes over the key that was pasted. A failure keeps the text and sets `errorMsg`.
+    /// Imports the pasted key. A failure keeps the text and sets `errorMsg`.
     Q_INVOKABLE void importKey();
-    /// Back to the choice; forgets what was pasted.
+    /// Shows the choice again and wipes the pasted text.
     Q_INVOKABLE void back();
 
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] bool isImporting() const { return m_importing; }
     [[nodiscard]] look::SecretText *importText() { return &m_importText; }
-    /// There is something to import, blanks apart.
+    /// True if the text is not blank.
     [[nodiscard]] bool canImport() const;
     [[nodiscard]] QString errorMsg() const { return m_errorMsg; }
 
