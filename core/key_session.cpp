@@ -50,8 +50,8 @@ QCoro::Task<bool> KeySession::load(Read read)
     const unsigned asked = m_keyChanges;
     const auto pending = inBackground(std::move(read));
     const std::shared_ptr<MaybeSecret> secret = co_await pending;
-    // A key that was replaced or removed while the user was asked must not come back to life, and
-    // the answer is none for the key that there is now.
+    // If the key was replaced or removed during the prompt, the old key must not be restored, and
+    // the user's consent does not apply to the new one.
     if (!self || self->m_keyChanges != asked) {
         co_return false;
     }

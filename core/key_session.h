@@ -24,7 +24,7 @@ class SigningKeys;
 
 namespace corvane::core {
 
-/// What the session needs. All of it must outlive the session.
+/// The services of a session, all of which must outlive it.
 struct KeySessionServices
 {
     platform::MainQueue &queue;
@@ -33,7 +33,7 @@ struct KeySessionServices
     platform::SigningKeys &signingKeys;
 };
 
-/// The wallet's own key, from its creation to its removal:
+/// The wallet's signing key, from its creation to its removal:
 ///
 /// | state    | pubkey | seed     | meaning                                 |
 /// |----------|--------|----------|-----------------------------------------|
@@ -42,40 +42,41 @@ struct KeySessionServices
 /// | unlocked | text   | 32 bytes | a transfer is one click                 |
 ///
 /// `create` and `importText` lead from any state to unlocked, `remove` from any state to no key. A
-/// successful read of the vault leads from locked to unlocked. Only `remove` forgets the seed.
+/// successful read of the vault leads from locked to unlocked. Only `remove` wipes the seed.
 ///
-/// The vault is read on a background thread, because the user may be asked meanwhile; everything
-/// else happens on the main thread. The operations that return a task start at once and go on even
-/// if the task is dropped; they write nothing after the session is gone.
+/// The vault is read on a background thread, because this may prompt the user; everything else runs
+/// on the main thread. Operations that return a task start immediately and continue even if the
+/// task is destroyed; they change nothing after the session is destroyed.
 class KeySession : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Begins with the public key that is remembered, and asks the keychain itself, which may take
-    /// its time, in the background.
+    /// Starts with the remembered public key, and queries the keychain, which may be slow, in the
+    /// background.
     explicit KeySession(KeySessionServices services, QObject *parent = nullptr);
 
-    /// Makes a new random key, stores it and shows it for backup. Gives the backup text (ASCII).
+    /// Creates and stores a new random key and sets `pendingBackup`. Returns the backup text
+    /// (ASCII).
     [[nodiscard]] SendResult<platform::SecretBytes> create();
-    /// Stores the key that somebody pasted and gives its public key. `text` should lie in guarded
+    /// Parses and stores a pasted key and returns its public key. `text` should be in guarded
     /// memory.
     [[nodiscard]] SendResult<QString> importText(QStringView text);
-    /// Loads the seed, opened by a context that has just passed. Does nothing unless locked.
+    /// Loads the seed with a context that has just passed. Does nothing unless locked.
     void unlock(std::shared_ptr<platform::AuthenticationContext> context);
-    /// True when the seed is held in the end. While it is not, the user is asked with `prompt`;
-    /// false when they refuse, and when the key was replaced or removed meanwhile.
+    /// Unlocks the seed, with a prompt to the user if it is locked. False if the user refuses, or
+    /// if the key was replaced or removed in the meantime.
     QCoro::Task<bool> open(platform::PresencePrompt prompt);
-    /// The backup text (ASCII) of the key, asking the user while it is locked; none when they
+    /// The backup text (ASCII) of the key. Prompts the user if the key is locked; empty if they
     /// refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
-    /// Forgets the key, here and in the keychain. Nobody is asked.
+    /// Removes the key from memory and from the keychain, without a prompt.
     void remove();
 
-    /// The Base58 public key as the keychain has it; none when there is no key. It is shown, and
-    /// never signed for.
+    /// The Base58 public key as stored in the keychain; empty if there is no key. For display only,
+    /// never for signing.
     [[nodiscard]] const std::optional<QString> &pubkey() const { return m_pubkey; }
-    /// The unlocked 32-byte seed, while there is one.
+    /// The 32-byte seed; empty while locked.
     [[nodiscard]] const std::optional<platform::SecretBytes> &seed() const { return m_seed; }
     /// The backup text (ASCII) of a key that was just created, until the user has saved it.
     [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const
@@ -85,11 +86,11 @@ public:
     void setPendingBackup(std::optional<platform::SecretBytes> text);
 
 Q_SIGNALS:
-    /// `pubkey` or `pendingBackup` is about to change; they still answer the old value.
+    /// `pubkey` or `pendingBackup` is about to change; getters still return the old value.
     void aboutToChange();
     void pubkeyChanged();
     void pendingBackupChanged();
-    /// A key was created or imported: `pubkey` is its own already, `seed` is not yet.
+    /// A key was created or imported: `pubkey` is new already, `seed` is not set yet.
     void adopted(const corvane::keys::Address &address);
 
 private:
@@ -104,14 +105,14 @@ private:
         Q_EMIT(this->*changed)();
     }
 
-    /// Corrects the public key by what the keychain says, unless the key has changed meanwhile.
+    /// Updates the public key from the keychain, unless the key has changed in the meantime.
     void verify();
     /// Reads the vault on a background thread.
     platform::Completion<std::shared_ptr<MaybeSecret>> inBackground(Read read);
-    /// Reads the vault in the background and holds what it gives, nothing included, as the seed,
-    /// unless the key has changed meanwhile. True when a seed is held by that.
+    /// Reads the vault in the background and stores the result, which may be empty, as the seed,
+    /// unless the key has changed in the meantime. Returns true if that sets a seed.
     QCoro::Task<bool> load(Read read);
-    /// Stores `seed` and makes it the wallet's key; gives the public key.
+    /// Stores `seed` as the wallet's key; returns the public key.
     SendResult<QString> adopt(platform::SecretBytes seed);
 
     KeySessionServices m_services;
@@ -119,7 +120,7 @@ private:
     std::optional<QString> m_pubkey;
     MaybeSecret m_seed;
     MaybeSecret m_pendingBackup;
-    /// How often the key has been replaced or removed.
+    /// The number of times that the key was replaced or removed.
     unsigned m_keyChanges = 0;
 };
 

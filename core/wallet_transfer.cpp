@@ -1,4 +1,4 @@
-// The transfer of SOL from the wallet's own key, and the link that shows it.
+// Transfers of SOL signed with the wallet's key, and the link to the result.
 
 #include "core/blank_trimming.h"
 #include "core/key_session.h"
@@ -39,7 +39,7 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(keys::Address to, double a
     if (const bool isOpen = co_await opening; !self || !isOpen) {
         co_return Result(SendError::locked());
     }
-    // The session may forget its seed while the cluster is asked.
+    // A copy, because the session may wipe its seed during the requests to the cluster.
     const platform::SecretBytes seed = m_keySession->seed()->clone();
     const auto sender = m_services.signingKeys.publicKey(seed);
     if (!sender) {

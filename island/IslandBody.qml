@@ -3,8 +3,8 @@ import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
-// The black body of an island, hanging from its top edge: it springs to the wanted measures on the
-// animation of the running transaction, and cuts its content off at its edges.
+// The black body of an island, attached to its top edge: its size follows the target values with
+// the animation of the current transaction, and its content is clipped at its edges.
 Item {
     id: root
 
@@ -14,17 +14,17 @@ Item {
     required property real wantedRadius
     required property real shadowRadius
     required property real shadowY
-    // Targets of opacities: that of the shadow, and that of the grain and the hairline.
+    // Targets of two opacities: of the shadow, and of the grain and the hairline.
     required property real shadow
     property real line: 0
-    // Target of the scale about the middle of the top edge.
+    // Target of the scale around the middle of the top edge.
     property real swell: 1
     default property alias content: inside.data
 
     readonly property real radius: radiusValue.value
     readonly property real devicePixel: 1 / Screen.devicePixelRatio
 
-    // Whole device pixels keep the outline crisp while it moves.
+    // Rounded to device pixels, so that the outline stays sharp while it moves.
     function snapped(length) {
         return Math.round(length / root.devicePixel) * root.devicePixel;
     }

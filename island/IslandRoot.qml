@@ -7,22 +7,22 @@ import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
-// The whole content of the panel: the black island at its top centre, which morphs between the
-// resting tab, the widened strip and the expanded card as the controller's flags say.
+// The content of the panel: the black island at its top centre, which changes between the collapsed
+// tab, the widened strip and the expanded card according to the controller's flags.
 Item {
     id: root
 
     required property WalletModel model
     required property IslandController island
 
-    // The cards. A slot that nobody has filled shows nothing, in the size of its card.
+    // The cards. An empty slot shows an empty card of the same size.
     property Component backupCard: null
     property Component setupCard: null
     property Component balanceCard: null
     property Component settingsCard: null
     property Component receivePane: null
     property Component sendPane: null
-    // Shown beside the product's name; says that this is not somebody's real wallet.
+    // Shown beside the product's name, to mark a wallet that is not real.
     property string badge: ""
 
     readonly property bool open: root.island.expanded || root.island.widened
@@ -51,7 +51,7 @@ Item {
         }
     }
 
-    // The lopsided resting island lies over the notch, whose centre is the panel's.
+    // The collapsed island is asymmetric around the notch, whose centre is the panel's centre.
     function bandOffset(containerWidth) {
         if (root.open || root.island.notchWidth <= 0)
             return 0;
@@ -109,7 +109,7 @@ Item {
         }
     }
 
-    // Made anew each time the island unfolds, so that nothing of it costs anything at rest.
+    // Created each time the island opens, so that it uses no resources at rest.
     Component {
         id: cardGroup
 
@@ -138,7 +138,7 @@ Item {
         }
     }
 
-    // The panel lets clicks through beside the island.
+    // The panel lets clicks outside of this area through.
     readonly property rect outline: Qt.rect(body.x + body.width * (1 - body.scale) / 2, 0, body.width * body.scale, body.height * body.scale)
     onOutlineChanged: root.publishOutline()
     Component.onCompleted: root.publishOutline()

@@ -5,7 +5,7 @@ import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
-// Stands in for every pane until the user has proved presence once.
+// Shown in place of every pane until the user has proved presence once.
 CardFrame {
     id: root
 

@@ -8,8 +8,8 @@ import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
-// The band level with the notch: the breathing mark while the island rests, the product's name and
-// the island's buttons while it is expanded.
+// The strip at the height of the notch: the breathing mark while the island is collapsed, the
+// product's name and the island's buttons while it is expanded.
 Item {
     id: root
 
@@ -20,7 +20,7 @@ Item {
     implicitHeight: root.island.topBandHeight
     height: implicitHeight
 
-    // Both rows fade on curves of their own.
+    // Both rows fade with their own curves.
     AnimatedValue {
         id: restingRow
 

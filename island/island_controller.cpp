@@ -69,7 +69,7 @@ void IslandController::startHoverTracking()
     const auto sample = weakly(&IslandController::evaluateHover);
     m_globalMonitor = m_services.pointer.addGlobalMonitor(sample);
     m_localMonitor = m_services.pointer.addLocalMonitor(sample);
-    // The poll also catches a pointer that was moved without an event.
+    // The poll also detects a pointer that was moved without an event.
     m_hoverPoll = m_services.queue.every(hoverPollInterval, [controller = QPointer(this)] {
         if (controller) {
             controller->evaluateHover();
@@ -84,7 +84,7 @@ void IslandController::evaluateHover()
     if (!current) {
         return;
     }
-    // None where it is on no screen that is known, and so not on the island.
+    // Empty if the pointer is on no known screen, and so not on the island.
     const std::optional<QPointF> pointer = m_services.pointer.location();
     const QRectF area =
         m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
@@ -156,7 +156,7 @@ void IslandController::perform(HoverMachine::Action action)
     case Reset:
         publish(m_widened, false, &IslandController::widenedChanged);
         publish(m_hovering, false, &IslandController::hoveringChanged);
-        // Nothing else would let clicks pass again if it had been about to open.
+        // If the island was about to open, nothing else would turn click-through on again.
         letClicksPass();
         break;
     }
@@ -276,7 +276,7 @@ platform::IslandPanel &IslandController::panel() const
 
 std::function<void()> IslandController::weakly(void (IslandController::*action)())
 {
-    // Callers may be on any thread; the pointer is only looked at on the main thread.
+    // May be called on any thread; the action runs on the main thread.
     return [controller = QPointer(this), action, &queue = m_services.queue] {
         queue.post([controller, action] {
             if (controller) {

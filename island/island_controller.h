@@ -30,7 +30,7 @@ namespace corvane::island {
 
 class IslandController;
 
-/// What the island needs from the desktop. Everything outlives the controller.
+/// The services that the island uses. All must outlive the controller.
 struct IslandServices
 {
     platform::MainQueue &queue;
@@ -39,13 +39,13 @@ struct IslandServices
     platform::IslandPanelFactory &panels;
     platform::Authenticator &authenticator;
     platform::Clipboard &clipboard;
-    /// Makes the panel's content; called once, by `show`. The caller keeps what it returns, which
-    /// may be null.
+    /// Creates the panel's content; called once, by `show`. The result may be null and stays owned
+    /// by the creator.
     std::function<QQuickItem *(IslandController &)> makeContent;
 };
 
-/// The island: its panel, the flags that its views follow, and the card that it shows. When they
-/// change is decided by HoverMachine and UnlockMachine; with which animation, here.
+/// The island: its panel, the flags that its views follow, and the current card. HoverMachine and
+/// UnlockMachine decide when these change; this class chooses the animations.
 ///
 /// Views follow the flags with the animation of `transaction`. Main thread.
 class IslandController : public QObject, private HoverMachine::Island, private UnlockMachine::Island
@@ -66,33 +66,34 @@ class IslandController : public QObject, private HoverMachine::Island, private U
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
 
 public:
-    /// Points. For what is laid out beside the notch; no computation reads them.
+    /// In points, for layouts beside the notch. Not used in computations.
     static constexpr double earWidth = 78;
     static constexpr double shadowPad = 44;
 
     IslandController(core::WalletModel &model, IslandServices services, QObject *parent = nullptr);
     ~IslandController() override;
 
-    /// Builds the panel, shows it and starts to follow the pointer and the displays. Called once.
+    /// Creates and shows the panel and starts to follow the pointer and the displays. Must be
+    /// called once.
     void show();
-    /// Opens the island on the current pane. `show` must have been called.
+    /// Opens the island with the current pane. `show` must have been called.
     void expand();
-    /// Opens the island although the pointer is elsewhere. It stays until the pointer has been
-    /// there and left, or for some seconds when that does not come.
+    /// Opens the island although the pointer is elsewhere. It stays open until the pointer has
+    /// entered and left it, or for some seconds if the pointer does not come.
     void present();
-    /// Folds the island, unless it shows another pane than the balance or is asking for presence.
+    /// Collapses the island, unless it shows a pane other than the balance or a prompt is open.
     void collapse();
-    /// Asks the user to prove presence, unless that has been done. `then` runs after a success, and
-    /// at once when the island is unlocked or the device has no means to ask; never after a
-    /// refusal, nor while another request is open.
+    /// Asks the user to prove presence, unless the island is unlocked. Calls `then` on success, and
+    /// immediately if the island is unlocked or the device cannot authenticate its owner; never
+    /// after a refusal or while another request is open.
     void requestIslandUnlock(std::function<void()> then);
-    /// The same without anything to run afterwards.
+    /// The same without a continuation.
     Q_INVOKABLE void requestIslandUnlock();
-    /// Shows `pane`, opening the island if it is closed. `show` must have been called.
+    /// Shows `pane`; opens the island if it is closed. `show` must have been called.
     Q_INVOKABLE void setPane(corvane::island::IslandPane pane);
-    /// Puts the wallet's address on the clipboard.
+    /// Copies the wallet's address to the clipboard.
     Q_INVOKABLE void copyAddress();
-    /// Told by the root view: where the island is drawn, in points from the panel's top left
+    /// Called by the root view: sets the area of the island, in points from the panel's top left
     /// corner.
     Q_INVOKABLE void setContentOutline(const QRectF &outline, double bottomRadius);
 
@@ -106,30 +107,30 @@ public:
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] core::WalletModel &model() const { return m_model; }
 
-    /// The screen that the island lives on and its measures there, from `island_geometry.h`.
+    /// The screen of the island and the sizes on it, from `island_geometry.h`.
     [[nodiscard]] std::optional<platform::Screen> screen() const;
     [[nodiscard]] double notchWidth() const;
     [[nodiscard]] double topBandHeight() const;
     [[nodiscard]] double collapsedWidth() const;
     [[nodiscard]] QRectF collapsedRect() const;
     [[nodiscard]] QRectF stageRect() const;
-    /// The size of the expanded island on `pane`.
+    /// The size of the expanded island with `pane`.
     [[nodiscard]] Q_INVOKABLE QSizeF size(corvane::island::IslandPane pane) const;
 
 Q_SIGNALS:
-    /// Announces the change of a published value before it happens.
+    /// A published value is about to change; getters still return the old value.
     void objectWillChange();
     void expandedChanged();
     void paneChanged();
-    /// Another card is to be shown, maybe one of the same kind.
+    /// The card must be replaced, possibly by a new one of the same kind.
     void cardChanged();
     void widenedChanged();
     void hoveringChanged();
     void islandUnlockedChanged();
     void authMessageChanged();
-    /// The displays have changed; every measure must be read anew.
+    /// The displays have changed; all sizes must be read again.
     void geometryChanged();
-    /// The hover poll has looked at the pointer; what moves at rest may move along.
+    /// The hover poll has run. Animations at rest use it as their clock.
     void hoverPolled();
 
 private:
@@ -160,7 +161,7 @@ private:
     void letClicksPass();
     [[nodiscard]] platform::IslandPanel &panel() const;
     [[nodiscard]] QString authMessageText() const { return m_authMessage.value_or(QString()); }
-    /// Wraps an action so that it does nothing once this object is gone.
+    /// Wraps an action so that it does nothing after this object is destroyed.
     [[nodiscard]] std::function<void()> weakly(void (IslandController::*action)());
 
     bool m_expanded = false;

@@ -58,7 +58,7 @@ void UnlockMachine::findOut()
     if (std::exchange(m_findingOut, true)) {
         return;
     }
-    // The answer may come on any thread.
+    // The reply may come on any thread.
     m_authenticator.canEvaluate(
         [this, life = std::weak_ptr(m_life), &queue = m_queue](bool canAsk) {
             queue.post([this, life, canAsk] {

@@ -2,22 +2,21 @@
 
 // How the island is unlocked.
 //
-// | state     | event               | state     | actions                                        |
+// | state     | event               | next      | actions                                        |
 // |-----------|---------------------|-----------|------------------------------------------------|
-// | Locked    | opened, requested   | Prompting | ClearMessage; the user is asked                |
-// | Refused   | requested           | Prompting | ClearMessage; the user is asked                |
-// | Prompting | nobody can be asked | Unlocked  | UnlockAtOnce; the request's continuation       |
+// | Locked    | opened, requested   | Prompting | ClearMessage; prompts the user                 |
+// | Refused   | requested           | Prompting | ClearMessage; prompts the user                 |
+// | Prompting | no authentication   | Unlocked  | UnlockAtOnce; the request's continuation       |
 // | Prompting | the user agrees     | Unlocked  | Unlock, LoadKey; the request's continuation    |
-// | Prompting | any other answer    | Refused   |                                                |
+// | Prompting | any other reply     | Refused   |                                                |
 // | Unlocked  | requested           | Unlocked  | the request's continuation                     |
 //
-// Whatever is not in the table does nothing: a request while another is open is dropped, and an
-// island that the user has refused to unlock does not ask by itself again. Unlocked lasts until the
-// program ends.
+// Events that are not in the table have no effect: a request while another is open is dropped, and
+// after a refusal opening the island does not prompt again. Unlocked lasts until the program exits.
 //
-// Whether anybody can be asked is found out ahead, when the pointer comes near, because the answer
-// may take some seconds; an attempt that begins before it is Prompting until then. Some devices
-// know it only by the prompt's own answer.
+// Whether this device can authenticate its owner is queried in advance, when the pointer reaches
+// the island, because the reply may take some seconds. An attempt that starts before the reply is
+// Prompting until then. On some devices this is known only from the reply to the prompt.
 
 #include "platform/authenticator.h"
 #include "platform/main_queue.h"
@@ -28,7 +27,7 @@
 
 namespace corvane::island {
 
-/// The unlock state machine; its table stands above. Main thread.
+/// The unlock state machine; see the table above. Main thread.
 class UnlockMachine
 {
 public:
@@ -38,34 +37,34 @@ public:
     class Island
     {
     public:
-        /// An attempt begins; nothing of the last one is to be seen any more.
+        /// Called at the start of an attempt: removes the message of the previous one.
         virtual void clearMessage() = 0;
-        /// Shows the wallet, with a motion.
+        /// Shows the wallet, with an animation.
         virtual void unlock() = 0;
-        /// Shows the wallet without a motion, and leaves the key where it is.
+        /// Shows the wallet without animation, and does not load the key.
         virtual void unlockAtOnce() = 0;
-        /// Loads the key, with a context that has just passed.
+        /// Loads the key with a context that has just passed.
         virtual void loadKey(std::shared_ptr<platform::AuthenticationContext> context) = 0;
 
     protected:
         ~Island() = default;
     };
 
-    /// All outlive the machine.
+    /// All must outlive the machine.
     UnlockMachine(platform::MainQueue &queue, platform::Authenticator &authenticator,
                   Island &island);
 
-    /// The pointer comes near.
+    /// Called when the pointer reaches the island.
     void approached();
-    /// The island opens.
+    /// Called when the island opens.
     void opened();
-    /// Somebody wants the island unlocked. `then`, which may be empty, runs once it is.
+    /// Requests to unlock the island. `then`, which may be empty, is called once it is unlocked.
     void request(std::function<void()> then);
     [[nodiscard]] State state() const { return m_state; }
 
 private:
     void ask(std::function<void()> then);
-    /// Finds out anew whether anybody can be asked.
+    /// Queries again whether the device can authenticate its owner.
     void findOut();
     void foundOut(bool canAsk);
     void prompt(bool canAsk, std::function<void()> then);
@@ -77,12 +76,13 @@ private:
     platform::Authenticator &m_authenticator;
     Island &m_island;
     State m_state = State::Locked;
-    /// Whether anybody can be asked, from when it was found out until the next prompt.
+    /// Whether the device can authenticate its owner: set by the latest reply, reset by the next
+    /// prompt.
     std::optional<bool> m_canAsk;
     bool m_findingOut = false;
-    /// What follows on the attempt that waits for that.
+    /// The continuation of the attempt that waits for this reply.
     std::optional<std::function<void()>> m_waiting;
-    /// Goes with this object, which a late answer finds out by it.
+    /// Late replies hold a weak reference to it, to detect that this object was destroyed.
     std::shared_ptr<bool> m_life = std::make_shared<bool>(true);
 };
 

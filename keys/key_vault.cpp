@@ -5,7 +5,8 @@ namespace corvane::keys {
 platform::KeychainStatus KeyVault::storeStatus(const platform::SecretBytes &secret,
                                                const Address &address)
 {
-    // Items of another account would not be replaced by adding, and at most one may exist.
+    // Removed first, because adding would not replace an item of another account, and at most one
+    // may exist.
     remove();
 
     const platform::KeychainStatus status = m_keychain->add(

@@ -14,10 +14,10 @@ class AuthenticationContext;
 
 namespace corvane::keys {
 
-/// The one keychain item of the wallet: its data is the 32-byte Ed25519 seed, its account the
-/// Base58 text of the public key.
+/// The wallet's only keychain item: its data is the 32-byte Ed25519 seed, its account is the public
+/// key in Base58.
 ///
-/// Keeps no state of its own; a copy speaks to the same keychain, which must outlive it.
+/// Has no state of its own; copies use the same keychain, which must outlive them.
 class KeyVault
 {
 public:
@@ -28,28 +28,27 @@ public:
         : m_keychain(&keychain)
     {}
 
-    /// Replaces whatever key is stored. The item is protected by the user's presence where the
-    /// keychain can do that; where it refuses, the item is stored without, so that the wallet still
-    /// works. Answers the status of the last attempt; after a failure no key is stored at all. Main
-    /// thread.
+    /// Replaces the stored key, if any. Stores the item with protection by the user's presence; if
+    /// the keychain refuses that, stores it without protection, so that the wallet still works.
+    /// Returns the status of the last attempt; after a failure no key is stored. Main thread.
     [[nodiscard]] platform::KeychainStatus storeStatus(const platform::SecretBytes &secret,
                                                        const Address &address);
 
-    /// The seed, asking for the user's presence with `prompt`; none on refusal and on every
-    /// failure. Blocks while the user is asked, so background threads only.
+    /// The seed; asks the user to prove presence with `prompt` if it is protected. Empty on refusal
+    /// and on any failure. Blocks during the prompt; background threads only.
     [[nodiscard]] std::optional<platform::SecretBytes>
     loadSecret(const platform::PresencePrompt &prompt);
-    /// The seed, opened by a context that has just passed. Background threads only.
+    /// The seed, read with a context that has just passed. Background threads only.
     [[nodiscard]] std::optional<platform::SecretBytes>
     loadSecret(platform::AuthenticationContext &context);
 
-    /// The public key's text, without asking anybody; none when no key is stored. Background
-    /// threads only.
+    /// The public key in Base58, without a prompt; empty if no key is stored. Background threads
+    /// only.
     [[nodiscard]] std::optional<QString> pubkey() const;
-    /// The same as it was last known, at once. Main thread.
+    /// The last known result of `pubkey`, which may be outdated. Does not block; main thread.
     [[nodiscard]] std::optional<QString> rememberedPubkey() const;
 
-    /// Deletes the key. False when there was none or the keychain refused. Main thread.
+    /// Deletes the key. False if there was none or if the keychain failed. Main thread.
     bool remove();
 
 private:

@@ -31,7 +31,7 @@ Item {
         id: area
 
         anchors.fill: parent
-        // Twelve points are hard to hit.
+        // Enlarges the click area: twelve points are hard to hit.
         anchors.margins: -5
         label: "Close"
         ringRadius: 13

@@ -4,7 +4,7 @@ import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
-// Whether the application is where it stays, and starts by itself.
+// Shows whether the application is installed and starts at login.
 Item {
     id: root
 

@@ -23,7 +23,7 @@ IslandBody {
     shadowY: 7
     shadow: root.unfurled ? 0.6 : 0
 
-    // How much of the strip is its name, and not its mark.
+    // The progress from the mark (0) to the name (1) in the strip.
     AnimatedValue {
         id: nameValue
 

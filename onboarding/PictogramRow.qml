@@ -3,7 +3,7 @@ import Corvane.Look.Controls
 import Corvane.Look.Paint
 import QtQuick
 
-// A pictogram, a title, and below the title what there is to say about it.
+// A pictogram, a title, and a text below the title.
 Item {
     id: root
 

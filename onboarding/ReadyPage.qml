@@ -4,7 +4,7 @@ import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
-// The one gesture there is to know.
+// The last page: how to open the island.
 Item {
     id: root
 

@@ -6,7 +6,7 @@ import Corvane.Look.Paint
 import Corvane.Onboarding
 import QtQuick
 
-// What the wallet does, point by point.
+// The list of the wallet's functions.
 Item {
     id: root
 

@@ -9,29 +9,29 @@
 
 namespace corvane::onboarding {
 
-/// Which page of the tour is shown, and what its buttons say. Main thread.
+/// The current page of the tour and the labels of its buttons. Main thread.
 class OnboardingPager : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    /// Index of the page shown.
+    /// Index of the current page.
     Q_PROPERTY(int page READ page NOTIFY pageChanged FINAL)
     Q_PROPERTY(int lastPage MEMBER m_lastPage NOTIFY changed REQUIRED FINAL)
     Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY changed FINAL)
     Q_PROPERTY(QString forwardLabel READ forwardLabel NOTIFY changed FINAL)
     Q_PROPERTY(corvane::look::Pictogram::Symbol forwardIcon READ forwardIcon NOTIFY changed FINAL)
-    /// Where the user is, in words, for assistive technology.
+    /// The position in the tour as a text for assistive technology.
     Q_PROPERTY(QString position READ position NOTIFY changed FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
 
 public:
     explicit OnboardingPager(QObject *parent = nullptr);
 
-    /// To the page before, if there is one.
+    /// Shows the previous page, if there is one.
     Q_INVOKABLE void back();
-    /// To the next page; from the last one the tour is finished.
+    /// Shows the next page; on the last page, emits `finished`.
     Q_INVOKABLE void forward();
-    /// To the next page, if there is one.
+    /// Shows the next page, if there is one.
     Q_INVOKABLE void next();
 
     [[nodiscard]] int page() const { return m_page; }
@@ -43,9 +43,9 @@ public:
 
 Q_SIGNALS:
     void pageChanged();
-    /// Something that depends on the page has changed.
+    /// A property that depends on the page has changed.
     void changed();
-    /// The user has left the last page forwards.
+    /// `forward` was called on the last page.
     void finished();
 
 private:

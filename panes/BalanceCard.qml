@@ -4,7 +4,7 @@ import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
-// The default pane: what the wallet is worth, how the price moves, and the ways to the other panes.
+// The default pane: the balance, the price with its chart, and buttons for the other panes.
 CardFrame {
     id: root
 

@@ -4,7 +4,7 @@ import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
-// The first row of a pane: what it is for, on which network, and the way back.
+// The first row of a pane: its title, the network, and the button back to the balance.
 Item {
     id: root
 

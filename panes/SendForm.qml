@@ -5,7 +5,7 @@ import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
-// The fields of a transfer, its button, and what became of the last one.
+// The fields of a transfer, its button, and the result of the last transfer.
 Stack {
     id: root
 
@@ -144,7 +144,8 @@ Stack {
             text: "SENT ✓"
             font: Theme.term(9, Theme.Heavy)
             color: Theme.green
-            // While it goes, it springs back to be seen for a moment; that is no news.
+            // While the line disappears, the spring briefly makes it visible again, which must not
+            // be announced.
             Accessible.role: root.card.sent ? Accessible.Notification : Accessible.StaticText
 
             AnimatedValue {

@@ -4,7 +4,7 @@ import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
-// Sends coins: to whom, how many, and what became of it.
+// Sends coins: recipient, amount and result.
 CardFrame {
     id: root
 

@@ -8,7 +8,7 @@ import Corvane.Look.Secrets
 import Corvane.Panes
 import QtQuick
 
-// Two ways to a wallet of one's own: create a key, or import one.
+// Sets up a wallet: creates a key or imports one.
 CardFrame {
     id: root
 

@@ -9,8 +9,8 @@
 
 namespace corvane::platform {
 
-/// One authentication of the device's owner. Once it has passed, it opens the keychain's protected
-/// item without a second prompt.
+/// One authentication of the device's owner. After it has passed, it unlocks the keychain's
+/// protected item without a second prompt. Thread-safe.
 class AuthenticationContext
 {
 public:
@@ -19,12 +19,12 @@ public:
     AuthenticationContext &operator=(const AuthenticationContext &) = delete;
     virtual ~AuthenticationContext() = default;
 
-    /// True after a successful evaluation, until the context has been used up.
+    /// True after a successful evaluation, until the context has been used.
     [[nodiscard]] virtual bool passed() const = 0;
 };
 
-/// Asks the device's owner to prove presence, by fingerprint or account password. No call waits;
-/// each reply comes exactly once, on any thread, perhaps before the call returns.
+/// Asks the device's owner to prove presence, by fingerprint or account password. Calls do not
+/// block; each reply is called exactly once, on any thread, possibly before the call returns.
 class Authenticator
 {
 public:
@@ -36,16 +36,16 @@ public:
     Authenticator &operator=(const Authenticator &) = delete;
     virtual ~Authenticator() = default;
 
-    /// A fresh context, not evaluated. `cancelTitle` labels the prompt's cancel button where the
-    /// desktop lets a program choose it.
+    /// Creates a context that has not been evaluated. `cancelTitle` is the label of the prompt's
+    /// cancel button, on desktops where a program can set it.
     [[nodiscard]] virtual std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) = 0;
 
-    /// Whether this device has a means of authenticating its owner, as far as can be found out
+    /// Replies whether this device can authenticate its owner, as far as this can be determined
     /// without a prompt. Replies within a few seconds.
     virtual void canEvaluate(Availability reply) = 0;
 
-    /// Prompts the owner, who may take minutes. `context` has passed before a reply says so.
+    /// Prompts the owner, who may take minutes. On success, `context` has passed before the reply.
     virtual void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                           Reply reply) = 0;
 };

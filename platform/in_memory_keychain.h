@@ -9,7 +9,8 @@ namespace corvane::platform {
 
 /// A keychain that keeps its items in this process's memory only, for demos and tests.
 ///
-/// It asks nobody: a protected item is opened by any prompt, and by a context that has passed.
+/// It never prompts: a protected item can be read with any prompt, or with a context that has
+/// passed. Thread-safe.
 class InMemoryKeychain : public Keychain
 {
 public:
@@ -38,7 +39,7 @@ private:
 
     [[nodiscard]] const Item *find(const QString &service) const;
 
-    /// Reads come from background threads.
+    /// Needed because background threads read.
     mutable std::mutex m_mutex;
     std::vector<Item> m_items;
 };

@@ -6,23 +6,23 @@
 
 namespace corvane::platform {
 
-/// What the device's owner is asked to prove presence for.
+/// The operation for which the device's owner is asked to prove presence.
 enum class PresenceReason : std::uint8_t { Unlock, Reveal, Send };
 
-/// A question for the owner's presence.
+/// A prompt for the owner's presence.
 struct PresencePrompt
 {
     PresenceReason reason = PresenceReason::Unlock;
-    /// Completes "Corvane is trying to …". A desktop whose prompts have fixed texts shows the one
-    /// that it has for the reason.
+    /// Completes "Corvane is trying to …". Desktops with fixed prompt texts show their text for the
+    /// reason instead.
     QString text;
 };
 
-/// How such a question has ended.
+/// The result of a prompt.
 enum class PresenceAnswer : std::uint8_t {
     Passed,
-    Refused,     ///< by the owner, by a time-out, or by what came between them
-    NobodyToAsk, ///< this device has no means of asking its owner, and nothing was shown
+    Refused,     ///< by the owner, a time-out, or another failure
+    NobodyToAsk, ///< this device cannot authenticate its owner; nothing was shown
 };
 
 } // namespace corvane::platform

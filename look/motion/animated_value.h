@@ -84,7 +84,7 @@ private:
     QPointer<Transaction> m_transaction;
     /// Until QML has set all properties the value equals its target.
     bool m_settingUp = false;
-    /// Made for the first motion; most values never move while their view is shown.
+    /// Created for the first animation, because most values never move while their view is shown.
     std::optional<Ticker> m_ticker;
 };
 

@@ -12,7 +12,7 @@ namespace corvane::look {
 
 namespace {
 
-/// Interval between the steps of a mark without a pace. A breath is too slow to be worth a step
+/// Interval between the steps of a mark without a pace. The animation is too slow to need a step
 /// with every frame.
 constexpr std::chrono::milliseconds ownStep{40};
 

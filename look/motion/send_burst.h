@@ -93,7 +93,7 @@ private:
     QColor m_color = Qt::white;
     Burst m_burst;
     double m_now = 0;
-    /// Runs from the first burst until nothing is left to clear.
+    /// Runs from the first burst until all squares are cleared.
     Ticker m_ticker{[this](double now) { step(now); }};
 };
 

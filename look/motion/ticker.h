@@ -7,11 +7,11 @@
 
 namespace corvane::look {
 
-/// Takes a step with every frame, from `start` until `stop`; each `start` begins at 0 seconds.
+/// Calls a function with every frame, from `start` until `stop`; each `start` begins at 0 seconds.
 class Ticker final : public QAbstractAnimation
 {
 public:
-    /// `step` is told the seconds since the start.
+    /// `step` is called with the seconds since the start.
     explicit Ticker(std::function<void(double)> step)
         : m_step(std::move(step))
     {}

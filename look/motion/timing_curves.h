@@ -4,8 +4,8 @@
 
 namespace corvane::look {
 
-/// The standard timing curves, cubic Béziers from (0, 0) to (1, 1). Qt's values are within 0.0003
-/// of the exact ones, which is a fifteenth of a screen's smallest step in brightness.
+/// The standard timing curves, cubic Béziers from (0, 0) to (1, 1). Qt's values differ by at most
+/// 0.0003 from the exact ones, a fifteenth of the smallest step of an 8-bit channel.
 [[nodiscard]] const QEasingCurve &easeInCurve();
 [[nodiscard]] const QEasingCurve &easeOutCurve();
 [[nodiscard]] const QEasingCurve &easeInOutCurve();

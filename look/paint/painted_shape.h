@@ -5,8 +5,8 @@
 
 namespace corvane::look {
 
-/// What is painted with smooth edges, and anew whenever one of its properties changes. A derived
-/// class names it in full, which is how qmllint knows it.
+/// The base of items that are painted with antialiasing and repainted whenever one of their
+/// properties changes. Derived classes must use its qualified name, which qmllint needs.
 class PaintedShape : public QQuickPaintedItem
 {
     Q_OBJECT

@@ -17,7 +17,7 @@ class Pictogram : public corvane::look::PaintedShape
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 public:
-    /// Each is drawn by the icon that assets/pictograms.cmake names beside it.
+    /// assets/pictograms.cmake maps each symbol to an icon.
     enum class Symbol {
         None,
         ArrowClockwise,

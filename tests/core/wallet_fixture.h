@@ -20,7 +20,7 @@
 
 namespace corvane::tests {
 
-// Names under which the fake HTTP client knows the wallet's requests.
+// The names of the wallet's requests in the fake HTTP client.
 inline const QString coinGecko = QStringLiteral(
     "http://gecko.test/api/v3/simple/price?ids=solana&vs_currencies=usd&include_24hr_change=true");
 inline const QString binance =
@@ -35,7 +35,7 @@ inline const QString tokens = QStringLiteral("getTokenAccountsByOwner");
 inline const QString addressA = QStringLiteral("EPjFWdd5AufqSSqeM2qN1xzybapC8G4wEGGkZwyTDt1v");
 inline const QString addressB = QStringLiteral("4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU");
 
-/// A wallet in a world where every service answers, until a test says otherwise.
+/// A wallet with services that all reply successfully unless a test changes that.
 class WalletTest : public testing::Test
 {
 protected:
@@ -62,7 +62,7 @@ protected:
                amount + "}}}}}}]}}";
     }
 
-    /// Makes the wallet; nothing has been sent yet.
+    /// Creates the wallet, before its first requests.
     void launch()
     {
         model.reset();
@@ -70,7 +70,7 @@ protected:
             queue, http, settings, keychain, signingKeys, background, formatter, files, endpoints});
     }
 
-    /// Makes the wallet, lets its first cycle and probe finish and forgets what they sent.
+    /// Creates the wallet, completes its first cycle and probe, and clears the recorded requests.
     void launchAndSettle()
     {
         launch();
@@ -82,7 +82,7 @@ protected:
         settings.writes.clear();
     }
 
-    // The client goes before the queue and after the model, as in the program.
+    // The client is destroyed before the queue and after the model, as in the program.
     HandDrivenQueue queue;
     FakeHttpClient http{queue};
     MemorySettingsStore settings;

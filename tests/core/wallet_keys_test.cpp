@@ -1,4 +1,4 @@
-// The key's life in the wallet, and sending with it.
+// The life cycle of the wallet's key, and transfers signed with it.
 
 #include "platform/one_time_context.h"
 #include "tests/core/wallet_fixture.h"
@@ -29,7 +29,7 @@ protected:
         launchAndSettle();
     }
 
-    /// A stored key whose seed is not in memory, as after a start.
+    /// Creates a stored key whose seed is not in memory, as after a restart.
     void lock()
     {
         ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
@@ -45,7 +45,7 @@ protected:
         model->unlockSigningKey(context);
     }
 
-    /// What `task` gives after the background and the main queue have done their work.
+    /// The result of `task` after all work of the background tasks and the main queue.
     template <typename Value>
     Value finish(QCoro::Task<Value> task)
     {
@@ -70,7 +70,7 @@ protected:
 
 TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
 {
-    // An address is 32 bytes too, and so a seed, but of another key.
+    // An address has 32 bytes too and can therefore be imported as a seed, but of another key.
     const QString pubkey = std::get<QString>(model->importSigningKey(u" \n"_s + addressA + u'\n'));
     EXPECT_NE(pubkey, addressA);
     EXPECT_TRUE(std::holds_alternative<SendError>(model->importSigningKey(addressA + u'1')));
@@ -81,7 +81,7 @@ TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
               u"persists"_s);
     EXPECT_EQ(model->signingPubkey(), pubkey);
     EXPECT_EQ(model->address(), pubkey);
-    // The old item went before the new one was refused.
+    // The old item was removed before the new one was rejected.
     EXPECT_FALSE(keychain.copyAccount(keyService));
 }
 
@@ -139,7 +139,7 @@ TEST_F(WalletKeysTest, RemovingForgetsTheKeyAndWhatIsStillBeingRead)
     background.runNext();
     EXPECT_TRUE(removed());
 
-    // And an answer that finds no model any more harms nobody.
+    // A reply after the model was destroyed has no effect.
     lock();
     unlock();
     model.reset();

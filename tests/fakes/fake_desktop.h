@@ -16,7 +16,7 @@
 
 namespace corvane::tests {
 
-/// Screens that a test plugs and unplugs.
+/// Screens that a test adds and removes.
 class FakeScreens final : public platform::Screens
 {
 public:
@@ -59,7 +59,7 @@ inline platform::Screen notchedScreen(const QRectF &frame, double notchWidth, do
     return screen;
 }
 
-/// A pointer that a test moves.
+/// A pointer that is moved by the test.
 class FakePointer final : public platform::PointerMonitor
 {
 public:
@@ -71,7 +71,7 @@ public:
     [[nodiscard]] std::unique_ptr<Token> addLocalMonitor(Handler) override { return nullptr; }
     [[nodiscard]] std::optional<QPointF> location() const override { return position; }
 
-    /// Moves with an event, as a hand does.
+    /// Moves the pointer and calls the monitors' handlers.
     void moveTo(const QPointF &point)
     {
         position = point;
@@ -86,7 +86,7 @@ private:
     Handler m_moved;
 };
 
-/// A panel that remembers what it was told.
+/// A panel that records the calls on it.
 class FakePanel final : public platform::IslandPanel
 {
 public:
@@ -134,7 +134,7 @@ public:
     FakePanel::State state;
 };
 
-/// An owner of the device who answers when the test says so, or at once when it is made so.
+/// An authenticator whose replies come when the test triggers them, or immediately.
 class FakeAuthenticator final : public platform::Authenticator
 {
 public:

@@ -7,8 +7,8 @@
 
 namespace corvane::tests {
 
-/// A keychain whose additions fail, one after the other, with the given statuses, whose owner may
-/// refuse to open it, and which may remember nothing.
+/// A keychain whose next `add` calls fail with the given statuses, whose reads may be refused by
+/// the user, and which may remember no account.
 class StubbornKeychain final : public platform::InMemoryKeychain
 {
 public:

@@ -28,7 +28,7 @@ TEST(Theme, FallsBackToTheDesktopsFontsWhereAFaceIsMissing)
                                 {u"JetBrainsMono-Regular"_s, u"JetBrains Mono"_s}});
     EXPECT_EQ(Theme(all).pixel(9).family(), u"Silkscreen"_s);
     EXPECT_EQ(Theme(all).term(9, Theme::Heavy).family(), u"JetBrains Mono"_s);
-    // Another face of the family is no reason to use it.
+    // The family is not used if only another face of it exists.
     const FakeFontRegistry other({{u"JetBrains Mono"_s, u"JetBrains Mono"_s}});
     EXPECT_EQ(Theme(other).term(9).family(), mono);
     EXPECT_EQ(Theme(other).pixel(9).family(), mono);
@@ -46,7 +46,7 @@ TEST(Pictogram, HasAnIconForEverySymbol)
     }
 }
 
-/// Shows one component in a window of its own.
+/// Shows one component in a separate window.
 class ComponentsTest : public testing::Test
 {
 protected:
@@ -108,7 +108,7 @@ TEST_F(ComponentsTest, APillStaysWholeWhileItSwells)
     m_window.setColor(Qt::black);
     QTest::mouseMove(&m_window, QPoint(62, 62));
     EXPECT_TRUE(QTest::qWaitFor([&] { return pill->scale() == 1.05; }));
-    // Where its edges fall between pixels depends on its size.
+    // Several sizes, because the position of its edges between pixels depends on the size.
     for (int size = 20; size < 32; ++size) {
         pill->setSize({50.0 + size, static_cast<double>(size)});
         const QImage picture = m_window.grabWindow();
@@ -170,7 +170,7 @@ TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
     ASSERT_NE(presence, nullptr);
     m_window.setColor(Qt::black);
     auto *motion = presence->property("motion").value<QObject *>();
-    // Long enough to be always on its way to where it is told to go.
+    // Long enough that the animation is always running during the test.
     QMetaObject::invokeMethod(motion, "useEaseOut", Q_ARG(double, 100));
     const auto moveTo = [&](double amount) {
         QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, amount));

@@ -1,4 +1,4 @@
-// Springs, timing curves and the values that move on them.
+// Springs, timing curves and the values animated by them.
 
 #include "look/motion/animated_value.h"
 #include "look/motion/animation.h"
@@ -16,7 +16,7 @@
 namespace corvane::look {
 namespace {
 
-/// The same spring, integrated in tiny steps: slow, and independent of the closed form.
+/// The same spring, integrated in small steps: slow, but independent of the closed form.
 Motion integrated(const Spring &spring, Motion motion, double target, double seconds)
 {
     const double omega = 2 * std::numbers::pi / spring.response;
@@ -71,7 +71,7 @@ TEST(Animation, RunsAlongItsCurveAfterItsDelay)
     EXPECT_NEAR(late.duration({3, 0}, 7, 0.01), 0.4, 1e-9);
 }
 
-/// A frame clock that a test moves by hand.
+/// A frame clock that is moved by the test.
 class HandDrivenFrames : public QAnimationDriver
 {
 public:
@@ -146,7 +146,7 @@ TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
     ASSERT_LT(before, 90);
     m_value.setTarget(0);
     EXPECT_EQ(m_value.value(), before);
-    // It still moves outwards for a moment before it turns back.
+    // It continues outwards for a moment before it reverses.
     m_frames.advanceBy(1);
     m_frames.advanceBy(1);
     EXPECT_GT(m_value.value(), before);

@@ -1,6 +1,5 @@
-// The window's content in all its states: nothing of it is cut or lies over something else, and it
-// can be walked through with the keyboard alone. Run at two scale factors and with the fallback
-// fonts.
+// The window's content in all its states, without clipped or overlapping texts, and its operation
+// by keyboard. Run at two scale factors and with the fallback fonts.
 
 #include "tests/look/view_layout.h"
 #include "tests/look/view_stage.h"
@@ -31,7 +30,7 @@ protected:
     }
     void key(Qt::Key key) { QTest::keyClick(&m_stage.window(), key); }
 
-    /// Waits until `title` is the only page, and looks at its layout.
+    /// Waits until `title` is the only visible page, and checks its layout.
     void expectPage(const QString &title)
     {
         ASSERT_TRUE(QTest::qWaitFor([&] { return titles() == QStringList{title}; }))
@@ -82,7 +81,8 @@ TEST_P(OnboardingViewsTest, EveryPageIsWholeAndTheKeyboardReachesAll)
     expectPage(u"HOVER THE NOTCH"_s);
     EXPECT_FALSE(m_island->expanded());
 
-    // Back to the first page by its button, which then leaves the keyboard to its neighbour.
+    // Back to the first page with its button, which then disappears and passes keyboard focus to
+    // the next button.
     key(Qt::Key_Backtab);
     EXPECT_EQ(focused(), u"BACK"_s);
     for (int pages = 0; pages < 4; ++pages) {

@@ -1,5 +1,5 @@
-// Every card loads, in the states and with the longest texts it can have, and nothing of it is cut
-// or lies over something else. Run at two scale factors and with the fallback fonts.
+// Every card loads in all its states and with the longest possible texts, without clipped or
+// overlapping texts. Run at two scale factors and with the fallback fonts.
 
 #include "look/secrets/secret_field.h"
 #include "panes/send_pane_model.h"
@@ -21,7 +21,7 @@ class CardViewsTest : public tests::CardTest, public testing::WithParamInterface
 protected:
     ~CardViewsTest() override { m_stage.clear(); }
 
-    /// Shows the card of this type as the island would, with its model.
+    /// Shows the card of this type with its model, as the island does.
     template <typename Card>
     QQuickItem &show(const QString &type, Card *card)
     {
@@ -44,7 +44,8 @@ protected:
         ASSERT_TRUE(QMetaObject::invokeMethod(item, "triggered"));
     }
 
-    /// These texts are seen, and nothing is cut, leaves the card, or lies over something else.
+    /// Expects that these texts are visible, and that no text is clipped, outside of the card, or
+    /// overlapped.
     void expectClean(const QStringList &texts = {})
     {
         QStringList seen;
@@ -101,7 +102,7 @@ TEST_P(CardViewsTest, Setup)
 TEST_P(CardViewsTest, Backup)
 {
     launchWithKey();
-    // As wide as a key can be.
+    // The widest possible key.
     model->setPendingBackup(platform::SecretBytes::copyOf(std::vector<std::uint8_t>(88, 'W')));
     show(u"BackupCard"_s, cards().backupCard(nullptr));
     expectClean();

@@ -1,4 +1,4 @@
-// Before Qt, whose keywords its headers use as names.
+// Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/instance_messages.h"
 #include "platform/linux/bus/portal_appearance.h"
 
@@ -28,13 +28,13 @@ TEST(FontconfigFontRegistry, FindsAFontByEachOfItsNamesAsSoonAsItIsThere)
     for (const QString &name : {u"Silkscreen-Regular"_s, u"Silkscreen"_s}) {
         EXPECT_EQ(fonts.familyOf(name), u"Silkscreen"_s);
     }
-    // Exactly: fontconfig itself would always find something near.
+    // The match must be exact: fontconfig itself would return a similar font.
     EXPECT_FALSE(fonts.familyOf(u"Silkscreen Nonesuch"_s).has_value());
     EXPECT_FALSE(fonts.familyOf(QString()).has_value());
     EXPECT_FALSE(fonts.monospacedFamily().isEmpty());
 }
 
-/// A value in GVariant's text form.
+/// Parses a value in GVariant's text format.
 platform::GioPtr<GVariant> variant(const char *type, const char *text)
 {
     return platform::GioPtr<GVariant>(
@@ -99,7 +99,7 @@ TEST(WithoutX11, TheAdaptersDoWithoutIt)
         EXPECT_FALSE(panel.window().flags().testFlag(Qt::WindowTransparentForInput));
         EXPECT_TRUE(panel.window().isVisible());
     }
-    // The panel does not own its content.
+    // The panel must not own its content.
     EXPECT_EQ(content.parentItem(), nullptr);
 }
 

@@ -28,7 +28,7 @@ QByteArray contents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
-/// Names in a folder, hidden ones too.
+/// The names in a folder, including hidden ones.
 QStringList names(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
@@ -54,12 +54,12 @@ TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
           R"(/a"b`c$d\e/corvane)", "/100%/%U/corvane", "/äöü/…/corvane", "/line\nbreak/tab\t",
           "/no-break space at the end\u00a0"}) {
         XdgAutostart item(m_folder.path(), QString::fromUtf8(name));
-        EXPECT_FALSE(item.isEnabled()) << name; // none yet, then the one of another path
+        EXPECT_FALSE(item.isEnabled()) << name; // first no entry, then one for another path
         EXPECT_TRUE(item.enable());
         EXPECT_TRUE(item.isEnabled()) << name;
         EXPECT_EQ(names(path("autostart")).size(), 1);
     }
-    // As the Desktop Entry Specification has it: quoted first, then escaped as a string.
+    // According to the Desktop Entry Specification: quoted first, then escaped as a string.
     XdgAutostart(m_folder.path(), QStringLiteral(R"(/a"b$c\d 5%/x)")).enable();
     EXPECT_TRUE(contents(entry).contains(R"(Exec="/a\\"b\\$c\\\\d 5%%/x")"
                                          "\n"))
@@ -94,7 +94,7 @@ TEST_F(InstallationTest, AutostartFollowsWhatTheUserHasChosen)
         EXPECT_EQ(item.enable(), enables) << lines;
         EXPECT_EQ(item.isEnabled(), enables) << lines;
     }
-    // No folder can be made where a file is.
+    // A folder cannot be created at a file's path.
     write(path("file"), {});
     EXPECT_FALSE(XdgAutostart(path("file"), QStringLiteral("/opt/corvane")).enable());
 }
@@ -135,19 +135,19 @@ TEST_F(InstallationTest, CopiesABundleWithItsLinksAndPermissions)
     EXPECT_EQ(QFileInfo(to + QStringLiteral("/share")).permissions(),
               QFileInfo(from + QStringLiteral("/share")).permissions());
 
-    // What is there already is not touched, and what cannot be copied leaves nothing.
+    // An existing bundle is not changed, and a failed copy leaves nothing.
     EXPECT_FALSE(bundle.copy(from, to));
     ASSERT_EQ(mkfifo(QFile::encodeName(from + QStringLiteral("/bin/pipe")).constData(), 0600), 0);
     EXPECT_FALSE(bundle.copy(from, path("Applications/Other.app")));
     EXPECT_EQ(names(path("Applications")), QStringList{QStringLiteral("Corvane.app")});
 
-    // A folder that its owner has closed goes too; of a link only the link.
+    // A folder without permissions is removed too; of a link, only the link.
     for (const QString &linked : {to, from}) {
         QFile::link(linked, path("Applications/Link.app"));
         EXPECT_TRUE(bundle.remove(path("Applications/Link.app")));
         EXPECT_TRUE(bundle.exists(linked));
     }
-    // Nor does the program take the ground from under its own feet.
+    // The running bundle is not removed, whatever path leads to it.
     QFile::link(m_folder.path(), path("detour"));
     EXPECT_FALSE(bundle.remove(path("detour/My Corvane.app")));
     EXPECT_TRUE(bundle.exists(from));
@@ -172,7 +172,7 @@ TEST_F(InstallationTest, StartsTheOtherBundle)
 TEST_F(InstallationTest, WhatCannotBeRemovedStaysAsItWas)
 {
     if (geteuid() == 0) {
-        // Nothing is forbidden to root, so the test goes on as somebody else.
+        // Permissions do not apply to root, so the test continues as another user.
         ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0777), 0);
         ASSERT_EQ(seteuid(65534), 0);
     }

@@ -21,8 +21,8 @@ using platform::roundedRegion;
 using platform::Screen;
 using platform::ScreenCoordinates;
 
-// A primary display of 1920 x 1080 points with double resolution, an old one to its left and lower
-// down, and one above it.
+// A primary display of 1920 x 1080 points at scale 2, one at scale 1 to its left and lower, and one
+// above it.
 const QRect primary(0, 0, 1920, 1080);
 const QRect left(-1280, 200, 1280, 1024);
 const QRect above(300, -1440, 2560, 1440);
@@ -122,7 +122,7 @@ TEST(WindowRegion, CoversThePixelsOfItsCornersOnceAndNoOthers)
                 EXPECT_EQ(row.width(), area.width());
                 continue;
             }
-            // The pixel at the end of the row lies partly inside the corner's circle.
+            // The pixel at the end of the row is partly inside the corner's circle.
             const double across = radius - (row.left() - area.left()) - 1;
             const double along =
                 radius - (upper ? row.top() - area.top() : area.bottom() - row.bottom()) - 1;

@@ -27,7 +27,7 @@ protected:
     X11Panel()
     {
         const QRectF screen = m_screens.main()->frame;
-        // As the island's stage: at the top centre of the screen.
+        // Like the island's stage: at the top centre of the screen.
         m_frame = QRectF(std::round(screen.center().x()) - 150, screen.height() - 200, 300, 200);
         m_panel = std::make_unique<XcbIslandPanel>(m_screens, m_frame);
         m_panel->setContent(&m_content);
@@ -38,7 +38,7 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(waitUntil([&] { return m_display.isViewable(id()); }));
-        // The window manager may still be busy with the windows of the test before.
+        // The window manager may still be processing the windows of the previous test.
         ASSERT_TRUE(waitUntil(
             [&] { return !m_display.hasProperty(m_display.root(), "_NET_CLIENT_LIST"); }));
     }
@@ -48,13 +48,13 @@ protected:
         return static_cast<xcb_window_t>(m_panel->window().winId());
     }
     [[nodiscard]] double scale() const { return m_panel->window().devicePixelRatio(); }
-    /// The pixel on the screen of a point in the panel, which lies at the screen's top.
+    /// The screen pixel of a point in the panel, which is at the top of the screen.
     [[nodiscard]] QPoint pixel(QPointF point) const
     {
         return ((QPointF(m_frame.x(), 0) + point) * scale()).toPoint();
     }
     [[nodiscard]] QRect outlinePixels() const { return platform::pixelsOf(m_outline, scale()); }
-    /// Below the whole panel and a little more.
+    /// The area of the panel and a margin.
     [[nodiscard]] QRect beneath() const
     {
         return {QPoint(pixel({0, 0}).x() - 10, 0),
@@ -84,7 +84,7 @@ TEST_F(X11Panel, StaysAboveTheWindowManagersWindows)
     EXPECT_TRUE(waitUntil([&] { return m_display.isAbove(second, first) && isAbove(second); }));
 }
 
-// Window managers differ in how they raise; here the test is one that raises to the very top.
+// Window managers raise windows in different ways; this test raises one to the very top.
 TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
 {
     const auto frame = m_display.makeWindow(beneath(), Kind::Popup);
@@ -107,7 +107,7 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
 
 TEST_F(X11Panel, StaysBelowALockedScreen)
 {
-    // An earlier test may have named a window that has the number of one of these.
+    // An earlier test may have announced a window with the same id as one of these.
     m_display.announceStacking({});
     const QRect whole = m_display.geometry(m_display.root());
     const auto menu = m_display.makeWindow(beneath(), Kind::Popup);

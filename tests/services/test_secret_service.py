@@ -1,4 +1,4 @@
-"""The keychain of a wallet without a face (wallet_actor) on a real keyring."""
+"""The keychain of a wallet without a user interface (wallet_actor) on a real keyring."""
 
 import base64
 import json
@@ -17,7 +17,7 @@ READ = "read why"
 
 class SecretServiceTest(KeyringTest):
     def expect(self, wallet, **answers):
-        """What the wallet answers to these single words."""
+        """Checks the wallet's answers to these one-word commands."""
         for question, answer in answers.items():
             self.assertEqual(wallet.ask(READ if question == "read" else question), answer, question)
 
@@ -110,16 +110,16 @@ class SecretServiceTest(KeyringTest):
     def test_corrects_its_memory_from_an_open_keyring(self):
         wallet = self.wallet()
         self.assertEqual(wallet.ask(store(A)), SUCCESS)
-        # Lost memory is made up for ...
+        # A lost accounts file is restored ...
         self.accounts.unlink()
         self.expect(wallet, account=A)
         self.desktop.stop_keyring()
         self.expect(wallet, account=A)
-        # ... damaged memory is nothing ...
+        # ... a damaged one is treated as empty ...
         for damaged in ("{", "[]", '{"corvane.signing-key":7}'):
             self.accounts.write_text(damaged)
             self.expect(wallet, account=NONE)
-        # ... and a key that somebody else has deleted is forgotten.
+        # ... and the account of a key that another program has deleted is removed.
         self.desktop.start_keyring()
         self.expect(wallet, account=A)
         self.in_keyring("delete", SERVICE)
@@ -136,7 +136,7 @@ class SecretServiceTest(KeyringTest):
         self.addCleanup(monitor.kill)
 
         def hears(text):
-            """Says this on the bus until the monitor has written it, and so everything before."""
+            """Sends this on the bus until the monitor has recorded it, and so all earlier messages."""
             subprocess.run(["dbus-send", "--session", "--dest=org.freedesktop.DBus", "/", f"org.corvane.{text}"],
                            env=self.desktop.environment, check=True)
             return f"org.corvane.{text}".encode().rpartition(b".")[2] in traffic.read_bytes()

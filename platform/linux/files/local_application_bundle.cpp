@@ -27,7 +27,7 @@ fs::path native(const QString &path)
     return QFile::encodeName(path).toStdString();
 }
 
-/// An empty folder with a fresh hidden name beside `target`, so that a rename can exchange the two.
+/// Creates an empty folder with a new hidden name beside `target`, for a later rename.
 std::optional<fs::path> makeSibling(const fs::path &target)
 {
     std::string name = target.parent_path() / ("." + target.filename().string() + ".XXXXXX");
@@ -37,7 +37,7 @@ std::optional<fs::path> makeSibling(const fs::path &target)
     return name;
 }
 
-/// True when this user may empty the folder, if need be after changing its permissions.
+/// True if this user may empty the folder, if necessary after changing its permissions.
 bool canEmpty(const fs::path &folder)
 {
     struct stat info = {};
@@ -45,7 +45,7 @@ bool canEmpty(const fs::path &folder)
            (stat(folder.c_str(), &info) == 0 && info.st_uid == geteuid());
 }
 
-/// True when nothing in the tree at `path` forbids this user to remove it.
+/// True if this user may remove the whole tree at `path`.
 bool canRemoveTree(const fs::path &path)
 {
     std::error_code failed;
@@ -55,7 +55,7 @@ bool canRemoveTree(const fs::path &path)
     if (!canEmpty(path)) {
         return false;
     }
-    // What its owner has closed is opened when it is removed.
+    // Folders without permissions get them when they are removed.
     for (fs::directory_iterator entry(path, fs::directory_options::skip_permission_denied, failed);
          !failed && entry != fs::directory_iterator(); entry.increment(failed)) {
         if (!canRemoveTree(entry->path())) {
@@ -80,8 +80,8 @@ void removeTree(const fs::path &path)
 
 bool copyTree(const fs::path &from, const fs::path &to);
 
-/// Copies what is in the folder `from` into the folder `to`, and its permissions at the end, since
-/// they may forbid to write.
+/// Copies the content of the folder `from` to the folder `to`; copies its permissions last, because
+/// they may forbid writing.
 bool copyFolder(const fs::path &from, const fs::path &to)
 {
     std::error_code failed;
@@ -142,7 +142,7 @@ bool LocalApplicationBundle::remove(const QString &path)
     if (!aside) {
         return false;
     }
-    // A rename replaces an empty folder by a folder, but not by a file or a link.
+    // A rename can replace an empty folder with a folder, but not with a file or a link.
     rmdir(aside->c_str());
     if (std::rename(target.c_str(), aside->c_str()) != 0) {
         return false;
@@ -151,7 +151,7 @@ bool LocalApplicationBundle::remove(const QString &path)
     return true;
 }
 
-/// A link to it is not the bundle itself.
+/// A link to the running bundle is not the bundle itself.
 bool LocalApplicationBundle::isRunningBundle(const fs::path &target) const
 {
     std::error_code failed;

@@ -15,7 +15,7 @@ namespace corvane::platform {
 
 namespace {
 
-/// Longer files are not desktop entries.
+/// In bytes. Longer files are not treated as desktop entries.
 constexpr qint64 maximumSize = qint64{64} * 1024;
 
 constexpr const char *group = G_KEY_FILE_DESKTOP_GROUP;
@@ -30,7 +30,7 @@ struct Release
 using KeyFile = std::unique_ptr<GKeyFile, Release>;
 using Text = std::unique_ptr<char, Release>;
 
-/// The file's keys; none when it cannot be read.
+/// The file's keys; null if it cannot be read.
 KeyFile keysIn(const QString &path)
 {
     KeyFile keys(g_key_file_new());
@@ -43,7 +43,7 @@ KeyFile keysIn(const QString &path)
     return keys;
 }
 
-/// True when the user has switched the entry off, which desktops write in one of these ways.
+/// True if the user has disabled the entry, which desktops store in one of these ways.
 bool isSwitchedOff(GKeyFile *keys)
 {
     const Text enabled(g_key_file_get_string(keys, group, enabledKey, nullptr));
@@ -63,7 +63,7 @@ QString programIn(GKeyFile *keys)
     return QString::fromUtf8(words[0]).replace(QLatin1StringView("%%"), QLatin1StringView("%"));
 }
 
-/// `path` as the one argument of an Exec line (Desktop Entry Specification).
+/// `path` as the only argument of an Exec line (Desktop Entry Specification).
 QByteArray commandLineOf(const QString &path)
 {
     QString quoted;
@@ -86,7 +86,7 @@ QByteArray entryFor(const QString &executable)
              std::pair(G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION),
              {G_KEY_FILE_DESKTOP_KEY_NAME, "Corvane"},
              {G_KEY_FILE_DESKTOP_KEY_COMMENT, "Solana wallet in the notch of the screen"},
-             // The desktop passes over the entry once the program has been taken away.
+             // Makes the desktop ignore the entry if the program has been removed.
              {G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, path.constData()},
              {G_KEY_FILE_DESKTOP_KEY_EXEC, commandLine.constData()},
              {G_KEY_FILE_DESKTOP_KEY_ICON, "org.corvane.Corvane"},

@@ -4,7 +4,7 @@
 
 namespace corvane::platform {
 
-/// For devices that have no means of authenticating their owner. Replies at once.
+/// For devices that cannot authenticate their owner. Replies immediately.
 class NoAuthenticator final : public Authenticator
 {
 public:

@@ -1,4 +1,4 @@
-// Before Qt, whose keywords its headers use as names.
+// Before Qt, whose keywords the GIO headers use as identifiers.
 #include <polkit/polkit.h>
 
 #include "platform/linux/keyring/polkit_authenticator.h"
@@ -17,7 +17,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Bound on questions that polkit answers by itself; it may have to be started first.
+/// Time limit for requests that need no prompt; polkit may have to be started first.
 constexpr milliseconds quickBound{3000};
 
 constexpr PresenceReason everyReason[] = {PresenceReason::Unlock, PresenceReason::Reveal,
@@ -36,22 +36,22 @@ const char *actionFor(PresenceReason reason)
     return "";
 }
 
-/// What polkit says of an action.
+/// polkit's decision on an action.
 enum class Verdict {
     Authorized,
-    NeedsAgent, ///< the user could authenticate, if there is an agent that may ask
+    NeedsAgent, ///< the user could authenticate if an agent is running
     Refused,
-    Unknown, ///< polkit did not answer, or does not know the action
+    Unknown, ///< polkit did not reply, or does not know the action
 };
 
-/// This process's questions to polkit, with one bound on all of them.
+/// Sends this process's requests to polkit, with one time limit for all of them.
 class PolkitConversation
 {
 public:
     explicit PolkitConversation(milliseconds bound)
         : m_calls(bound)
-        // The user is named, so that polkit need not read it from a process that might have been
-        // replaced.
+        // The user is passed explicitly, so that polkit need not read it from a process that may
+        // have been replaced.
         , m_process(polkit_unix_process_new_for_owner(getpid(), 0, static_cast<gint>(getuid())))
         , m_authority(openAuthority())
     {}
@@ -82,8 +82,8 @@ public:
                    : Verdict::Refused;
     }
 
-    /// The reasons together, without a prompt. An installation that lacks one of the actions could
-    /// store a key that it cannot open again.
+    /// Checks all reasons, without a prompt. An installation without one of the actions could store
+    /// a key that it cannot read again.
     [[nodiscard]] Verdict checkAll()
     {
         Verdict all = Verdict::Authorized;
@@ -100,8 +100,8 @@ public:
     }
 
 private:
-    /// One of its own, because the one that the library shares keeps the name of a polkit that has
-    /// gone, until GLib's main loop tells it otherwise, and the error of a bus that was missing.
+    /// A separate authority object, because the library's shared one keeps the name of a stopped
+    /// polkit until GLib's main loop runs, and keeps the error of a missing bus.
     [[nodiscard]] GioPtr<PolkitAuthority> openAuthority()
     {
         const auto result = m_calls.await([](auto *cancellable, auto done, auto data) {

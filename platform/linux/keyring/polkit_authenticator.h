@@ -9,18 +9,17 @@
 
 namespace corvane::platform {
 
-/// Authenticates the owner through polkit, by whatever the account's PAM stack offers.
+/// Authenticates the owner through polkit, with the methods of the account's PAM stack.
 ///
-/// polkit shows programs' own texts to nobody, so each reason has an action with a fixed text, in
-/// `assets/org.corvane.policy`. Contexts are `OneTimeContext`s.
+/// polkit does not show texts from programs. Each reason therefore has an action with a fixed text,
+/// in `assets/org.corvane.policy`. Contexts are `OneTimeContext`s.
 ///
-/// Whether the session has an authentication agent is no question that polkit answers, except by
-/// the evaluation itself: without an agent that ends at once, unauthorized and with the remark that
-/// the owner could have been asked. Until an evaluation has ended so, an agent is taken to be
-/// there, and afterwards to be missing until an evaluation has been answered.
+/// polkit has no request for whether the session has an authentication agent. Without one, an
+/// evaluation fails immediately, with the result that the owner could have been asked. This class
+/// therefore assumes that there is an agent until an evaluation fails in this way, and afterwards
+/// that there is none until another evaluation has been answered.
 ///
-/// All members may be called from any thread, and an evaluation, which is work in the background,
-/// outlives the object.
+/// Thread-safe. A running evaluation, which is a background task, may outlive this object.
 class PolkitAuthenticator final : public Authenticator
 {
 public:
@@ -30,17 +29,18 @@ public:
 
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;
-    /// True when polkit knows the actions, and would let the user authenticate for them if that is
-    /// needed. Three seconds at most.
+    /// Replies true if polkit knows the actions and grants them, with authentication by the user if
+    /// needed. Takes at most three seconds.
     void canEvaluate(Availability reply) override;
-    /// Refuses a context of another authenticator.
+    /// Replies `Refused` for a context of another authenticator.
     void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                   Reply reply) override;
 
 private:
     BackgroundTasks &m_background;
     const std::chrono::milliseconds m_userBound;
-    /// The last evaluation found no agent. Outlives this object where an evaluation does.
+    /// True if the last evaluation found no agent. Shared with running evaluations, which may
+    /// outlive this object.
     std::shared_ptr<std::atomic<bool>> m_lacksAgent = std::make_shared<std::atomic<bool>>(false);
 };
 

@@ -17,10 +17,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-/// What a service that was too slow a moment ago gets for its next quick answer.
+/// Time limit for quick calls to a service that was recently too slow.
 constexpr milliseconds impatientBound{200};
 constexpr std::chrono::seconds impatience{10};
-/// Bound on finding out whether an item was stored after all.
+/// Time limit for checking whether an item was stored despite an error.
 constexpr milliseconds recheckBound{500};
 
 bool anyLocked(const std::vector<KeyringItem> &items)
@@ -28,11 +28,11 @@ bool anyLocked(const std::vector<KeyringItem> &items)
     return std::ranges::any_of(items, [](const KeyringItem &item) { return isLocked(item); });
 }
 
-/// What `start` replies; none when it takes longer than `bound`.
+/// Waits for the reply of `start`; empty if it takes longer than `bound`.
 template <typename Answer, typename Start>
 std::optional<Answer> awaitReply(milliseconds bound, Start start)
 {
-    // Owned by the reply as well, which may come after the wait has been given up.
+    // Shared with the reply, which may come after this function has returned.
     const auto promise = std::make_shared<std::promise<Answer>>();
     std::future<Answer> answer = promise->get_future();
     start([promise](Answer value) { promise->set_value(value); });
@@ -40,8 +40,8 @@ std::optional<Answer> awaitReply(milliseconds bound, Start start)
                                                                : std::nullopt;
 }
 
-/// Whether a search that found nothing has looked everywhere: into the keyring that held the
-/// item last, or where that is gone or nothing was stored, into the one for new items.
+/// True if a search without a result was complete: it included the keyring that last held the item
+/// or, if that no longer exists or nothing was stored, the keyring for new items.
 bool hasSeenAll(SecretServiceConversation &talk, const std::optional<RememberedAccount> &remembered)
 {
     if (remembered) {
@@ -62,7 +62,7 @@ bool hasSeenAll(SecretServiceConversation &talk, const std::optional<RememberedA
     return !isLocked(collection);
 }
 
-/// The item that a read would take, in an unlocked keyring; null when there is none.
+/// The item to read, in an unlocked keyring; null if there is none.
 KeyringItem findUnlocked(SecretServiceConversation &talk, const QString &service)
 {
     auto items = talk.search(service);
@@ -72,8 +72,8 @@ KeyringItem findUnlocked(SecretServiceConversation &talk, const QString &service
     return std::move(items->front());
 }
 
-/// Asks the user to unlock the keyring that holds the item, or where items are hidden while it is
-/// locked, the one for new items. False when there is nothing to unlock or the user refused.
+/// Asks the user to unlock the keyring that holds the item, or, if locked keyrings hide their
+/// items, the keyring for new items. False if there is nothing to unlock or if the user refused.
 bool unlockKeyringOf(SecretServiceConversation &talk, const QString &service, milliseconds bound)
 {
     const auto items = talk.search(service);
@@ -89,7 +89,7 @@ bool unlockKeyringOf(SecretServiceConversation &talk, const QString &service, mi
 
 } // namespace
 
-/// A conversation whose caller expects an answer soon.
+/// A conversation for a caller that must not be blocked for long.
 class SecretServiceKeychain::QuickCall : public SecretServiceConversation
 {
 public:
@@ -107,7 +107,7 @@ public:
     QuickCall &operator=(const QuickCall &) = delete;
 
 private:
-    /// Replacing a key takes several calls; a service that hangs must not freeze the program in
+    /// Replacing a key takes several calls, and a service that hangs must not block the program in
     /// each of them.
     static milliseconds boundFor(const SecretServiceKeychain &keychain)
     {
@@ -159,15 +159,15 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
         return keychainAuthFailed;
     }
 
-    // Remembered first: a program that dies in between has remembered a key that does not exist,
-    // which the next look into the open keyring puts right. The other way round, a key would exist
-    // that a locked keyring does not tell of.
+    // Remembered first: if the program is killed in between, it has remembered a key that does not
+    // exist, which the next read of the unlocked keyring corrects. In the other order, the key
+    // would exist but would not be found while the keyring is locked.
     m_accounts.remember(service, {account, pathOf(collection)});
     if (talk.create(collection, service, account, data, protection)) {
         return keychainSuccess;
     }
 
-    // The service may have stored the item and died, or have been too slow to say so.
+    // The service may have stored the item before it crashed or before it replied.
     const KeychainStatus status = talk.status();
     SecretServiceConversation recheck(recheckBound);
     const auto stored = recheck.open() ? recheck.search(service) : std::nullopt;
@@ -218,7 +218,7 @@ std::optional<SecretBytes> SecretServiceKeychain::read(const QString &service,
         if (opened || !isProtected(item)) {
             return talk.secretOf(item);
         }
-        // The user may take minutes: the service is looked up anew afterwards.
+        // The user may take minutes, so the service is looked up again afterwards.
         opened = mayOpen();
         if (!opened) {
             return std::nullopt;

@@ -13,51 +13,50 @@ namespace corvane::platform {
 
 class Authenticator;
 
-/// How long the keychain waits for whom.
+/// Time limits of the keychain.
 struct SecretServiceBounds
 {
-    /// The service, in the calls that must be quick.
+    /// For the service, in calls on the main thread.
     std::chrono::milliseconds quick{3'000};
-    /// The user, at the prompt that unlocks the keyring.
+    /// For the user, at the prompt that unlocks the keyring.
     std::chrono::milliseconds unlock{120'000};
-    /// The user, at the prompt that proves presence; longer than the authenticator's own bound.
+    /// For the user, at the prompt that proves presence; longer than the authenticator's own limit.
     std::chrono::milliseconds presence{360'000};
 };
 
 /// The desktop's Secret Service (GNOME Keyring, KWallet, KeePassXC) as the keychain.
 ///
-/// An item lies in the default keyring and carries its service, its account and its protection as
-/// attributes. The Secret Service hands an unlocked item to every program of the user, so the
-/// protected form binds this program only: it passes the data on after the authenticator has let
-/// the user through. Secrets cross the bus in the service's encrypted session alone.
+/// An item is stored in the default keyring with its service, account and protection as attributes.
+/// The Secret Service gives an unlocked item to every program of the user, so that only this
+/// program enforces the protection: it returns the data only after a successful authentication.
+/// Secrets are sent over the bus only in the service's encrypted session.
 ///
-/// At most one item of a service exists. A locked keyring is never taken for an empty one: what
-/// cannot be read is neither deleted nor added to, and such calls answer `keychainAuthFailed`. Nor
-/// is an item deleted that came to light only after `copyAccount` had been kept from seeing it;
-/// such calls answer `keychainDuplicateItem` until `copyAccount` has told of it.
+/// At most one item per service exists. A locked keyring is never treated as an empty one: nothing
+/// is deleted from it or added to it, and such calls return `keychainAuthFailed`. An item that
+/// `copyAccount` could not see, for example in a locked keyring, is not deleted either: such calls
+/// return `keychainDuplicateItem` until `copyAccount` has returned its account.
 ///
-/// Each call talks to the service anew, so a service that has been restarted is simply found again.
-/// All members may be called from any thread.
+/// Each call looks up the service again, so that a restarted service is found. Thread-safe.
 class SecretServiceKeychain final : public Keychain
 {
 public:
-    /// `authenticator` must outlive the keychain, and the keychain every call. `accountsPath`: the
-    /// file in which the public accounts are remembered.
+    /// `authenticator` must outlive the keychain, which must outlive every call. `accountsPath`:
+    /// the file for the remembered public accounts.
     SecretServiceKeychain(Authenticator &authenticator, const QString &accountsPath,
                           SecretServiceBounds bounds = {});
     ~SecretServiceKeychain() override;
 
-    /// Refuses a service that has an item already, of whatever account. A locked keyring makes the
-    /// call fail, and the desktop is asked to unlock it in the background for the next attempt.
+    /// Fails if the service already has an item, of any account. Also fails if the keyring is
+    /// locked, and then asks the user in the background to unlock it for the next attempt.
     [[nodiscard]] KeychainStatus add(const QString &service, const QString &account,
                                      const SecretBytes &data,
                                      KeychainProtection protection) override;
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
                                                       const PresencePrompt &prompt) override;
-    /// Opening a protected item uses the context up, which must be a `OneTimeContext`.
+    /// `context` must be a `OneTimeContext`; reading a protected item uses it.
     [[nodiscard]] std::optional<SecretBytes> copyData(const QString &service,
                                                       AuthenticationContext &context) override;
-    /// Answers from memory while the keyring is locked or out of reach.
+    /// Returns the remembered account while the keyring is locked or unavailable.
     [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;
     [[nodiscard]] std::optional<QString> rememberedAccount(const QString &service) const override;
     KeychainStatus remove(const QString &service) override;
@@ -67,7 +66,7 @@ private:
 
     [[nodiscard]] bool canAskForPresence();
     [[nodiscard]] bool askForPresence(const PresencePrompt &prompt);
-    /// The data of the item; `mayOpen` is asked when the item is protected.
+    /// The data of the item; calls `mayOpen` if the item is protected.
     [[nodiscard]] std::optional<SecretBytes> read(const QString &service,
                                                   const std::function<bool()> &mayOpen) const;
     void unlockInBackground();
@@ -75,15 +74,16 @@ private:
     Authenticator &m_authenticator;
     const SecretServiceBounds m_bounds;
     mutable RememberedAccounts m_accounts;
-    /// Held for the whole of a call that changes or remembers items, so that none remembers what
-    /// another has changed meanwhile.
+    /// Held during each call that changes or remembers items, so that no call remembers an item
+    /// that another has changed in between.
     mutable std::mutex m_changing;
-    /// Somebody was told of no account by a look that has not gone everywhere: they must not have
-    /// items removed that come to light later.
+    /// An incomplete search has returned no account. Items that are found later must then not be
+    /// deleted.
     mutable std::atomic<bool> m_missedItems = false;
-    /// When a quick call last ran into its bound; the next ones are then not so patient.
+    /// When a quick call last exceeded its time limit; the following ones use a shorter limit.
     mutable std::atomic<std::chrono::steady_clock::time_point> m_lastTimeOut;
-    /// One unlock prompt at a time; the thread that waits for it may outlive this object.
+    /// True while an unlock prompt is open, to allow only one. Shared with the waiting thread,
+    /// which may outlive this object.
     std::shared_ptr<std::atomic<bool>> m_unlocking;
 };
 

@@ -7,7 +7,7 @@ namespace corvane::platform {
 
 QRect pixelsOf(const QRectF &outline, double scale)
 {
-    // Edges are rounded rather than sizes, so that neighbours keep touching.
+    // Rounds edges rather than sizes, so that adjacent rectangles stay adjacent.
     const int left = qRound(outline.left() * scale);
     const int top = qRound(outline.top() * scale);
     const int right = qRound(outline.right() * scale);
@@ -25,7 +25,7 @@ QList<QRect> roundedRegion(const QRect &area, double radius, RoundCorners corner
     const double corner = std::clamp(radius, 0.0, limit);
     const int cornerRows = static_cast<int>(std::ceil(corner));
     const auto row = [&](int y, int distance) {
-        // Of this row of pixels, the edge nearest to the circle's centre sees most of the circle.
+        // The edge of the pixel row nearest to the circle's centre has the longest chord.
         const double away = corner - distance - 1;
         const double chord =
             away <= 0 ? corner : std::sqrt(std::max(corner * corner - away * away, 0.0));

@@ -9,11 +9,11 @@ namespace corvane::platform {
 /// The pixels that `outline` (in points) covers at `scale` pixels per point.
 [[nodiscard]] QRect pixelsOf(const QRectF &outline, double scale);
 
-/// Which corners of a region are round.
+/// The rounded corners of a region.
 enum class RoundCorners { All, Lower };
 
-/// Rectangles that make up all pixels of `area` that lie at least partly inside its round corners
-/// of `radius` pixels, from top to bottom and without overlaps.
+/// The pixels of `area` with rounded corners of `radius` pixels, as rectangles from top to bottom
+/// without overlaps. Includes pixels that are only partly inside a corner.
 [[nodiscard]] QList<QRect> roundedRegion(const QRect &area, double radius, RoundCorners corners);
 
 } // namespace corvane::platform

@@ -20,11 +20,12 @@ namespace corvane::platform {
 
 namespace {
 
-/// The property by which a window names the parts of it that a compositing manager is to blur what
-/// lies behind; a list of rectangles.
+/// The property with the areas of a window behind which a compositing manager should blur; a list
+/// of rectangles.
 constexpr std::string_view blurProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
-/// Lies beneath the content and moves the window by what falls through to it.
+/// An item below the content. It moves the window with the presses that the content does not
+/// accept.
 class DragSurface final : public QQuickItem
 {
 public:
@@ -47,7 +48,8 @@ protected:
         const QPointF way = event->globalPosition() - m_pressed;
         if (m_motion == Motion::None &&
             way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance()) {
-            // The window manager knows of edges and workspaces; without one the window moves here.
+            // The window manager handles edges and workspaces; without one, the window is moved
+            // here.
             m_motion = window()->startSystemMove() ? Motion::Managed : Motion::Own;
         }
         if (m_motion == Motion::Own) {
@@ -84,13 +86,13 @@ void blurBehind(xcb_connection_t *connection, xcb_window_t window, const QList<Q
 
 } // namespace
 
-/// Tells the X server the window's shape whenever there is a native window, or another one.
+/// Sets the window's X shape whenever a native window is created or the screen changes.
 class XcbFloatingWindow::Window final : public QQuickWindow
 {
 public:
     Window() { connect(this, &QWindow::screenChanged, this, &Window::applyShape); }
 
-    /// Shows the window, which forgets its place with its native window.
+    /// Shows the window at its last position, which is lost with the native window.
     void showInPlace()
     {
         if (!isVisible() && m_place) {

@@ -12,12 +12,12 @@ namespace corvane::platform {
 
 class QtScreens;
 
-/// A floating window on X11, looked after by the window manager.
+/// A floating window on X11, managed by the window manager.
 ///
-/// It is cut to its rounded corners, so that a desktop without a compositing manager shows no black
-/// ones; what is translucent is dark there. Desktops that know the protocol blur what lies behind.
-/// Closed in whatever way it is hidden, and keeps its place. Where the application does not run on
-/// X11 it is an ordinary frameless window.
+/// Its shape has rounded corners, so that they are not black on a desktop without a compositing
+/// manager, where translucent areas are dark. Desktops with support for it blur the background.
+/// Closing the window only hides it; it keeps its position. If the application does not run on X11,
+/// it is an ordinary frameless window.
 class XcbFloatingWindow final : public FloatingWindow
 {
 public:

@@ -16,7 +16,8 @@ namespace corvane::platform {
 
 namespace {
 
-/// Whole points that cover `rectangle`; a window has no others. Its top edge stays.
+/// The smallest rectangle of whole points, as windows require, that covers `rectangle`. Keeps the
+/// top edge.
 QRect windowGeometry(const QRectF &rectangle)
 {
     return {qRound(rectangle.x()), qRound(rectangle.y()),
@@ -26,7 +27,7 @@ QRect windowGeometry(const QRectF &rectangle)
 
 } // namespace
 
-/// Keeps the X11 side in step with Qt's native window, which comes and goes.
+/// Keeps the X11 part in sync with Qt's native window, which may be destroyed and created again.
 class XcbIslandPanel::Desktop final : public QObject
 {
 public:
@@ -41,7 +42,7 @@ public:
     bool eventFilter(QObject *, QEvent *event) override
     {
         if (event->type() == QEvent::MouseButtonPress && m_window) {
-            // What is pressed may take the keyboard.
+            // The pressed control may take keyboard focus.
             m_window->rememberFocus();
         }
         if (event->type() != QEvent::PlatformSurface) {
@@ -90,14 +91,14 @@ XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
     }
     QObject::connect(&m_window, &QWindow::widthChanged, &m_window, [this] { fitContent(); });
     QObject::connect(&m_window, &QWindow::heightChanged, &m_window, [this] { fitContent(); });
-    // Another display may have other pixels.
+    // Another display may have another scale factor.
     QObject::connect(&m_window, &QWindow::screenChanged, &m_window, [this] { applyShape(); });
     setFrame(frame);
 }
 
 XcbIslandPanel::~XcbIslandPanel()
 {
-    // The window outlives the members below it, and tells of its end.
+    // The window outlives the members declared after it, and emits signals in its destructor.
     if (m_desktop) {
         m_window.removeEventFilter(m_desktop.get());
     }
@@ -118,7 +119,8 @@ void XcbIslandPanel::setLevel(Level level)
         return;
     }
     m_level = level;
-    // Going down, the panel stays where it is until something is put above it.
+    // When the level is lowered, the panel keeps its position until another window is raised above
+    // it.
     restack();
 }
 
@@ -190,7 +192,7 @@ void XcbIslandPanel::show()
 
 QRect XcbIslandPanel::displayPixels() const
 {
-    // Qt scales a screen's size, but not its place.
+    // Qt scales a screen's size, but not its position.
     const QRect geometry = m_window.screen()->geometry();
     return {geometry.topLeft(), (QSizeF(geometry.size()) * m_window.devicePixelRatio()).toSize()};
 }

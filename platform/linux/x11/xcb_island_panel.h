@@ -12,16 +12,16 @@ namespace corvane::platform {
 
 class QtScreens;
 
-/// The island's window on X11, out of the window manager's reach.
+/// The island's window on X11, not managed by the window manager (override-redirect).
 ///
-/// Clicks pass it by the input region, so nothing is repainted or mapped anew when they are to
-/// pass. On a desktop without a compositing manager its bounding region is the drawn outline; the
-/// panel follows when one starts or stops. After the window manager has moved windows in the
-/// stack, a resting panel goes back above the topmost of them, which leaves open menus above the
+/// Click-through uses the input region, so that nothing is repainted or remapped when it changes.
+/// On a desktop without a compositing manager the bounding region is the content's outline; it is
+/// updated when a compositing manager starts or stops. After the window manager has restacked
+/// windows, a resting panel is raised above the topmost of them, which leaves open menus above the
 /// panel, and an active one to the very top.
 ///
-/// Where the application does not run on X11 the panel is an ordinary frameless window that lets
-/// clicks through as a whole.
+/// If the application does not run on X11, the panel is an ordinary frameless window with
+/// click-through for the whole window only.
 class XcbIslandPanel final : public IslandPanel
 {
 public:
@@ -56,11 +56,11 @@ private:
     bool m_clickThrough = true;
     QRectF m_outline;
     double m_bottomRadius = 0;
-    /// The X11 side of the window; none on another platform.
+    /// The X11 part of the window; null on other platforms.
     std::unique_ptr<Desktop> m_desktop;
 };
 
-/// Makes the island's window on X11.
+/// Creates the island's window on X11.
 class XcbIslandPanelFactory final : public IslandPanelFactory
 {
 public:

@@ -19,11 +19,11 @@ namespace {
 
 using xcb::Owned;
 
-/// Some window managers announce a new order before they have made it.
+/// Some window managers announce a new stacking order before they apply it.
 constexpr std::chrono::milliseconds settleTime{120};
-/// So many clients are looked at, from the top.
+/// At most this many clients are examined, starting from the top.
 constexpr std::uint32_t maximumClients = 128;
-/// A client's frame is seldom more than two windows away from the root.
+/// A client's frame is rarely more than two levels below the root window.
 constexpr int maximumFrameDepth = 6;
 
 xcb_intern_atom_cookie_t askForAtom(xcb_connection_t *connection, std::string_view name)
@@ -61,7 +61,7 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
         xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_id), nullptr));
     m_root = tree ? tree->root : xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 
-    // All questions go out before the first answer is waited for.
+    // All requests are sent before waiting for the first reply.
     const auto compositorName =
         "_NET_WM_CM_S" + std::to_string(screenNumberOf(m_connection, m_root));
     const auto compositor = askForAtom(m_connection, compositorName);
@@ -76,12 +76,12 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     m_stackingAtom = takeAtom(m_connection, stacking);
     m_activeWindowAtom = takeAtom(m_connection, active);
 
-    // The type of panels, to which compositing managers add neither shadows nor animations.
+    // The window type of docks, to which compositing managers add neither shadows nor animations.
     const xcb_atom_t type = takeAtom(m_connection, dock);
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_id,
                         takeAtom(m_connection, windowType), XCB_ATOM_ATOM, 32, 1, &type);
 
-    // Qt listens to the root window's properties itself; its other choices must stay.
+    // Qt has selected events on the root window too, and its event mask must be kept.
     if (const Owned<xcb_get_window_attributes_reply_t> attributes{
             xcb_get_window_attributes_reply(m_connection, root, nullptr)}) {
         const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -99,7 +99,7 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
                 XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                 XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     }
-    // Asked after the notification was ordered, so that no change falls between the two.
+    // Queried after subscribing to the notification, so that no change is missed in between.
     const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         m_connection, xcb_get_selection_owner(m_connection, m_compositorAtom), nullptr));
     m_compositor = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
@@ -172,7 +172,7 @@ std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
     const auto top = clients.last(count);
     std::vector<xcb_window_t> climbing(top.begin(), top.end());
     std::vector<std::uint32_t> frames;
-    // One level of the tree at a time, so that each level costs one round trip for all.
+    // Processes one level of the tree at a time, so that each level costs only one round trip.
     for (int depth = 0; depth < maximumFrameDepth && !climbing.empty(); ++depth) {
         std::vector<xcb_query_tree_cookie_t> questions;
         questions.reserve(climbing.size());
@@ -225,7 +225,7 @@ void XcbPanelWindow::returnFocus()
                                                       XCB_CURRENT_TIME)));
         return refusal == nullptr;
     };
-    // It may have gone meanwhile; then typing goes to whatever the pointer is on.
+    // That window may no longer exist; then focus follows the pointer.
     if (m_previousFocus == XCB_INPUT_FOCUS_NONE || !giveTo(m_previousFocus)) {
         giveTo(XCB_INPUT_FOCUS_POINTER_ROOT);
     }
@@ -262,7 +262,7 @@ std::optional<std::uint32_t> XcbPanelWindow::lowestCover(std::span<const std::ui
     if (covers.empty()) {
         return std::nullopt;
     }
-    // Window managers frame their clients with windows that nobody is to manage.
+    // Window managers put clients into frames, which are unmanaged windows too.
     const auto frames = managedFrames();
     const auto cover = std::ranges::find_if(covers, [&](std::uint32_t window) {
         return std::ranges::find(frames, window) == frames.end();
@@ -311,7 +311,7 @@ void XcbPanelWindow::raiseAboveManaged()
 
 void XcbPanelWindow::announceStackChange()
 {
-    // A window manager changes several properties at once.
+    // Delayed, because a window manager changes several properties at once.
     m_soon.start();
     m_settled.start();
 }
