@@ -15,7 +15,7 @@ from desktop import Corvane, Localnet, VirtualDesktop
 FAULTS = ({"match": "*", "kind": "drop"}, {"match": "*", "kind": "status", "status": 503, "body": ""},
           {"match": "*", "kind": "not-json"}, {"match": "getBalance", "kind": "latency", "ms": 3000},
           {"match": "chart", "kind": "truncated"}, {"match": "coingecko", "kind": "wrong-json"})
-SETTLE_SECONDS = 20  # the rest before a sample: requests end, code pages are handed back
+SETTLE_SECONDS = 20  # rest before a sample: requests finish, freed memory is returned
 WARM_UP_MINUTES = 5  # caches fill
 
 

@@ -144,8 +144,8 @@ Stack {
             text: "SENT ✓"
             font: Theme.term(9, Theme.Heavy)
             color: Theme.green
-            // While the line disappears, the spring briefly makes it visible again, which must not
-            // be announced.
+            // While the line disappears, the spring's overshoot briefly shows it again, which must
+            // not be announced.
             Accessible.role: root.card.sent ? Accessible.Notification : Accessible.StaticText
 
             AnimatedValue {

@@ -42,7 +42,7 @@ class SettingsCardModel : public QObject
     /// Index of the current network in `networks`.
     Q_PROPERTY(int network READ network WRITE setNetwork NOTIFY changed FINAL)
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
-    /// The text that tells a wallet with a key from one that only watches an address.
+    /// The text that distinguishes a wallet with a key from one that only watches an address.
     Q_PROPERTY(QString walletText READ walletText NOTIFY changed FINAL)
     /// The label of the remove button; after the first press it asks for a second.
     Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)

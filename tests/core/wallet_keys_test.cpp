@@ -96,7 +96,7 @@ TEST_F(WalletKeysTest, IsCorrectedByTheKeychainWhereItsMemoryIsWrong)
     queue.drain();
     EXPECT_EQ(model->signingPubkey(), stored);
 
-    // What has changed since the keychain was asked counts more than its answer.
+    // A change after the query to the keychain takes precedence over its reply.
     launch();
     background.runNext();
     const auto imported = model->importSigningKey(addressA);

@@ -166,7 +166,7 @@ TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
     openIsland();
     EXPECT_TRUE(m_island->islandUnlocked());
     EXPECT_TRUE(m_authenticator.reasons.isEmpty());
-    // Also before that could be found out, and then before the card unfolds.
+    // Also if the island opens before the reply; it is then unlocked before the card unfolds.
     launchIsland();
     m_island->present();
     queue.drain();

@@ -34,7 +34,7 @@ class PolkitAuthenticatorTest(unittest.TestCase):
     def test_finds_nobody_to_ask_without_polkit_action_or_agent(self):
         self.assert_evaluates(self.wallet(DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent"), REFUSED, "no")
         wallet = self.wallet()
-        # Of an agent only an evaluation tells, also of one that comes or goes later.
+        # Only an evaluation detects an agent, also one that starts or stops later.
         self.assert_evaluates(wallet, NOBODY, "no")
         agent = self.agent(wallet, "authenticate")
         self.assert_evaluates(wallet, PASSED, "yes")

@@ -78,7 +78,7 @@ class SecretServiceTest(KeyringTest):
                 for _ in range(2):
                     self.assertEqual(wallet.ask(store(B)), DUPLICATE)
                 self.expect(wallet, read=SEEDS[A], account=A)
-        # Known, it may be replaced; one that nobody has looked for yet may not.
+        # Once its account was returned, it may be replaced; otherwise not.
         self.assertEqual(wallet.ask(store(B)), SUCCESS)
         self.accounts.unlink()
         self.expect(wallet, remembered=NONE)

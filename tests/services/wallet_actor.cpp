@@ -37,7 +37,7 @@ std::string toHex(const std::optional<SecretBytes> &data)
     return data ? tests::textOf(*data).toLatin1().toHex().toStdString() : "nothing";
 }
 
-/// A prompt with this text; what it is for goes by the first word.
+/// A prompt with this text; its first word selects the reason.
 PresencePrompt promptOf(const QString &text)
 {
     const QString word = text.section(u' ', 0, 0);

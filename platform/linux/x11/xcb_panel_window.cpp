@@ -181,7 +181,7 @@ std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
         }
         std::vector<xcb_window_t> parents;
         for (std::size_t index = 0; index < questions.size(); ++index) {
-            // A client may have gone meanwhile.
+            // A client may have been destroyed in the meantime.
             xcb_generic_error_t *error = nullptr;
             const Owned<xcb_query_tree_reply_t> tree(
                 xcb_query_tree_reply(m_connection, questions[index], &error));
@@ -243,7 +243,7 @@ std::optional<std::uint32_t> XcbPanelWindow::lowestCover(std::span<const std::ui
     }
     std::vector<std::uint32_t> covers;
     for (std::size_t index = 0; index < windows.size(); ++index) {
-        // A client may have gone meanwhile.
+        // A client may have been destroyed in the meantime.
         xcb_generic_error_t *error = nullptr;
         const Owned<xcb_get_window_attributes_reply_t> shown(
             xcb_get_window_attributes_reply(m_connection, attributes[index], &error));
