@@ -21,7 +21,7 @@ struct MenuItem
     std::function<void()> action;
     /// A lower-case character. With the desktop's usual modifier it activates the item while the
     /// menu is open. Empty for none.
-    QString keyEquivalent;
+    QString shortcut;
 
     [[nodiscard]] bool isSeparator() const { return title.isEmpty(); }
 };

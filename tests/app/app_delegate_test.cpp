@@ -82,7 +82,7 @@ TEST_F(AppDelegateTest, TheMenuActsOnTheWalletAndTheIsland)
     choose(QStringLiteral("Settings…"));
     EXPECT_TRUE(m_island->expanded());
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
-    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_TRUE(m_panels.state.isActive);
     EXPECT_EQ(m_windows.existing, 0);
     choose(QStringLiteral("Welcome tour…"));
     EXPECT_TRUE(m_windows.visible);
@@ -166,9 +166,9 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
         EXPECT_TRUE(m_island->expanded()) << what;
         EXPECT_EQ(m_island->pane(), pane) << what;
     }
-    m_panels.state.isKey = false;
+    m_panels.state.isActive = false;
     EXPECT_TRUE(m_delegate->perform(open("receive")));
-    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_TRUE(m_panels.state.isActive);
     EXPECT_EQ(m_application.terminations, 0);
     EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
     EXPECT_EQ(m_application.terminations, 1);

@@ -95,7 +95,7 @@ public:
         QRectF frame;
         Level level = Level::Resting;
         bool clickThrough = true;
-        bool isKey = false;
+        bool isActive = false;
         int orderedFront = 0;
         QRectF outline;
         double bottomRadius = 0;
@@ -114,8 +114,8 @@ public:
         m_state.bottomRadius = bottomRadius;
     }
     void show() override { ++m_state.orderedFront; }
-    void activate() override { m_state.isKey = true; }
-    void deactivate() override { m_state.isKey = false; }
+    void activate() override { m_state.isActive = true; }
+    void deactivate() override { m_state.isActive = false; }
 
 private:
     State &m_state;

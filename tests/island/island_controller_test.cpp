@@ -100,15 +100,15 @@ TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
 {
     m_island->setPane(IslandPane::Send);
     EXPECT_EQ(state(), "--e-");
-    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_TRUE(m_panels.state.isActive);
     EXPECT_EQ(m_panels.state.level, platform::IslandPanel::Level::Active);
     queue.advance(60s);
     EXPECT_TRUE(m_island->expanded());
     m_island->setPane(IslandPane::Balance);
-    EXPECT_TRUE(m_panels.state.isKey);
+    EXPECT_TRUE(m_panels.state.isActive);
     queue.advance(500ms);
     EXPECT_FALSE(m_island->expanded());
-    EXPECT_FALSE(m_panels.state.isKey);
+    EXPECT_FALSE(m_panels.state.isActive);
     queue.advance(1s);
     EXPECT_TRUE(isResting());
 }

@@ -94,9 +94,9 @@ public:
             }
             QAction *action = m_menu.addAction(item.title);
             action->setEnabled(static_cast<bool>(item.action));
-            if (!item.keyEquivalent.isEmpty()) {
+            if (!item.shortcut.isEmpty()) {
                 action->setShortcut(
-                    QKeySequence(QStringLiteral("Ctrl+") + item.keyEquivalent.toUpper()));
+                    QKeySequence(QStringLiteral("Ctrl+") + item.shortcut.toUpper()));
             }
             QObject::connect(action, &QAction::triggered, &m_menu, item.action);
         }
