@@ -98,7 +98,8 @@ TEST(EndpointChoice, TakesACustomEndpointOnlyWhenItCanBeReached)
 TEST(EndpointChoice, FindsTheWebAppAndItsProxy)
 {
     corvane::tests::MemoryFileSystem files;
-    files.paths = {u"/srv/wallet"_s, u"/home/ada"_s, u"/home/ada/wallet"_s, u"httpd"_s};
+    files.paths = {u"/srv/wallet"_s, u"/home/ada"_s, u"/home/ada/wallet"_s,
+                   u"/home/adaada/wallet"_s, u"httpd"_s};
     const QString app = u"https://app.test/wallet"_s;
     const QString appProxy = u"https://app.test/api/rpc"_s;
     for (const auto &[typed, source, proxy] : Table<QString, QString, QString>{

@@ -31,6 +31,14 @@ TEST(Labels, TellsTheBalanceInBothUnits)
     EXPECT_EQ(solLabel(formatter, 1500), u"1500.00 SOL"_s);
 }
 
+TEST(Labels, TotalsWhatIsKnown)
+{
+    EXPECT_EQ(totalUSD(2, 3, 100), 203);
+    EXPECT_EQ(totalUSD(2, {}, 100), 200) << "an unknown USDC balance counts nothing";
+    EXPECT_EQ(totalUSD({}, 3, 100), std::nullopt);
+    EXPECT_EQ(totalUSD(2, 3, {}), std::nullopt);
+}
+
 TEST(Labels, ShortensAddressesByUserPerceivedCharacters)
 {
     const QString flag = u"\U0001F1E9\U0001F1EA"_s;

@@ -174,6 +174,15 @@ TEST_F(WalletKeysTest, ARefusalForOneKeyIsNoConsentForAnother)
     }
 }
 
+TEST_F(WalletKeysTest, RevealsAnOpenKeyWithoutAsking)
+{
+    const auto created = model->createWallet();
+    const auto backup = finish(model->backupSecret());
+    ASSERT_TRUE(backup);
+    EXPECT_TRUE(*backup == std::get<SecretBytes>(created));
+    EXPECT_TRUE(keychain.prompts.isEmpty());
+}
+
 TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
 {
     lock();

@@ -72,6 +72,21 @@ TEST(IslandGeometry, MeasuresTheRestingIsland)
     }
 }
 
+TEST(IslandGeometry, CountsTheLowerEdgesInAndTheUpperOnesOut)
+{
+    const QRectF area(10, 20, 30, 40);
+    for (const auto &[point, inside] : std::vector<std::pair<QPointF, bool>>{
+             {{10, 20}, true},
+             {{39.9, 59.9}, true},
+             {{9.9, 20}, false},
+             {{10, 19.9}, false},
+             {{40, 20}, false},
+             {{10, 60}, false},
+         }) {
+        EXPECT_EQ(containsPoint(area, point), inside) << point.x() << ',' << point.y();
+    }
+}
+
 TEST(IslandGeometry, MeasuresThePanes)
 {
     const MaybeScreen notched = notchedScreen({0, 0, 1512, 982}, 180, 38);

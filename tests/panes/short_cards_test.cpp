@@ -67,6 +67,11 @@ TEST_F(BalanceCardModelTest, SignsTheChange)
         EXPECT_EQ(m_card->changeText(), text);
         EXPECT_EQ(m_card->changeIsFall(), isFall) << change.constData();
     }
+    // It is shown before any other figure arrives.
+    http.answer(tests::coinGecko, R"({"solana": {"usd": 150, "usd_24h_change": 7}})");
+    model->refreshPrice();
+    queue.drain();
+    EXPECT_EQ(m_card->changeText(), u"+7.00%"_s);
 }
 
 TEST_F(BalanceCardModelTest, OffersWhatTheWalletCanDo)
@@ -78,6 +83,7 @@ TEST_F(BalanceCardModelTest, OffersWhatTheWalletCanDo)
     QSignalSpy figures(m_card.get(), &BalanceCardModel::figuresChanged);
     model->setAddress(u' ' + addressA);
     EXPECT_TRUE(m_card->hasAddress());
+    EXPECT_FALSE(m_card->canSend()) << "an address that is only watched";
     EXPECT_GT(figures.count(), 0);
     model->setAddress(addressA.chopped(1) + u'0');
     EXPECT_FALSE(m_card->hasAddress());

@@ -1,4 +1,5 @@
 #include "platform/linux/files/json_settings.h"
+#include "platform/linux/keyring/remembered_accounts.h"
 
 #include <QDir>
 #include <QFile>
@@ -159,6 +160,23 @@ TEST_F(JsonSettingsTest, LivesInMemoryWhereItCannotWriteAndCatchesUp)
     ASSERT_TRUE(obstacle.remove());
     settings.setString(key, u"late"_s);
     EXPECT_EQ(JsonSettings(m_path).string(key), u"late"_s);
+}
+
+TEST_F(JsonSettingsTest, RememberedAccountsAreKeptByService)
+{
+    const QString path = m_folder.filePath(u"data/accounts.json"_s);
+    const platform::RememberedAccount first{u"one"_s, u"/login"_s};
+    const platform::RememberedAccount second{u"two"_s, {}};
+    platform::RememberedAccounts accounts(path);
+    EXPECT_FALSE(accounts.find(u"a"_s));
+    accounts.remember(u"a"_s, first);
+    accounts.remember(u"b"_s, second);
+    EXPECT_FALSE(accounts.find(u"c"_s));
+    // Another start reads what this one has written.
+    EXPECT_EQ(platform::RememberedAccounts(path).find(u"a"_s), first);
+    accounts.forget(u"a"_s);
+    EXPECT_FALSE(platform::RememberedAccounts(path).find(u"a"_s));
+    EXPECT_EQ(platform::RememberedAccounts(path).find(u"b"_s), second);
 }
 
 } // namespace
