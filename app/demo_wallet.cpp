@@ -14,7 +14,7 @@ DemoWallet makeDemoWallet(platform::SigningKeys &signingKeys)
         qFatal("a fresh seed has no public key");
     }
     const keys::Address address(*publicKey);
-    if (keys::KeyVault(*keychain).storeStatus(seed, address) != platform::keychainSuccess) {
+    if (keys::KeyVault(*keychain).storeStatus(seed, address) != platform::KeychainStatus::Success) {
         qFatal("an empty keychain in memory refused a key");
     }
     return {std::move(keychain), address};

@@ -67,7 +67,7 @@ SendResult<QString> KeySession::adopt(SecretBytes seed)
     }
     const keys::Address address(*publicKey);
     const platform::KeychainStatus status = m_vault.storeStatus(seed, address);
-    if (status != platform::keychainSuccess) {
+    if (status != platform::KeychainStatus::Success) {
         return SendError::keychainRefused(status);
     }
     ++m_keyChanges;

@@ -8,7 +8,7 @@ SendError SendError::keychainRefused(platform::KeychainStatus status)
 {
     return rpc(
         u"keychain refused the key (error %1) — try again, and tell me this code if it persists"_s
-            .arg(status));
+            .arg(platform::codeOf(status)));
 }
 
 QString SendError::description() const

@@ -11,7 +11,7 @@ platform::KeychainStatus KeyVault::storeStatus(const platform::SecretBytes &secr
 
     const platform::KeychainStatus status = m_keychain->add(
         serviceName, address.text(), secret, platform::KeychainProtection::UserPresence);
-    if (status == platform::keychainSuccess) {
+    if (status == platform::KeychainStatus::Success) {
         return status;
     }
     return m_keychain->add(serviceName, address.text(), secret, platform::KeychainProtection::None);
@@ -39,7 +39,7 @@ std::optional<QString> KeyVault::rememberedPubkey() const
 
 bool KeyVault::remove()
 {
-    return m_keychain->remove(serviceName) == platform::keychainSuccess;
+    return m_keychain->remove(serviceName) == platform::KeychainStatus::Success;
 }
 
 } // namespace corvane::keys

@@ -14,10 +14,10 @@ KeychainStatus InMemoryKeychain::add(const QString &service, const QString &acco
         return item.service == service && item.account == account;
     });
     if (exists) {
-        return keychainDuplicateItem;
+        return KeychainStatus::DuplicateItem;
     }
     m_items.push_back({service, account, data.clone(), protection});
-    return keychainSuccess;
+    return KeychainStatus::Success;
 }
 
 std::optional<SecretBytes> InMemoryKeychain::copyData(const QString &service,
@@ -52,7 +52,7 @@ KeychainStatus InMemoryKeychain::remove(const QString &service)
     const std::scoped_lock lock(m_mutex);
     const auto removed =
         std::erase_if(m_items, [&](const Item &item) { return item.service == service; });
-    return removed > 0 ? keychainSuccess : keychainItemNotFound;
+    return removed > 0 ? KeychainStatus::Success : KeychainStatus::ItemNotFound;
 }
 
 const InMemoryKeychain::Item *InMemoryKeychain::find(const QString &service) const

@@ -12,24 +12,23 @@ namespace corvane::platform {
 
 class AuthenticationContext;
 
-/// The result of a keychain operation: a signed 32-bit number, which error messages show to the
-/// user.
-using KeychainStatus = std::int32_t;
+/// The result of a keychain operation. Error messages show the number to the user, so a number
+/// never changes its meaning.
+enum class KeychainStatus : std::int32_t {
+    Success = 0,
+    UserCanceled = -128,    ///< the user dismissed the prompt
+    NotAvailable = -25291,  ///< no keychain service is available
+    AuthFailed = -25293,    ///< the user did not authenticate
+    DuplicateItem = -25299, ///< an item with the same service and account already exists
+    ItemNotFound = -25300,  ///< there is no matching item
+    InternalError = -26276, ///< any other failure of the service
+};
 
-/// The operation succeeded.
-inline constexpr KeychainStatus keychainSuccess = 0;
-/// No keychain service is available.
-inline constexpr KeychainStatus keychainNotAvailable = -25291;
-/// The user did not authenticate.
-inline constexpr KeychainStatus keychainAuthFailed = -25293;
-/// An item with the same service and account already exists.
-inline constexpr KeychainStatus keychainDuplicateItem = -25299;
-/// There is no matching item.
-inline constexpr KeychainStatus keychainItemNotFound = -25300;
-/// The user dismissed the prompt.
-inline constexpr KeychainStatus keychainUserCanceled = -128;
-/// Any other failure of the service.
-inline constexpr KeychainStatus keychainInternalError = -26276;
+/// The number that error messages show.
+[[nodiscard]] constexpr std::int32_t codeOf(KeychainStatus status)
+{
+    return static_cast<std::int32_t>(status);
+}
 
 /// The protection of an item's data.
 enum class KeychainProtection {

@@ -75,7 +75,8 @@ TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
     EXPECT_NE(pubkey, addressA);
     EXPECT_TRUE(std::holds_alternative<SendError>(model->importSigningKey(addressA + u'1')));
     EXPECT_EQ(keychain.copyAccount(keyService), pubkey);
-    keychain.failures = {platform::keychainAuthFailed, platform::keychainNotAvailable};
+    keychain.failures = {platform::KeychainStatus::AuthFailed,
+                         platform::KeychainStatus::NotAvailable};
     EXPECT_EQ(std::get<SendError>(model->createWallet()).description(),
               u"keychain refused the key (error -25291) — try again, and tell me this code if it "
               u"persists"_s);

@@ -50,7 +50,7 @@ TEST_F(WalletTest, StoresEverySettingAsTypedOnEverySetAndRestoresIt)
         EXPECT_EQ(std::exchange(settings.writes, {}), written);
     }
     ASSERT_EQ(keys::KeyVault(keychain).storeStatus(seedOf(1), *keys::Address::fromText(addressB)),
-              0);
+              platform::KeychainStatus::Success);
     launch();
     EXPECT_EQ(model->address(), u" "_s + addressA);
     EXPECT_TRUE(model->hasValidAddress());

@@ -14,11 +14,11 @@ TEST(KeyVault, ProtectsTheKeyWhereTheKeychainCan)
     for (const bool canProtect : {true, false}) {
         tests::StubbornKeychain keychain;
         if (!canProtect) {
-            keychain.failures = {platform::keychainAuthFailed};
+            keychain.failures = {platform::KeychainStatus::AuthFailed};
         }
         KeyVault vault(keychain);
         const auto seed = tests::seedOf(1);
-        EXPECT_EQ(vault.storeStatus(seed, Address({})), platform::keychainSuccess);
+        EXPECT_EQ(vault.storeStatus(seed, Address({})), platform::KeychainStatus::Success);
         platform::OneTimeContext context;
         EXPECT_EQ(vault.loadSecret(context) == seed, !canProtect) << "the user has not been asked";
         context.pass();

@@ -41,7 +41,8 @@ protected:
     /// Both attempts to store a key, with and without protection, fail.
     void refuseNextKey()
     {
-        keychain.failures = {platform::keychainAuthFailed, platform::keychainAuthFailed};
+        keychain.failures = {platform::KeychainStatus::AuthFailed,
+                             platform::KeychainStatus::AuthFailed};
     }
 
     /// Runs all pending work of the background tasks and the main queue.

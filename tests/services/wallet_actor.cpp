@@ -70,18 +70,18 @@ public:
     std::string obey(const QString &command, const QString &rest)
     {
         if (command == u"store") {
-            return std::to_string(
+            return std::to_string(platform::codeOf(
                 m_vault.storeStatus(fromHex(rest.section(u' ', 0, 0)),
-                                    *keys::Address::fromText(rest.section(u' ', 1))));
+                                    *keys::Address::fromText(rest.section(u' ', 1)))));
         }
         if (command == u"add") {
             const bool isProtected = rest.endsWith(u"user-presence");
-            return std::to_string(m_keychain.add(
+            return std::to_string(platform::codeOf(m_keychain.add(
                 service, rest.section(u' ', 1, 1), fromHex(rest.section(u' ', 0, 0)),
-                isProtected ? KeychainProtection::UserPresence : KeychainProtection::None));
+                isProtected ? KeychainProtection::UserPresence : KeychainProtection::None)));
         }
         if (command == u"remove") {
-            return std::to_string(m_keychain.remove(service));
+            return std::to_string(platform::codeOf(m_keychain.remove(service)));
         }
         if (command == u"account") {
             return m_vault.pubkey().value_or(QStringLiteral("none")).toStdString();

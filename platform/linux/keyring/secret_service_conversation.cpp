@@ -93,10 +93,10 @@ QString objectPath(gpointer proxy)
 KeychainStatus statusOf(const GError *error)
 {
     if (g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED)) {
-        return keychainAuthFailed;
+        return KeychainStatus::AuthFailed;
     }
     if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED)) {
-        return keychainUserCanceled;
+        return KeychainStatus::UserCanceled;
     }
     constexpr GDBusError unreachable[] = {
         G_DBUS_ERROR_SERVICE_UNKNOWN,    G_DBUS_ERROR_NAME_HAS_NO_OWNER,
@@ -107,7 +107,8 @@ KeychainStatus statusOf(const GError *error)
     };
     const bool noService = std::ranges::any_of(
         unreachable, [&](GDBusError code) { return g_error_matches(error, G_DBUS_ERROR, code); });
-    return noService || error->domain == G_IO_ERROR ? keychainNotAvailable : keychainInternalError;
+    return noService || error->domain == G_IO_ERROR ? KeychainStatus::NotAvailable
+                                                    : KeychainStatus::InternalError;
 }
 
 } // namespace
@@ -204,7 +205,7 @@ KeyringCollection SecretServiceConversation::defaultCollection()
         secret_collection_for_alias(m_service.get(), SECRET_COLLECTION_DEFAULT,
                                     SECRET_COLLECTION_NONE, cancellable, done, data);
     });
-    m_status = keychainNotAvailable;
+    m_status = KeychainStatus::NotAvailable;
     return KeyringCollection(finish(result, secret_collection_for_alias_finish));
 }
 
@@ -349,7 +350,7 @@ bool SecretServiceConversation::openEncryptedSession()
     }
     const char *algorithms = secret_service_get_session_algorithms(m_service.get());
     if (algorithms == nullptr || QLatin1StringView(algorithms) == QLatin1StringView("plain")) {
-        m_status = keychainInternalError;
+        m_status = KeychainStatus::InternalError;
         return false;
     }
     return true;
@@ -358,7 +359,7 @@ bool SecretServiceConversation::openEncryptedSession()
 /// No error means that the time limit expired.
 bool SecretServiceConversation::fail(const GError *error)
 {
-    m_status = error == nullptr || expired() ? keychainNotAvailable : statusOf(error);
+    m_status = error == nullptr || expired() ? KeychainStatus::NotAvailable : statusOf(error);
     return false;
 }
 

@@ -83,7 +83,7 @@ private:
     BoundedCalls m_calls;
     GioPtr<GDBusConnection> m_bus;
     GioPtr<SecretService> m_service;
-    KeychainStatus m_status = keychainInternalError;
+    KeychainStatus m_status = KeychainStatus::InternalError;
 };
 
 } // namespace corvane::platform

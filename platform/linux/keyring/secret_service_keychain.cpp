@@ -134,7 +134,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
                                           const SecretBytes &data, KeychainProtection protection)
 {
     if (protection == KeychainProtection::UserPresence && !canAskForPresence()) {
-        return keychainAuthFailed;
+        return KeychainStatus::AuthFailed;
     }
     const std::scoped_lock lock(m_changing);
     QuickCall talk(*this);
@@ -144,10 +144,10 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     }
     if (anyLocked(*existing)) {
         unlockInBackground();
-        return keychainAuthFailed;
+        return KeychainStatus::AuthFailed;
     }
     if (!existing->empty()) {
-        return keychainDuplicateItem;
+        return KeychainStatus::DuplicateItem;
     }
     const KeyringCollection collection = talk.defaultCollection();
     if (collection == nullptr) {
@@ -156,7 +156,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     const auto remembered = m_accounts.find(service);
     if (isLocked(collection) || !hasSeenAll(talk, remembered)) {
         unlockInBackground();
-        return keychainAuthFailed;
+        return KeychainStatus::AuthFailed;
     }
 
     // Remembered first: if the program is killed in between, it has remembered a key that does not
@@ -164,7 +164,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     // would exist but would not be found while the keyring is locked.
     m_accounts.remember(service, {account, pathOf(collection)});
     if (talk.create(collection, service, account, data, protection)) {
-        return keychainSuccess;
+        return KeychainStatus::Success;
     }
 
     // The service may have stored the item before it crashed or before it replied.
@@ -175,7 +175,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
         return status;
     }
     if (!stored->empty()) {
-        return accountOf(stored->front()) == account ? keychainSuccess : status;
+        return accountOf(stored->front()) == account ? KeychainStatus::Success : status;
     }
     m_accounts.forget(service);
     return status;
@@ -270,18 +270,18 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
         return talk.status();
     }
     if (anyLocked(*items)) {
-        return keychainAuthFailed;
+        return KeychainStatus::AuthFailed;
     }
     if (m_missedItems && !items->empty()) {
-        return keychainDuplicateItem;
+        return KeychainStatus::DuplicateItem;
     }
     talk.eraseUnfinished(service);
     if (items->empty()) {
         if (!hasSeenAll(talk, m_accounts.find(service))) {
-            return talk.expired() ? keychainNotAvailable : keychainAuthFailed;
+            return talk.expired() ? KeychainStatus::NotAvailable : KeychainStatus::AuthFailed;
         }
         m_accounts.forget(service);
-        return keychainItemNotFound;
+        return KeychainStatus::ItemNotFound;
     }
     for (const KeyringItem &item : *items) {
         if (!talk.erase(item)) {
@@ -289,7 +289,7 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
         }
     }
     m_accounts.forget(service);
-    return keychainSuccess;
+    return KeychainStatus::Success;
 }
 
 bool SecretServiceKeychain::canAskForPresence()

@@ -32,9 +32,9 @@ struct SecretServiceBounds
 /// Secrets are sent over the bus only in the service's encrypted session.
 ///
 /// At most one item per service exists. A locked keyring is never treated as an empty one: nothing
-/// is deleted from it or added to it, and such calls return `keychainAuthFailed`. An item that
-/// `copyAccount` could not see, for example in a locked keyring, is not deleted either: such calls
-/// return `keychainDuplicateItem` until `copyAccount` has returned its account.
+/// is deleted from it or added to it, and such calls return `KeychainStatus::AuthFailed`. An item
+/// that `copyAccount` could not see, for example in a locked keyring, is not deleted either: such
+/// calls return `KeychainStatus::DuplicateItem` until `copyAccount` has returned its account.
 ///
 /// Each call looks up the service again, so that a restarted service is found. Thread-safe.
 class SecretServiceKeychain final : public Keychain
