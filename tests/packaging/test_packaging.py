@@ -66,8 +66,10 @@ class Descriptions(Folder):
     def test_metadata(self):
         told = run("appstreamcli", "validate", "--no-net", "--pedantic", "--no-color",
                    *BUNDLE.glob("share/metainfo/*"))
-        # The application's id is also the name of its login item and its name on the bus.
-        self.assertEqual(re.findall(r"^[EWIP]: \S+ (\S+)", told, re.M), ["cid-contains-uppercase-letter"])
+        # The application's id is also the name of its login item and its name on the bus. AppStream before
+        # 1.0 does not know the element that later versions require.
+        self.assertLessEqual(set(re.findall(r"^[EWIP]: \S+ (.*)", told, re.M)),
+                             {"cid-contains-uppercase-letter org.corvane.Corvane", "unknown-tag developer"})
 
     @needs("man")
     def test_manual_page(self):
@@ -190,8 +192,9 @@ class DebianPackage(Folder):
     def test_package(self):
         run("cpack", "-G", "DEB", "-B", str(self.folder), "--config", BUILD / "CPackConfig.cmake")
         package, = self.folder.glob("*.deb")
+        # Compiler and C library decide whether there is a call for _FORTIFY_SOURCE to replace.
         told = run("lintian", "--display-info", "--pedantic", "--fail-on", "error,warning,info,pedantic",
-                   "--allow-root", package)
+                   "--suppress-tags", "hardening-no-fortify-functions", "--allow-root", package)
         self.assertEqual(re.findall("^[EWIP]: .*", told, re.M), [])
         self.assertEqual(run("dpkg-deb", "--field", package, "Version").strip(),
                          run(BUNDLE / "bin/corvane", "--version").split()[1] + "-1")
