@@ -95,6 +95,13 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
              {{{0, Open}, {200, PointerOutside}, {350, PointerOutside}},
               open + ", 520 Fold, 680 Narrow, 1220 LetClicksPass",
               State::Resting},
+             // It opens again before the strip would narrow, or before clicks would pass.
+             {{{0, Open}, {200, Close}, {250, Open}},
+              open + ", 200 Fold, 250 Raise Widen Prompt, 350 Unfold",
+              State::Expanded},
+             {{{0, Open}, {200, Close}, {850, Open}},
+              open + ", 200 Fold, 360 Narrow, 850 Raise Widen Prompt, 950 Unfold",
+              State::Expanded},
              // The pointer returns while it closes: the strip still narrows, and the next sample
              // opens it.
              {{{0, Open}, {200, PointerOutside}, {530, PointerInside}, {700, PointerInside}},
