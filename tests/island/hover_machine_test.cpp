@@ -78,6 +78,11 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
               State::Resting},
              {{{0, Open}, {50, Close}}, open, State::Expanded},
              {{{0, Open}, {50, ScreensChange}}, "0 Raise Widen Prompt, 50 Reset", State::Resting},
+             {{{0, PointerInside}, {50, ScreensChange}, {60, PointerOutside}},
+              "0 Swell, 50 Reset",
+              State::Resting},
+             // It is presented while it waits to fold.
+             {{{0, Open}, {200, PointerOutside}, {300, Present}}, open, State::Expanded},
              {{{0, Open}, {200, Close}},
               open + ", 200 Fold, 360 Narrow, 900 LetClicksPass",
               State::Resting},
@@ -162,6 +167,13 @@ TEST_F(HoverMachineTest, WaitsForThePointerWhenPresented)
     m_machine->handle(Event::PointerInside);
     poll(Event::PointerOutside, 600ms);
     EXPECT_FALSE(m_machine->isOpen());
+}
+
+TEST_F(HoverMachineTest, LeavesNoTimerBehind)
+{
+    m_machine->handle(Event::PointerInside);
+    m_machine.reset();
+    EXPECT_EQ(m_queue->pendingTimers(), 0U);
 }
 
 } // namespace
