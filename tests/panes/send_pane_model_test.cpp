@@ -121,6 +121,8 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     EXPECT_TRUE(m_card->isSent());
     EXPECT_EQ(m_card->shortSignature(), u"5VERv8NM…diSZkQUW"_s);
     EXPECT_EQ(m_card->recipient() + m_card->amount() + m_card->errorMsg(), QString());
+    m_card->setAmount(u"0.1"_s);
+    EXPECT_FALSE(m_card->isReady()) << "the recipient is gone";
     EXPECT_EQ(m_card->burst(), 1);
     EXPECT_EQ(m_sounds.played, (QList{Sound::Pop, Sound::Glass}));
     EXPECT_EQ(http.count(transaction), 1);

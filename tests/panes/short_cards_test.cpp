@@ -42,6 +42,8 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
         launchIsland();
         openCard();
         EXPECT_EQ(m_card->headline(), dollars);
+        EXPECT_EQ(m_card->announcement(),
+                  dollars == u"—" ? QString() : u"TOTAL BALANCE "_s + dollars);
         EXPECT_EQ(m_card->holdings(), holdings);
         EXPECT_EQ(m_card->solPrice(), solPrice);
         m_card->toggleHeadline();
