@@ -11,7 +11,8 @@ class Pictogram : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(Symbol symbol MEMBER m_symbol NOTIFY changed FINAL)
+    // Named in full, because moc of Qt 6.8 repeats the type outside the class.
+    Q_PROPERTY(corvane::look::Pictogram::Symbol symbol MEMBER m_symbol NOTIFY changed FINAL)
     /// Size in points of the adjacent font; determines the item's size.
     Q_PROPERTY(double fontSize MEMBER m_fontSize NOTIFY fontSizeChanged FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
