@@ -101,42 +101,6 @@ TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
     }
 }
 
-TEST_F(ComponentsTest, APillStaysWholeWhileItSwells)
-{
-    QQuickItem *pill = show("PillButton { x: 40; y: 50; label: \"SEND\"; filled: true }");
-    ASSERT_NE(pill, nullptr);
-    m_window.setColor(Qt::black);
-    QTest::mouseMove(&m_window, QPoint(62, 62));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return pill->scale() == 1.05; }));
-    // Several sizes, because the position of its edges between pixels depends on the size.
-    for (int size = 20; size < 32; ++size) {
-        pill->setSize({50.0 + size, static_cast<double>(size)});
-        const QImage picture = m_window.grabWindow();
-        const QRect inside =
-            pill->mapRectToScene(pill->boundingRect()).toAlignedRect().adjusted(3, 6, -3, -6);
-        for (int y = inside.top(); y <= inside.bottom(); ++y) {
-            for (const int x : {inside.left(), inside.right()}) {
-                EXPECT_EQ(picture.pixelColor(x, y), Theme::green()) << size << ' ' << y;
-            }
-        }
-    }
-}
-
-TEST_F(ComponentsTest, AFigureThatAppearsDoesNotRollIn)
-{
-    QQuickItem *figure = show("RollingText { width: 200; height: 30 }");
-    ASSERT_NE(figure, nullptr);
-    m_window.setColor(Qt::black);
-    const QImage none = m_window.grabWindow();
-    figure->setProperty("text", u"$1,234.05"_s);
-    const QImage first = m_window.grabWindow();
-    EXPECT_NE(first, none);
-    figure->setProperty("text", u"$9,999.99"_s);
-    figure->setProperty("text", u"$1,234.05"_s);
-    EXPECT_NE(m_window.grabWindow(), first) << "a change rolls";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_window.grabWindow() == first; }));
-}
-
 TEST_F(ComponentsTest, ContentThatTurnsBackHalfWayDoesNotJump)
 {
     QQuickItem *presence = show("Presence { width: 100; enterY: 12; enterBlur: 7; leaveY: -8; "
@@ -196,19 +160,6 @@ TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
             EXPECT_GT(seen.blue(), 50) << amount;
         }
     }
-}
-
-TEST_F(ComponentsTest, ContentThatLeavesIsUnloadedInTheEnd)
-{
-    QQuickItem *reveal =
-        show("IslandReveal { width: 100; revealed: true; content: Item { implicitHeight: 40 } }");
-    ASSERT_NE(reveal, nullptr);
-    EXPECT_EQ(reveal->implicitHeight(), 40);
-    EXPECT_NE(reveal->property("item").value<QQuickItem *>(), nullptr);
-    reveal->setProperty("revealed", false);
-    EXPECT_NE(reveal->property("item").value<QQuickItem *>(), nullptr);
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return reveal->property("item").value<QQuickItem *>() == nullptr; }, 5000));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "look/secrets/secret_field.h"
 #include "look/secrets/secret_label.h"
 #include "look/secrets/secret_text.h"
-#include "tests/fakes/table.h"
 #include "tests/look/item_fixture.h"
 
 #include <QClipboard>
@@ -72,35 +71,6 @@ protected:
 };
 
 using SecretFieldTest = SecretItemTest<SecretField>;
-
-TEST_F(SecretFieldTest, TakesTheUsualEditingKeys)
-{
-    using Keys = std::vector<std::pair<Qt::Key, Qt::KeyboardModifiers>>;
-    constexpr auto none = Qt::NoModifier;
-    constexpr auto shift = Qt::ShiftModifier;
-    constexpr auto ctrl = Qt::ControlModifier;
-    // Each case starts with "abcd" and the caret at the end, and finally types "x".
-    for (const auto &[keys, result] : tests::Table<Keys, QString>{
-             {{{Qt::Key_Backspace, none}}, u"abcx"_s},
-             {{{Qt::Key_Home, none}, {Qt::Key_Backspace, none}}, u"xabcd"_s},
-             {{{Qt::Key_Home, none}, {Qt::Key_Delete, none}}, u"xbcd"_s},
-             {{{Qt::Key_Left, ctrl}}, u"xabcd"_s},
-             {{{Qt::Key_Left, none}, {Qt::Key_Backspace, ctrl}}, u"xd"_s},
-             {{{Qt::Key_Left, shift}, {Qt::Key_Left, shift}}, u"abx"_s},
-             {{{Qt::Key_Home, shift}, {Qt::Key_Left, none}}, u"xabcd"_s},
-             {{{Qt::Key_A, ctrl}}, u"x"_s},
-             // Undo is not supported.
-             {{{Qt::Key_Backspace, none}, {Qt::Key_Z, ctrl}}, u"abcx"_s},
-         }) {
-        m_secret.clear();
-        type("abcd");
-        for (const auto &[key, modifiers] : keys) {
-            press(key, modifiers);
-        }
-        type("x");
-        EXPECT_EQ(m_secret.view(), result);
-    }
-}
 
 TEST_F(SecretFieldTest, TakesFromTheClipboardAndGivesNothingBack)
 {

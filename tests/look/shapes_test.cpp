@@ -1,4 +1,3 @@
-#include "look/controls/rolling_text.h"
 #include "look/paint/box_blur.h"
 #include "look/paint/shapes.h"
 #include "look/paint/soft_shadow.h"
@@ -8,53 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace corvane::look {
 namespace {
-
-using namespace Qt::StringLiterals;
-
-TEST(NotchShape, IsSquareAboveAndQuadraticBelow)
-{
-    const QRectF rect(10, 20, 200, 60);
-    const QPainterPath path = notchShapePath(rect, 16);
-    EXPECT_EQ(path.boundingRect(), rect);
-    EXPECT_TRUE(path.contains(QPointF(10.5, 20.5)));
-    EXPECT_TRUE(path.contains(QPointF(209.5, 20.5)));
-    // In its middle, a quadratic corner of radius r is r / 4 from both edges; an arc would be 0.293
-    // r from them.
-    EXPECT_TRUE(path.contains(QPointF(10 + 4.2, 80 - 4.2)));
-    EXPECT_FALSE(path.contains(QPointF(10 + 3.8, 80 - 3.8)));
-    // The radius is limited to half the height: the curve meets the side at mid-height.
-    const QPainterPath round = notchShapePath({0, 0, 50, 20}, 400);
-    EXPECT_TRUE(round.contains(QPointF(0.05, 9.5)));
-    EXPECT_FALSE(round.contains(QPointF(0.05, 13)));
-}
-
-TEST(Dither, FillsTheShareOfCellsThatTheDensitySays)
-{
-    for (const auto &[density, filledOfSixteen] :
-         std::initializer_list<std::pair<double, int>>{{0.03, 0}, {0.28, 4}, {0.5, 8}, {1, 16}}) {
-        const DitherPattern pattern = ditherPattern(8, 8, 2, density, density);
-        int filled = 0;
-        for (int cell = 0; cell < 16; ++cell) {
-            filled += pattern.isFilled(cell / 4, cell % 4) ? 1 : 0;
-        }
-        EXPECT_EQ(filled, filledOfSixteen) << density;
-    }
-}
-
-TEST(Dither, LeavesPartialCellsOutAndPaintsItsTileInDevicePixels)
-{
-    const DitherPattern pattern = ditherPattern(11, 7, 2, 1, 0);
-    EXPECT_EQ(std::pair(pattern.columns, pattern.rows), std::pair(5, 3));
-    EXPECT_EQ(ditherPattern(-4, 9, 2, 1, 1).rows, 0);
-    const QImage tile = ditherTile(pattern, 2, Qt::red, 1.5);
-    EXPECT_EQ(tile.size(), QSize(12, 9));
-    EXPECT_EQ(tile.pixelColor(0, 2).alpha(), 255);
-    EXPECT_EQ(tile.pixelColor(0, 8).alpha(), 0);
-}
 
 TEST(SparklineShape, SpansTheWidthWithinItsMargins)
 {
@@ -84,18 +38,6 @@ TEST(BoxBlur, KeepsFilledAreasAndReadsNothingBeyondTheEdges)
     QPainter(&half).fillRect(60, 0, 61, 121, Qt::black);
     EXPECT_NEAR(boxBlurred(half, 8).pixelColor(68, 60).alphaF(), blurredBar(8.5, 600, 8), 0.03);
     EXPECT_NEAR(blurredBar(13, 600, 13), 0.8413, 1e-3);
-}
-
-TEST(RollingText, PairsPlacesFromTheRightAndGivesAllDigitsTheSameWidth)
-{
-    const QList<RollingSlot> expected{
-        {{}, u'$'}, {u'$', u'1'}, {u'9', u'0'}, {u'.', u'.'}, {u'5', u'5'}};
-    EXPECT_EQ(rollingSlots(u"$9.5"_s, u"$10.5"_s), expected);
-    RollingText text;
-    text.setText(u"$111.11"_s);
-    const double ones = text.implicitWidth();
-    text.setText(u"$848.08"_s);
-    EXPECT_EQ(text.implicitWidth(), ones);
 }
 
 } // namespace

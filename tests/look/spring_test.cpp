@@ -4,7 +4,6 @@
 #include "look/motion/animation.h"
 #include "look/motion/spring.h"
 #include "look/motion/timing_curves.h"
-#include "tests/fakes/table.h"
 
 #include <QAnimationDriver>
 #include <QCoreApplication>
@@ -127,15 +126,6 @@ TEST_F(AnimatedValueTest, FollowsTheTransactionAndJumpsOutsideOfOne)
     EXPECT_FALSE(m_value.isRunning());
 }
 
-TEST_F(AnimatedValueTest, IsAnOpacityThatEndsAtExactlyOne)
-{
-    for (const auto &[value, opacity] :
-         tests::Table<double, double>{{-0.1, 0}, {0.9979, 0.9979}, {0.999, 1}, {1.04, 1}}) {
-        m_value.jumpTo(value);
-        EXPECT_EQ(m_value.opacity(), opacity) << value;
-    }
-}
-
 TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
 {
     m_value.useSpring(0.3, 0.9);
@@ -154,19 +144,6 @@ TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
     frames(120);
     EXPECT_EQ(m_value.value(), 0);
     EXPECT_FALSE(m_value.isRunning());
-}
-
-TEST_F(AnimatedValueTest, MayBeSentOnByWhoHearsOfItsArrival)
-{
-    m_value.useEaseOut(0.05);
-    QObject::connect(&m_value, &AnimatedValue::valueChanged, &m_value, [&] {
-        if (m_value.value() == 1) {
-            m_value.setTarget(2);
-        }
-    });
-    m_value.setTarget(1);
-    frames(15);
-    EXPECT_EQ(m_value.value(), 2);
 }
 
 } // namespace
