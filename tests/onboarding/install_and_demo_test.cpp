@@ -47,49 +47,6 @@ TEST_F(PageModels, InstallRowsSayWhereItLives)
     }
 }
 
-TEST_F(PageModels, LoginRowFollowsWhileThePageIsShown)
-{
-    const auto timers = queue.pendingTimers();
-    {
-        InstallPageModel page;
-        page.setShown(true);
-        complete(page);
-        EXPECT_FALSE(page.loginDone());
-        EXPECT_EQ(page.loginDetail(), u"registers itself automatically once installed"_s);
-        m_loginItem.enabled = true;
-        queue.advance(2s);
-        EXPECT_TRUE(page.loginDone());
-        EXPECT_EQ(page.loginDetail(), u"registered — it's there after every restart"_s);
-
-        // It uses no CPU while hidden, and is up to date as soon as it is shown again.
-        page.setShown(false);
-        EXPECT_EQ(queue.pendingTimers(), timers);
-        m_loginItem.enabled = false;
-        queue.advance(10s);
-        EXPECT_TRUE(page.loginDone());
-        page.setShown(true);
-        EXPECT_FALSE(page.loginDone());
-    }
-    EXPECT_EQ(queue.pendingTimers(), timers);
-}
-
-TEST_F(PageModels, MoveButtonSaysThatItIsAtWork)
-{
-    m_bundle.runningFrom = u"/home/ada/Downloads/Corvane.app"_s;
-    InstallPageModel page;
-    complete(page);
-    EXPECT_EQ(page.moveLabel(), u"MOVE TO APPLICATIONS"_s);
-    QStringList labels;
-    QObject::connect(&page, &InstallPageModel::changed, [&] { labels.append(page.moveLabel()); });
-    m_bundle.copyable = false;
-    page.move();
-    EXPECT_EQ(labels, (QStringList{u"MOVING…"_s, u"MOVE TO APPLICATIONS"_s}));
-    EXPECT_TRUE(page.isMovable());
-    m_bundle.copyable = true;
-    page.move();
-    EXPECT_EQ(page.moveLabel(), u"MOVING…"_s);
-}
-
 TEST_F(PageModels, DemoGoesRoundWhileItIsShown)
 {
     const auto timers = queue.pendingTimers();

@@ -1,4 +1,3 @@
-#include "onboarding/onboarding_pager.h"
 #include "tests/onboarding/onboarding_fixture.h"
 
 #include <QSignalSpy>
@@ -109,29 +108,6 @@ TEST_F(OnboardingTest, MovesOnlyWhatCanBeMoved)
         EXPECT_EQ(m_application.terminations, expected.succeeds ? 1 : 0);
         queue.advance(5s);
     }
-}
-
-TEST(OnboardingPager, GoesFromTheFirstPageToTheEnd)
-{
-    OnboardingPager pager;
-    pager.setProperty("lastPage", 2);
-    QSignalSpy finished(&pager, &OnboardingPager::finished);
-    pager.back();
-    EXPECT_EQ(pager.page(), 0);
-    EXPECT_FALSE(pager.canGoBack());
-    EXPECT_EQ(pager.forwardLabel(), u"CONTINUE"_s);
-    pager.forward();
-    EXPECT_TRUE(pager.canGoBack());
-    pager.next();
-    pager.next();
-    EXPECT_EQ(pager.page(), 2);
-    EXPECT_EQ(pager.forwardLabel(), u"OPEN THE ISLAND"_s);
-    EXPECT_EQ(pager.position(), u"Page 3 of 3"_s);
-    EXPECT_EQ(finished.count(), 0);
-    pager.forward();
-    EXPECT_EQ(finished.count(), 1);
-    pager.back();
-    EXPECT_EQ(pager.page(), 1);
 }
 
 } // namespace
