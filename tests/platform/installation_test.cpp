@@ -156,19 +156,6 @@ TEST_F(InstallationTest, CopiesABundleWithItsLinksAndPermissions)
     EXPECT_TRUE(names(path("Applications")).isEmpty());
 }
 
-TEST_F(InstallationTest, StartsTheOtherBundle)
-{
-    const QString program = path("Other.app/bin/corvane");
-    write(program, "#!/bin/sh\necho \"$0 $*\" > \"$0.new\" && mv \"$0.new\" \"$0.started\"\n");
-    QFile::setPermissions(program, QFile::Permissions(0x7755));
-    LocalApplicationBundle bundle(path("This.app/bin/corvane"), {QStringLiteral("--take-over")});
-    bundle.openNewInstance(path("Missing.app"));
-    bundle.openNewInstance(path("Other.app"));
-    const QString started = program + QStringLiteral(".started");
-    ASSERT_TRUE(tests::waitUntil([&] { return QFile::exists(started); }));
-    EXPECT_EQ(contents(started), (program + QStringLiteral(" --take-over\n")).toUtf8());
-}
-
 TEST_F(InstallationTest, WhatCannotBeRemovedStaysAsItWas)
 {
     if (geteuid() == 0) {

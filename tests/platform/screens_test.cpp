@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace corvane::tests {
 namespace {
 
@@ -16,8 +14,6 @@ using namespace Qt::StringLiterals;
 using platform::addNotch;
 using platform::parseNotch;
 using platform::pixelsOf;
-using platform::RoundCorners;
-using platform::roundedRegion;
 using platform::Screen;
 using platform::ScreenCoordinates;
 
@@ -101,44 +97,6 @@ TEST(WindowRegion, RoundsEdgesToPixels)
     EXPECT_EQ(pixelsOf(QRectF(0.3, 0, 0.3, 1), 1), QRect(0, 0, 1, 1));
     EXPECT_TRUE(pixelsOf(QRectF(), 2).isEmpty());
     EXPECT_TRUE(pixelsOf(QRectF(5, 5, -3, 10), 1).isEmpty());
-}
-
-TEST(WindowRegion, CoversThePixelsOfItsCornersOnceAndNoOthers)
-{
-    for (const auto &[corners, radius] : Table<RoundCorners, double>{{RoundCorners::All, 0},
-                                                                     {RoundCorners::All, 12},
-                                                                     {RoundCorners::All, 18.5},
-                                                                     {RoundCorners::Lower, 1},
-                                                                     {RoundCorners::Lower, 24}}) {
-        SCOPED_TRACE(radius);
-        const QRect area(3, 5, 60, 80);
-        int next = area.top();
-        for (const QRect &row : roundedRegion(area, radius, corners)) {
-            EXPECT_EQ(row.top(), next);
-            next = row.bottom() + 1;
-            EXPECT_EQ(row.left() - area.left(), area.right() - row.right());
-            const bool upper = row.top() < area.center().y();
-            if (upper && corners == RoundCorners::Lower) {
-                EXPECT_EQ(row.width(), area.width());
-                continue;
-            }
-            // The pixel at the end of the row is partly inside the corner's circle.
-            const double across = radius - (row.left() - area.left()) - 1;
-            const double along =
-                radius - (upper ? row.top() - area.top() : area.bottom() - row.bottom()) - 1;
-            if (across > 0 && along > 0) {
-                EXPECT_LE(std::hypot(across, along), radius);
-                EXPECT_GE(std::hypot(across + 1, along), radius);
-            }
-        }
-        EXPECT_EQ(next, area.bottom() + 1);
-    }
-    const QRect small(0, 0, 10, 5);
-    EXPECT_EQ(roundedRegion(small, -3, RoundCorners::Lower), QList<QRect>{small});
-    EXPECT_TRUE(roundedRegion(QRect(), 4, RoundCorners::All).isEmpty());
-    for (const QRect &part : roundedRegion(small, 100, RoundCorners::Lower)) {
-        EXPECT_TRUE(small.contains(part));
-    }
 }
 
 } // namespace

@@ -110,28 +110,6 @@ void X11Display::movePointer(QPoint pixel)
     sync();
 }
 
-void X11Display::warpPointer(QPoint pixel)
-{
-    xcb_warp_pointer(m_connection.get(), XCB_NONE, m_root, 0, 0, 0, 0,
-                     static_cast<std::int16_t>(pixel.x()), static_cast<std::int16_t>(pixel.y()));
-    sync();
-}
-
-QList<QRect> X11Display::shape(xcb_window_t window)
-{
-    const auto reply =
-        ask(m_connection.get(), xcb_shape_get_rectangles_reply,
-            xcb_shape_get_rectangles(m_connection.get(), window, XCB_SHAPE_SK_BOUNDING));
-    QList<QRect> rectangles;
-    if (reply) {
-        for (const auto &each :
-             std::span(xcb_shape_get_rectangles_rectangles(reply.get()), reply->rectangles_len)) {
-            rectangles.append(QRect(each.x, each.y, each.width, each.height));
-        }
-    }
-    return rectangles;
-}
-
 Owned<xcb_query_tree_reply_t> X11Display::tree(xcb_window_t window)
 {
     return ask(m_connection.get(), xcb_query_tree_reply,
@@ -174,13 +152,6 @@ bool X11Display::hasProperty(xcb_window_t window, const QByteArray &name)
         ask(m_connection.get(), xcb_get_property_reply,
             xcb_get_property(m_connection.get(), 0, window, atom(name), XCB_ATOM_ANY, 0, 1));
     return reply && reply->value_len > 0;
-}
-
-bool X11Display::isComposited()
-{
-    const auto reply = ask(m_connection.get(), xcb_get_selection_owner_reply,
-                           xcb_get_selection_owner(m_connection.get(), atom("_NET_WM_CM_S0")));
-    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 } // namespace corvane::tests

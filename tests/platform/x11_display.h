@@ -3,11 +3,9 @@
 #include "platform/linux/x11/xcb_support.h"
 
 #include <QByteArray>
-#include <QList>
 #include <QPoint>
 #include <QRect>
 
-#include <xcb/shape.h>
 #include <xcb/xcb.h>
 
 #include <vector>
@@ -40,18 +38,13 @@ public:
     void makeFullScreen(xcb_window_t window);
 
     void movePointer(QPoint pixel);
-    /// Moves the pointer without device events.
-    void warpPointer(QPoint pixel);
 
-    /// The bounding shape of the window; one rectangle if it has no shape.
-    [[nodiscard]] QList<QRect> shape(xcb_window_t window);
     /// True if `window` is above `other`, or above its frame.
     [[nodiscard]] bool isAbove(xcb_window_t window, xcb_window_t other);
     [[nodiscard]] bool isViewable(xcb_window_t window);
     [[nodiscard]] QRect geometry(xcb_window_t window);
     /// True if the property exists and is not empty.
     [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name);
-    [[nodiscard]] bool isComposited();
 
 private:
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name);

@@ -1,11 +1,9 @@
 #include "platform/linux/toolkit/qt_screens.h"
-#include "platform/linux/x11/window_region.h"
 #include "platform/linux/x11/xcb_island_panel.h"
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
 
 #include <QGuiApplication>
-#include <QProcess>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -31,7 +29,6 @@ protected:
         m_frame = QRectF(std::round(screen.center().x()) - 150, screen.height() - 200, 300, 200);
         m_panel = std::make_unique<XcbIslandPanel>(m_screens, m_frame);
         m_panel->setContent(&m_content);
-        m_panel->setContentOutline(m_outline, m_radius);
         m_panel->show();
     }
 
@@ -53,7 +50,6 @@ protected:
     {
         return ((QPointF(m_frame.x(), 0) + point) * scale()).toPoint();
     }
-    [[nodiscard]] QRect outlinePixels() const { return platform::pixelsOf(m_outline, scale()); }
     /// The area of the panel and a margin.
     [[nodiscard]] QRect beneath() const
     {
@@ -67,8 +63,6 @@ protected:
     QRectF m_frame;
     QQuickItem m_content;
     std::unique_ptr<XcbIslandPanel> m_panel;
-    const QRectF m_outline{70, 0, 160, 32};
-    const double m_radius = 10;
 };
 
 TEST_F(X11Panel, StaysAboveTheWindowManagersWindows)
@@ -119,27 +113,6 @@ TEST_F(X11Panel, StaysBelowALockedScreen)
     m_display.hide(locker);
     m_panel->show();
     EXPECT_TRUE(waitUntil([&] { return isAbove(dialog); }));
-}
-
-TEST_F(X11Panel, IsCutToItsOutlineWhileNothingComposites)
-{
-    const auto isWhole = [&] {
-        return m_display.shape(id()) == QList{QRect({}, (m_frame.size() * scale()).toSize())};
-    };
-    const auto isCut = [&] {
-        return m_display.shape(id()) == platform::roundedRegion(outlinePixels(), m_radius * scale(),
-                                                                platform::RoundCorners::Lower);
-    };
-    ASSERT_FALSE(m_display.isComposited());
-    EXPECT_TRUE(waitUntil(isCut));
-    QProcess compositor;
-    compositor.start(QStringLiteral("picom"),
-                     QStringLiteral("--backend xrender --config /dev/null").split(u' '));
-    ASSERT_TRUE(waitUntil([&] { return m_display.isComposited(); }));
-    EXPECT_TRUE(waitUntil(isWhole));
-    compositor.terminate();
-    EXPECT_TRUE(waitUntil(isCut));
-    compositor.waitForFinished(-1);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "tests/platform/wait_until.h"
 #include "tests/platform/x11_display.h"
 
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
@@ -15,77 +14,6 @@ namespace corvane::tests {
 namespace {
 
 using platform::QtScreens;
-using platform::XcbPointerMonitor;
-
-class X11Pointer : public testing::Test
-{
-protected:
-    X11Pointer() { m_display.movePointer({300, 300}); }
-
-    [[nodiscard]] QPointF pointOf(QPoint pixel) const
-    {
-        const double scale = QGuiApplication::primaryScreen()->devicePixelRatio();
-        const QPointF point = (QPointF(pixel) + QPointF(0.5, 0.5)) / scale;
-        return {point.x(), m_screens.main()->frame.height() - point.y()};
-    }
-
-    X11Display m_display;
-    QtScreens m_screens;
-    XcbPointerMonitor m_monitor{m_screens};
-};
-
-TEST_F(X11Pointer, MergesABurstOverAForeignWindowAndNeverLosesItsEnd)
-{
-    m_display.makeWindow(QRect(0, 0, 640, 400), X11Display::Kind::Popup);
-    int calls = 0;
-    std::optional<QPointF> seen;
-    const auto token = m_monitor.addGlobalMonitor([&] {
-        ++calls;
-        seen = m_monitor.location();
-    });
-    ASSERT_NE(token, nullptr);
-    EXPECT_EQ(m_monitor.addLocalMonitor([] {}), nullptr);
-    for (int round = 0; round < 5; ++round) {
-        calls = 0;
-        QElapsedTimer time;
-        time.start();
-        for (int step = 0; step <= 200; ++step) {
-            m_display.movePointer({100 + step, 100 + round});
-            if (step % 20 == 0) {
-                QCoreApplication::processEvents();
-            }
-        }
-        EXPECT_TRUE(waitUntil([&] { return seen == pointOf({300, 100 + round}); }));
-        EXPECT_LE(calls, 2 + time.elapsed() / XcbPointerMonitor::mergeInterval.count());
-    }
-}
-
-TEST_F(X11Pointer, NoticesAWarpOneCallLateAtMost)
-{
-    EXPECT_EQ(m_monitor.location(), pointOf({300, 300}));
-    const auto token = m_monitor.addGlobalMonitor([] {});
-    ASSERT_TRUE(waitUntil([&] { return m_monitor.location() == pointOf({300, 300}); }));
-    m_display.warpPointer({50, 60});
-    static_cast<void>(m_monitor.location());
-    EXPECT_TRUE(waitUntil([&] { return m_monitor.location() == pointOf({50, 60}); }));
-}
-
-TEST_F(X11Pointer, StopsWithItsTokenEvenInsideACall)
-{
-    int calls = 0;
-    int others = 0;
-    std::unique_ptr<platform::PointerMonitor::Token> token;
-    token = m_monitor.addGlobalMonitor([&] {
-        ++calls;
-        token.reset();
-    });
-    const auto other = m_monitor.addGlobalMonitor([&] { ++others; });
-    m_display.movePointer({20, 30});
-    ASSERT_TRUE(waitUntil([&] { return others == 1; }));
-    m_display.movePointer({40, 30});
-    ASSERT_TRUE(waitUntil([&] { return others == 2; }));
-    EXPECT_EQ(calls, 1);
-}
 
 /// Two monitors side by side on one display; the right one is the primary.
 class X11TwoScreens : public testing::Test
