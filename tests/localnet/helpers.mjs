@@ -10,10 +10,9 @@ const { getTransferSolInstruction } = require('@solana-program/system');
 
 const CALL_TIMEOUT_MS = 60_000;
 
-/** A running instance that stops at the end of test `t`. Only `tick(ms)` moves its clock. */
+/** A running instance that stops at the end of test `t`. */
 export async function startNet(t) {
-    let clock = 1_700_000_000_000;
-    const net = new Localnet({ now: () => clock, slotMs: 400 });
+    const net = new Localnet();
     await net.listen();
     t.after(() => net.close());
 
@@ -23,15 +22,14 @@ export async function startNet(t) {
         body: JSON.stringify(body),
         signal: AbortSignal.timeout(CALL_TIMEOUT_MS),
     });
-    const rpc = async (method, params, path = '/mainnet') => (
-        await post(path, { jsonrpc: '2.0', id: 1, method, params })).json();
+    const rpc = async (method, params) => (
+        await post('/mainnet', { jsonrpc: '2.0', id: 1, method, params })).json();
     const control = async (name, body = {}) => {
         const response = await post(`/control/${name}`, body);
         return { status: response.status, ...await response.json() };
     };
-    const lamports = async (address, path = '/mainnet') => (await rpc('getBalance', [address], path)).result.value;
-    const tick = (ms) => { clock += ms; };
-    return { post, rpc, control, lamports, tick };
+    const lamports = async (address) => (await rpc('getBalance', [address])).result.value;
+    return { rpc, control, lamports };
 }
 
 export function makeSigner() {

@@ -1,4 +1,4 @@
-// The clusters behave like the real runtime: balances and rejected transfers.
+// A cluster behaves like the real runtime: transfers and rejected ones.
 
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
@@ -13,36 +13,11 @@ async function setUp(t) {
     const [from, to] = await Promise.all([makeSigner(), makeSigner()]);
     await started.control('balance', { cluster: 'mainnet', address: from.address, lamports: 2 * SOL });
     await started.control('balance', { cluster: 'mainnet', address: to.address, lamports: SOL });
-    const latest = async () => (await started.rpc('getLatestBlockhash', [])).result.value.blockhash;
-    const transfer = async (amount, changes = {}) => makeTransfer({
-        from, to: to.address, amount, blockhash: await latest(), ...changes,
-    });
+    const { blockhash } = (await started.rpc('getLatestBlockhash', [])).result.value;
+    const transfer = (amount, changes = {}) => makeTransfer({ from, to: to.address, amount, blockhash, ...changes });
     const balances = async () => [await started.lamports(from.address), await started.lamports(to.address)];
-    return { ...started, from, latest, transfer, balances };
+    return { ...started, transfer, balances };
 }
-
-test('the clusters and the proxy keep their balances apart', async (t) => {
-    const { rpc, control, lamports, post } = await startNet(t);
-    const { address } = await makeSigner();
-    await control('balance', { cluster: 'devnet', address, lamports: '18446744073709551615' });
-    await rpc('requestAirdrop', [address, SOL]);
-    assert.deepEqual([await lamports(address), await lamports(address, '/api/rpc')], [SOL, SOL]);
-    for (const path of ['/devnet', '/api/rpc?network=devnet']) {
-        const response = await post(path, { jsonrpc: '2.0', id: 1, method: 'getBalance', params: [address] });
-        assert.match(await response.text(), /"value":18446744073709551615[,}]/, 'a bare number, not rounded');
-    }
-});
-
-test('a blockhash is good for 150 slots and then gone', async (t) => {
-    const { rpc, transfer, tick, latest } = await setUp(t);
-    const atFirst = await latest();
-    const [late, expired] = await Promise.all([1, 2].map((amount) => transfer(amount)));
-    tick(150 * 400);
-    assert.notEqual(await latest(), atFirst);
-    assert.equal((await send(rpc, late.bytes)).result, late.signature);
-    tick(400);
-    assert.equal((await send(rpc, expired.bytes)).error.data.err, 'BlockhashNotFound');
-});
 
 test('a transfer moves the amount and costs the fee, once; refusals change nothing and say why', async (t) => {
     const { rpc, transfer, balances } = await setUp(t);

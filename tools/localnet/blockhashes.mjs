@@ -15,17 +15,15 @@ export class BlockhashWindow {
     #startedAt;
     #skipped = 0n;
     #slotMs;
-    #now;
 
-    constructor({ firstSlot, slotMs, now }) {
+    constructor({ firstSlot, slotMs }) {
         this.#firstSlot = firstSlot;
         this.#slotMs = slotMs;
-        this.#now = now;
-        this.#startedAt = now();
+        this.#startedAt = Date.now();
     }
 
     get slot() {
-        const elapsed = Math.max(0, this.#now() - this.#startedAt);
+        const elapsed = Math.max(0, Date.now() - this.#startedAt);
         return this.#firstSlot + this.#skipped + BigInt(Math.floor(elapsed / this.#slotMs));
     }
 

@@ -25,13 +25,11 @@ export class Cluster {
         .withTransactionHistory(BigInt(REMEMBERED_TRANSACTIONS));
     #window;
     #statuses = new Map();
-    #now;
 
-    constructor(name, { slotMs = 400, now = Date.now } = {}) {
+    constructor(name, { slotMs = 400 } = {}) {
         this.name = name;
         this.usdcMint = USDC_MINTS[name];
-        this.#now = now;
-        this.#window = new BlockhashWindow({ firstSlot: this.#svm.getClock().slot, slotMs, now });
+        this.#window = new BlockhashWindow({ firstSlot: this.#svm.getClock().slot, slotMs });
         createMint(this.#svm, this.usdcMint);
     }
 
@@ -176,7 +174,7 @@ export class Cluster {
     #setClock() {
         const clock = this.#svm.getClock();
         clock.slot = this.slot;
-        clock.unixTimestamp = BigInt(Math.floor(this.#now() / 1000));
+        clock.unixTimestamp = BigInt(Math.floor(Date.now() / 1000));
         this.#svm.setClock(clock);
     }
 }

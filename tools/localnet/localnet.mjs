@@ -67,11 +67,11 @@ export class Localnet {
     #closing = new AbortController();
     #host;
 
-    constructor({ logFile, price, change, slotMs, now } = {}) {
+    constructor({ logFile, price, change, slotMs } = {}) {
         this.market = new Market({ price, change });
         this.clusters = {
-            mainnet: new Cluster('mainnet', { slotMs, now }),
-            devnet: new Cluster('devnet', { slotMs, now }),
+            mainnet: new Cluster('mainnet', { slotMs }),
+            devnet: new Cluster('devnet', { slotMs }),
         };
         this.faults = new Faults();
         this.log = new RequestLog(logFile);
