@@ -63,11 +63,3 @@ class MannersTest(IslandTest):
             self.widths_while_opening(corvane)
             wait_until(lambda: BRIGHT in self.colours(corvane), "bright labels")
             self.assertLessEqual(self.widths_while_opening(corvane), FEW)
-
-    def test_setting_of_a_desktop_without_a_portal(self):
-        folder = self.desktop.folder / "xdg_config_home/glib-2.0/settings"
-        folder.mkdir(parents=True)
-        (folder / "keyfile").write_text("[org/gnome/desktop/interface]\nenable-animations=false\n")
-        with self.run_corvane(environment={"GSETTINGS_BACKEND": "keyfile"}) as corvane:
-            self.widths_while_opening(corvane)
-            self.assertLessEqual(self.widths_while_opening(corvane), FEW)

@@ -1,7 +1,6 @@
 """The program as part of a desktop: status icon and menu, single instance, start and exit."""
 
 import signal
-import subprocess
 
 from support import IslandTest, wait_until
 
@@ -102,26 +101,6 @@ class InstanceTest(ShellTest):
                                       corvane.log)
             self.addCleanup(processes.stop, process)
             wait_until(corvane.is_open, "the receive pane")
-
-    def test_nonsense_from_the_bus_is_refused(self):
-        with self.run_corvane() as corvane:
-            for method, *arguments in (("ActivateAction", "open", "[<'vault'>]", "{}"),
-                                       ("ActivateAction", "quit", "[<'now'>]", "{}"),
-                                       ("Open", "['file:///etc/passwd']", "{}")):
-                called = subprocess.run(
-                    ["gdbus", "call", "--session", "--dest", "org.corvane.Corvane.Demo", "--object-path",
-                     "/org/corvane/Corvane/Demo", "--method", f"org.freedesktop.Application.{method}", *arguments],
-                    env=corvane.environment, capture_output=True, text=True, check=False)
-                self.assertRegex(called.stderr, "InvalidArgs|NotSupported")
-            self.assert_opens_and_folds(corvane)
-
-
-class EndTest(ShellTest):
-    def test_signals_end_it_cleanly(self):
-        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            with self.subTest(number), self.run_corvane() as corvane:
-                corvane.send_signal(number)
-                self.assertEqual(corvane.wait_for_end(), 0, corvane.messages())
 
 
 class LostBusTest(ShellTest):

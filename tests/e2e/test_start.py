@@ -1,23 +1,6 @@
 """The program starts, shows the collapsed island and opens it, whichever services are missing."""
 
-import os
-import subprocess
-import unittest
-
-from support import PROGRAM, IslandTest, wait_until
-
-
-class CommandLineTest(unittest.TestCase):
-    def test_tells_without_a_display_and_refuses_to_lose_coins(self):
-        environment = {key: value for key, value in os.environ.items()
-                       if key not in ("DISPLAY", "WAYLAND_DISPLAY", "CORVANE_ENDPOINTS")}
-        for argument, status, text in (("--version", 0, "Corvane "), ("--no-such-option", 2, "--help"),
-                                       ("--demo-keychain", 2, "--endpoints")):
-            with self.subTest(argument):
-                ended = subprocess.run([PROGRAM, argument], env=environment, capture_output=True, text=True,
-                                       check=False)
-                self.assertEqual(ended.returncode, status, ended.stderr)
-                self.assertIn(text, ended.stderr if status else ended.stdout)
+from support import IslandTest, wait_until
 
 
 class NoBusTest(IslandTest):
