@@ -5,9 +5,6 @@
 #include "tests/fakes/fake_font_registry.h"
 #include "tests/fakes/fake_shell.h"
 
-#include <QImage>
-#include <QPainter>
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -172,31 +169,6 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
     EXPECT_EQ(m_application.terminations, 0);
     EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
     EXPECT_EQ(m_application.terminations, 1);
-}
-
-/// The mark is visible on any panel: some pixel of it is much lighter or much darker than the
-/// panel.
-TEST_F(AppDelegateTest, ThePictureIsSeenOnEveryPanel)
-{
-    launchApplication();
-    for (const int side : {16, 22, 24, 32, 44, 64}) {
-        for (const int panel : {0, 128, 255}) {
-            QImage image(side, side, QImage::Format_RGB32);
-            image.fill(qRgb(panel, panel, panel));
-            {
-                QPainter painter(&image);
-                m_statusBar.picture(painter, QRectF(0, 0, side, side));
-            }
-            int marked = 0;
-            for (int pixel = 0; pixel < side * side; ++pixel) {
-                const int grey = qGray(image.pixel(pixel % side, pixel / side));
-                marked += std::abs(grey - panel) > 100 ? 1 : 0;
-            }
-            EXPECT_GT(marked, side * side / 5) << side << " on " << panel;
-            // The ring is separate from its dot, and inside the picture.
-            EXPECT_EQ(qGray(image.pixel(0, 0)), panel);
-        }
-    }
 }
 
 } // namespace

@@ -1,14 +1,9 @@
 #include "app/chosen_endpoints.h"
-#include "app/demo_wallet.h"
 #include "app/qt_environment.h"
 #include "app/requests.h"
 
-#include "core/wallet_settings.h"
-#include "platform/sodium_signing_keys.h"
-
 #include "platform/linux/x11/x11_window_system.h"
 #include "tests/fakes/fake_shell.h"
-#include "tests/fakes/memory_settings_store.h"
 
 #include <QTemporaryDir>
 
@@ -89,8 +84,8 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
 
 TEST(RequestsTest, RefusesWhatCannotBeMeant)
 {
-    for (const char *line :
-         {"--open", "--open wallet", "--open Send", "--refresh --quit", "--open send --quit"}) {
+    for (const char *line : {"--open", "--no-such-option", "--open wallet", "--open Send",
+                             "--refresh --quit", "--open send --quit"}) {
         const auto parsed = parse(QString::fromLatin1(line).split(u' '));
         const auto *earlyExit = std::get_if<EarlyExit>(&parsed);
         ASSERT_NE(earlyExit, nullptr) << line;
@@ -155,26 +150,6 @@ TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)
         parse(QString::fromLatin1("--demo-keychain --endpoints /e.json --open send").split(u' '));
     EXPECT_EQ(relaunchArguments(std::get<Options>(parsed)).join(u' '),
               QStringLiteral("--take-over --endpoints /e.json --demo-keychain"));
-}
-
-TEST(DemoWalletTest, IsWatchedUnlessTheUserWatchesAnother)
-{
-    platform::SodiumSigningKeys signingKeys;
-    tests::MemorySettingsStore settings;
-    const auto demo = [&] {
-        const DemoWallet wallet = makeDemoWallet(signingKeys);
-        watchDemoWallet(wallet, settings);
-        return wallet.address.text();
-    };
-    const auto watched = [&] { return settings.string(core::addressSetting); };
-    const QString first = demo();
-    EXPECT_EQ(watched(), first);
-    const QString second = demo();
-    EXPECT_NE(second, first);
-    EXPECT_EQ(watched(), second);
-    settings.setString(core::addressSetting, QStringLiteral("another"));
-    demo();
-    EXPECT_EQ(watched(), QStringLiteral("another"));
 }
 
 TEST(QtEnvironmentTest, IsChangedForThisProgramAlone)

@@ -22,14 +22,12 @@ class FakeStatusBar final : public platform::StatusBar
 {
 public:
     [[nodiscard]] std::unique_ptr<platform::StatusItem>
-    makeStatusItem(platform::StatusPicture drawing, QList<platform::MenuItem> items) override
+    makeStatusItem(platform::StatusPicture, QList<platform::MenuItem> items) override
     {
-        picture = std::move(drawing);
         menu = std::move(items);
         return std::make_unique<platform::StatusItem>();
     }
 
-    platform::StatusPicture picture;
     QList<platform::MenuItem> menu;
 };
 
