@@ -143,9 +143,8 @@ public:
     {}
 
     [[nodiscard]] std::shared_ptr<platform::AuthenticationContext>
-    makeContext(const QString &cancelTitle) override
+    makeContext(const QString &) override
     {
-        cancelTitles.append(cancelTitle);
         return std::make_shared<platform::OneTimeContext>();
     }
     void canEvaluate(Availability reply) override { reply(available); }
@@ -179,7 +178,6 @@ public:
 
     bool available = true;
     std::optional<bool> agrees;
-    QStringList cancelTitles;
     QStringList reasons;
 
 private:
