@@ -101,29 +101,6 @@ TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
     }
 }
 
-TEST_F(ComponentsTest, ContentThatTurnsBackHalfWayDoesNotJump)
-{
-    QQuickItem *presence = show("Presence { width: 100; enterY: 12; enterBlur: 7; leaveY: -8; "
-                                "leaveBlur: 4; content: Item { implicitHeight: 40 } }");
-    ASSERT_NE(presence, nullptr);
-    const QQuickItem *fx = presence->childItems().constFirst();
-    const auto amount = [&] { return presence->property("amount").toDouble(); };
-    auto *motion = presence->property("motion").value<QObject *>();
-    bool present = true;
-    presence->setProperty("present", present);
-    for (const double half : {0.3, 0.6, 0.4, 0.7}) {
-        QMetaObject::invokeMethod(motion, "jumpTo", Q_ARG(double, half));
-        const double y = fx->y();
-        const double blur = fx->property("blur").toDouble();
-        present = !present;
-        presence->setProperty("present", present);
-        motion->setProperty("target", half);
-        EXPECT_EQ(amount(), half);
-        EXPECT_NEAR(fx->y(), y, 1e-9);
-        EXPECT_NEAR(fx->property("blur").toDouble(), blur, 1e-9);
-    }
-}
-
 TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
 {
     QQuickItem *presence = show(R"(Presence {
