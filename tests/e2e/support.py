@@ -71,7 +71,7 @@ class WalletTest(IslandTest):
     @contextlib.contextmanager
     def run_wallet(self, settings=None, manner="authenticate", **more):
         """The program with its key in the keyring. Prompts to prove presence are answered according to
-        `manner`: authenticate, refuse or hang."""
+        `manner`: authenticate, refuse, dismiss or hang."""
         settings = settings or {"corvane.address": ""}
         with self.run_corvane(settings, demo=False, **more) as corvane:
             with self.agent(corvane, manner):

@@ -1,8 +1,8 @@
 """A polkit authentication agent that is controlled by a script instead of a user.
 
-polkit_agent.py <subject's process id> authenticate|refuse|hang <user> <password>
+polkit_agent.py <subject's process id> authenticate|refuse|dismiss|hang <user> <password>
 
-Prints "ready", and a line for each authentication that is requested."""
+Prints "ready", and a line for each authentication that is requested or cancelled."""
 
 import pathlib
 import subprocess
@@ -28,6 +28,7 @@ def dismiss(invocation):
 
 def obey(_bus, _sender, _path, _interface, method, parameters, invocation):
     if method == "CancelAuthentication":
+        print("cancelled", flush=True)
         invocation.return_value(None)
         while waiting:
             dismiss(waiting.pop())
@@ -36,6 +37,8 @@ def obey(_bus, _sender, _path, _interface, method, parameters, invocation):
     print(f"{action}: {message}", flush=True)
     if manner == "hang":
         waiting.append(invocation)
+    elif manner == "dismiss":
+        dismiss(invocation)
     else:
         # Polkit's helper program checks the password of the account.
         secret = password if manner == "authenticate" else "wrong"

@@ -19,7 +19,7 @@ class KeyCrashTest(KeyringTest):
     def whole_key(self, wallet):
         """The account of the wallet's key; checks that the key is complete."""
         account = wallet.ask("account")
-        self.assertEqual(wallet.ask("read"), SEEDS.get(account, "nothing"))
+        self.assertEqual(wallet.ask("read why"), SEEDS.get(account, "nothing"))
         return account
 
     def kill_switch(self, step, when):

@@ -12,13 +12,14 @@ from wallet_child import NONE, SEEDS, SERVICE, A, B, KeyringTest, store
 from desktop import wait_until
 
 SUCCESS, NOT_AVAILABLE, AUTH_FAILED, DUPLICATE, NOT_FOUND = "0", "-25291", "-25293", "-25299", "-25300"
+READ = "read why"
 
 
 class SecretServiceTest(KeyringTest):
     def expect(self, wallet, **answers):
         """Checks the wallet's answers to these one-word commands."""
         for question, answer in answers.items():
-            self.assertEqual(wallet.ask(question), answer, question)
+            self.assertEqual(wallet.ask(READ if question == "read" else question), answer, question)
 
     def restart_keyring(self, unlocked=True):
         self.desktop.stop_keyring()
@@ -42,6 +43,14 @@ class SecretServiceTest(KeyringTest):
                 wallet.ask("asked")
                 self.expect(wallet, remove=SUCCESS)
                 self.assertEqual(self.items(), [])
+
+    def test_a_context_opens_the_protected_item_once_after_it_has_passed(self):
+        wallet = self.wallet()
+        self.assertEqual(wallet.ask(store(A)), SUCCESS)
+        self.expect(wallet, open="nothing")
+        self.assertEqual(wallet.ask("evaluate why"), "passed")
+        self.expect(wallet, open=SEEDS[A])
+        self.expect(wallet, open="nothing", asked="1")
 
     def test_a_locked_keyring_is_not_taken_for_an_empty_one(self):
         wallet = self.wallet()
@@ -86,7 +95,7 @@ class SecretServiceTest(KeyringTest):
         self.assertEqual(wallet.ask(f"add {SEEDS[A]} {A} none"), NOT_AVAILABLE)
 
     def test_survives_a_service_that_hangs_dies_and_comes_back(self):
-        wallet, hasty = self.wallet(), self.wallet(1000)
+        wallet, hasty = self.wallet(), self.wallet(60_000, 1000)
         self.assertEqual(wallet.ask(store(A)), SUCCESS)
 
         def kill():

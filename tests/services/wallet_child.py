@@ -14,12 +14,12 @@ A, B, NONE = "4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU", "9WzDXwBbmkg8ZTbNMq
 SEEDS = {A: bytes(range(200, 232)).hex(), B: bytes(range(100, 132)).hex()}
 
 
-class Wallet:
-    """A wallet_actor that is ready; killed at the end of the test at the latest."""
+class Child:
+    """A program that is controlled by lines of text, once it is ready; killed at the end of the test at the
+    latest."""
 
-    def __init__(self, test, accounts, *more, **environment):
-        command = [os.environ["WALLET_ACTOR"], *map(str, (accounts, *more))]
-        self.process = subprocess.Popen(command, env=os.environ | environment, text=True,
+    def __init__(self, test, *command, **environment):
+        self.process = subprocess.Popen([*map(str, command)], env=os.environ | environment, text=True,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         test.addCleanup(self.end)
         test.assertEqual(self.line(), "ready")
@@ -37,6 +37,11 @@ class Wallet:
         self.process.communicate()
 
 
+class Wallet(Child):
+    def __init__(self, test, accounts, authenticator, *more, **environment):
+        super().__init__(test, os.environ["WALLET_ACTOR"], accounts, authenticator, *more, **environment)
+
+
 def store(account):
     return f"store {SEEDS[account]} {account}"
 
@@ -49,8 +54,8 @@ class KeyringTest(unittest.TestCase):
             VirtualDesktop(window_manager=False, compositor=False, backdrop=False, keyring=True))
         self.accounts = self.desktop.folder / "accounts.json"
 
-    def wallet(self, *bound_ms, **environment):
-        return Wallet(self, self.accounts, *bound_ms, **(self.desktop.environment | environment))
+    def wallet(self, *bounds_ms, **environment):
+        return Wallet(self, self.accounts, "willing", *bounds_ms, **(self.desktop.environment | environment))
 
     def in_keyring(self, act, *arguments):
         with Keyring(self.desktop.bus_address) as keyring:
