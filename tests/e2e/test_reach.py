@@ -3,8 +3,10 @@ memory. Needs root, because the program denies access to other users."""
 
 import base64
 import os
+import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import unittest
 
@@ -20,15 +22,28 @@ console.log(address, base58.decode(seed), base58.decode(Buffer.concat([seed, bas
 
 
 def memory_of(process_id):
-    """All readable memory of the process."""
+    """All readable memory of the process, which is stopped meanwhile, so that no mapping goes away."""
+    os.kill(process_id, signal.SIGSTOP)
+    try:
+        with open(f"/proc/{process_id}/maps", encoding="utf-8") as maps, \
+                open(f"/proc/{process_id}/mem", "rb", 0) as memory:
+            wait_until(lambda: " (stopped)" in pathlib.Path(f"/proc/{process_id}/status").read_text(), "the stop")
+            return b"".join(read_area(memory, *line.split()[:2]) for line in maps if "[v" not in line)
+    finally:
+        os.kill(process_id, signal.SIGCONT)
+
+
+def read_area(memory, area, permissions):
+    """The bytes of a line of the maps. Pages past the end of a mapped file cannot be read and hold nothing."""
+    if permissions[0] != "r":
+        return b""
+    start, end = (int(place, 16) for place in area.split("-"))
     pieces = []
-    with open(f"/proc/{process_id}/maps", encoding="utf-8") as maps, open(f"/proc/{process_id}/mem", "rb", 0) as memory:
-        for line in maps:
-            area, permissions, *_ = line.split()
-            if permissions[0] == "r" and "[v" not in line:
-                start, end = (int(place, 16) for place in area.split("-"))
-                memory.seek(start)
-                pieces.append(memory.read(end - start))
+    for place in range(start, end, os.sysconf("SC_PAGE_SIZE")):
+        try:
+            pieces.append(os.pread(memory.fileno(), min(os.sysconf("SC_PAGE_SIZE"), end - place), place))
+        except OSError:
+            continue
     return b"".join(pieces)
 
 
