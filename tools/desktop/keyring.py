@@ -11,20 +11,21 @@ _CALL_MS = round(1000 * PATIENCE)
 
 
 class Keyring:
-    """A connection to the bus with this address, with a session of its Secret Service while entered."""
+    """A session with the Secret Service on the bus with this address, while entered."""
 
     def __init__(self, bus_address):
-        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
-                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-        self._bus = Gio.DBusConnection.new_for_address_sync(bus_address, flags, None, None)
+        self._address = bus_address
 
     def __enter__(self):
+        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        self._bus = Gio.DBusConnection.new_for_address_sync(self._address, flags, None, None)
         _, self._session = self._call(_ROOT, _SERVICE, "OpenSession", "(sv)", "plain",
                                       GLib.Variant("s", ""))
         return self
 
     def __exit__(self, *_):
-        """The service closes the session at the end of the connection."""
+        self._bus.close_sync(None)
 
     def _call(self, path, interface, method, types, *arguments):
         return self._bus.call_sync(_NAME, path, interface, method, GLib.Variant(types, arguments),
