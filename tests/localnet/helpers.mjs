@@ -22,14 +22,16 @@ export async function startNet(t) {
         body: JSON.stringify(body),
         signal: AbortSignal.timeout(CALL_TIMEOUT_MS),
     });
-    const rpc = async (method, params) => (
-        await post('/mainnet', { jsonrpc: '2.0', id: 1, method, params })).json();
+    const rpc = async (method, params, cluster = 'mainnet') => (
+        await post(`/${cluster}`, { jsonrpc: '2.0', id: 1, method, params })).json();
     const control = async (name, body = {}) => {
         const response = await post(`/control/${name}`, body);
         return { status: response.status, ...await response.json() };
     };
+    const ledger = async (cluster) => (
+        await (await fetch(`${net.url}/control/ledger?cluster=${cluster}`)).json()).entries;
     const lamports = async (address) => (await rpc('getBalance', [address])).result.value;
-    return { rpc, control, lamports };
+    return { rpc, control, ledger, lamports };
 }
 
 export function makeSigner() {

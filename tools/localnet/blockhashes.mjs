@@ -22,6 +22,7 @@ export class BlockhashWindow {
         this.#startedAt = Date.now();
     }
 
+    /** The newest slot. */
     get slot() {
         const elapsed = Math.max(0, Date.now() - this.#startedAt);
         return this.#firstSlot + this.#skipped + BigInt(Math.floor(elapsed / this.#slotMs));
@@ -32,9 +33,10 @@ export class BlockhashWindow {
         return this.#issued.size;
     }
 
-    latest() {
+    /** The blockhash of the slot that is `age` slots old. */
+    latest(age = 0n) {
         this.#prune();
-        const slot = this.slot;
+        const slot = this.slot - age;
         const known = [...this.#issued].find(([, issuedAt]) => issuedAt === slot);
         if (known) {
             return { blockhash: known[0], slot };
@@ -49,9 +51,14 @@ export class BlockhashWindow {
         return this.#issued.has(blockhash);
     }
 
+    /** Moves the clock forward, beside the time that passes. */
+    advance(slots) {
+        this.#skipped += slots;
+    }
+
     /** Advances the clock until no blockhash returned so far is accepted any more. */
     expireAll() {
-        this.#skipped += WINDOW_SLOTS + 1n;
+        this.advance(WINDOW_SLOTS + 1n);
     }
 
     #prune() {

@@ -4,6 +4,7 @@ import { FailedTransactionMetadata, LiteSVM } from 'litesvm';
 import { U64_MAX } from './amounts.mjs';
 import { BlockhashWindow, WINDOW_SLOTS } from './blockhashes.mjs';
 import { BadInput } from './errors.mjs';
+import { History } from './history.mjs';
 import { createMint, isMint, setTokenBalance, tokenAccountsOf } from './tokens.mjs';
 import { describeFailure, namedError } from './transaction_errors.mjs';
 import { decodeTransaction } from './wire.mjs';
@@ -13,10 +14,21 @@ export const USDC_MINTS = {
     devnet: '4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU',
 };
 
-/** The number of transactions kept for status queries and for the detection of replays. */
+/** The number of transactions kept for queries and for the detection of replays. */
 const REMEMBERED_TRANSACTIONS = 10_000;
 /** A slot is finalized when the newest slot is this many slots later. */
 const FINAL_AFTER_SLOTS = 32n;
+/** The number of the first slot; some slots are final already, as on a live cluster. */
+const FIRST_SLOT = 1000n;
+
+function secondsNow() {
+    return Math.floor(Date.now() / 1000);
+}
+
+/** How many slots pass until a slot has this commitment, which is finalized by default, as on a node. */
+function slotsUntil(commitment) {
+    return (commitment ?? 'finalized') === 'finalized' ? FINAL_AFTER_SLOTS : 0n;
+}
 
 /** One cluster: a separate runtime, its slot clock and the results of the transactions sent to it. */
 export class Cluster {
@@ -24,12 +36,12 @@ export class Cluster {
         .withBlockhashCheck(false) // BlockhashWindow checks it
         .withTransactionHistory(BigInt(REMEMBERED_TRANSACTIONS));
     #window;
-    #statuses = new Map();
+    #history = new History(REMEMBERED_TRANSACTIONS);
 
     constructor(name, { slotMs = 400 } = {}) {
         this.name = name;
         this.usdcMint = USDC_MINTS[name];
-        this.#window = new BlockhashWindow({ firstSlot: this.#svm.getClock().slot, slotMs });
+        this.#window = new BlockhashWindow({ firstSlot: FIRST_SLOT, slotMs });
         createMint(this.#svm, this.usdcMint);
     }
 
@@ -37,13 +49,36 @@ export class Cluster {
         return this.#window.slot;
     }
 
-    latestBlockhash() {
-        const { blockhash, slot } = this.#window.latest();
+    /** Slot and block height are the same number; a finalized block is older than the newest one. */
+    blockHeight(commitment) {
+        return this.slot - slotsUntil(commitment);
+    }
+
+    latestBlockhash(commitment) {
+        const { blockhash, slot } = this.#window.latest(slotsUntil(commitment));
         return { blockhash, lastValidBlockHeight: slot + WINDOW_SLOTS };
+    }
+
+    isBlockhashValid(blockhash) {
+        return this.#window.accepts(blockhash);
     }
 
     expireBlockhashes() {
         this.#window.expireAll();
+    }
+
+    advanceSlots(slots) {
+        this.#window.advance(slots);
+    }
+
+    /** An account as the runtime stores it, or null: an account without lamports does not exist. */
+    account(address) {
+        const account = this.#svm.getAccount(address);
+        return account.exists && account.lamports > 0n ? account : null;
+    }
+
+    rentExemptMinimum(size) {
+        return this.#svm.minimumBalanceForRentExemption(size);
     }
 
     balance(address) {
@@ -95,7 +130,7 @@ export class Cluster {
             throw new BadInput(result ? describeFailure(result).text : 'airdrop refused');
         }
         const signature = getBase58Decoder().decode(result.signature());
-        this.#remember(signature, null);
+        this.#history.add({ signature, slot: this.slot, err: null });
         return signature;
     }
 
@@ -105,21 +140,31 @@ export class Cluster {
      * bytes.
      */
     submit(bytes, { skipPreflight = false } = {}) {
-        const { transaction, blockhash, signature } = decodeTransaction(bytes);
+        const { transaction, message, signature } = decodeTransaction(bytes);
         this.#setClock();
-        const failure = this.#preflight(transaction, blockhash);
+        const failure = this.#preflight(transaction, message.blockhash);
         // Without the preflight check a node accepts every readable transaction and does not report its
         // result; only a transaction that starts to execute is recorded and costs a fee.
         const executes = !failure || (skipPreflight && failure.executed);
         if (executes) {
+            const balances = () => message.keys.map((key) => this.balance(key));
+            const preBalances = balances();
             const result = this.#svm.sendTransaction(transaction);
-            this.#remember(signature, result instanceof FailedTransactionMetadata ? describeFailure(result).err : null);
+            this.#history.add({
+                signature,
+                slot: this.slot,
+                err: result instanceof FailedTransactionMetadata ? describeFailure(result).err : null,
+                blockTime: secondsNow(),
+                message,
+                preBalances,
+                postBalances: balances(),
+            });
         }
         return failure && !skipPreflight ? { signature, failure } : { signature };
     }
 
     status(signature) {
-        const known = this.#statuses.get(signature);
+        const known = this.#history.find(signature);
         if (!known) {
             return null;
         }
@@ -134,13 +179,28 @@ export class Cluster {
         };
     }
 
+    /** The executed transaction with this signature, or null. */
+    transaction(signature) {
+        return this.#history.findTransaction(signature);
+    }
+
+    /** The latest executed transactions that name `address`, newest first, at most `limit`. */
+    transactionsOf(address, options) {
+        return this.#history.transactionsOf(address, options);
+    }
+
+    /** Every executed transaction after number `after`, in order. */
+    ledger(after) {
+        return this.#history.ledger(after);
+    }
+
     get summary() {
         return {
             slot: this.slot,
             usdcMint: this.usdcMint,
             acceptedBlockhashes: this.#window.size,
-            transactions: this.#statuses.size,
-            latestSignature: [...this.#statuses.keys()].at(-1) ?? null,
+            transactions: this.#history.size,
+            latestSignature: this.#history.latestSignature,
         };
     }
 
@@ -163,18 +223,11 @@ export class Cluster {
         };
     }
 
-    #remember(signature, err) {
-        this.#statuses.set(signature, { slot: this.slot, err });
-        if (this.#statuses.size > REMEMBERED_TRANSACTIONS) {
-            this.#statuses.delete(this.#statuses.keys().next().value);
-        }
-    }
-
     /** Updates the runtime's clock account, from which programs read slot and time. */
     #setClock() {
         const clock = this.#svm.getClock();
         clock.slot = this.slot;
-        clock.unixTimestamp = BigInt(Math.floor(Date.now() / 1000));
+        clock.unixTimestamp = BigInt(secondsNow());
         this.#svm.setClock(clock);
     }
 }

@@ -4,6 +4,8 @@ import { formatDecimal, parseAddress, parseDecimal, parseU64, SOL_DECIMALS, USDC
 import { BadInput } from './errors.mjs';
 import { isObject, toJson } from './json.mjs';
 
+const MAX_ADVANCE_SLOTS = 1_000_000n;
+
 function clusterOf(net, name) {
     if (!Object.hasOwn(net.clusters, name ?? '')) {
         throw new BadInput('cluster must be mainnet or devnet');
@@ -33,10 +35,20 @@ function log(net, query) {
     return { entries: net.log.entries({ after: Number(parseU64(after, 'after')), name: query.get('name') ?? undefined }) };
 }
 
+function ledger(net, query) {
+    const after = Number(parseU64(query.get('after') ?? '0', 'after'));
+    return { entries: clusterOf(net, query.get('cluster')).ledger(after) };
+}
+
+function chosenClusters(net, name) {
+    return name === undefined ? Object.values(net.clusters) : [clusterOf(net, name)];
+}
+
 /** The action of each control request, and the members that its body may have. */
 const routes = {
     'GET /control/state': { run: (net, { query }) => state(net, query) },
     'GET /control/log': { run: (net, { query }) => log(net, query) },
+    'GET /control/ledger': { run: (net, { query }) => ledger(net, query) },
     'POST /control/clear-log': { run: (net) => net.log.clear() },
     'POST /control/balance': {
         members: ['cluster', 'address', 'lamports'],
@@ -66,8 +78,17 @@ const routes = {
     'POST /control/expire-blockhashes': {
         members: ['cluster'],
         run: (net, { body }) => {
-            const chosen = body.cluster === undefined ? Object.values(net.clusters) : [clusterOf(net, body.cluster)];
-            chosen.forEach((cluster) => cluster.expireBlockhashes());
+            chosenClusters(net, body.cluster).forEach((cluster) => cluster.expireBlockhashes());
+        },
+    },
+    'POST /control/advance-slots': {
+        members: ['cluster', 'slots'],
+        run: (net, { body }) => {
+            const slots = parseU64(body.slots, 'slots');
+            if (slots > MAX_ADVANCE_SLOTS) {
+                throw new BadInput(`slots must be at most ${MAX_ADVANCE_SLOTS}`);
+            }
+            chosenClusters(net, body.cluster).forEach((cluster) => cluster.advanceSlots(slots));
         },
     },
 };

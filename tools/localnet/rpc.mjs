@@ -5,12 +5,16 @@ import { TOKEN_PROGRAM_ADDRESS } from '@solana-program/token';
 import { parseU64 } from './amounts.mjs';
 import { BadInput, RpcError } from './errors.mjs';
 import { isObject, nestsWithin, toJson } from './json.mjs';
-import { describeTokenAccount } from './tokens.mjs';
+import { describeEntry, describeTransaction } from './history.mjs';
+import { describeAccount, describeTokenAccount } from './tokens.mjs';
 import { MAX_TRANSACTION_BYTES } from './wire.mjs';
 
 const API_VERSION = '2.3.0';
 const MAX_NESTING = 32;
 const MAX_STATUSES = 256;
+const MAX_HISTORY = 1000;
+/** The largest account of a live cluster. */
+const MAX_ACCOUNT_BYTES = 10n * 1024n * 1024n;
 
 const INVALID_PARAMS = -32602;
 const PREFLIGHT_FAILURE = -32002;
@@ -47,6 +51,14 @@ function bytesOfBase58(text, size, name) {
 function addressParam(params, index) {
     const text = stringParam(params, index);
     bytesOfBase58(text, 32, 'param');
+    return text;
+}
+
+function signatureParam(params, index) {
+    const text = stringParam(params, index);
+    if (!isSignature(text)) {
+        throw invalid('Invalid param: Invalid');
+    }
     return text;
 }
 
@@ -143,6 +155,45 @@ function getSignatureStatuses(cluster, params) {
     return withContext(cluster, signatures.map((signature) => cluster.status(signature)));
 }
 
+function getAccountInfo(cluster, params) {
+    const address = addressParam(params, 0);
+    const { encoding } = configParam(params, 1);
+    if (!['jsonParsed', 'base64'].includes(encoding)) {
+        throw invalid('Invalid params: encoding must be jsonParsed or base64.');
+    }
+    const account = cluster.account(address);
+    return withContext(cluster, account && describeAccount(account, encoding));
+}
+
+function getMinimumBalanceForRentExemption(cluster, params) {
+    configParam(params, 1);
+    const size = parseU64(params[0], 'the size');
+    if (size > MAX_ACCOUNT_BYTES) {
+        throw invalid(`Invalid param: the size exceeds ${MAX_ACCOUNT_BYTES} bytes`);
+    }
+    return cluster.rentExemptMinimum(size);
+}
+
+function getSignaturesForAddress(cluster, params) {
+    const address = addressParam(params, 0);
+    const { limit, before, until } = configParam(params, 1);
+    const count = limit == null ? MAX_HISTORY : Number(parseU64(limit, 'limit'));
+    if (count < 1 || count > MAX_HISTORY) {
+        throw invalid(`Invalid limit; max ${MAX_HISTORY}`);
+    }
+    return cluster.transactionsOf(address, { limit: count, before, until })
+        .map((entry) => describeEntry(entry, cluster.status(entry.signature)));
+}
+
+function getTransaction(cluster, params) {
+    const signature = signatureParam(params, 0);
+    if (configParam(params, 1).encoding !== 'jsonParsed') {
+        throw invalid('Invalid params: encoding must be jsonParsed.');
+    }
+    const entry = cluster.transaction(signature);
+    return entry && describeTransaction(entry);
+}
+
 const methods = {
     getHealth: () => 'ok',
     getBalance: (cluster, params) => {
@@ -150,17 +201,25 @@ const methods = {
         configParam(params, 1);
         return withContext(cluster, cluster.balance(address));
     },
-    getLatestBlockhash: (cluster, params) => {
-        configParam(params, 0);
-        return withContext(cluster, cluster.latestBlockhash());
+    getLatestBlockhash: (cluster, params) => (
+        withContext(cluster, cluster.latestBlockhash(configParam(params, 0).commitment))),
+    getBlockHeight: (cluster, params) => cluster.blockHeight(configParam(params, 0).commitment),
+    isBlockhashValid: (cluster, params) => {
+        const blockhash = addressParam(params, 0);
+        configParam(params, 1);
+        return withContext(cluster, cluster.isBlockhashValid(blockhash));
     },
     requestAirdrop: (cluster, params) => {
         const address = addressParam(params, 0);
         configParam(params, 2);
         return cluster.airdrop(address, parseU64(params[1], 'lamports'));
     },
+    getAccountInfo,
+    getMinimumBalanceForRentExemption,
     getTokenAccountsByOwner,
     getSignatureStatuses,
+    getSignaturesForAddress,
+    getTransaction,
     sendTransaction,
 };
 

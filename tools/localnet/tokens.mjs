@@ -2,7 +2,7 @@
 
 import { lamports, unwrapOption } from '@solana/kit';
 import {
-    AccountState, findAssociatedTokenPda, getMintEncoder, getMintSize, getTokenDecoder,
+    AccountState, findAssociatedTokenPda, getMintDecoder, getMintEncoder, getMintSize, getTokenDecoder,
     getTokenEncoder, getTokenSize, TOKEN_PROGRAM_ADDRESS,
 } from '@solana-program/token';
 import { formatDecimal, USDC_DECIMALS } from './amounts.mjs';
@@ -101,20 +101,43 @@ function parsedInfo(token) {
     };
 }
 
+function parsedMint(mint) {
+    return {
+        decimals: mint.decimals,
+        freezeAuthority: unwrapOption(mint.freezeAuthority),
+        isInitialized: mint.isInitialized,
+        mintAuthority: unwrapOption(mint.mintAuthority),
+        supply: mint.supply.toString(),
+    };
+}
+
+/** What a node makes of an account's data; null where it knows no parser. */
+function parsedData({ programAddress, data }) {
+    if (programAddress !== TOKEN_PROGRAM_ADDRESS) {
+        return null;
+    }
+    if (data.length === getTokenSize()) {
+        return { info: parsedInfo(getTokenDecoder().decode(data)), type: 'account' };
+    }
+    return data.length === getMintSize() ? { info: parsedMint(getMintDecoder().decode(data)), type: 'mint' } : null;
+}
+
+/** Formats the value of a getAccountInfo reply. Data that cannot be parsed is in Base64. */
+export function describeAccount(account, encoding) {
+    const parsed = encoding === 'jsonParsed' ? parsedData(account) : null;
+    const space = BigInt(account.data.length);
+    return {
+        data: parsed ? { parsed, program: 'spl-token', space }
+            : [Buffer.from(account.data).toString('base64'), 'base64'],
+        executable: account.executable,
+        lamports: account.lamports,
+        owner: account.programAddress,
+        rentEpoch: RENT_EXEMPT_EPOCH,
+        space,
+    };
+}
+
 /** Formats one element of a getTokenAccountsByOwner reply. */
 export function describeTokenAccount(account, encoding) {
-    const data = encoding === 'jsonParsed'
-        ? { parsed: { info: parsedInfo(account.token), type: 'account' }, program: 'spl-token', space: account.space }
-        : [Buffer.from(account.data).toString('base64'), 'base64'];
-    return {
-        account: {
-            data,
-            executable: account.executable,
-            lamports: account.lamports,
-            owner: account.programAddress,
-            rentEpoch: RENT_EXEMPT_EPOCH,
-            space: account.space,
-        },
-        pubkey: account.address,
-    };
+    return { account: describeAccount(account, encoding), pubkey: account.address };
 }

@@ -75,8 +75,8 @@ function readMessage(reader) {
     const instructions = reader.list(() => {
         const program = reader.byte();
         const accounts = [...reader.take(reader.length())];
-        reader.take(reader.length());
-        return { program, accounts };
+        const data = reader.take(reader.length());
+        return { program, accounts, data };
     });
     const lookups = versioned
         ? reader.list(() => {
@@ -88,7 +88,9 @@ function readMessage(reader) {
             return writable + readonly;
         })
         : [];
-    return { requiredSignatures, readonlySigned, readonlyUnsigned, keys, blockhash, instructions, lookups };
+    return {
+        versioned, requiredSignatures, readonlySigned, readonlyUnsigned, keys, blockhash, instructions, lookups,
+    };
 }
 
 /**
@@ -113,8 +115,8 @@ function checkConsistency(message, signatureCount) {
 }
 
 /**
- * Returns { transaction, blockhash, signature }: the transaction in the runtime's format, its
- * blockhash, and its first signature as text. Throws BadInput on malformed input.
+ * Returns { transaction, message, signature }: the transaction in the runtime's format, its message
+ * in parts, and its first signature as text. Throws BadInput on malformed input.
  */
 export function decodeTransaction(bytes) {
     if (bytes.length > MAX_TRANSACTION_BYTES) {
@@ -133,7 +135,7 @@ export function decodeTransaction(bytes) {
             messageBytes: bytes.slice(messageStart),
             signatures: Object.fromEntries(signatures.map((signature, index) => [message.keys[index], signature])),
         },
-        blockhash: message.blockhash,
+        message,
         signature: getBase58Decoder().decode(signatures[0]),
     };
 }
