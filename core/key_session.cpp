@@ -12,6 +12,12 @@ namespace corvane::core {
 
 using platform::SecretBytes;
 
+struct KeySession::Keypair
+{
+    SecretBytes seed;
+    keys::Address address;
+};
+
 KeySession::KeySession(KeySessionServices services, QObject *parent)
     : QObject(parent)
     , m_services(services)
@@ -33,13 +39,15 @@ void KeySession::verify()
     });
 }
 
-platform::Completion<std::shared_ptr<KeySession::MaybeSecret>> KeySession::inBackground(Read read)
+template <typename Result>
+platform::Completion<std::shared_ptr<Result>>
+KeySession::inBackground(std::function<Result(keys::KeyVault &)> use)
 {
-    const platform::Completion<std::shared_ptr<MaybeSecret>> completion;
+    const platform::Completion<std::shared_ptr<Result>> completion;
     m_services.background.run(
-        [completion, read = std::move(read), vault = m_vault, &queue = m_services.queue]() mutable {
-            const auto secret = std::make_shared<MaybeSecret>(read(vault));
-            queue.post([completion, secret] { completion.resolve(secret); });
+        [completion, use = std::move(use), vault = m_vault, &queue = m_services.queue]() mutable {
+            const auto result = std::make_shared<Result>(use(vault));
+            queue.post([completion, result] { completion.resolve(result); });
         });
     return completion;
 }
@@ -48,7 +56,7 @@ QCoro::Task<bool> KeySession::load(Read read)
 {
     const QPointer<KeySession> self(this);
     const unsigned asked = m_keyChanges;
-    const auto pending = inBackground(std::move(read));
+    const auto pending = inBackground<MaybeSecret>(std::move(read));
     const std::shared_ptr<MaybeSecret> secret = co_await pending;
     // If the key was replaced or removed during the prompt, the old key must not be restored, and
     // the user's consent does not apply to the new one.
@@ -59,47 +67,76 @@ QCoro::Task<bool> KeySession::load(Read read)
     co_return self->m_seed.has_value();
 }
 
-SendResult<QString> KeySession::adopt(SecretBytes seed)
+QCoro::Task<std::optional<SendError>> KeySession::adopt(std::shared_ptr<Keypair> keypair,
+                                                        std::shared_ptr<SecretBytes> backup,
+                                                        Publication publication)
 {
-    const auto publicKey = m_services.signingKeys.publicKey(seed);
-    if (!publicKey) {
-        return SendError::badKey();
+    if (m_storing) {
+        co_return SendError::keychainRefused(platform::KeychainStatus::InternalError);
     }
-    const keys::Address address(*publicKey);
-    const platform::KeychainStatus status = m_vault.storeStatus(seed, address);
-    if (status != platform::KeychainStatus::Success) {
-        return SendError::keychainRefused(status);
+    const QPointer<KeySession> self(this);
+    setStoring(true);
+    const auto pending = inBackground<platform::KeychainStatus>([keypair](keys::KeyVault &vault) {
+        return vault.storeStatus(keypair->seed, keypair->address);
+    });
+    const std::shared_ptr<platform::KeychainStatus> status = co_await pending;
+    if (!self) {
+        co_return std::nullopt;
+    }
+    if (*status != platform::KeychainStatus::Success) {
+        setStoring(false);
+        co_return SendError::keychainRefused(*status);
     }
     ++m_keyChanges;
-    publish(m_pubkey, std::optional(address.text()), &KeySession::pubkeyChanged);
-    Q_EMIT adopted(address);
-    m_seed = std::move(seed);
-    return address.text();
+    const auto change = [this, &keypair, &backup] {
+        publish(m_pubkey, std::optional(keypair->address.text()), &KeySession::pubkeyChanged);
+        Q_EMIT adopted(keypair->address);
+        m_seed = std::move(keypair->seed);
+        if (backup) {
+            setPendingBackup(backup->clone());
+        }
+    };
+    if (publication) {
+        publication(change);
+    } else {
+        change();
+    }
+    setStoring(false);
+    co_return std::nullopt;
 }
 
-SendResult<SecretBytes> KeySession::create()
+QCoro::Task<SendResult<SecretBytes>> KeySession::create(Publication publication)
 {
+    using Result = SendResult<SecretBytes>;
     SecretBytes seed = m_services.signingKeys.makeSeed();
     const auto publicKey = m_services.signingKeys.publicKey(seed);
     if (!publicKey) {
-        return SendError::badKey();
+        co_return Result(SendError::badKey());
     }
-    SecretBytes backup = keys::backupText(seed, *publicKey);
-    const SendResult<QString> pubkey = adopt(std::move(seed));
-    if (const auto *error = std::get_if<SendError>(&pubkey)) {
-        return *error;
+    const auto backup = std::make_shared<SecretBytes>(keys::backupText(seed, *publicKey));
+    const auto keypair = std::make_shared<Keypair>(std::move(seed), keys::Address(*publicKey));
+    auto adopting = adopt(keypair, backup, std::move(publication));
+    if (const std::optional<SendError> error = co_await adopting) {
+        co_return Result(*error);
     }
-    setPendingBackup(backup.clone());
-    return backup;
+    co_return Result(std::move(*backup));
 }
 
-SendResult<QString> KeySession::importText(QStringView text)
+QCoro::Task<SendResult<QString>> KeySession::importText(QStringView text, Publication publication)
 {
+    using Result = SendResult<QString>;
     MaybeSecret seed = keys::seedFromText(text);
-    if (!seed) {
-        return SendError::badKey();
+    const auto publicKey = seed ? m_services.signingKeys.publicKey(*seed) : std::nullopt;
+    if (!publicKey) {
+        co_return Result(SendError::badKey());
     }
-    return adopt(*std::move(seed));
+    const keys::Address address(*publicKey);
+    const auto keypair = std::make_shared<Keypair>(*std::move(seed), address);
+    auto adopting = adopt(keypair, nullptr, std::move(publication));
+    if (const std::optional<SendError> error = co_await adopting) {
+        co_return Result(*error);
+    }
+    co_return Result(address.text());
 }
 
 void KeySession::unlock(std::shared_ptr<platform::AuthenticationContext> context)
@@ -141,13 +178,30 @@ void KeySession::setPendingBackup(std::optional<SecretBytes> text)
     publish(m_pendingBackup, std::move(text), &KeySession::pendingBackupChanged);
 }
 
-void KeySession::remove()
+QCoro::Task<> KeySession::remove()
 {
-    m_vault.remove();
+    if (m_storing) {
+        co_return;
+    }
+    const QPointer<KeySession> self(this);
+    setStoring(true);
+    const auto pending = inBackground<bool>([](keys::KeyVault &vault) { return vault.remove(); });
+    static_cast<void>(co_await pending);
+    if (!self) {
+        co_return;
+    }
     ++m_keyChanges;
     publish(m_pubkey, std::optional<QString>(), &KeySession::pubkeyChanged);
     m_seed.reset();
     setPendingBackup(std::nullopt);
+    Q_EMIT removed();
+    setStoring(false);
+}
+
+void KeySession::setStoring(bool storing)
+{
+    m_storing = storing;
+    Q_EMIT storingChanged();
 }
 
 } // namespace corvane::core

@@ -44,24 +44,31 @@ struct KeySessionServices
 /// `create` and `importText` lead from any state to unlocked, `remove` from any state to no key. A
 /// successful read of the vault leads from locked to unlocked. Only `remove` wipes the seed.
 ///
-/// The vault is read on a background thread, because this may prompt the user; everything else runs
-/// on the main thread. Operations that return a task start immediately and continue even if the
-/// task is destroyed; they change nothing after the session is destroyed.
+/// The vault is used on background threads, because the keychain may be slow and may prompt the
+/// user; everything else runs on the main thread. Operations that return a task start immediately
+/// and continue even if the task is destroyed; they change nothing after the session is destroyed.
+///
+/// At most one key is stored or removed at a time: while `isStoring`, `create` and `importText`
+/// fail and `remove` does nothing.
 class KeySession : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Calls its argument exactly once, immediately: the change of the published properties, which
+    /// the caller may want to animate. An empty function stands for a plain call.
+    using Publication = std::function<void(const std::function<void()> &change)>;
+
     /// Starts with the remembered public key, and queries the keychain, which may be slow, in the
     /// background.
     explicit KeySession(KeySessionServices services, QObject *parent = nullptr);
 
     /// Creates and stores a new random key and sets `pendingBackup`. Returns the backup text
     /// (ASCII).
-    [[nodiscard]] SendResult<platform::SecretBytes> create();
+    QCoro::Task<SendResult<platform::SecretBytes>> create(Publication publication = {});
     /// Parses and stores a pasted key and returns its public key. `text` should be in guarded
-    /// memory.
-    [[nodiscard]] SendResult<QString> importText(QStringView text);
+    /// memory; it is not used after the call has returned its task.
+    QCoro::Task<SendResult<QString>> importText(QStringView text, Publication publication = {});
     /// Loads the seed with a context that has just passed. Does nothing unless locked.
     void unlock(std::shared_ptr<platform::AuthenticationContext> context);
     /// Unlocks the seed, with a prompt to the user if it is locked. False if the user refuses, or
@@ -70,8 +77,10 @@ public:
     /// The backup text (ASCII) of the key. Prompts the user if the key is locked; empty if they
     /// refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
-    /// Removes the key from memory and from the keychain, without a prompt.
-    void remove();
+    /// Removes the key from the keychain and then from memory, without a prompt.
+    QCoro::Task<> remove();
+    /// True while a key is being stored or removed.
+    [[nodiscard]] bool isStoring() const { return m_storing; }
 
     /// The Base58 public key as stored in the keychain; empty if there is no key. For display only,
     /// never for signing.
@@ -90,12 +99,17 @@ Q_SIGNALS:
     void aboutToChange();
     void pubkeyChanged();
     void pendingBackupChanged();
+    void storingChanged();
     /// A key was created or imported: `pubkey` is new already, `seed` is not set yet.
     void adopted(const corvane::keys::Address &address);
+    /// The key was removed; all properties are empty already.
+    void removed();
 
 private:
     using MaybeSecret = std::optional<platform::SecretBytes>;
     using Read = std::function<MaybeSecret(keys::KeyVault &)>;
+    /// A seed with the address of its key.
+    struct Keypair;
 
     template <typename T>
     void publish(T &property, T value, void (KeySession::*changed)())
@@ -107,13 +121,19 @@ private:
 
     /// Updates the public key from the keychain, unless the key has changed in the meantime.
     void verify();
-    /// Reads the vault on a background thread.
-    platform::Completion<std::shared_ptr<MaybeSecret>> inBackground(Read read);
+    /// Calls `use` on a background thread.
+    template <typename Result>
+    platform::Completion<std::shared_ptr<Result>>
+    inBackground(std::function<Result(keys::KeyVault &)> use);
     /// Reads the vault in the background and stores the result, which may be empty, as the seed,
     /// unless the key has changed in the meantime. Returns true if that sets a seed.
     QCoro::Task<bool> load(Read read);
-    /// Stores `seed` as the wallet's key; returns the public key.
-    SendResult<QString> adopt(platform::SecretBytes seed);
+    /// Stores the key, and publishes it with `backup` as `pendingBackup` unless that is empty.
+    /// Returns an error if the keychain refuses.
+    QCoro::Task<std::optional<SendError>> adopt(std::shared_ptr<Keypair> keypair,
+                                                std::shared_ptr<platform::SecretBytes> backup,
+                                                Publication publication);
+    void setStoring(bool storing);
 
     KeySessionServices m_services;
     keys::KeyVault m_vault;
@@ -122,6 +142,7 @@ private:
     MaybeSecret m_pendingBackup;
     /// The number of times that the key was replaced or removed.
     unsigned m_keyChanges = 0;
+    bool m_storing = false;
 };
 
 } // namespace corvane::core

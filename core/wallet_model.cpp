@@ -3,7 +3,6 @@
 #include "core/blank_trimming.h"
 #include "core/cancellation.h"
 #include "core/endpoint_choice.h"
-#include "core/key_session.h"
 #include "core/labels.h"
 #include "core/wallet_settings.h"
 #include "platform/main_queue.h"
@@ -39,6 +38,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
             &WalletModel::pendingBackupChanged);
     connect(m_keySession.get(), &KeySession::adopted, this,
             [this](const keys::Address &address) { watch(WatchedAddress(address)); });
+    connect(m_keySession.get(), &KeySession::removed, this, [this] { setAddress({}); });
+    connect(m_keySession.get(), &KeySession::storingChanged, this, &WalletModel::storingKeyChanged);
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
 
@@ -113,14 +114,16 @@ void WalletModel::setDisplayUSD(bool displayUSD)
     m_services.settings.setBoolean(displayUSDSetting, m_displayUSD);
 }
 
-SendResult<platform::SecretBytes> WalletModel::createWallet()
+QCoro::Task<SendResult<platform::SecretBytes>>
+WalletModel::createWallet(KeySession::Publication publication)
 {
-    return m_keySession->create();
+    return m_keySession->create(std::move(publication));
 }
 
-SendResult<QString> WalletModel::importSigningKey(QStringView text)
+QCoro::Task<SendResult<QString>> WalletModel::importSigningKey(QStringView text,
+                                                               KeySession::Publication publication)
 {
-    return m_keySession->importText(text);
+    return m_keySession->importText(text, std::move(publication));
 }
 
 void WalletModel::unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context)
@@ -133,10 +136,14 @@ QCoro::Task<std::optional<platform::SecretBytes>> WalletModel::backupSecret()
     return m_keySession->backupSecret();
 }
 
-void WalletModel::removeWallet()
+QCoro::Task<> WalletModel::removeWallet()
 {
-    m_keySession->remove();
-    setAddress({});
+    return m_keySession->remove();
+}
+
+bool WalletModel::isStoringKey() const
+{
+    return m_keySession->isStoring();
 }
 
 const std::optional<QString> &WalletModel::signingPubkey() const

@@ -2,6 +2,7 @@
 
 #include "core/endpoint_choice.h"
 #include "core/json_calls.h"
+#include "core/key_session.h"
 #include "core/send_error.h"
 #include "core/sol_network.h"
 #include "core/wallet_services.h"
@@ -30,7 +31,6 @@ class AuthenticationContext;
 namespace corvane::core {
 
 class Cancellation;
-class KeySession;
 
 /// The observable state of the wallet: address, cluster, endpoint settings, the last fetched
 /// figures and the state of the signing key. Created once at launch. Main thread.
@@ -87,19 +87,20 @@ public:
     /// running.
     void startPolling();
 
-    /// Creates and stores a new random key and sets `pendingBackup`. Returns the backup text
-    /// (ASCII).
-    [[nodiscard]] SendResult<platform::SecretBytes> createWallet();
-    /// Parses and stores a pasted key and returns its public key. `text` should be in guarded
-    /// memory.
-    [[nodiscard]] SendResult<QString> importSigningKey(QStringView text);
+    /// The operations of the key's session. While `isStoringKey`, creating and importing fail and
+    /// removing does nothing.
+    QCoro::Task<SendResult<platform::SecretBytes>>
+    createWallet(KeySession::Publication publication = {});
+    QCoro::Task<SendResult<QString>> importSigningKey(QStringView text,
+                                                      KeySession::Publication publication = {});
     /// Loads the seed in the background with a context that has just passed.
     void unlockSigningKey(std::shared_ptr<platform::AuthenticationContext> context);
     /// The backup text (ASCII) of the stored key. Prompts the user if the key is locked; empty if
     /// they refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
-    /// Removes the key from memory and from the keychain, without a prompt.
-    void removeWallet();
+    QCoro::Task<> removeWallet();
+    /// True while a key is being stored or removed.
+    [[nodiscard]] bool isStoringKey() const;
     /// Sends SOL, signed with the wallet's key, and returns the transaction's signature as soon as
     /// the cluster has accepted it. Prompts the user if the key is locked. Aborts the process if
     /// the amount cannot be represented in lamports.
@@ -193,6 +194,7 @@ Q_SIGNALS:
     void displayUSDChanged();
     void signingPubkeyChanged();
     void pendingBackupChanged();
+    void storingKeyChanged();
     void solChanged();
     void usdcChanged();
     void priceChanged();

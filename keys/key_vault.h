@@ -30,7 +30,8 @@ public:
 
     /// Replaces the stored key, if any. Stores the item with protection by the user's presence; if
     /// the keychain refuses that, stores it without protection, so that the wallet still works.
-    /// Returns the status of the last attempt; after a failure no key is stored. Main thread.
+    /// Returns the status of the last attempt; after a failure no key is stored. Background threads
+    /// only.
     [[nodiscard]] platform::KeychainStatus storeStatus(const platform::SecretBytes &secret,
                                                        const Address &address);
 
@@ -48,7 +49,7 @@ public:
     /// The last known result of `pubkey`, which may be outdated. Does not block; main thread.
     [[nodiscard]] std::optional<QString> rememberedPubkey() const;
 
-    /// Deletes the key. False if there was none or if the keychain failed. Main thread.
+    /// Deletes the key. False if there was none or if the keychain failed. Background threads only.
     bool remove();
 
 private:

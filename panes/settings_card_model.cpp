@@ -149,6 +149,7 @@ void SettingsCardModel::remove()
         m_confirmRemove.raise();
         return;
     }
+    // The task continues without its handle.
     m_wallet.removeWallet();
     m_confirmRemove.lower();
 }

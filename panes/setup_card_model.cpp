@@ -35,23 +35,29 @@ bool SetupCardModel::canImport() const
     return !core::trimmingBlanks(m_importText.view()).isEmpty();
 }
 
+core::KeySession::Publication SetupCardModel::animated()
+{
+    return [transaction = QPointer(&m_transaction)](const std::function<void()> &change) {
+        if (transaction) {
+            transaction->run(cardSpring(), change);
+        } else {
+            change();
+        }
+    };
+}
+
 void SetupCardModel::createWallet()
 {
-    m_transaction.run(cardSpring(), [this] { report(m_wallet.createWallet()); });
+    if (!m_wallet.isStoringKey()) {
+        report(this, m_wallet.createWallet(animated()));
+    }
 }
 
 void SetupCardModel::importKey()
 {
-    if (!canImport()) {
-        return;
+    if (canImport() && !m_wallet.isStoringKey()) {
+        report(this, m_wallet.importSigningKey(m_importText.view(), animated()));
     }
-    m_transaction.run(cardSpring(), [this] {
-        const auto imported = m_wallet.importSigningKey(m_importText.view());
-        if (std::holds_alternative<QString>(imported)) {
-            m_importText.clear();
-        }
-        report(imported);
-    });
 }
 
 void SetupCardModel::showImport()
@@ -75,10 +81,20 @@ void SetupCardModel::show(bool importing)
 }
 
 template <typename Value>
-void SetupCardModel::report(const core::SendResult<Value> &result)
+QCoro::Task<> SetupCardModel::report(QPointer<SetupCardModel> card,
+                                     QCoro::Task<core::SendResult<Value>> storing)
 {
+    const core::SendResult<Value> result = co_await storing;
+    if (!card) {
+        co_return;
+    }
     const auto *error = std::get_if<core::SendError>(&result);
-    setErrorMsg(error != nullptr ? error->description() : QString());
+    if (error == nullptr) {
+        card->m_importText.clear();
+    }
+    card->m_transaction.run(cardSpring(), [&] {
+        card->setErrorMsg(error != nullptr ? error->description() : QString());
+    });
 }
 
 void SetupCardModel::setErrorMsg(const QString &message)

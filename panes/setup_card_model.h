@@ -1,10 +1,13 @@
 #pragma once
 
-#include "core/send_error.h"
+#include "core/key_session.h"
 #include "look/motion/transaction.h"
 #include "look/secrets/secret_text.h"
 
+#include <QCoroTask>
+
 #include <QObject>
+#include <QPointer>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
@@ -36,11 +39,13 @@ public:
     SetupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
                    QObject *parent = nullptr);
 
-    /// Creates a wallet with a new key and shows its backup.
+    /// Creates a wallet with a new key and shows its backup. Does nothing while a key is being
+    /// stored.
     Q_INVOKABLE void createWallet();
     /// Shows the import form.
     Q_INVOKABLE void showImport();
-    /// Imports the pasted key. A failure keeps the text and sets `errorMsg`.
+    /// Imports the pasted key. A failure keeps the text and sets `errorMsg`. Does nothing while a
+    /// key is being stored.
     Q_INVOKABLE void importKey();
     /// Shows the choice again and wipes the pasted text.
     Q_INVOKABLE void back();
@@ -59,8 +64,12 @@ Q_SIGNALS:
 
 private:
     void show(bool importing);
+    /// Awaits the result of storing a key and shows it.
     template <typename Value>
-    void report(const core::SendResult<Value> &result);
+    static QCoro::Task<> report(QPointer<SetupCardModel> card,
+                                QCoro::Task<core::SendResult<Value>> storing);
+    /// Publishes the new key within the animation to its card.
+    [[nodiscard]] core::KeySession::Publication animated();
     void setErrorMsg(const QString &message);
 
     core::WalletModel &m_wallet;

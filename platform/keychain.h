@@ -45,8 +45,8 @@ public:
     Keychain &operator=(const Keychain &) = delete;
     virtual ~Keychain() = default;
 
-    /// Adds one item. Blocks for at most a few seconds; main thread. Fails with `UserPresence` if
-    /// this device cannot authenticate its owner.
+    /// Adds one item. Blocks until the keychain's service replies; background threads only. Fails
+    /// with `UserPresence` if this device cannot authenticate its owner.
     [[nodiscard]] virtual KeychainStatus add(const QString &service, const QString &account,
                                              const SecretBytes &data,
                                              KeychainProtection protection) = 0;
@@ -68,7 +68,8 @@ public:
     [[nodiscard]] virtual std::optional<QString>
     rememberedAccount(const QString &service) const = 0;
 
-    /// Deletes all items of `service`. Blocks for at most a few seconds; main thread.
+    /// Deletes all items of `service`. Blocks until the keychain's service replies; background
+    /// threads only.
     virtual KeychainStatus remove(const QString &service) = 0;
 };
 

@@ -74,12 +74,43 @@ protected:
     void launchAndSettle()
     {
         launch();
-        while (background.held() > 0) {
-            background.runNext();
-        }
-        queue.drain();
+        settle();
         http.forgetRequests();
         settings.writes.clear();
+    }
+
+    /// Runs all pending work of the background tasks and the main queue.
+    void settle()
+    {
+        while (background.held() > 0) {
+            background.runNext();
+            queue.drain();
+        }
+        queue.drain();
+    }
+
+    /// The result of `task` after all pending work.
+    template <typename Value>
+    Value finish(QCoro::Task<Value> task)
+    {
+        settle();
+        std::optional<Value> result;
+        task.then([&](Value value) { result.emplace(std::move(value)); });
+        EXPECT_TRUE(result) << "still waiting";
+        return *std::move(result);
+    }
+
+    /// Creates a key and returns its backup text.
+    platform::SecretBytes createKey()
+    {
+        auto created = finish(model->createWallet());
+        return std::get<platform::SecretBytes>(std::move(created));
+    }
+
+    void removeKey()
+    {
+        model->removeWallet();
+        settle();
     }
 
     // The client is destroyed before the queue and after the model, as in the program.

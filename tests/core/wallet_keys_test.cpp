@@ -32,7 +32,7 @@ protected:
     /// Creates a stored key whose seed is not in memory, as after a restart.
     void lock()
     {
-        ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+        createKey();
         ASSERT_TRUE(model->sessionSecret());
         launchAndSettle();
         ASSERT_FALSE(model->sessionSecret());
@@ -43,20 +43,6 @@ protected:
         const auto context = std::make_shared<platform::OneTimeContext>();
         context->pass();
         model->unlockSigningKey(context);
-    }
-
-    /// The result of `task` after all work of the background tasks and the main queue.
-    template <typename Value>
-    Value finish(QCoro::Task<Value> task)
-    {
-        while (background.held() > 0) {
-            background.runNext();
-        }
-        queue.drain();
-        std::optional<Value> result;
-        task.then([&](Value value) { result.emplace(std::move(value)); });
-        EXPECT_TRUE(result) << "still waiting";
-        return *std::move(result);
     }
 
     /// The error's text, or the signature after "sent".
@@ -71,13 +57,15 @@ protected:
 TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
 {
     // An address has 32 bytes too and can therefore be imported as a seed, but of another key.
-    const QString pubkey = std::get<QString>(model->importSigningKey(u" \n"_s + addressA + u'\n'));
+    const QString pubkey =
+        std::get<QString>(finish(model->importSigningKey(u" \n"_s + addressA + u'\n')));
     EXPECT_NE(pubkey, addressA);
-    EXPECT_TRUE(std::holds_alternative<SendError>(model->importSigningKey(addressA + u'1')));
+    EXPECT_TRUE(
+        std::holds_alternative<SendError>(finish(model->importSigningKey(addressA + u'1'))));
     EXPECT_EQ(keychain.copyAccount(keyService), pubkey);
     keychain.failures = {platform::KeychainStatus::AuthFailed,
                          platform::KeychainStatus::NotAvailable};
-    EXPECT_EQ(std::get<SendError>(model->createWallet()).description(),
+    EXPECT_EQ(std::get<SendError>(finish(model->createWallet())).description(),
               u"keychain refused the key (error -25291) — try again, and tell me this code if it "
               u"persists"_s);
     EXPECT_EQ(model->signingPubkey(), pubkey);
@@ -100,8 +88,7 @@ TEST_F(WalletKeysTest, IsCorrectedByTheKeychainWhereItsMemoryIsWrong)
     // A change after the query to the keychain takes precedence over its reply.
     launch();
     background.runNext();
-    const auto imported = model->importSigningKey(addressA);
-    queue.drain();
+    const auto imported = finish(model->importSigningKey(addressA));
     EXPECT_EQ(model->signingPubkey(), std::get<QString>(imported));
 }
 
@@ -117,19 +104,19 @@ TEST_F(WalletKeysTest, UnlocksInTheBackgroundWithoutAPrompt)
     EXPECT_TRUE(keychain.prompts.isEmpty());
     // Unlocked, or without a key, there is nothing to read.
     unlock();
-    model->removeWallet();
+    EXPECT_EQ(background.held(), 0U);
+    removeKey();
     unlock();
     EXPECT_EQ(background.held(), 0U);
 }
 
 TEST_F(WalletKeysTest, RemovingForgetsTheKeyAndWhatIsStillBeingRead)
 {
-    ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+    createKey();
     ASSERT_TRUE(model->sessionSecret());
     ASSERT_TRUE(model->pendingBackup());
     const auto removed = [this] {
-        model->removeWallet();
-        queue.drain();
+        removeKey();
         return !model->sessionSecret() && !model->pendingBackup() && !model->signingPubkey() &&
                model->address().isEmpty() && !keychain.copyAccount(keyService);
     };
@@ -151,9 +138,8 @@ TEST_F(WalletKeysTest, RemovingForgetsTheKeyAndWhatIsStillBeingRead)
 TEST_F(WalletKeysTest, ARefusalForOneKeyIsNoConsentForAnother)
 {
     const auto replaceKey = [this] {
-        model->removeWallet();
-        ASSERT_TRUE(std::holds_alternative<QString>(model->importSigningKey(addressA)));
-        queue.drain();
+        keychain.remove(keyService);
+        ASSERT_TRUE(std::holds_alternative<QString>(finish(model->importSigningKey(addressA))));
         http.forgetRequests();
     };
     for (const bool refuses : {true, false}) {
@@ -177,10 +163,10 @@ TEST_F(WalletKeysTest, ARefusalForOneKeyIsNoConsentForAnother)
 
 TEST_F(WalletKeysTest, RevealsAnOpenKeyWithoutAsking)
 {
-    const auto created = model->createWallet();
+    const SecretBytes created = createKey();
     const auto backup = finish(model->backupSecret());
     ASSERT_TRUE(backup);
-    EXPECT_TRUE(*backup == std::get<SecretBytes>(created));
+    EXPECT_TRUE(*backup == created);
     EXPECT_TRUE(keychain.prompts.isEmpty());
 }
 
@@ -210,7 +196,7 @@ TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
 
 TEST_F(WalletKeysTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
 {
-    ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+    createKey();
     const QString sent = u"sent signature"_s;
     queue.drain();
     http.forgetRequests();
@@ -227,7 +213,7 @@ TEST_F(WalletKeysTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
 
 TEST_F(WalletKeysTest, TurnsEveryRefusalOfTheClusterIntoItsText)
 {
-    ASSERT_TRUE(std::holds_alternative<SecretBytes>(model->createWallet()));
+    createKey();
     using platform::HttpReply;
     const QString noBlockhash = u"couldn't fetch a recent blockhash"_s;
     const QString failed = u"send failed — check balance covers amount + fee"_s;

@@ -180,7 +180,7 @@ TEST_F(IslandControllerTest, UnlocksAtOnceWhereNobodyCanBeAsked)
 
 TEST_F(IslandControllerTest, UnlockingTheIslandUnlocksTheKey)
 {
-    ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
+    createKey();
     // As after a restart, the key is stored but locked.
     launchIsland();
     m_authenticator.available = true;
@@ -223,11 +223,11 @@ TEST_F(IslandControllerTest, ChoosesTheCard)
                      [&] { cards.push_back(m_island->card()); });
     m_island->requestIslandUnlock();
     queue.drain();
-    ASSERT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
+    createKey();
     model->setPendingBackup(std::nullopt);
     m_island->setPane(IslandPane::Settings);
     // Without a key it is a new card of the same kind.
-    model->removeWallet();
+    removeKey();
     m_island->setPane(IslandPane::Settings);
     EXPECT_EQ(cards, (std::vector{Setup, Card::Balance, Backup, Card::Balance, Card::Settings,
                                   Card::Settings}));

@@ -23,7 +23,7 @@ protected:
     QString launchWithKey()
     {
         launchIsland();
-        EXPECT_TRUE(std::holds_alternative<platform::SecretBytes>(model->createWallet()));
+        createKey();
         model->setPendingBackup(std::nullopt);
         queue.drain();
         return model->signingPubkey().value_or(QString());
@@ -43,16 +43,6 @@ protected:
     {
         keychain.failures = {platform::KeychainStatus::AuthFailed,
                              platform::KeychainStatus::AuthFailed};
-    }
-
-    /// Runs all pending work of the background tasks and the main queue.
-    void settle()
-    {
-        while (background.held() > 0) {
-            background.runNext();
-            queue.drain();
-        }
-        queue.drain();
     }
 
     void close()

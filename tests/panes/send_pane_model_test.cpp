@@ -180,7 +180,7 @@ TEST_F(SendPaneModelTest, DoesNothingWithoutAnAmountOrAKey)
     EXPECT_FALSE(m_card->isSending());
     EXPECT_EQ(m_sounds.played, QList<Sound>());
     QSignalSpy changed(m_card.get(), &SendPaneModel::changed);
-    model->removeWallet();
+    removeKey();
     EXPECT_FALSE(m_card->hasKey());
     EXPECT_GT(changed.count(), 0);
     m_island->setPane(IslandPane::Send);

@@ -82,6 +82,8 @@ TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
     EXPECT_TRUE(m_card->hasKey());
     queue.advance(2s);
     m_card->remove();
+    EXPECT_TRUE(m_card->hasKey()) << "the keychain has not answered yet";
+    settle();
     EXPECT_FALSE(m_card->hasKey());
     EXPECT_EQ(m_card->walletText(), u"no wallet — create or import one on the balance card"_s);
     EXPECT_EQ(m_card->removeLabel(), u"REMOVE"_s);

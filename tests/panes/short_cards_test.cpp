@@ -183,7 +183,7 @@ using BackupCardModelTest = tests::OneCardTest<&CardModels::backupCard>;
 TEST_F(BackupCardModelTest, ShowsAndCopiesExactlyTheKeyUntilItIsSaved)
 {
     launchIsland();
-    const QString text = tests::textOf(std::get<platform::SecretBytes>(model->createWallet()));
+    const QString text = tests::textOf(createKey());
     openCard();
     EXPECT_EQ(m_card->backup()->view(), text);
     m_card->copy();
@@ -218,9 +218,18 @@ TEST_F(SetupCardModelTest, CreatesAKeyThatWaitsForItsBackup)
 {
     refuseNextKey();
     m_card->createWallet();
+    settle();
     EXPECT_EQ(m_card->errorMsg(), m_refused);
     EXPECT_FALSE(model->hasSigningKey());
+    // The keychain is slow: pressing again does not create another key.
     m_card->createWallet();
+    m_card->createWallet();
+    EXPECT_EQ(background.held(), 1U);
+    QList<look::Animation> seen;
+    QObject::connect(model.get(), &core::WalletModel::pendingBackupChanged, m_card.get(),
+                     [&] { seen.append(m_island->transaction()->current()); });
+    settle();
+    EXPECT_EQ(seen, QList{look::Animation::spring(0.42, 0.88)});
     EXPECT_EQ(m_card->errorMsg(), QString());
     EXPECT_TRUE(model->hasSigningKey());
     EXPECT_TRUE(model->hasPendingBackup());
@@ -243,6 +252,7 @@ TEST_F(SetupCardModelTest, ImportsWhatIsMoreThanBlanksAndForgetsItWithItsFace)
         m_card->importText()->insert(0, text);
         EXPECT_EQ(m_card->canImport(), canImport);
         m_card->importKey();
+        settle();
         EXPECT_EQ(m_card->errorMsg(), error);
         const bool imported = canImport && error.isEmpty();
         EXPECT_EQ(model->hasSigningKey(), imported);

@@ -16,7 +16,7 @@ class Authenticator;
 /// Time limits of the keychain.
 struct SecretServiceBounds
 {
-    /// For the service, in calls on the main thread.
+    /// For the service, which a user may be waiting for.
     std::chrono::milliseconds quick{3'000};
     /// For the user, at the prompt that unlocks the keyring.
     std::chrono::milliseconds unlock{120'000};
