@@ -11,21 +11,20 @@ _CALL_MS = round(1000 * PATIENCE)
 
 
 class Keyring:
-    """A session with the Secret Service on the bus with this address, while entered."""
+    """A connection to the bus with this address, with a session of its Secret Service while entered."""
 
     def __init__(self, bus_address):
-        self._address = bus_address
-
-    def __enter__(self):
         flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
                  | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-        self._bus = Gio.DBusConnection.new_for_address_sync(self._address, flags, None, None)
+        self._bus = Gio.DBusConnection.new_for_address_sync(bus_address, flags, None, None)
+
+    def __enter__(self):
         _, self._session = self._call(_ROOT, _SERVICE, "OpenSession", "(sv)", "plain",
                                       GLib.Variant("s", ""))
         return self
 
     def __exit__(self, *_):
-        self._bus.close_sync(None)
+        """The service closes the session at the end of the connection."""
 
     def _call(self, path, interface, method, types, *arguments):
         return self._bus.call_sync(_NAME, path, interface, method, GLib.Variant(types, arguments),
