@@ -55,7 +55,10 @@ WalletModel::~WalletModel()
 
 void WalletModel::refresh()
 {
-    startTask([](WalletModel &model) { model.refreshAll(true); });
+    m_refreshAsked = true;
+    if (!std::exchange(m_refreshing, true)) {
+        startTask([](WalletModel &model) { model.refreshWhileAsked(); });
+    }
 }
 
 WalletModel::WatchedAddress::WatchedAddress(const QString &text)

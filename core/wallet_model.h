@@ -67,7 +67,8 @@ public:
     explicit WalletModel(WalletServices services, QObject *parent = nullptr);
     ~WalletModel() override;
 
-    /// Starts a full refresh, as the refresh buttons do. Returns immediately.
+    /// Starts a full refresh, as the refresh buttons do. Returns immediately. However often it is
+    /// called during such a refresh, only one more follows.
     Q_INVOKABLE void refresh();
 
     /// Runs one refresh cycle: the price, then the balances, and then, in some cycles or with
@@ -227,6 +228,7 @@ private:
                               std::shared_ptr<Cancellation> cancellation);
 
     QCoro::Task<JsonResult> getJSON(QString url);
+    QCoro::Task<> refreshWhileAsked();
     void watch(WatchedAddress watched);
     void netFlip();
     void clearBalances();
@@ -253,6 +255,10 @@ private:
     /// The number of probes started; only the latest one's reply is used.
     unsigned m_probes = 0;
 
+    /// A refresh by `refresh()` is running, or about to start.
+    bool m_refreshing = false;
+    /// `refresh()` was called since that refresh started.
+    bool m_refreshAsked = false;
     std::shared_ptr<Cancellation> m_pollTask;
     /// Completed refresh cycles; chooses those that fetch the chart.
     qint64 m_tick = 0;

@@ -11,6 +11,8 @@
 #include <QJsonObject>
 #include <QPointer>
 
+#include <utility>
+
 namespace corvane::core {
 
 using namespace Qt::StringLiterals;
@@ -165,6 +167,19 @@ QCoro::Task<> WalletModel::refreshAll(bool force)
         publish(m_lastUpdated, std::optional(m_services.queue.wallTime()),
                 &WalletModel::lastUpdatedChanged);
     }
+}
+
+QCoro::Task<> WalletModel::refreshWhileAsked()
+{
+    const QPointer<WalletModel> self(this);
+    while (std::exchange(m_refreshAsked, false)) {
+        auto cycle = refreshAll(true);
+        co_await cycle;
+        if (!self) {
+            co_return;
+        }
+    }
+    m_refreshing = false;
 }
 
 void WalletModel::startPolling()

@@ -199,6 +199,30 @@ TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
     EXPECT_EQ(http.count(chart), 3);
 }
 
+TEST_F(Refresh, AnswersAllCallsDuringARefreshWithOneMore)
+{
+    launchAndSettle();
+    http.hold(coinGecko);
+    for (int asked = 0; asked < 1000; ++asked) {
+        model->refresh();
+        if (asked == 500) {
+            queue.drain();
+        }
+    }
+    queue.drain();
+    EXPECT_EQ(http.names(), Names{coinGecko});
+    const QByteArray price = R"({"solana": {"usd": 150}})";
+    http.release(coinGecko, price);
+    queue.drain();
+    EXPECT_EQ(http.names(), (Names{coinGecko, balance, tokens, chart, coinGecko}));
+    http.release(coinGecko, price);
+    queue.drain();
+    EXPECT_EQ(http.count(coinGecko), 2);
+    model->refresh();
+    queue.drain();
+    EXPECT_EQ(http.count(coinGecko), 3) << "nothing is running any more";
+}
+
 TEST_F(Refresh, SleepsOnlyAfterASlowCycleAndPollsInOneLoopOnly)
 {
     http.hold(chart);
