@@ -20,6 +20,10 @@ namespace {
 
 /// Connections kept open for the next refresh.
 constexpr long keptConnections = 4;
+/// Connections at the same time; further requests wait for one, within their time limits. More than
+/// the wallet needs, and few enough that servers that do not answer cannot exhaust the process's
+/// file descriptors.
+constexpr long mostConnections = 16;
 
 /// True for an absolute http or https URL with a host.
 bool isHttpUrl(const QUrl &url)
@@ -46,10 +50,18 @@ public:
     [[nodiscard]] bool isActive() const { return !m_transfers.empty() || m_timer.isActive(); }
 
 private:
+    struct DeleteLater
+    {
+        void operator()(QTimer *timer) const { timer->deleteLater(); }
+    };
+
     struct Transfer
     {
         CurlRequest request;
         Completion<HttpResult> completion;
+        /// curl applies its own time limit only once a request has a connection. Deleted later,
+        /// because its signal ends the transfer.
+        std::unique_ptr<QTimer, DeleteLater> limit{new QTimer};
     };
 
     struct Watch
@@ -107,6 +119,7 @@ bool CurlHttpClient::Engine::initialise()
     curl_multi_setopt(m_multi, CURLMOPT_TIMERFUNCTION, &Engine::onTimeout);
     curl_multi_setopt(m_multi, CURLMOPT_TIMERDATA, this);
     curl_multi_setopt(m_multi, CURLMOPT_MAXCONNECTS, keptConnections);
+    curl_multi_setopt(m_multi, CURLMOPT_MAX_TOTAL_CONNECTIONS, mostConnections);
     return true;
 }
 
@@ -127,6 +140,7 @@ Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
         finish(completion, HttpError::Unreachable);
         return completion;
     }
+    const std::chrono::milliseconds bound = request.timeout;
     auto transfer =
         std::make_unique<Transfer>(Transfer{CurlRequest(std::move(request)), completion});
     CurlRequest &prepared = transfer->request;
@@ -134,6 +148,11 @@ Completion<HttpResult> CurlHttpClient::Engine::send(HttpRequest request)
         finish(completion, HttpError::Unreachable);
         return completion;
     }
+    QTimer &limit = *transfer->limit;
+    limit.setSingleShot(true);
+    connect(&limit, &QTimer::timeout, this,
+            [this, easy = prepared.handle()] { conclude(easy, CURLE_OPERATION_TIMEDOUT); });
+    limit.start(bound);
     m_transfers.emplace(prepared.handle(), std::move(transfer));
     return completion;
 }
