@@ -46,6 +46,9 @@ public:
     /// The signature of `message`; empty unless the seed has 32 bytes.
     [[nodiscard]] virtual std::optional<Signature>
     sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const = 0;
+    /// True for the public key of every seed. False for nearly all other bytes: those that are not
+    /// a point of the curve, or one outside its main subgroup.
+    [[nodiscard]] virtual bool isPublicKey(const PublicKey &key) const = 0;
 };
 
 } // namespace corvane::platform

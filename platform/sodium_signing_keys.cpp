@@ -54,4 +54,9 @@ std::optional<Signature> SodiumSigningKeys::sign(const SecretBytes &seed,
     return signature;
 }
 
+bool SodiumSigningKeys::isPublicKey(const PublicKey &key) const
+{
+    return crypto_core_ed25519_is_valid_point(key.bytes.data()) == 1;
+}
+
 } // namespace corvane::platform

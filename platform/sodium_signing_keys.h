@@ -12,6 +12,7 @@ public:
     [[nodiscard]] std::optional<PublicKey> publicKey(const SecretBytes &seed) const override;
     [[nodiscard]] std::optional<Signature>
     sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const override;
+    [[nodiscard]] bool isPublicKey(const PublicKey &key) const override;
 };
 
 } // namespace corvane::platform

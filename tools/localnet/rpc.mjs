@@ -157,12 +157,16 @@ function getSignatureStatuses(cluster, params) {
 
 function getAccountInfo(cluster, params) {
     const address = addressParam(params, 0);
-    const { encoding } = configParam(params, 1);
+    const { encoding, dataSlice } = configParam(params, 1);
     if (!['jsonParsed', 'base64'].includes(encoding)) {
         throw invalid('Invalid params: encoding must be jsonParsed or base64.');
     }
+    const slice = dataSlice == null ? undefined : {
+        offset: Number(parseU64(dataSlice.offset, 'offset')),
+        length: Number(parseU64(dataSlice.length, 'length')),
+    };
     const account = cluster.account(address);
-    return withContext(cluster, account && describeAccount(account, encoding));
+    return withContext(cluster, account && describeAccount(account, encoding, slice));
 }
 
 function getMinimumBalanceForRentExemption(cluster, params) {

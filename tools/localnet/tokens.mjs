@@ -122,13 +122,13 @@ function parsedData({ programAddress, data }) {
     return data.length === getMintSize() ? { info: parsedMint(getMintDecoder().decode(data)), type: 'mint' } : null;
 }
 
-/** Formats the value of a getAccountInfo reply. Data that cannot be parsed is in Base64. */
-export function describeAccount(account, encoding) {
+/** Formats the value of a getAccountInfo reply. Data that is not parsed is in Base64, only a slice if asked for. */
+export function describeAccount(account, encoding, { offset, length } = { offset: 0, length: Infinity }) {
     const parsed = encoding === 'jsonParsed' ? parsedData(account) : null;
     const space = BigInt(account.data.length);
     return {
         data: parsed ? { parsed, program: 'spl-token', space }
-            : [Buffer.from(account.data).toString('base64'), 'base64'],
+            : [Buffer.from(account.data.slice(offset, offset + length)).toString('base64'), 'base64'],
         executable: account.executable,
         lamports: account.lamports,
         owner: account.programAddress,
