@@ -3,6 +3,7 @@
 #include "core/balances.h"
 #include "core/json.h"
 #include "core/json_calls.h"
+#include "core/recipient_replies.h"
 #include "core/transfer_replies.h"
 #include "fuzz/property.h"
 #include "keys/base58.h"
@@ -65,6 +66,31 @@ void checkBalances(const QJsonValue &result)
     }
 }
 
+void checkRecipientReplies(const QJsonValue &result)
+{
+    if (const auto account = readAccount(result)) {
+        const QJsonValue value = result["value"_L1];
+        require((account->kind == AccountKind::None) == value.isNull());
+        require(account->lamports ==
+                keys::Lamports(static_cast<quint64>(value["lamports"_L1].toInteger())));
+    }
+    constexpr qsizetype limit = 3;
+    const auto signatures = readSignatures(result, limit);
+    require(signatures.has_value() == result.isArray());
+    require(!signatures || signatures->size() <= limit);
+
+    // A signer of the transaction has dealt with everybody but itself, however much it contains.
+    const auto own = keys::Address::fromText(
+        result["transaction"_L1]["message"_L1]["accountKeys"_L1][0]["pubkey"_L1].toString());
+    if (own) {
+        const auto dealings = readDealings(result, *own);
+        require(dealings.size() <= 384);
+        for (const KnownAddress &known : dealings) {
+            require(known.address != *own);
+        }
+    }
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -81,6 +107,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         return 0;
     }
     checkBalances(*result);
+    checkRecipientReplies(*result);
     if (const auto hash = readBlockhash(*result)) {
         require(keys::Base58::encode(hash->bytes) ==
                 (*result)["value"_L1]["blockhash"_L1].toString());
