@@ -141,6 +141,12 @@ void SecretField::paste()
     }
 }
 
+void SecretField::setText(const QString &text)
+{
+    select(0, size());
+    replaceSelection(text);
+}
+
 void SecretField::replaceSelection(QStringView text)
 {
     if (secret() == nullptr) {

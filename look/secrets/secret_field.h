@@ -12,17 +12,22 @@ namespace corvane::look {
 /// characters in guarded memory.
 ///
 /// It accepts typing, pasting and the usual editing keys, but has no copy, cut or undo. It does not
-/// support input methods and reports none of its content to assistive technology. Single key events
-/// and pasted text pass through the toolkit's unprotected memory.
+/// support input methods. Assistive technology may set its content and learns nothing of it. Single
+/// key events and text that is pasted or set pass through the toolkit's unprotected memory.
 class SecretField : public corvane::look::SecretItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(bool empty READ isEmpty NOTIFY emptyChanged FINAL)
+    /// For assistive technology, which writes the property of this name. Always reads as empty.
+    Q_PROPERTY(QString text READ unreadable WRITE setText FINAL)
 
 public:
     explicit SecretField(QQuickItem *parent = nullptr);
     [[nodiscard]] bool isEmpty() const { return size() == 0; }
+    [[nodiscard]] QString unreadable() const { return {}; }
+    /// Replaces the content.
+    void setText(const QString &text);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:

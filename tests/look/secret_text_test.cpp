@@ -106,7 +106,11 @@ TEST_F(SecretFieldTest, ShowsBulletsOnly)
 
 TEST_F(SecretFieldTest, IsNotKnownToInputMethodsAndAssistiveTechnology)
 {
-    type("hidden");
+    type("shown");
+    // How assistive technology sets the text of a field.
+    m_item.setProperty("text", u"hidden"_s);
+    EXPECT_EQ(m_secret.view(), u"hidden"_s);
+    EXPECT_TRUE(m_item.dynamicPropertyNames().isEmpty());
     EXPECT_FALSE(m_item.inputMethodQuery(Qt::ImEnabled).toBool());
     for (int index = 0; index < m_item.metaObject()->propertyCount(); ++index) {
         const QMetaProperty property = m_item.metaObject()->property(index);
