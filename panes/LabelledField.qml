@@ -9,6 +9,7 @@ Stack {
     required property string label
     required property string placeholder
     property alias text: field.text
+    readonly property string shown: field.shown
     property alias invalid: field.invalid
     // Width of the field; the label may be longer.
     property real fieldWidth: root.width

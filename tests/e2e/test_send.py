@@ -1,7 +1,7 @@
 """Transfers by a user, checked against the runtime's balances. With a real keyring and a real
 polkit."""
 
-from support import KEY, KEY_ADDRESS, RECIPIENT, WalletTest, wait_until
+from support import ADDRESS, KEY, KEY_ADDRESS, RECIPIENT, WalletTest, wait_until
 
 FEE = 5000
 
@@ -47,6 +47,19 @@ class SendTest(WalletTest):
             # The figures are refreshed automatically.
             corvane.wait_for("TOTAL BALANCE", "$1,006.67")
             corvane.leave()
+
+    def test_sends_what_assistive_technology_sets(self):
+        with self.run_wallet() as corvane:
+            self.open_form(corvane)
+            corvane.fill("TO", ADDRESS)
+            corvane.fill("AMOUNT", "1")
+            corvane.field("TO").set_text(f"{RECIPIENT}\n")
+            corvane.field("AMOUNT").set_text("0.6")
+            corvane.wait_for("≈ 600 QUIB  ·  $90.15")
+            corvane.press_button("SEND")
+            corvane.wait_for("SENT ✓")
+            self.assertEqual(self.localnet.lamports(RECIPIENT), 1_600_000_000)
+            self.assertEqual(self.localnet.lamports(KEY_ADDRESS), 7_600_000_000 - FEE)
 
     def test_slow_cluster_gets_one_transfer(self):
         with self.run_wallet() as corvane:

@@ -1,9 +1,14 @@
 #include "assets/bundled_fonts.h"
+#include "look/controls/plain_line.h"
 #include "look/paint/pictogram.h"
 #include "look/theme.h"
 #include "tests/fakes/fake_font_registry.h"
 
+#include <QAccessible>
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QMetaEnum>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -13,6 +18,10 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
+#include <vector>
 
 namespace corvane::look {
 namespace {
@@ -137,6 +146,118 @@ TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
             EXPECT_GT(seen.blue(), 50) << amount;
         }
     }
+}
+
+TEST(PlainLine, HoldsNothingThatCannotBeSeen)
+{
+    for (const auto &[text, line] : std::vector<std::pair<QString, QString>>{
+             {u"https://a.test/ä?b=\U0001F4B0 \u00A0"_s, u"https://a.test/ä?b=\U0001F4B0 \u00A0"_s},
+             {u"1\r\n2\t3\v4\f5"_s, u"1  2 3 4 5"_s},
+             {u"1\u0085\u2028\u2029\uFFFC2"_s, u"1    2"_s},
+             {u"1\0\b\u001B\u007F\u009F2"_s, u"12"_s},
+             {u"\uFEFF\u202E1\u200B\u200F\u2066\u00AD\U000E0041"_s, u"1"_s},
+             {u"1\u034F\u115F\u17B5\u180E\u2065\u3164\uFE0F\uFFA0\uFFF8\U000E0100"_s, u"1"_s},
+             {QString(QChar(0xD800)), u"\uFFFD"_s},
+         }) {
+        EXPECT_EQ(plainLine(text), line);
+    }
+}
+
+/// A field and its owner, which holds `held` and is told of every change.
+class TextFieldTest : public ComponentsTest
+{
+protected:
+    TextFieldTest()
+    {
+        QQuickItem *field = show(R"(TextField {
+            id: field
+            property string held: "1"
+            property bool refuses: false
+            property string suffix
+            width: 160; label: "AMOUNT"; placeholder: "0.00"; text: held
+            onEdited: text => held = refuses ? held : text + suffix
+        })");
+        m_line = field->property("line").value<QQuickItem *>();
+        m_window.requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        m_line->forceActiveFocus();
+    }
+
+    [[nodiscard]] QString held() const { return m_item->property("held").toString(); }
+    [[nodiscard]] QString shown() const { return m_item->property("shown").toString(); }
+    void compose(const QString &preedit, const QString &committed)
+    {
+        QInputMethodEvent event(preedit, {});
+        event.setCommitString(committed);
+        QCoreApplication::sendEvent(m_line, &event);
+    }
+
+    QQuickItem *m_line = nullptr;
+};
+
+TEST_F(TextFieldTest, ReportsEveryChangeWhateverMakesIt)
+{
+    using std::function;
+    const auto paste = [this](const QString &text) {
+        QGuiApplication::clipboard()->setText(text);
+        QTest::keySequence(&m_window, QKeySequence::Paste);
+    };
+    for (const auto &[change, text] : std::vector<std::pair<function<void()>, QString>>{
+             {[&] { QTest::keyClick(&m_window, '2'); }, u"12"_s},
+             {[&] { paste(u"3\n\u202E4"_s); }, u"123 4"_s},
+             {[&] { QTest::keyClick(&m_window, Qt::Key_Backspace); }, u"123 "_s},
+             {[&] { QTest::keySequence(&m_window, QKeySequence::Undo); }, u"123 4"_s},
+             {[&] { QTest::keySequence(&m_window, QKeySequence::Redo); }, u"123 "_s},
+             {[&] { compose({}, u"6"_s); }, u"123 6"_s},
+             {[&] {
+                  QAccessible::queryAccessibleInterface(m_line)->setText(QAccessible::Value,
+                                                                         u"7\u200B\n"_s);
+              },
+              u"7 "_s},
+             {[&] { m_line->setProperty("text", u"8"_s); }, u"8"_s},
+             {[&] { QTest::keyClick(&m_window, '9'); }, u"89"_s},
+             {[&] {
+                  QTest::keySequence(&m_window, QKeySequence::SelectAll);
+                  QTest::keySequence(&m_window, QKeySequence::Cut);
+              },
+              QString()},
+             {[&] { paste(QString(100'000, u'1')); }, QString(32'767, u'1')},
+         }) {
+        change();
+        EXPECT_EQ(held(), text);
+        EXPECT_EQ(shown(), text);
+    }
+}
+
+TEST_F(TextFieldTest, ShowsWhatItsOwnerHolds)
+{
+    const auto give = [this](const QString &text) { m_item->setProperty("held", text); };
+    QTest::keyClick(&m_window, '2');
+    give(u"5"_s);
+    EXPECT_EQ(shown(), u"5"_s) << "also after typing";
+
+    // What is being composed is shown, but is no value yet; the owner's value replaces it.
+    compose(u"6"_s, {});
+    EXPECT_EQ(held(), u"5"_s);
+    EXPECT_EQ(shown(), u"56"_s);
+    give({});
+    EXPECT_EQ(shown(), QString());
+
+    // An owner that makes something else of a change, or refuses it.
+    m_item->setProperty("suffix", u"0"_s);
+    QTest::keyClick(&m_window, '7');
+    EXPECT_EQ(held(), u"70"_s);
+    EXPECT_EQ(shown(), u"70"_s);
+    m_item->setProperty("refuses", true);
+    QTest::keyClick(&m_window, '7');
+    EXPECT_EQ(shown(), u"70"_s);
+    m_item->setProperty("refuses", false);
+    m_item->setProperty("suffix", {});
+
+    // An owner that starts with what cannot be shown gets what is shown.
+    give(u"8\n\u200B"_s);
+    EXPECT_EQ(shown(), u"8 "_s);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return held() == u"8 "_s; }));
 }
 
 } // namespace
