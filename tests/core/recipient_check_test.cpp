@@ -32,6 +32,8 @@ Address address(QStringView text)
 const Address own = address(u"7nYzRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmZtDpK");
 const Address friendly = address(u"9aBcRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmZt111");
 const Address alike = address(u"9aBcRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmYt111");
+const Address sameEnd = address(u"9aBdRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmZt111");
+const Address sameStart = address(u"9aBcRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmZt112");
 const Address stranger = address(u"4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU");
 constexpr auto systemProgram = "11111111111111111111111111111111";
 constexpr auto tokenProgram = "TokenkegQfeZyiNwAJbNbGKPFXCWuBvf9Ss623VQ5DA";
@@ -147,11 +149,12 @@ QByteArray transaction(const QList<std::tuple<Address, bool, int, int>> &account
         return QJsonObject{{u"owner"_s, owner.text()},
                            {u"uiTokenAmount"_s, QJsonObject{{u"amount"_s, amount}}}};
     };
-    const QJsonObject meta{{u"preBalances"_s, before},
-                           {u"postBalances"_s, after},
-                           {u"preTokenBalances"_s, QJsonArray{tokens(tokenLoser, u"9"_s)}},
-                           {u"postTokenBalances"_s,
-                            QJsonArray{tokens(tokenLoser, u"8"_s), tokens(tokenGainer, u"1"_s)}}};
+    const QJsonObject meta{
+        {u"preBalances"_s, before},
+        {u"postBalances"_s, after},
+        {u"preTokenBalances"_s, QJsonArray{tokens(tokenLoser, u"9"_s), tokens(sameEnd, u"4"_s)}},
+        {u"postTokenBalances"_s, QJsonArray{tokens(tokenLoser, u"8"_s), tokens(tokenGainer, u"1"_s),
+                                            tokens(sameEnd, u"4"_s)}}};
     const QJsonObject message{{u"accountKeys"_s, keys}};
     const QJsonObject result{{u"meta"_s, meta},
                              {u"transaction"_s, QJsonObject{{u"message"_s, message}}}};
@@ -165,6 +168,9 @@ TEST(RecipientReplies, TellWithWhomOneDealt)
                          stranger, own))["result"_L1];
     EXPECT_EQ(readDealings(payment, own),
               (std::vector<KnownAddress>{{friendly, Dealing::Paid}, {stranger, Dealing::Paid}}));
+    const QJsonValue exchange =
+        json(transaction({{own, true, 3, 9}, {friendly, true, 5, 0}}, own, alike))["result"_L1];
+    EXPECT_EQ(readDealings(exchange, own), std::vector<KnownAddress>{});
     EXPECT_EQ(readDealings(payment, alike),
               (std::vector<KnownAddress>{{own, Dealing::ReceivedFrom}}));
     EXPECT_EQ(readDealings(json(R"({"transaction": {"message": {"accountKeys":
@@ -192,6 +198,8 @@ TEST(KnownAddresses, WarnOfTheDoubleAndNotOfTheOneThatWasPaid)
     KnownAddresses known;
     known.add(payer);
     EXPECT_EQ(known.doubleOf(friendly), payer);
+    EXPECT_EQ(known.doubleOf(sameEnd), std::nullopt);
+    EXPECT_EQ(known.doubleOf(sameStart), std::nullopt);
     EXPECT_EQ(known.doubleOf(alike), std::nullopt);
     known.add(paid);
     known.add({friendly, Dealing::ReceivedFrom});
@@ -200,6 +208,15 @@ TEST(KnownAddresses, WarnOfTheDoubleAndNotOfTheOneThatWasPaid)
     EXPECT_EQ(known.doubleOf(stranger), std::nullopt);
     known.add({alike, Dealing::Paid});
     EXPECT_TRUE(known.doubleOf(friendly));
+
+    // Whichever became known first, the one that was paid is named.
+    const Address third = address(u"9aBcRk6sJ9b8oP4dGq5XvNw3uTcMhEaLfB2CjWmXt111");
+    for (const auto &order : {std::pair(payer, paid), std::pair(paid, payer)}) {
+        known = {};
+        known.add(order.first);
+        known.add(order.second);
+        EXPECT_EQ(known.doubleOf(third), paid);
+    }
 }
 
 class RecipientCheckTest : public testing::Test
@@ -347,10 +364,18 @@ TEST_F(RecipientCheckTest, StopsReadingTransactionsThatNobodyWaitsFor)
     queue.drain();
     EXPECT_EQ(http.count(details), 2) << "went on after a failure";
 
+    http.answer(list, HttpError::Unreachable);
+    RecipientQuestion onMainnet = about(stranger);
+    onMainnet.network = SolNetwork::Mainnet;
+    type(onMainnet);
+    onMainnet.recipient = friendly;
+    type(onMainnet);
+    EXPECT_EQ(http.count(list), 4) << "a list that never came was taken for read";
+
     RecipientQuestion watching = about(friendly);
     watching.sender.reset();
     type(watching);
-    EXPECT_EQ(http.count(list), 2);
+    EXPECT_EQ(http.count(list), 4);
 }
 
 } // namespace
