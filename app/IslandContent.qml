@@ -32,6 +32,7 @@ IslandRoot {
             id: balance
 
             card: root.cards.balanceCard(balance)
+            own: root.cards.ownAddress(balance)
         }
     }
 
@@ -40,6 +41,7 @@ IslandRoot {
             id: settings
 
             card: root.cards.settingsCard(settings)
+            own: root.cards.ownAddress(settings)
         }
     }
 
@@ -48,6 +50,7 @@ IslandRoot {
             id: receive
 
             card: root.cards.receivePane(receive)
+            own: root.cards.ownAddress(receive)
         }
     }
 

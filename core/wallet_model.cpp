@@ -154,6 +154,25 @@ const std::optional<QString> &WalletModel::signingPubkey() const
     return m_keySession->pubkey();
 }
 
+std::optional<keys::Address> WalletModel::ownAddress() const
+{
+    const std::optional<QString> &pubkey = signingPubkey();
+    return pubkey ? keys::Address::fromText(*pubkey) : std::nullopt;
+}
+
+bool WalletModel::watchesAnother() const
+{
+    const std::optional<keys::Address> own = ownAddress();
+    return own && hasValidAddress() && own != validAddress();
+}
+
+void WalletModel::watchOwnAddress()
+{
+    if (const std::optional<keys::Address> own = ownAddress()) {
+        watch(WatchedAddress(*own));
+    }
+}
+
 const std::optional<platform::SecretBytes> &WalletModel::pendingBackup() const
 {
     return m_keySession->pendingBackup();

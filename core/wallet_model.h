@@ -142,6 +142,12 @@ public:
     /// The Base58 public key of the wallet's key; empty if it only watches an address.
     [[nodiscard]] const std::optional<QString> &signingPubkey() const;
     [[nodiscard]] bool hasSigningKey() const { return signingPubkey().has_value(); }
+    /// The address of the wallet's key; empty if it only watches an address.
+    [[nodiscard]] std::optional<keys::Address> ownAddress() const;
+    /// True if the wallet has a key, but the watched address and the figures are of another one.
+    [[nodiscard]] bool watchesAnother() const;
+    /// Watches the address of the wallet's key.
+    void watchOwnAddress();
     /// The backup text (ASCII) of a key that was just created, until the user has saved it.
     [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const;
     /// Sets the backup text (ASCII) to show; empty once the user has saved it.

@@ -9,6 +9,7 @@ CardFrame {
     id: root
 
     required property BalanceCardModel card
+    required property OwnAddress own
 
     topMargin: 6
     spacing: 11
@@ -123,6 +124,11 @@ CardFrame {
                 color: Theme.muted
             }
         }
+    }
+
+    OwnAddressLine {
+        width: parent.width
+        own: root.own
     }
 
     SparklineView {

@@ -8,6 +8,7 @@ CardFrame {
     id: root
 
     required property ReceivePaneModel card
+    required property OwnAddress own
 
     topMargin: 4
     spacing: 12
@@ -19,6 +20,11 @@ CardFrame {
         networkName: root.card.networkName
         mainnet: root.card.isMainnet
         onClosed: root.card.close()
+    }
+
+    OwnAddressLine {
+        width: parent.width
+        own: root.own
     }
 
     Item {
@@ -59,7 +65,7 @@ CardFrame {
             height: 144
             text: root.card.address
             Accessible.role: Accessible.Graphic
-            Accessible.name: "QR code of your address"
+            Accessible.name: root.own.warning === "" ? "QR code of your address" : "QR code of another address"
         }
     }
 

@@ -8,6 +8,7 @@ CardFrame {
     id: root
 
     required property SettingsCardModel card
+    required property OwnAddress own
 
     topMargin: 6
     spacing: 9
@@ -52,6 +53,14 @@ CardFrame {
         ErrorLine {
             width: parent.width
             text: root.card.addressError
+        }
+
+        // Another valid address is what this field is for.
+        OwnAddressLine {
+            width: parent.width
+            height: root.own.offer === "" ? 0 : implicitHeight
+            visible: root.own.offer !== ""
+            own: root.own
         }
     }
 

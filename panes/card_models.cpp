@@ -44,4 +44,9 @@ SetupCardModel *CardModels::setupCard(QObject *view)
     return new SetupCardModel(m_wallet, *m_island.transaction(), view);
 }
 
+OwnAddress *CardModels::ownAddress(QObject *view)
+{
+    return new OwnAddress(m_wallet, view);
+}
+
 } // namespace corvane::panes

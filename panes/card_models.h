@@ -2,6 +2,7 @@
 
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
+#include "panes/own_address.h"
 #include "panes/receive_pane_model.h"
 #include "panes/send_pane_model.h"
 #include "panes/settings_card_model.h"
@@ -55,6 +56,8 @@ public:
     Q_INVOKABLE corvane::panes::SendPaneModel *sendPane(QObject *view);
     Q_INVOKABLE corvane::panes::SettingsCardModel *settingsCard(QObject *view);
     Q_INVOKABLE corvane::panes::SetupCardModel *setupCard(QObject *view);
+    /// For a line of a view beside its model.
+    Q_INVOKABLE corvane::panes::OwnAddress *ownAddress(QObject *view);
 
 private:
     core::WalletModel &m_wallet;

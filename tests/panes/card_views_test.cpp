@@ -10,6 +10,7 @@
 #include <QAccessible>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane::panes {
 namespace {
@@ -21,15 +22,23 @@ class CardViewsTest : public tests::CardTest, public testing::WithParamInterface
 protected:
     ~CardViewsTest() override { m_stage.clear(); }
 
-    /// Shows the card of this type with its model, as the island does.
-    template <typename Card>
-    QQuickItem &show(const QString &type, Card *card)
+    /// Shows the card of this type with its model, and models of its lines, as the island does.
+    template <typename Card, typename... Lines>
+    QQuickItem &show(const QString &type, Card *card, std::pair<QString, Lines *>... lines)
     {
-        QQuickItem &view =
-            m_stage.show(u"Panes/"_s + type,
-                         {{u"card"_s, QVariant::fromValue(card)}, {u"width"_s, 620}}, {620, 600});
+        QQuickItem &view = m_stage.show(u"Panes/"_s + type,
+                                        {{u"card"_s, QVariant::fromValue(card)},
+                                         {u"width"_s, 620},
+                                         {lines.first, QVariant::fromValue(lines.second)}...},
+                                        {620, 600});
         card->setParent(&view);
+        (lines.second->setParent(&view), ...);
         return view;
+    }
+
+    [[nodiscard]] std::pair<QString, OwnAddress *> ownAddress()
+    {
+        return {u"own"_s, cards().ownAddress(nullptr)};
     }
 
     [[nodiscard]] QQuickItem *control(const QString &name) const
@@ -44,8 +53,8 @@ protected:
         ASSERT_TRUE(QMetaObject::invokeMethod(item, "triggered"));
     }
 
-    /// Expects that these texts are visible, and that no text is clipped, outside of the card, or
-    /// overlapped.
+    /// Expects that these texts are visible, that no text is clipped, outside of the card, or
+    /// overlapped, and that the island's panel has room for the card.
     void expectClean(const QStringList &texts = {})
     {
         QStringList seen;
@@ -55,7 +64,10 @@ protected:
                 return seen.contains(text);
             });
         })) << texts.join(u'|').toStdString();
-        tests::expectCleanLayout(m_stage.view(), {0, 0, 620, m_stage.view().implicitHeight()});
+        const double height = m_stage.view().implicitHeight();
+        tests::expectCleanLayout(m_stage.view(), {0, 0, 620, height});
+        EXPECT_LE(height, m_island->stageRect().height() - m_island->topBandHeight() -
+                              island::IslandController::shadowPad);
     }
 
     tests::ViewStage m_stage{GetParam()};
@@ -68,8 +80,44 @@ TEST_P(CardViewsTest, Balance)
 {
     settings.setString(u"corvane.address"_s, tests::addressA);
     launchWithKey();
-    show(u"BalanceCard"_s, cards().balanceCard(nullptr));
+    show(u"BalanceCard"_s, cards().balanceCard(nullptr), ownAddress());
     expectClean({u"TOTAL BALANCE"_s});
+}
+
+TEST_P(CardViewsTest, AnotherAddressIsNeverShownAsOnesOwn)
+{
+    const QString own = launchWithKey();
+    const auto showCard = [this](const QString &type) {
+        if (type == u"BalanceCard") {
+            show(type, cards().balanceCard(nullptr), ownAddress());
+        } else if (type == u"ReceivePane") {
+            show(type, cards().receivePane(nullptr), ownAddress());
+        } else {
+            show(type, cards().settingsCard(nullptr), ownAddress());
+        }
+    };
+    const QString warning = u"watching another address — not this wallet's key"_s;
+    for (const auto &[type, warns] : tests::Table<QString, bool>{
+             {u"BalanceCard"_s, true}, {u"ReceivePane"_s, true}, {u"SettingsCard"_s, false}}) {
+        SCOPED_TRACE(type.toStdString());
+        showCard(type);
+        expectClean();
+        const double plain = m_stage.view().implicitHeight();
+        model->setAddress(tests::addressA);
+        if (warns) {
+            expectClean({warning});
+            press(u"BACK TO YOUR ADDRESS"_s);
+        } else {
+            EXPECT_FALSE(tests::texts(m_stage.view()).contains(warning));
+        }
+        model->setAddress(u"damaged"_s);
+        expectClean({u"this wallet's own address: "_s + own});
+        EXPECT_EQ(control(u"BACK TO YOUR ADDRESS"_s), nullptr);
+        press(u"USE IT"_s);
+        EXPECT_EQ(model->address(), own);
+        expectClean();
+        EXPECT_EQ(m_stage.view().implicitHeight(), plain);
+    }
 }
 
 TEST_P(CardViewsTest, Setup)
@@ -114,7 +162,7 @@ TEST_P(CardViewsTest, Backup)
 TEST_P(CardViewsTest, Settings)
 {
     launchIsland();
-    QQuickItem &card = show(u"SettingsCard"_s, cards().settingsCard(nullptr));
+    QQuickItem &card = show(u"SettingsCard"_s, cards().settingsCard(nullptr), ownAddress());
     expectClean({u"paste your quib address"_s});
     EXPECT_EQ(control(u"BACKUP"_s), nullptr);
     EXPECT_EQ(control(u"REMOVE"_s), nullptr);
@@ -131,7 +179,7 @@ TEST_P(CardViewsTest, Settings)
 TEST_P(CardViewsTest, Receive)
 {
     launchIsland();
-    show(u"ReceivePane"_s, cards().receivePane(nullptr));
+    show(u"ReceivePane"_s, cards().receivePane(nullptr), ownAddress());
     expectClean({u"set your wallet address in settings first"_s});
     EXPECT_EQ(control(u"COPY ADDRESS"_s), nullptr);
     EXPECT_FALSE(tests::texts(m_stage.view()).contains(u"corvane::panes::QRCode"_s));

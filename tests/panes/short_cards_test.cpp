@@ -2,6 +2,7 @@
 
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
+#include "panes/own_address.h"
 #include "panes/qr.h"
 #include "panes/receive_pane_model.h"
 #include "panes/setup_card_model.h"
@@ -114,6 +115,44 @@ TEST_F(BalanceCardModelTest, SaysForAMomentThatTheAddressWasCopied)
     // The timer of the first click ends it.
     queue.advance(1ms);
     EXPECT_EQ(m_card->chipText(), u"EPjF…Dt1v"_s);
+}
+
+using OwnAddressTest = tests::OneCardTest<&CardModels::ownAddress>;
+
+TEST_F(OwnAddressTest, SaysWhatIsNotThisWallets)
+{
+    launchIsland();
+    model->setAddress(addressA);
+    openCard();
+    EXPECT_EQ(m_card->warning(), QString()) << "without a key, every address is only watched";
+    EXPECT_EQ(m_card->offer(), QString());
+
+    const QString own = launchWithKey();
+    openCard();
+    const QString warning = u"watching another address — not this wallet's key"_s;
+    const QString offer = u"this wallet's own address: "_s + own;
+    for (const auto &[address, warns, offers] : Table<QString, bool, bool>{
+             {own, false, false},
+             {u' ' + own + u'\t', false, false},
+             {addressA, true, false},
+             {own + u'\n', false, true},
+             {{}, false, true},
+         }) {
+        SCOPED_TRACE(address.toStdString());
+        QSignalSpy changed(m_card.get(), &OwnAddress::changed);
+        model->setAddress(address);
+        EXPECT_EQ(changed.count(), 1);
+        EXPECT_EQ(m_card->warning(), warns ? warning : QString());
+        EXPECT_EQ(m_card->offer(), offers ? offer : QString());
+        m_card->watch();
+        EXPECT_EQ(m_card->warning() + m_card->offer(), QString());
+        EXPECT_EQ(settings.string(u"corvane.address"_s), own);
+    }
+    model->setAddress({});
+    removeKey();
+    EXPECT_EQ(m_card->offer(), QString());
+    m_card->watch();
+    EXPECT_EQ(model->address(), QString());
 }
 
 using ReceivePaneModelTest = tests::OneCardTest<&CardModels::receivePane>;

@@ -1,0 +1,45 @@
+import Corvane.Look
+import Corvane.Look.Controls
+import Corvane.Panes
+import QtQuick
+
+// Says that the watched address is not this wallet's own, with the way back. Without a text it has no height.
+Item {
+    id: root
+
+    required property OwnAddress own
+    readonly property bool needed: root.own.warning !== "" || root.own.offer !== ""
+
+    implicitHeight: root.needed ? Math.max(warning.implicitHeight, offer.implicitHeight, back.implicitHeight) : 0
+    visible: root.needed
+
+    ErrorLine {
+        id: warning
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.width - back.implicitWidth - 12
+        text: root.own.warning
+    }
+
+    Label {
+        id: offer
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.width - back.implicitWidth - 12
+        height: root.own.offer === "" ? 0 : implicitHeight
+        text: root.own.offer
+        wrapMode: Text.Wrap
+        font: Theme.term(8)
+        color: Theme.ink
+    }
+
+    LinkText {
+        id: back
+
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        title: root.own.actionLabel
+        color: Theme.green
+        onTriggered: root.own.watch()
+    }
+}
