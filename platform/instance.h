@@ -48,8 +48,9 @@ public:
     /// Sends `request` to the running instance. Returns false if none is running or if it did not
     /// accept the request.
     [[nodiscard]] virtual bool send(const InstanceRequest &request) = 0;
-    /// After a granted claim: calls `handler` on `queue` for each request, including those received
-    /// since the claim. Both must outlive this object.
+    /// After a granted claim: calls `handler` on `queue` for each request, one at a time, including
+    /// those received since the claim. Both must outlive this object. Requests are refused while
+    /// too many others wait.
     virtual void serve(MainQueue &queue, Handler handler) = 0;
 };
 

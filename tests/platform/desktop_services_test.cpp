@@ -1,5 +1,6 @@
 // Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/instance_messages.h"
+#include "platform/linux/bus/large_message_filter.h"
 #include "platform/linux/bus/portal_appearance.h"
 
 #include "assets/bundled_fonts.h"
@@ -12,6 +13,11 @@
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace corvane::tests {
 namespace {
@@ -76,6 +82,100 @@ TEST(InstanceMessages, TakeAnActionWithOneTextAtMost)
          }) {
         EXPECT_EQ(platform::actionIn(variant("(sava{sv})", arguments).get()), request) << arguments;
     }
+}
+
+/// What a filter lets pass of `stream`, taken in pieces of `step` bytes and written into `room`.
+std::string filtered(std::string_view stream, std::size_t step, std::size_t room)
+{
+    platform::LargeMessageFilter filter;
+    std::string passed;
+    std::vector<std::byte> output(room);
+    for (std::size_t begin = 0; begin < stream.size();) {
+        const auto piece = stream.substr(begin, step);
+        const auto progress = filter.copy(std::as_bytes(std::span(piece)), output);
+        passed.append(reinterpret_cast<const char *>(output.data()), progress.written);
+        begin += progress.taken;
+        if (progress.taken == 0) {
+            // The largest header needs this room at once.
+            output.resize(output.size() * 2);
+        }
+    }
+    return passed;
+}
+
+/// The bytes of a call with `body`, in GIO's own words.
+std::string callWith(GVariant *body, bool bigEndian, const char *path = "/a")
+{
+    const platform::GioPtr<GDBusMessage> message(
+        g_dbus_message_new_method_call("org.corvane.A", path, "org.corvane.B", "Call"));
+    g_dbus_message_set_sender(message.get(), ":1.7");
+    g_dbus_message_set_serial(message.get(), 3);
+    g_dbus_message_set_byte_order(message.get(), bigEndian
+                                                     ? G_DBUS_MESSAGE_BYTE_ORDER_BIG_ENDIAN
+                                                     : G_DBUS_MESSAGE_BYTE_ORDER_LITTLE_ENDIAN);
+    if (body != nullptr) {
+        g_dbus_message_set_body(message.get(), body);
+    }
+    gsize size = 0;
+    guchar *blob =
+        g_dbus_message_to_blob(message.get(), &size, G_DBUS_CAPABILITY_FLAGS_NONE, nullptr);
+    const std::string bytes(reinterpret_cast<const char *>(blob), size);
+    g_free(blob);
+    return bytes;
+}
+
+TEST(LargeMessageFilter, TakesTheArgumentsFromWhatIsTooLargeAndNothingElse)
+{
+    constexpr std::size_t largest = platform::LargeMessageFilter::largest;
+    const auto text = [](std::size_t size) {
+        return g_variant_new("(s)", std::string(size, 'x').c_str());
+    };
+    for (const bool bigEndian : {false, true}) {
+        const std::string small = callWith(text(10), bigEndian);
+        const std::string empty = callWith(nullptr, bigEndian);
+        // A text takes five bytes more than its characters.
+        const std::string allowed = callWith(text(largest - 5), bigEndian);
+        const std::string large = callWith(text(largest - 4), bigEndian);
+        const std::string longPath =
+            callWith(text(1), bigEndian, ('/' + std::string(largest, 'a')).c_str());
+        for (const std::size_t step : {std::size_t{1}, std::size_t{7}, 3 * largest}) {
+            for (const std::size_t room : {std::size_t{1}, 3 * largest}) {
+                SCOPED_TRACE(testing::Message() << bigEndian << step << room);
+                const std::string rest =
+                    filtered(empty + small + allowed + longPath + small, step, room);
+                EXPECT_TRUE(rest == empty + small + allowed + small);
+                const std::string passed = filtered(large + small, step, room);
+                ASSERT_TRUE(passed.ends_with(small));
+                std::string bare = passed.substr(0, passed.size() - small.size());
+                const platform::GioPtr<GDBusMessage> message(g_dbus_message_new_from_blob(
+                    reinterpret_cast<guchar *>(bare.data()), bare.size(),
+                    G_DBUS_CAPABILITY_FLAGS_NONE, nullptr));
+                ASSERT_TRUE(message);
+                EXPECT_EQ(g_dbus_message_get_body(message.get()), nullptr);
+                EXPECT_STREQ(g_dbus_message_get_member(message.get()), "Call");
+                EXPECT_STREQ(g_dbus_message_get_sender(message.get()), ":1.7");
+                EXPECT_EQ(g_dbus_message_get_serial(message.get()), 3U);
+            }
+        }
+    }
+}
+
+TEST(LargeMessageFilter, LeavesOutWhatItCannotRead)
+{
+    const std::string good = callWith(nullptr, false);
+    const std::string large =
+        callWith(g_variant_new("(s)", std::string(70'000, 'x').c_str()), false);
+    // The first field's type, a type of two characters, and a length beyond the header.
+    for (const auto &[position, byte] :
+         Table<std::size_t, char>{{18, 'x'}, {17, 2}, {20, '\x7f'}, {22, '\x7f'}}) {
+        SCOPED_TRACE(position);
+        std::string odd = large;
+        odd[position] = byte;
+        EXPECT_TRUE(filtered(odd + good, 64, 1024) == good);
+    }
+    std::string noFields(16, '\0');
+    noFields[0] = 'l';
+    EXPECT_TRUE(filtered(noFields + good, 64, 1024) == good);
 }
 
 TEST(WithoutX11, TheAdaptersDoWithoutIt)

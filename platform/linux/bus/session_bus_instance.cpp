@@ -1,15 +1,17 @@
 // Before Qt, whose keywords the GIO headers use as identifiers.
 #include "platform/linux/bus/gio_calls.h"
 
+#include "platform/linux/bus/filtered_bus.h"
 #include "platform/linux/bus/instance_messages.h"
 #include "platform/linux/bus/session_bus_instance.h"
 
+#include <algorithm>
 #include <atomic>
+#include <deque>
 #include <mutex>
 #include <string_view>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace corvane::platform {
 
@@ -49,6 +51,11 @@ constexpr const char *introspection = R"(
   </interface>
 </node>)";
 
+/// Requests that may wait for the main thread, so that no program can make this one grow, and none
+/// takes all of the room.
+constexpr std::size_t mostWaiting = 64;
+constexpr std::ptrdiff_t mostWaitingOfOneCaller = 8;
+
 using Invocation = std::shared_ptr<GDBusMethodInvocation>;
 
 void refuse(const Invocation &invocation, int code, const char *why)
@@ -62,6 +69,13 @@ void accept(const Invocation &invocation)
 {
     g_dbus_method_invocation_return_value(G_DBUS_METHOD_INVOCATION(g_object_ref(invocation.get())),
                                           nullptr);
+}
+
+/// The unique name of the program that called.
+std::string_view callerOf(const Invocation &invocation)
+{
+    const char *name = g_dbus_method_invocation_get_sender(invocation.get());
+    return name != nullptr ? name : "";
 }
 
 } // namespace
@@ -79,6 +93,9 @@ public:
 
     ~Service()
     {
+        if (m_nextTurn) {
+            m_nextTurn->cancel();
+        }
         if (m_thread.joinable()) {
             // Flush the connection: the reply to the request that stopped the program may still be
             // unsent.
@@ -132,6 +149,10 @@ public:
         return Claim::Refused;
     }
 
+    /// Keeps the connection that other adapters share. Otherwise each of their conversations would
+    /// open one of its own, and GNOME Keyring 48 aborts now and then when connections come and go.
+    void keepShared(GioPtr<GDBusConnection> shared) { m_shared = std::move(shared); }
+
     void run()
     {
         m_thread = std::thread([this] { g_main_loop_run(m_loop); });
@@ -139,15 +160,11 @@ public:
 
     void serve(MainQueue &queue, Handler handler)
     {
-        std::vector<std::pair<Invocation, InstanceRequest>> waiting;
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_queue = &queue;
-            m_handler = std::make_shared<const Handler>(std::move(handler));
-            waiting.swap(m_waiting);
-        }
-        for (auto &[invocation, request] : waiting) {
-            pass(std::move(invocation), std::move(request));
+        const std::scoped_lock lock(m_mutex);
+        m_queue = &queue;
+        m_handler = std::move(handler);
+        if (!m_waiting.empty()) {
+            handleNextSoon();
         }
     }
 
@@ -212,34 +229,74 @@ private:
         }
     }
 
+    struct Call
+    {
+        Invocation invocation;
+        InstanceRequest request;
+    };
+
     void pass(Invocation invocation, InstanceRequest request)
     {
         const std::scoped_lock lock(m_mutex);
-        if (!m_handler) {
-            m_waiting.emplace_back(std::move(invocation), std::move(request));
+        const std::string_view caller = callerOf(invocation);
+        const auto waiting = std::ranges::count_if(
+            m_waiting, [&](const Call &call) { return callerOf(call.invocation) == caller; });
+        if (m_waiting.size() >= mostWaiting || waiting >= mostWaitingOfOneCaller) {
+            refuse(invocation, G_DBUS_ERROR_LIMITS_EXCEEDED, "Too many requests are waiting");
             return;
         }
-        m_queue->post([invocation = std::move(invocation), request = std::move(request),
-                       handler = m_handler] {
-            if ((*handler)(request)) {
-                accept(invocation);
-            } else {
-                refuse(invocation, G_DBUS_ERROR_INVALID_ARGS, "Unknown action or parameter");
+        m_waiting.push_back({std::move(invocation), std::move(request)});
+        if (m_queue != nullptr && m_waiting.size() == 1) {
+            handleNextSoon();
+        }
+    }
+
+    void handleNextSoon()
+    {
+        m_queue->post([alive = std::weak_ptr(m_alive), this] {
+            if (!alive.expired()) {
+                handleNext();
             }
         });
     }
 
+    /// Handles one request. The next one waits for its turn among the program's other events, which
+    /// draw and dispose of what the requests have shown.
+    void handleNext()
+    {
+        Call call;
+        {
+            const std::scoped_lock lock(m_mutex);
+            call = m_waiting.front();
+        }
+        if (m_handler(call.request)) {
+            accept(call.invocation);
+        } else {
+            refuse(call.invocation, G_DBUS_ERROR_INVALID_ARGS, "Unknown action or parameter");
+        }
+        const std::scoped_lock lock(m_mutex);
+        m_waiting.pop_front();
+        if (!m_waiting.empty()) {
+            m_nextTurn = m_queue->after(0ms, [this] { handleNext(); });
+        }
+    }
+
     GioPtr<GDBusConnection> m_connection;
+    GioPtr<GDBusConnection> m_shared;
     GMainContext *m_context;
     GMainLoop *m_loop;
     guint m_object = 0;
     guint m_subscription = 0;
     std::atomic<bool> m_acquired = false;
     std::thread m_thread;
+    /// Expires with this object. Main thread.
+    std::shared_ptr<int> m_alive = std::make_shared<int>();
+    std::shared_ptr<WorkItem> m_nextTurn;
+    /// Guards the members below.
     std::mutex m_mutex;
     MainQueue *m_queue = nullptr;
-    std::shared_ptr<const Handler> m_handler;
-    std::vector<std::pair<Invocation, InstanceRequest>> m_waiting;
+    Handler m_handler;
+    std::deque<Call> m_waiting;
 };
 
 SessionBusInstance::SessionBusInstance(const QString &name)
@@ -253,13 +310,14 @@ Instance::Claim SessionBusInstance::claim(std::chrono::milliseconds patience)
 {
     BoundedCalls calls(busBound);
     GioPtr<GError> error;
-    GioPtr<GDBusConnection> connection = calls.bus(G_BUS_TYPE_SESSION, error);
+    GioPtr<GDBusConnection> connection = filteredSessionBus(calls, error);
     if (connection == nullptr) {
         return Claim::Unavailable;
     }
     auto service = std::make_unique<Service>(std::move(connection));
     const Claim claim = service->claim(calls, m_name, m_path, patience);
     if (claim == Claim::Granted) {
+        service->keepShared(calls.bus(G_BUS_TYPE_SESSION, error));
         service->run();
         m_service = std::move(service);
     }
