@@ -1,18 +1,20 @@
 """The keychain of a wallet without a user interface (wallet_actor) on a real keyring."""
 
 import base64
+import itertools
 import json
 import pathlib
 import shutil
 import signal
 import subprocess
 
-from wallet_child import NONE, SEEDS, SERVICE, A, B, KeyringTest, store
+from wallet_child import NONE, SEEDS, SERVICE, A, B, Child, KeyringTest, store
 
 from desktop import wait_until
 
 SUCCESS, NOT_AVAILABLE, AUTH_FAILED, DUPLICATE, NOT_FOUND = "0", "-25291", "-25293", "-25299", "-25300"
 READ = "read why"
+CREATION = b"CreateCollection"
 
 
 class SecretServiceTest(KeyringTest):
@@ -24,6 +26,28 @@ class SecretServiceTest(KeyringTest):
     def restart_keyring(self, unlocked=True):
         self.desktop.stop_keyring()
         self.desktop.start_keyring(unlocked)
+
+    def listen(self):
+        """Records the messages on the bus. Returns a function that returns all of them up to now."""
+        traffic, ends = self.desktop.folder / "traffic", itertools.count()
+        with traffic.open("wb") as output:
+            monitor = subprocess.Popen(["dbus-monitor", "--address", self.desktop.bus_address, "--binary"],
+                                       stdout=output)
+        self.addCleanup(monitor.wait)
+        self.addCleanup(monitor.kill)
+
+        def heard():
+            end = f"End{next(ends)}Sent"
+
+            def has_ended():
+                # Sent until the monitor has recorded it, and so all earlier messages.
+                subprocess.run(["dbus-send", "--session", "--dest=org.freedesktop.DBus", "/",
+                                f"org.corvane.{end}"], env=self.desktop.environment, check=True)
+                return end.encode() in traffic.read_bytes()
+            wait_until(has_ended, "the recording")
+            return traffic.read_bytes()
+        heard()
+        return heard
 
     def test_keeps_one_item_and_hands_it_out_by_its_protection(self):
         wallet = self.wallet()
@@ -94,6 +118,27 @@ class SecretServiceTest(KeyringTest):
         self.expect(wallet, account=A, remove=AUTH_FAILED)
         self.assertEqual(wallet.ask(f"add {SEEDS[A]} {A} none"), NOT_AVAILABLE)
 
+    def test_asks_for_a_keyring_where_there_is_none(self):
+        heard = self.listen()
+        self.desktop.stop_keyring()
+        shutil.rmtree(pathlib.Path(self.desktop.environment["XDG_DATA_HOME"]) / "keyrings")
+        prompter = Child(self, "/usr/bin/python3", pathlib.Path(__file__).with_name("prompter.py"),
+                         **self.desktop.environment)
+        self.desktop.start_keyring(unlocked=False,
+                                   environment={"GNOME_KEYRING_TEST_PROMPTER": prompter.ask("name")})
+        wallet = self.wallet()
+        prompter.ask("refuse")
+        prompter.process.send_signal(signal.SIGSTOP)
+        self.assertEqual(wallet.ask(store(A)), NOT_AVAILABLE)
+        wait_until(lambda: CREATION in heard(), "the prompt")
+        self.assertEqual(wallet.ask(store(A)), NOT_AVAILABLE)
+        self.assertEqual(heard().count(CREATION), 1, "one prompt at a time")
+        prompter.process.send_signal(signal.SIGCONT)
+        wait_until(lambda: prompter.ask("waits") == "no", "the refusal")
+        prompter.ask("agree")
+        wait_until(lambda: wallet.ask(store(A)) == SUCCESS, "the new keyring")
+        self.expect(wallet, read=SEEDS[A], account=A)
+
     def test_survives_a_service_that_hangs_dies_and_comes_back(self):
         wallet, hasty = self.wallet(), self.wallet(60_000, 1000)
         self.assertEqual(wallet.ask(store(A)), SUCCESS)
@@ -128,24 +173,11 @@ class SecretServiceTest(KeyringTest):
         self.expect(wallet, account=NONE)
 
     def test_the_secret_never_crosses_the_bus_in_the_clear(self):
-        traffic = self.desktop.folder / "traffic"
-        with traffic.open("wb") as output:
-            monitor = subprocess.Popen(["dbus-monitor", "--address", self.desktop.bus_address, "--binary"],
-                                       stdout=output)
-        self.addCleanup(monitor.wait)
-        self.addCleanup(monitor.kill)
-
-        def hears(text):
-            """Sends this on the bus until the monitor has recorded it, and so all earlier messages."""
-            subprocess.run(["dbus-send", "--session", "--dest=org.freedesktop.DBus", "/", f"org.corvane.{text}"],
-                           env=self.desktop.environment, check=True)
-            return f"org.corvane.{text}".encode().rpartition(b".")[2] in traffic.read_bytes()
-        wait_until(lambda: hears("Begin"), "the monitor")
+        heard = self.listen()
         wallet = self.wallet()
         self.assertEqual(wallet.ask(store(A)), SUCCESS)
         self.expect(wallet, read=SEEDS[A])
-        wait_until(lambda: hears("TheEnd"), "the end")
-        said, seed = traffic.read_bytes(), bytes.fromhex(SEEDS[A])
+        said, seed = heard(), bytes.fromhex(SEEDS[A])
         self.assertIn(A.encode(), said)
         for form in (seed, seed.hex().encode(), seed.hex().upper().encode(), base64.b64encode(seed)):
             self.assertNotIn(form, said)

@@ -14,6 +14,7 @@ constexpr char presenceProtection[] = "user-presence";
 constexpr char noProtection[] = "none";
 /// Shown by keyring managers; does not reveal the purpose of the item.
 constexpr char label[] = "Corvane";
+constexpr char keyringLabel[] = "Default keyring";
 constexpr char contentType[] = "application/octet-stream";
 
 /// Searches omit the schema's name, because a keyring that has been locked since its start does not
@@ -322,6 +323,16 @@ bool SecretServiceConversation::unlock(gpointer object, std::chrono::millisecond
     });
     return result != nullptr &&
            secret_service_unlock_finish(m_service.get(), result.get(), nullptr, nullptr) > 0;
+}
+
+bool SecretServiceConversation::createDefaultCollection(std::chrono::milliseconds bound)
+{
+    m_calls.restart(bound);
+    const auto result = m_calls.await([&](auto *cancellable, auto done, auto data) {
+        secret_collection_create(m_service.get(), keyringLabel, SECRET_COLLECTION_DEFAULT,
+                                 SECRET_COLLECTION_CREATE_NONE, cancellable, done, data);
+    });
+    return KeyringCollection(finish(result, secret_collection_create_finish)) != nullptr;
 }
 
 bool SecretServiceConversation::setAttributes(const KeyringItem &item, GHashTable *attributes)

@@ -71,6 +71,9 @@ public:
     /// Asks the user to unlock the keyring of `object`, an item or a keyring. The following steps
     /// have the time limit `bound`.
     [[nodiscard]] bool unlock(gpointer object, std::chrono::milliseconds bound);
+    /// Asks the user to create the keyring for new items. The following steps have the time limit
+    /// `bound`.
+    [[nodiscard]] bool createDefaultCollection(std::chrono::milliseconds bound);
 
 private:
     [[nodiscard]] bool setAttributes(const KeyringItem &item, GHashTable *attributes);

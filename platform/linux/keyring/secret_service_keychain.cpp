@@ -125,7 +125,7 @@ SecretServiceKeychain::SecretServiceKeychain(Authenticator &authenticator,
     : m_authenticator(authenticator)
     , m_bounds(bounds)
     , m_accounts(accountsPath)
-    , m_unlocking(std::make_shared<std::atomic<bool>>(false))
+    , m_preparing(std::make_shared<std::atomic<bool>>(false))
 {}
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;
@@ -143,7 +143,7 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
         return talk.status();
     }
     if (anyLocked(*existing)) {
-        unlockInBackground();
+        prepareInBackground();
         return KeychainStatus::AuthFailed;
     }
     if (!existing->empty()) {
@@ -151,11 +151,13 @@ KeychainStatus SecretServiceKeychain::add(const QString &service, const QString 
     }
     const KeyringCollection collection = talk.defaultCollection();
     if (collection == nullptr) {
-        return talk.status();
+        const KeychainStatus status = talk.status();
+        prepareInBackground();
+        return status;
     }
     const auto remembered = m_accounts.find(service);
     if (isLocked(collection) || !hasSeenAll(talk, remembered)) {
-        unlockInBackground();
+        prepareInBackground();
         return KeychainStatus::AuthFailed;
     }
 
@@ -306,20 +308,23 @@ bool SecretServiceKeychain::askForPresence(const PresencePrompt &prompt)
            }) == PresenceAnswer::Passed;
 }
 
-void SecretServiceKeychain::unlockInBackground()
+void SecretServiceKeychain::prepareInBackground()
 {
-    if (m_unlocking->exchange(true)) {
+    if (m_preparing->exchange(true)) {
         return;
     }
-    std::thread([unlocking = m_unlocking, bounds = m_bounds] {
+    std::thread([preparing = m_preparing, bounds = m_bounds] {
         {
             SecretServiceConversation talk(bounds.quick);
-            const KeyringCollection collection = talk.open() ? talk.defaultCollection() : nullptr;
+            const bool isOpen = talk.open();
+            const KeyringCollection collection = isOpen ? talk.defaultCollection() : nullptr;
             if (collection != nullptr) {
                 static_cast<void>(talk.unlock(collection.get(), bounds.unlock));
+            } else if (isOpen && !talk.expired()) {
+                static_cast<void>(talk.createDefaultCollection(bounds.unlock));
             }
         }
-        *unlocking = false;
+        *preparing = false;
     }).detach();
 }
 

@@ -18,7 +18,7 @@ struct SecretServiceBounds
 {
     /// For the service, which a user may be waiting for.
     std::chrono::milliseconds quick{3'000};
-    /// For the user, at the prompt that unlocks the keyring.
+    /// For the user, at the prompt that unlocks or creates the keyring.
     std::chrono::milliseconds unlock{120'000};
     /// For the user, at the prompt that proves presence; longer than the authenticator's own limit.
     std::chrono::milliseconds presence{360'000};
@@ -47,7 +47,8 @@ public:
     ~SecretServiceKeychain() override;
 
     /// Fails if the service already has an item, of any account. Also fails if the keyring is
-    /// locked, and then asks the user in the background to unlock it for the next attempt.
+    /// locked or if there is no keyring for new items, and then asks the user in the background to
+    /// unlock or to create it for the next attempt.
     [[nodiscard]] KeychainStatus add(const QString &service, const QString &account,
                                      const SecretBytes &data,
                                      KeychainProtection protection) override;
@@ -69,7 +70,7 @@ private:
     /// The data of the item; calls `mayOpen` if the item is protected.
     [[nodiscard]] std::optional<SecretBytes> read(const QString &service,
                                                   const std::function<bool()> &mayOpen) const;
-    void unlockInBackground();
+    void prepareInBackground();
 
     Authenticator &m_authenticator;
     const SecretServiceBounds m_bounds;
@@ -82,9 +83,9 @@ private:
     mutable std::atomic<bool> m_missedItems = false;
     /// When a quick call last exceeded its time limit; the following ones use a shorter limit.
     mutable std::atomic<std::chrono::steady_clock::time_point> m_lastTimeOut;
-    /// True while an unlock prompt is open, to allow only one. Shared with the waiting thread,
-    /// which may outlive this object.
-    std::shared_ptr<std::atomic<bool>> m_unlocking;
+    /// True while a prompt to unlock or create the keyring is open, to allow only one. Shared with
+    /// the waiting thread, which may outlive this object.
+    std::shared_ptr<std::atomic<bool>> m_preparing;
 };
 
 } // namespace corvane::platform
