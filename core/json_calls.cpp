@@ -15,7 +15,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds callTimeout = 12s;
 constexpr std::chrono::milliseconds healthTimeout = 8s;
 
 bool isSerialisable(const QJsonValue &value)
@@ -54,16 +53,29 @@ platform::HttpRequest post(const QUrl &url, const QJsonObject &body,
 } // namespace
 
 std::optional<platform::HttpRequest> rpcRequest(const QUrl &url, const QString &method,
-                                                const QJsonArray &params)
+                                                const QJsonArray &params,
+                                                std::chrono::milliseconds timeout)
 {
     if (!isSerialisable(params)) {
         return std::nullopt;
     }
     QJsonObject body = envelope(method);
     body.insert(u"params"_s, params);
-    platform::HttpRequest request = post(url, body, callTimeout);
+    platform::HttpRequest request = post(url, body, timeout);
     request.once = method == u"sendTransaction";
     return request;
+}
+
+QCoro::Task<JsonResult> callRpc(platform::HttpClient &http, QUrl url, QString method,
+                                QJsonArray params, std::chrono::milliseconds timeout)
+{
+    std::optional<platform::HttpRequest> request = rpcRequest(url, method, params, timeout);
+    if (!request) {
+        co_return JsonResult(CallError::NotSerialisable);
+    }
+    const auto pending = http.send(*std::move(request));
+    const platform::HttpResult result = co_await pending;
+    co_return readRpcReply(result);
 }
 
 platform::HttpRequest healthRequest(const QUrl &url)
@@ -92,11 +104,13 @@ JsonResult readRpcReply(const platform::HttpResult &result)
         return document;
     }
     const QJsonObject object = value->toObject();
-    const auto member = object.find("result"_L1);
-    if (member == object.end()) {
-        return CallError::BadServerResponse;
+    if (const auto member = object.find("result"_L1); member != object.end()) {
+        return QJsonValue(member.value());
     }
-    return QJsonValue(member.value());
+    constexpr int firstServerError = 500;
+    const bool refused = object["error"_L1]["code"_L1].isDouble() &&
+                         std::get<platform::HttpReply>(result).status < firstServerError;
+    return refused ? CallError::Refused : CallError::BadServerResponse;
 }
 
 JsonResult readJsonReply(const platform::HttpResult &result)

@@ -4,6 +4,7 @@
 #include "core/cancellation.h"
 #include "core/endpoint_choice.h"
 #include "core/labels.h"
+#include "core/transfer_session.h"
 #include "core/wallet_settings.h"
 #include "platform/main_queue.h"
 #include "platform/settings_store.h"
@@ -21,6 +22,9 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     , m_services(std::move(services))
     , m_keySession(std::make_unique<KeySession>(KeySessionServices{
           m_services.queue, m_services.background, m_services.keychain, m_services.signingKeys}))
+    , m_transfers(std::make_unique<TransferSession>(TransferServices{
+          m_services.queue, m_services.http, m_services.settings, m_services.signingKeys,
+          m_services.formatter, *m_keySession, QUrl(m_services.endpoints.mainnet)}))
 {
     const platform::SettingsStore &settings = m_services.settings;
     m_watched = WatchedAddress(settings.string(addressSetting).value_or(QString()));
@@ -40,6 +44,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
             [this](const keys::Address &address) { watch(WatchedAddress(address)); });
     connect(m_keySession.get(), &KeySession::removed, this, [this] { setAddress({}); });
     connect(m_keySession.get(), &KeySession::storingChanged, this, &WalletModel::storingKeyChanged);
+    connect(m_transfers.get(), &TransferSession::balancesMayHaveChanged, this,
+            &WalletModel::refresh);
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
 
@@ -186,6 +192,32 @@ void WalletModel::setPendingBackup(std::optional<platform::SecretBytes> text)
 const std::optional<platform::SecretBytes> &WalletModel::sessionSecret() const
 {
     return m_keySession->seed();
+}
+
+QCoro::Task<SendResult<QString>> WalletModel::sendSOL(keys::Address to, double amountSOL)
+{
+    return m_transfers->send(std::move(to), amountSOL, {rpcURL(), m_network});
+}
+
+QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountSOL)
+{
+    const std::optional<keys::Address> recipient = keys::Address::fromText(trimmingBlanks(to));
+    if (!recipient) {
+        co_return SendResult<QString>(SendError::badRecipient());
+    }
+    auto sending = sendSOL(*recipient, amountSOL);
+    co_return co_await sending;
+}
+
+std::optional<QUrl> WalletModel::explorerURL(const QString &signature) const
+{
+    QString text = m_services.endpoints.explorer + u"/tx/"_s +
+                   QString::fromLatin1(QUrl::toPercentEncoding(signature));
+    if (m_network == SolNetwork::Devnet) {
+        text += u"?cluster=devnet"_s;
+    }
+    const QUrl url(text, QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
 const QString &WalletModel::publicRPC() const

@@ -31,6 +31,7 @@ class AuthenticationContext;
 namespace corvane::core {
 
 class Cancellation;
+class TransferSession;
 
 /// The observable state of the wallet: address, cluster, endpoint settings, the last fetched
 /// figures and the state of the signing key. Created once at launch. Main thread.
@@ -102,13 +103,14 @@ public:
     QCoro::Task<> removeWallet();
     /// True while a key is being stored or removed.
     [[nodiscard]] bool isStoringKey() const;
-    /// Sends SOL, signed with the wallet's key, and returns the transaction's signature as soon as
-    /// the cluster has accepted it. Prompts the user if the key is locked. Aborts the process if
-    /// the amount cannot be represented in lamports.
+    /// Sends SOL with `TransferSession::send`, to the current network and endpoint.
     QCoro::Task<SendResult<QString>> sendSOL(keys::Address to, double amountSOL);
     /// The same with a typed recipient, whose surrounding blanks are ignored.
     QCoro::Task<SendResult<QString>> sendSOL(QString to, double amountSOL);
-    /// The block explorer's page for a transaction.
+    /// The wallet's transfers. They live as long as the model.
+    [[nodiscard]] TransferSession &transfers() const { return *m_transfers; }
+    /// The block explorer's page for a transaction on the current network. Characters that are not
+    /// allowed in a URL are encoded.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
 
     /// Makes one JSON-RPC call to the current endpoint.
@@ -243,6 +245,7 @@ private:
 
     WalletServices m_services;
     std::unique_ptr<KeySession> m_keySession;
+    std::unique_ptr<TransferSession> m_transfers;
 
     WatchedAddress m_watched;
     SolNetwork m_network = SolNetwork::Mainnet;

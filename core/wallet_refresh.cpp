@@ -28,13 +28,7 @@ constexpr qint64 cyclesPerChart = 30;
 
 QCoro::Task<JsonResult> WalletModel::rpc(QString method, QJsonArray params)
 {
-    std::optional<platform::HttpRequest> request = rpcRequest(rpcURL(), method, params);
-    if (!request) {
-        co_return JsonResult(CallError::NotSerialisable);
-    }
-    const auto pending = m_services.http.send(*std::move(request));
-    const platform::HttpResult result = co_await pending;
-    co_return readRpcReply(result);
+    return callRpc(m_services.http, rpcURL(), std::move(method), std::move(params));
 }
 
 QCoro::Task<JsonResult> WalletModel::getJSON(QString url)

@@ -65,7 +65,11 @@ TEST(JsonCalls, ReadsRepliesWhateverTheStatusButAsksForItOfAProxy)
              {HttpReply{500, R"({"result": {"value": 1}})"},
               QJsonValue(QJsonObject{{u"value"_s, 1}})},
              {HttpReply{200, R"({"result": null, "error": {}})"}, QJsonValue()},
-             {HttpReply{200, R"({"error": {"code": -32000}})"}, CallError::BadServerResponse},
+             {HttpReply{200, R"({"error": {"code": -32000}})"}, CallError::Refused},
+             {HttpReply{429, R"({"error": {"code": -32429}})"}, CallError::Refused},
+             // A gateway may have passed the call on.
+             {HttpReply{502, R"({"error": {"code": -32603}})"}, CallError::BadServerResponse},
+             {HttpReply{200, R"({"error": "busy"})"}, CallError::BadServerResponse},
              {HttpReply{200, R"([{"result": 1}])"}, CallError::BadServerResponse},
              {HttpReply{429, "<html>"}, CallError::NotJson},
              {HttpError::TimedOut, HttpError::TimedOut},

@@ -1,11 +1,9 @@
-// The life cycle of the wallet's key, and transfers signed with it.
+// The life cycle of the wallet's key.
 
 #include "platform/one_time_context.h"
 #include "tests/core/wallet_fixture.h"
 
 #include <QCoroTask>
-
-#include <limits>
 
 namespace corvane::core {
 namespace {
@@ -25,7 +23,6 @@ protected:
     {
         http.answer(latestBlockhash, R"({"result": {"value": {"blockhash": ")" +
                                          tests::addressB.toLatin1() + R"("}}})");
-        http.answer(sendTransaction, R"({"result": "signature"})");
         launchAndSettle();
     }
 
@@ -43,14 +40,6 @@ protected:
         const auto context = std::make_shared<platform::OneTimeContext>();
         context->pass();
         model->unlockSigningKey(context);
-    }
-
-    /// The error's text, or the signature after "sent".
-    QString send(const QString &to, double amount)
-    {
-        const auto result = finish(model->sendSOL(to, amount));
-        const auto *error = std::get_if<SendError>(&result);
-        return error != nullptr ? error->description() : u"sent "_s + std::get<QString>(result);
     }
 };
 
@@ -168,80 +157,6 @@ TEST_F(WalletKeysTest, RevealsAnOpenKeyWithoutAsking)
     ASSERT_TRUE(backup);
     EXPECT_TRUE(*backup == created);
     EXPECT_TRUE(keychain.prompts.isEmpty());
-}
-
-TEST_F(WalletKeysTest, ChecksATransferInItsOrderAndSendsNothingBefore)
-{
-    lock();
-    keychain.refuses = true;
-    const QString badRecipient = u"recipient isn't a valid solana address"_s;
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const auto &[to, amount, error] : tests::Table<QString, double, QString>{
-             {u""_s, 0, badRecipient},
-             {addressA + u'\n', 1, badRecipient},
-             {addressA.chopped(20), nan, badRecipient},
-             {addressA, 0, u"bad amount"_s},
-             {addressA, -1, u"bad amount"_s},
-             {addressA, nan, u"bad amount"_s},
-         }) {
-        EXPECT_EQ(send(to, amount), error);
-    }
-    EXPECT_TRUE(keychain.prompts.isEmpty());
-    EXPECT_EQ(send(addressA, 1234.5), u"touch id cancelled — nothing was sent"_s);
-    EXPECT_EQ(keychain.prompts, QStringList{u"send 1,234.5000 SOL"_s});
-    EXPECT_EQ(keychain.reasons, QList{platform::PresenceReason::Send});
-    EXPECT_TRUE(http.requests().empty());
-    EXPECT_FALSE(model->sessionSecret());
-}
-
-TEST_F(WalletKeysTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
-{
-    createKey();
-    const QString sent = u"sent signature"_s;
-    queue.drain();
-    http.forgetRequests();
-    EXPECT_EQ(send(addressA, 1e-10), sent) << "no lamports";
-    EXPECT_EQ(http.names(),
-              (std::vector<QString>{latestBlockhash, sendTransaction, tests::coinGecko,
-                                    tests::balance, tests::tokens, tests::chart}))
-        << "a full refresh follows";
-    EXPECT_EQ(send(u" "_s + model->address() + u'\t', 1), sent) << "to itself";
-    EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x"_s));
-    model->setNetwork(SolNetwork::Devnet);
-    EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x?cluster=devnet"_s));
-}
-
-TEST_F(WalletKeysTest, TurnsEveryRefusalOfTheClusterIntoItsText)
-{
-    createKey();
-    using platform::HttpReply;
-    const QString noBlockhash = u"couldn't fetch a recent blockhash"_s;
-    const QString failed = u"send failed — check balance covers amount + fee"_s;
-    const QString unexpected = u"unexpected RPC reply"_s;
-    const QByteArray tooLong =
-        R"({"result": {"value": {"blockhash": ")" + QByteArray(200'000, 'z') + R"("}}})";
-    const HttpReply good{200, R"({"result": {"value": {"blockhash": ")" +
-                                  tests::addressB.toLatin1() + R"("}}})"};
-    for (const auto &[blockhash, answer, text] :
-         tests::Table<platform::HttpResult, platform::HttpResult, QString>{
-             {HttpReply{200, R"({"result": {"value": "x"}})"}, {}, noBlockhash},
-             {HttpReply{200, R"({"result": {"value": {"blockhash": "11"}}})"}, {}, noBlockhash},
-             {HttpReply{200, tooLong}, {}, noBlockhash},
-             {platform::HttpError::TimedOut, {}, noBlockhash},
-             {good, HttpReply{200, R"({"error": {"code": -32002}})"}, failed},
-             {good, platform::HttpError::TimedOut, failed},
-             {good, HttpReply{200, R"({"result": 7})"}, unexpected},
-             {good, HttpReply{200, R"({"result": null})"}, unexpected},
-         }) {
-        http.answer(latestBlockhash, blockhash);
-        http.answer(sendTransaction, answer);
-        http.forgetRequests();
-        EXPECT_EQ(send(addressA, 1), text);
-        EXPECT_EQ(http.count(sendTransaction), text == noBlockhash ? 0 : 1);
-        EXPECT_TRUE(http.requests()[0].body.contains(R"({"commitment":"finalized"})"));
-    }
-    EXPECT_TRUE(http.requests()[1].body.contains(
-        R"({"encoding":"base64","preflightCommitment":"confirmed"})"));
 }
 
 } // namespace

@@ -1,0 +1,155 @@
+#pragma once
+
+#include "core/send_error.h"
+#include "core/submitted_transfer.h"
+#include "core/transfer_replies.h"
+#include "keys/address.h"
+#include "keys/lamports.h"
+
+#include <QCoroTask>
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace corvane::platform {
+class HttpClient;
+class MainQueue;
+class NumberFormatter;
+class SettingsStore;
+class SigningKeys;
+} // namespace corvane::platform
+
+namespace corvane::core {
+
+class Cancellation;
+class KeySession;
+
+/// What became of a transfer that was submitted.
+enum class TransferFate {
+    Unknown,  ///< the cluster has accepted it, or nothing was submitted
+    Checking, ///< it may or may not have been executed; the cluster is being asked
+    WentThrough,
+    DidNotGoThrough, ///< it failed, or can no longer be executed
+};
+
+/// What the user wants to pay, and whom.
+struct TransferIntent
+{
+    keys::Address recipient;
+    keys::Lamports amount;
+    SolNetwork network = SolNetwork::Mainnet;
+
+    [[nodiscard]] bool operator==(const TransferIntent &) const = default;
+};
+
+/// The latest transfer as it is told to the user.
+struct TransferReport
+{
+    /// True from the press until the cluster's answer, including the prompt to the user.
+    bool sending = false;
+    /// The latest accepted transfer's signature, as the cluster returned it.
+    std::optional<QString> signature;
+    /// Why the latest attempt failed.
+    std::optional<SendError> error;
+    TransferFate fate = TransferFate::Unknown;
+    /// The transfer with that fate; empty if `fate` is unknown.
+    std::optional<TransferIntent> subject;
+};
+
+/// The services of the session, all of which must outlive it.
+struct TransferServices
+{
+    platform::MainQueue &queue;
+    platform::HttpClient &http;
+    platform::SettingsStore &settings;
+    const platform::SigningKeys &signingKeys;
+    const platform::NumberFormatter &formatter;
+    KeySession &keys;
+    /// The built-in endpoint of the main cluster.
+    QUrl mainnet;
+};
+
+/// The wallet's transfers: one at a time is being sent, and each submitted one is followed until it
+/// is confirmed or can no longer be executed.
+///
+/// | state of a transfer | after                                      | next state |
+/// |---------------------|--------------------------------------------|----------------------------|
+/// | sending             | the cluster refuses it                     | forgotten | | | the cluster
+/// returns its signature          | accepted                   | |                     | any other
+/// answer, or none                  | doubtful                   | | accepted            | its
+/// status, or the expiry of its blockhash | went through, did not      | | doubtful            |
+/// the same                                   | the same                   | | | the same intent
+/// again                      | sending: **the same bytes** |
+///
+/// A cluster executes the same bytes at most once, so that repeating a doubtful transfer cannot pay
+/// twice. Another intent while a transfer is doubtful is refused once and accepted when repeated.
+/// Doubtful transfers are stored before they are submitted, so that they survive a crash.
+///
+/// Main thread. Tasks continue even if they are destroyed; they change nothing after the session is
+/// destroyed.
+class TransferSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Continues to follow the stored doubtful transfers.
+    explicit TransferSession(TransferServices services, QObject *parent = nullptr);
+    ~TransferSession() override;
+
+    /// Sends SOL and returns the transaction's signature as soon as the cluster has accepted it.
+    /// Prompts the user if the key is locked. Fails while another transfer is being sent. Aborts
+    /// the process if the amount cannot be represented in lamports.
+    QCoro::Task<SendResult<QString>> send(keys::Address to, double amountSOL, TransferRoute route);
+
+    [[nodiscard]] const TransferReport &report() const { return m_report; }
+    /// True if the report contains a result or a fate that no view has shown yet.
+    [[nodiscard]] bool hasNews() const { return m_hasNews; }
+    void markSeen() { m_hasNews = false; }
+
+Q_SIGNALS:
+    void reportChanged();
+    /// The cluster has answered, or the fate of a transfer is known: balances may have changed.
+    void balancesMayHaveChanged();
+
+private:
+    using Result = SendResult<QString>;
+    struct Followed;
+    using FollowedPtr = std::shared_ptr<Followed>;
+
+    QCoro::Task<Result> attempt(TransferIntent intent, double amountSOL, TransferRoute route);
+    QCoro::Task<std::optional<LatestBlockhash>> fetchBlockhash(TransferRoute route);
+    /// Submits the transfer, for the first time or again, and follows it afterwards.
+    QCoro::Task<Result> submit(FollowedPtr transfer);
+    static QCoro::Task<> follow(QPointer<TransferSession> self, FollowedPtr transfer);
+    /// Asks the cluster once; `Checking` if the fate is still open.
+    static QCoro::Task<TransferFate> ask(QPointer<TransferSession> self, FollowedPtr transfer);
+    void startFollowing(const FollowedPtr &transfer);
+    void settle(const FollowedPtr &transfer, TransferFate fate);
+
+    /// The doubtful transfer with this intent and the wallet's key; null if there is none.
+    [[nodiscard]] FollowedPtr findDoubtful(const TransferIntent &intent) const;
+    [[nodiscard]] FollowedPtr latestDoubtful() const;
+    void forget(const FollowedPtr &transfer);
+    void storeDoubtful() const;
+    /// Announces a change of the report; `isNews` tells whether it has a result or a fate to show.
+    void tell(bool isNews);
+
+    TransferServices m_services;
+    TransferReport m_report;
+    bool m_hasNews = false;
+    /// Transfers with an open fate, oldest first.
+    std::vector<FollowedPtr> m_open;
+    /// The transfer that was submitted last; null before the first.
+    FollowedPtr m_latest;
+    /// The intent that was refused because an earlier transfer is doubtful.
+    std::optional<TransferIntent> m_warned;
+};
+
+} // namespace corvane::core

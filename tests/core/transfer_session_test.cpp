@@ -1,0 +1,510 @@
+// Transfers, from the press to their fate.
+
+#include "core/transfer_session.h"
+
+#include "core/wallet_settings.h"
+#include "keys/base58.h"
+#include "tests/core/wallet_fixture.h"
+
+#include <QJsonArray>
+
+#include <limits>
+
+namespace corvane::core {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using platform::HttpError;
+using platform::HttpReply;
+using platform::HttpResult;
+using tests::addressA;
+using tests::addressB;
+using tests::Table;
+
+const QString latestBlockhash = u"getLatestBlockhash"_s;
+const QString sendTransaction = u"sendTransaction"_s;
+const QString blockHeight = u"getBlockHeight"_s;
+const QString statuses = u"getSignatureStatuses"_s;
+const QString isValid = u"isBlockhashValid"_s;
+
+const QString failed = u"send failed — check balance covers amount + fee"_s;
+const QString unexpected = u"unexpected RPC reply"_s;
+const QString noBlockhash = u"couldn't fetch a recent blockhash"_s;
+const QString pressAgain =
+    u"the earlier transfer may still go through — press again to send this one too"_s;
+
+const QByteArray pending = R"({"confirmationStatus": "processed", "err": null})";
+const QByteArray confirmed = R"({"confirmationStatus": "confirmed", "err": null})";
+const QByteArray failedOnChain =
+    R"({"confirmationStatus": "finalized", "err": {"InstructionError": [0, 1]}})";
+
+class TransferSessionTest : public tests::WalletTest
+{
+protected:
+    TransferSessionTest()
+    {
+        answerBlockhash(addressB);
+        http.answer(sendTransaction, R"({"result": "signature"})");
+        http.answer(isValid, R"({"result": {"value": false}})");
+        answerHeight(1000);
+        answerStatus("null");
+        launchAndSettle();
+        createKey();
+        http.forgetRequests();
+    }
+
+    void answerBlockhash(const QString &blockhash)
+    {
+        http.answer(latestBlockhash, R"({"result": {"value": {"blockhash": ")" +
+                                         blockhash.toLatin1() +
+                                         R"(", "lastValidBlockHeight": 1150}}})");
+    }
+    void answerHeight(int height)
+    {
+        http.answer(blockHeight, R"({"result": )" + QByteArray::number(height) + "}");
+    }
+    void answerStatus(const QByteArray &status)
+    {
+        http.answer(statuses, R"({"result": {"value": [)" + status + "]}}");
+    }
+
+    /// The error's text, or the signature after "sent".
+    QString send(const QString &to, double amount)
+    {
+        return textOf(finish(model->sendSOL(to, amount)));
+    }
+    static QString textOf(const SendResult<QString> &result)
+    {
+        const auto *error = std::get_if<SendError>(&result);
+        return error != nullptr ? error->description() : u"sent "_s + std::get<QString>(result);
+    }
+
+    /// The encoded transactions submitted so far.
+    [[nodiscard]] QStringList submitted() const
+    {
+        QStringList transactions;
+        for (const platform::HttpRequest &request : http.requests()) {
+            const QJsonObject call = QJsonDocument::fromJson(request.body).object();
+            if (call.value(u"method"_s) == sendTransaction) {
+                transactions.append(call.value(u"params"_s)[0].toString());
+            }
+        }
+        return transactions;
+    }
+    /// The signature of an encoded transaction, as the cluster returns it.
+    static QString signatureOf(const QString &transaction)
+    {
+        const QByteArray bytes = QByteArray::fromBase64(transaction.toLatin1()).sliced(1, 64);
+        return keys::Base58::encode(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    }
+
+    [[nodiscard]] const TransferReport &report() const { return model->transfers().report(); }
+    [[nodiscard]] TransferFate fate() const { return report().fate; }
+
+    /// Leaves a transfer of 1 SOL to `addressA` without an answer.
+    void loseTransfer()
+    {
+        http.answer(sendTransaction, HttpError::TimedOut);
+        ASSERT_EQ(send(addressA, 1), failed);
+        ASSERT_EQ(fate(), TransferFate::Checking);
+    }
+};
+
+TEST_F(TransferSessionTest, ChecksATransferInItsOrderAndSendsNothingBefore)
+{
+    launchAndSettle();
+    keychain.refuses = true;
+    const QString badRecipient = u"recipient isn't a valid solana address"_s;
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const auto &[to, amount, error] : Table<QString, double, QString>{
+             {u""_s, 0, badRecipient},
+             {addressA + u'\n', 1, badRecipient},
+             {addressA.chopped(20), nan, badRecipient},
+             {addressA, 0, u"bad amount"_s},
+             {addressA, -1, u"bad amount"_s},
+             {addressA, nan, u"bad amount"_s},
+         }) {
+        EXPECT_EQ(send(to, amount), error);
+    }
+    EXPECT_TRUE(keychain.prompts.isEmpty());
+    EXPECT_EQ(send(addressA, 1234.5), u"touch id cancelled — nothing was sent"_s);
+    EXPECT_EQ(keychain.prompts, QStringList{u"send 1,234.5000 SOL"_s});
+    EXPECT_EQ(keychain.reasons, QList{platform::PresenceReason::Send});
+    EXPECT_TRUE(http.requests().empty());
+    EXPECT_FALSE(model->sessionSecret());
+}
+
+TEST_F(TransferSessionTest, SendsWhatIsOddButAllowedAndLinksToItsCluster)
+{
+    const QString sent = u"sent signature"_s;
+    http.hold(blockHeight);
+    EXPECT_EQ(send(addressA, 1e-10), sent) << "no lamports";
+    EXPECT_EQ(http.names(),
+              (std::vector<QString>{latestBlockhash, sendTransaction, blockHeight, tests::coinGecko,
+                                    tests::balance, tests::tokens, tests::chart}))
+        << "a full refresh follows";
+    EXPECT_EQ(send(u" "_s + model->address() + u'\t', 1), pressAgain);
+    EXPECT_EQ(send(u" "_s + model->address() + u'\t', 1), sent) << "to itself";
+    for (const auto &[signature, path] : Table<QString, QString>{
+             {u"5x"_s, u"5x"_s}, {u"a/../?#\n%"_s, u"a%2F..%2F%3F%23%0A%25"_s}}) {
+        EXPECT_EQ(model->explorerURL(signature)->toString(QUrl::FullyEncoded),
+                  u"https://solscan.io/tx/"_s + path);
+    }
+    model->setNetwork(SolNetwork::Devnet);
+    EXPECT_EQ(model->explorerURL(u"5x"_s), QUrl(u"https://solscan.io/tx/5x?cluster=devnet"_s));
+}
+
+TEST_F(TransferSessionTest, TurnsEveryAnswerIntoItsTextAndDoubtsWhatIsNoAnswer)
+{
+    const QByteArray tooLong =
+        R"({"result": {"value": {"blockhash": ")" + QByteArray(200'000, 'z') + R"("}}})";
+    const HttpReply good{200, R"({"result": {"value": {"blockhash": ")" + addressB.toLatin1() +
+                                  R"(", "lastValidBlockHeight": 1150}}})"};
+    for (const auto &[blockhash, answer, text, isDoubtful] :
+         Table<HttpResult, HttpResult, QString, bool>{
+             {HttpReply{200, R"({"result": {"value": "x"}})"}, {}, noBlockhash, false},
+             {HttpReply{200, R"({"result": {"value": {"blockhash": "11"}}})"},
+              {},
+              noBlockhash,
+              false},
+             {HttpReply{200, tooLong}, {}, noBlockhash, false},
+             {HttpError::TimedOut, {}, noBlockhash, false},
+             {good, HttpReply{200, R"({"error": {"code": -32002}})"}, failed, false},
+             {good, HttpReply{502, R"({"error": {"code": -32603}})"}, failed, true},
+             {good, HttpReply{200, "<html>"}, failed, true},
+             {good, HttpError::TimedOut, failed, true},
+             {good, HttpError::Unreachable, failed, true},
+             {good, HttpReply{200, R"({"result": 7})"}, unexpected, true},
+             {good, HttpReply{200, R"({"result": null})"}, unexpected, true},
+             {good, HttpReply{200, R"({"result": "another"})"}, u"sent another"_s, true},
+         }) {
+        SCOPED_TRACE(text.toStdString());
+        http.answer(latestBlockhash, blockhash);
+        http.answer(sendTransaction, answer);
+        http.forgetRequests();
+        answerHeight(1150);
+        EXPECT_EQ(send(addressA, 1), text);
+        EXPECT_EQ(http.count(sendTransaction), text == noBlockhash ? 0 : 1);
+        EXPECT_EQ(http.count(tests::balance), text == noBlockhash ? 0 : 1);
+        EXPECT_TRUE(http.requests()[0].body.contains(R"({"commitment":"finalized"})"));
+        EXPECT_EQ(fate(), isDoubtful ? TransferFate::Checking : TransferFate::Unknown);
+        EXPECT_EQ(report().error.has_value(), !text.startsWith(u"sent"));
+        answerHeight(1151);
+        queue.advance(2s);
+        EXPECT_EQ(fate(), isDoubtful ? TransferFate::DidNotGoThrough : TransferFate::Unknown);
+    }
+    EXPECT_TRUE(http.requests()[1].body.contains(
+        R"({"encoding":"base64","preflightCommitment":"confirmed"})"));
+}
+
+TEST_F(TransferSessionTest, AsksUntilTheFateIsCertain)
+{
+    const HttpReply noHeight{200, R"({"result": "x"})"};
+    const auto height = [](int count) {
+        return HttpReply{200, R"({"result": )" + QByteArray::number(count) + "}"};
+    };
+    const auto status = [](const QByteArray &text) {
+        return HttpReply{200, R"({"result": {"value": [)" + text + "]}}"};
+    };
+    using enum TransferFate;
+    for (const auto &[heightReply, statusReply, expected] :
+         Table<HttpResult, HttpResult, TransferFate>{
+             {height(1150), status("null"), Checking},
+             {height(1151), status("null"), DidNotGoThrough},
+             {height(1151), status(pending), Checking},
+             {height(1151), status(confirmed), WentThrough},
+             {height(1000), status(failedOnChain), DidNotGoThrough},
+             {noHeight, status(confirmed), WentThrough},
+             {noHeight, status("null"), Checking},
+             {HttpError::TimedOut, status("null"), Checking},
+             {height(1151), HttpError::TimedOut, Checking},
+             {height(1151), status(R"({"err": null})"), Checking},
+             {height(1151), status(R"({"confirmationStatus": "confirmed"})"), Checking},
+             {height(1151), status("null, null"), Checking},
+             {height(1151), HttpReply{200, R"({"error": {"code": 1}})"}, Checking},
+         }) {
+        SCOPED_TRACE(static_cast<int>(expected));
+        answerHeight(1000);
+        answerStatus("null");
+        http.forgetRequests();
+        loseTransfer();
+        http.forgetRequests();
+        http.answer(blockHeight, heightReply);
+        http.answer(statuses, statusReply);
+        queue.advance(1999ms);
+        EXPECT_EQ(fate(), Checking);
+        EXPECT_TRUE(http.names().empty());
+        http.forgetRequests();
+        queue.advance(1ms);
+        const auto asked = std::ranges::find(http.names(), blockHeight);
+        EXPECT_LT(asked, std::ranges::find(http.names(), statuses));
+        EXPECT_EQ(fate(), expected);
+        // Apart from the polling.
+        EXPECT_GE(http.count(tests::balance), expected == Checking ? 0 : 1);
+        EXPECT_EQ(report().subject->recipient.text(), addressA);
+        EXPECT_EQ(report().error.has_value(), expected != WentThrough);
+        EXPECT_EQ(report().signature.has_value(), expected == WentThrough);
+        // Clean up for the next row.
+        answerHeight(2000);
+        answerStatus("null");
+        queue.advance(2s);
+        EXPECT_EQ(settings.string(transfersSetting), QString());
+        http.forgetRequests();
+        queue.advance(1min);
+        EXPECT_EQ(http.count(statuses), 0);
+    }
+}
+
+TEST_F(TransferSessionTest, AsksRarelyAfterAWhileAndFindsTheExpiryItself)
+{
+    // An endpoint that does not report how long its blockhashes are valid.
+    http.answer(latestBlockhash,
+                R"({"result": {"value": {"blockhash": ")" + addressB.toLatin1() + R"("}}})");
+    loseTransfer();
+    http.forgetRequests();
+    queue.advance(3min);
+    EXPECT_EQ(http.count(statuses), 90);
+    http.forgetRequests();
+    queue.advance(5min);
+    EXPECT_EQ(http.count(statuses), 10);
+    answerHeight(1150);
+    queue.advance(30s);
+    EXPECT_EQ(fate(), TransferFate::Checking);
+    answerHeight(1151);
+    queue.advance(30s);
+    EXPECT_EQ(fate(), TransferFate::DidNotGoThrough);
+}
+
+TEST_F(TransferSessionTest, TellsOfAnAcceptedTransferWhenItIsConfirmedOrDropped)
+{
+    for (const bool isDropped : {false, true}) {
+        http.hold(sendTransaction);
+        answerStatus("null");
+        answerHeight(1000);
+        auto sending = model->sendSOL(addressA, 1);
+        queue.drain();
+        const QString signature = signatureOf(submitted().last());
+        http.release(sendTransaction, R"({"result": ")" + signature.toLatin1() + R"("})");
+        EXPECT_EQ(textOf(finish(std::move(sending))), u"sent "_s + signature);
+        EXPECT_EQ(fate(), TransferFate::Unknown);
+        EXPECT_EQ(settings.string(transfersSetting), QString());
+        model->transfers().markSeen();
+        queue.advance(2s);
+        EXPECT_EQ(fate(), TransferFate::Unknown);
+        answerHeight(isDropped ? 1151 : 1150);
+        answerStatus(isDropped ? "null" : confirmed);
+        queue.advance(2s);
+        EXPECT_EQ(fate(), isDropped ? TransferFate::DidNotGoThrough : TransferFate::WentThrough);
+        EXPECT_EQ(report().signature, signature);
+        EXPECT_EQ(model->transfers().hasNews(), isDropped);
+    }
+}
+
+TEST_F(TransferSessionTest, TheSameIntentAgainSubmitsTheSameBytes)
+{
+    loseTransfer();
+    answerBlockhash(addressA);
+    // The cluster has forgotten the blockhash by now: a refusal says nothing of the first time.
+    http.answer(sendTransaction, R"({"error": {"code": -32002}})");
+    EXPECT_EQ(send(addressA, 1), failed);
+    EXPECT_EQ(fate(), TransferFate::Checking);
+    // The endpoint has changed, but not the cluster.
+    model->setCustomRPC(u"http://other.test"_s);
+    http.answer(sendTransaction,
+                R"({"result": ")" + signatureOf(submitted()[0]).toLatin1() + R"("})");
+    EXPECT_EQ(send(addressA, 1), u"sent "_s + signatureOf(submitted()[0]));
+    EXPECT_EQ(fate(), TransferFate::Unknown);
+    ASSERT_EQ(submitted().size(), 3);
+    EXPECT_EQ(submitted()[1], submitted()[0]);
+    EXPECT_EQ(submitted()[2], submitted()[0]);
+    http.forgetRequests();
+    answerStatus(confirmed);
+    queue.advance(2s);
+    EXPECT_EQ(fate(), TransferFate::WentThrough);
+    EXPECT_EQ(http.requests()[1].url, QUrl(u"http://other.test"_s));
+    // It is done, so that the next one is another payment.
+    send(addressA, 1);
+    EXPECT_EQ(http.count(latestBlockhash), 1);
+}
+
+TEST_F(TransferSessionTest, AnotherIntentNeedsASecondPress)
+{
+    http.answer(tests::probe, HttpError::Unreachable);
+    for (const auto &[to, amount, network] : Table<QString, double, SolNetwork>{
+             {addressA, 1.000000001, SolNetwork::Mainnet},
+             {addressB, 1, SolNetwork::Mainnet},
+             {addressA, 1, SolNetwork::Devnet},
+         }) {
+        model->setNetwork(SolNetwork::Mainnet);
+        loseTransfer();
+        http.forgetRequests();
+        model->setNetwork(network);
+        EXPECT_EQ(send(to, amount), pressAgain);
+        // The warning is for one intent.
+        EXPECT_EQ(send(to, 7), pressAgain);
+        EXPECT_EQ(send(to, amount), pressAgain);
+        EXPECT_EQ(fate(), TransferFate::Checking);
+        EXPECT_EQ(http.count(sendTransaction), 0);
+        http.answer(sendTransaction, R"({"error": {"code": -32002}})");
+        EXPECT_EQ(send(to, amount), failed);
+        EXPECT_EQ(send(to, amount), pressAgain) << "each one is warned of";
+        EXPECT_EQ(submitted().size(), 1);
+        answerHeight(2000);
+        queue.advance(2s);
+        answerHeight(1000);
+        queue.drain();
+    }
+}
+
+TEST_F(TransferSessionTest, AFateThatIsKnownByTheEndOfThePromptIsHeeded)
+{
+    using enum TransferFate;
+    for (const auto &[status, height, submissions] :
+         Table<QByteArray, int, int>{{confirmed, 1000, 0}, {"null", 1151, 1}, {"null", 1000, 1}}) {
+        answerHeight(1000);
+        answerStatus("null");
+        http.forgetRequests();
+        loseTransfer();
+        const QString first = submitted()[0];
+        launch();
+        settle();
+        ASSERT_FALSE(model->sessionSecret());
+        http.forgetRequests();
+        answerBlockhash(addressA);
+        auto sending = model->sendSOL(addressA, 1);
+        answerStatus(status);
+        answerHeight(height);
+        queue.advance(2s);
+        EXPECT_TRUE(report().sending);
+        const QString result = textOf(finish(std::move(sending)));
+        ASSERT_EQ(submitted().size(), submissions);
+        if (submissions == 0) {
+            EXPECT_EQ(result, u"sent "_s + signatureOf(first));
+        } else {
+            EXPECT_EQ(submitted()[0] == first, height == 1000);
+        }
+        answerBlockhash(addressB);
+        answerHeight(2000);
+        answerStatus("null");
+        queue.advance(2s);
+    }
+}
+
+TEST_F(TransferSessionTest, ADoubtfulTransferSurvivesARestart)
+{
+    http.hold(sendTransaction);
+    auto sending = model->sendSOL(addressA, 1);
+    queue.drain();
+    const QString first = submitted()[0];
+    // Killed before the answer came.
+    const auto stored = settings.values;
+    model.reset();
+    settings.values = stored;
+    http.cancelHeld();
+    http.answer(sendTransaction, HttpError::TimedOut);
+    launchAndSettle();
+    EXPECT_EQ(fate(), TransferFate::Checking);
+    EXPECT_EQ(http.count(statuses), 0) << "forgotten by launchAndSettle";
+    EXPECT_EQ(send(addressA, 2), pressAgain);
+    EXPECT_EQ(send(addressA, 1), failed);
+    EXPECT_EQ(submitted(), QStringList{first});
+    answerStatus(confirmed);
+    queue.advance(2s);
+    EXPECT_EQ(fate(), TransferFate::WentThrough);
+    EXPECT_EQ(report().signature, signatureOf(first));
+    EXPECT_TRUE(model->transfers().hasNews());
+    launchAndSettle();
+    EXPECT_EQ(fate(), TransferFate::Unknown);
+}
+
+TEST_F(TransferSessionTest, IgnoresStoredTransfersThatCannotBeRead)
+{
+    loseTransfer();
+    const QString stored = *settings.string(transfersSetting);
+    const QJsonObject good = QJsonDocument::fromJson(stored.toUtf8())[0].toObject();
+    for (const auto &[member, value] : Table<QString, QString>{
+             {u"sender"_s, u"x"_s},
+             {u"recipient"_s, addressA.chopped(9)},
+             {u"lamports"_s, u"-1"_s},
+             {u"lamports"_s, u"18446744073709551616"_s},
+             {u"blockhash"_s, u"11"_s},
+             {u"signature"_s, addressA},
+             {u"signature"_s, QString(100'000, u'z')},
+             {u"network"_s, u"testnet"_s},
+             {u"endpoint"_s, u"http://a b"_s},
+         }) {
+        QJsonObject bad = good;
+        bad.insert(member, value);
+        const auto read = submittedTransfersFromJson(QString::fromUtf8(
+            QJsonDocument(QJsonArray{bad, 7, good}).toJson(QJsonDocument::Compact)));
+        ASSERT_EQ(read.size(), 1U) << member.toStdString();
+        EXPECT_EQ(toJson(read), stored);
+    }
+    EXPECT_TRUE(submittedTransfersFromJson(u"no JSON"_s).empty());
+}
+
+TEST_F(TransferSessionTest, SendsOneAtATime)
+{
+    http.hold(latestBlockhash);
+    auto first = model->sendSOL(addressA, 1);
+    queue.drain();
+    EXPECT_TRUE(report().sending);
+    EXPECT_EQ(send(addressA, 1), u"a transfer is under way already"_s);
+    EXPECT_EQ(send(addressB, 2), u"a transfer is under way already"_s);
+    EXPECT_EQ(http.count(latestBlockhash), 1);
+    http.release(latestBlockhash, "{}");
+    EXPECT_EQ(textOf(finish(std::move(first))), noBlockhash);
+    EXPECT_FALSE(report().sending);
+}
+
+TEST_F(TransferSessionTest, OneTransferHasOneEndpoint)
+{
+    http.hold(latestBlockhash);
+    auto sending = model->sendSOL(addressA, 1);
+    queue.drain();
+    model->setNetwork(SolNetwork::Devnet);
+    model->setCustomRPC(u"http://other.test"_s);
+    http.release(latestBlockhash,
+                 R"({"result": {"value": {"blockhash": ")" + addressB.toLatin1() + R"("}}})");
+    http.answer(sendTransaction, HttpError::TimedOut);
+    finish(std::move(sending));
+    queue.advance(2s);
+    int calls = 0;
+    for (std::size_t index = 0; index < http.names().size(); ++index) {
+        const QString &name = http.names()[index];
+        if (name == sendTransaction || name == statuses || name == blockHeight) {
+            EXPECT_EQ(http.requests()[index].url, QUrl(endpoints.mainnet));
+            ++calls;
+        }
+    }
+    EXPECT_EQ(calls, 5);
+    EXPECT_EQ(http.count(isValid), 0);
+    EXPECT_EQ(report().subject->network, SolNetwork::Mainnet);
+}
+
+TEST_F(TransferSessionTest, SignsNothingForDevnetThatMainnetWouldAccept)
+{
+    model->setNetwork(SolNetwork::Devnet);
+    queue.drain();
+    for (const auto &[answer, isSent] : Table<HttpResult, bool>{
+             {HttpReply{200, R"({"result": {"value": true}})"}, false},
+             {HttpReply{200, R"({"result": {"value": false}})"}, true},
+             {HttpReply{200, R"({"result": true})"}, true},
+             {HttpError::TimedOut, true},
+         }) {
+        http.forgetRequests();
+        http.answer(isValid, answer);
+        http.answer(sendTransaction, R"({"error": {"code": -32002}})");
+        EXPECT_EQ(send(addressA, 1), isSent ? failed : noBlockhash);
+        EXPECT_EQ(http.count(sendTransaction), isSent ? 1 : 0);
+        const platform::HttpRequest &question = http.requests()[1];
+        EXPECT_EQ(question.url, QUrl(endpoints.mainnet));
+        EXPECT_EQ(question.timeout, 3s);
+        EXPECT_TRUE(question.body.contains("[\"" + addressB.toLatin1() +
+                                           R"(",{"commitment":"processed"}])"));
+    }
+}
+
+} // namespace
+} // namespace corvane::core
