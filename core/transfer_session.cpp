@@ -225,6 +225,9 @@ QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
         co_return outcome;
     }
     Q_EMIT balancesMayHaveChanged();
+    if (signature) {
+        Q_EMIT paid(transfer->submitted.transfer.recipient);
+    }
     if (transfer->fate == TransferFate::WentThrough) {
         co_return Result(signature.value_or(expected));
     }
@@ -312,6 +315,9 @@ void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
     m_report.fate = fate;
     m_report.subject = transfer->intent();
     const bool wentThrough = fate == TransferFate::WentThrough;
+    if (wentThrough) {
+        Q_EMIT paid(transfer->submitted.transfer.recipient);
+    }
     if (wentThrough && transfer == m_latest && !m_report.sending) {
         m_report.error.reset();
         if (!m_report.signature) {

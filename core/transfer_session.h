@@ -117,6 +117,8 @@ Q_SIGNALS:
     void reportChanged();
     /// The cluster has answered, or the fate of a transfer is known: balances may have changed.
     void balancesMayHaveChanged();
+    /// A transfer was accepted or went through.
+    void paid(const corvane::keys::Address &recipient);
 
 private:
     using Result = SendResult<QString>;

@@ -4,6 +4,8 @@
 #include "core/cancellation.h"
 #include "core/endpoint_choice.h"
 #include "core/labels.h"
+#include "core/recipient_check.h"
+#include "core/rent_minimum.h"
 #include "core/transfer_session.h"
 #include "core/wallet_settings.h"
 #include "platform/main_queue.h"
@@ -25,6 +27,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     , m_transfers(std::make_unique<TransferSession>(TransferServices{
           m_services.queue, m_services.http, m_services.settings, m_services.signingKeys,
           m_services.formatter, *m_keySession, QUrl(m_services.endpoints.mainnet)}))
+    , m_rentMinimum(std::make_unique<RentMinimum>(m_services.http))
 {
     const platform::SettingsStore &settings = m_services.settings;
     m_watched = WatchedAddress(settings.string(addressSetting).value_or(QString()));
@@ -46,6 +49,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     connect(m_keySession.get(), &KeySession::storingChanged, this, &WalletModel::storingKeyChanged);
     connect(m_transfers.get(), &TransferSession::balancesMayHaveChanged, this,
             &WalletModel::refresh);
+    connect(m_transfers.get(), &TransferSession::paid, this,
+            [this](const keys::Address &recipient) { m_known.add({recipient, Dealing::Paid}); });
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
 
@@ -207,6 +212,17 @@ QCoro::Task<SendResult<QString>> WalletModel::sendSOL(QString to, double amountS
     }
     auto sending = sendSOL(*recipient, amountSOL);
     co_return co_await sending;
+}
+
+std::unique_ptr<RecipientCheck> WalletModel::makeRecipientCheck()
+{
+    return std::make_unique<RecipientCheck>(
+        RecipientCheckServices{m_services.queue, m_services.http, m_services.signingKeys}, m_known);
+}
+
+std::optional<keys::Address> WalletModel::ownAddress() const
+{
+    return signingPubkey() ? keys::Address::fromText(*signingPubkey()) : std::nullopt;
 }
 
 std::optional<QUrl> WalletModel::explorerURL(const QString &signature) const

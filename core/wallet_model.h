@@ -3,6 +3,7 @@
 #include "core/endpoint_choice.h"
 #include "core/json_calls.h"
 #include "core/key_session.h"
+#include "core/known_addresses.h"
 #include "core/send_error.h"
 #include "core/sol_network.h"
 #include "core/wallet_services.h"
@@ -31,6 +32,8 @@ class AuthenticationContext;
 namespace corvane::core {
 
 class Cancellation;
+class RecipientCheck;
+class RentMinimum;
 class TransferSession;
 
 /// The observable state of the wallet: address, cluster, endpoint settings, the last fetched
@@ -109,6 +112,13 @@ public:
     QCoro::Task<SendResult<QString>> sendSOL(QString to, double amountSOL);
     /// The wallet's transfers. They live as long as the model.
     [[nodiscard]] TransferSession &transfers() const { return *m_transfers; }
+    /// What an account of the cluster must keep. Lives as long as the model.
+    [[nodiscard]] RentMinimum &rentMinimum() const { return *m_rentMinimum; }
+    /// A check of recipients with the addresses that this wallet knows. The model must outlive it.
+    [[nodiscard]] std::unique_ptr<RecipientCheck> makeRecipientCheck();
+    /// The address of the wallet's own key; empty if there is no key, or if the keychain's text is
+    /// not an address.
+    [[nodiscard]] std::optional<keys::Address> ownAddress() const;
     /// The block explorer's page for a transaction on the current network. Characters that are not
     /// allowed in a URL are encoded.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
@@ -246,6 +256,8 @@ private:
     WalletServices m_services;
     std::unique_ptr<KeySession> m_keySession;
     std::unique_ptr<TransferSession> m_transfers;
+    std::unique_ptr<RentMinimum> m_rentMinimum;
+    KnownAddresses m_known;
 
     WatchedAddress m_watched;
     SolNetwork m_network = SolNetwork::Mainnet;

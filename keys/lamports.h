@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <optional>
 
 namespace corvane::keys {
 
@@ -16,9 +17,10 @@ public:
         : m_count(count)
     {}
 
-    /// Rounds `sol` to the nearest lamport, halves away from zero. Aborts the process if the amount
-    /// is infinite or not a number, at most -1 lamport, or at least 2^64 lamports: the caller must
-    /// exclude these.
+    /// Rounds `sol` to the nearest lamport, halves away from zero. Empty if the amount is infinite
+    /// or not a number, at most -1 lamport, or at least 2^64 lamports.
+    [[nodiscard]] static std::optional<Lamports> fittingSol(double sol);
+    /// The same; aborts the process if the amount does not fit: the caller must exclude that.
     [[nodiscard]] static Lamports fromSol(double sol);
 
     [[nodiscard]] constexpr std::uint64_t count() const { return m_count; }

@@ -13,59 +13,114 @@ Stack {
 
     spacing: 10
 
-    LabelledField {
+    NoteLine {
         width: parent.width
-        label: "TO"
-        placeholder: "recipient solana address"
-        text: root.card.recipient
-        invalid: root.card.recipientIsWrong
-        onEdited: text => root.card.recipient = text
+        text: root.card.payerWarning
+        severe: true
     }
 
-    Item {
+    Stack {
         width: parent.width
-        height: amount.implicitHeight
+        spacing: 4
 
         LabelledField {
-            id: amount
+            id: recipient
 
-            width: 160
-            label: "AMOUNT (SOL)"
-            placeholder: "0.00"
-            text: root.card.amount
-            invalid: root.card.amountIsWrong
-            onEdited: text => root.card.amount = text
+            width: parent.width
+            label: "TO"
+            placeholder: "recipient solana address"
+            text: root.card.recipient
+            invalid: root.card.recipientIsWrong
+            onEdited: text => root.card.recipient = text
+        }
+
+        NoteLine {
+            width: parent.width
+            text: root.card.recipientNote
+            severe: root.card.recipientNoteIsSevere
+        }
+    }
+
+    Stack {
+        width: parent.width
+        spacing: 4
+
+        Item {
+            width: parent.width
+            height: amount.implicitHeight
+
+            LabelledField {
+                id: amount
+
+                width: 160
+                label: "AMOUNT (SOL)"
+                placeholder: "0.00"
+                text: root.card.amount
+                invalid: root.card.amountIsWrong
+                onEdited: text => root.card.amount = text
+            }
+
+            Item {
+                anchors.left: amount.right
+                anchors.leftMargin: 8
+                anchors.right: parent.right
+                anchors.bottom: amount.bottom
+                height: amount.field.implicitHeight
+
+                OutlineButton {
+                    id: max
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: root.card.hasMax
+                    title: "MAX"
+                    font: Theme.term(8, Theme.Bold)
+                    color: Theme.green
+                    horizontalPadding: 8
+                    verticalPadding: 5
+                    onTriggered: root.card.max()
+                }
+
+                Label {
+                    anchors.left: root.card.hasMax ? max.right : parent.left
+                    anchors.leftMargin: root.card.hasMax ? 8 : 0
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: root.card.equivalence
+                    wrapMode: Text.WordWrap
+                    maximumLineCount: 2
+                    elide: Text.ElideRight
+                    font: Theme.term(9)
+                    color: Theme.muted
+                }
+            }
+        }
+
+        NoteLine {
+            width: parent.width
+            text: root.card.outlook
+            severe: root.card.outlookIsRefusal
         }
 
         Item {
-            anchors.left: amount.right
-            anchors.leftMargin: 8
-            anchors.right: parent.right
-            anchors.bottom: amount.bottom
-            height: amount.field.implicitHeight
+            width: parent.width
+            height: root.card.offers.length > 0 ? firstOffer.implicitHeight : 0
 
-            OutlineButton {
-                id: max
+            LinkText {
+                id: firstOffer
 
-                anchors.verticalCenter: parent.verticalCenter
-                visible: root.card.hasMax
-                title: "MAX"
-                font: Theme.term(8, Theme.Bold)
+                visible: root.card.offers.length > 0
+                title: visible ? root.card.offers[0] : ""
                 color: Theme.green
-                horizontalPadding: 8
-                verticalPadding: 5
-                onTriggered: root.card.max()
+                onTriggered: root.card.acceptOffer(0)
             }
 
-            Label {
-                anchors.left: root.card.hasMax ? max.right : parent.left
-                anchors.leftMargin: root.card.hasMax ? 8 : 0
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                text: root.card.equivalence
-                elide: Text.ElideRight
-                font: Theme.term(9)
-                color: Theme.muted
+            LinkText {
+                anchors.left: firstOffer.right
+                anchors.leftMargin: 12
+                visible: root.card.offers.length > 1
+                title: visible ? root.card.offers[1] : ""
+                color: Theme.green
+                onTriggered: root.card.acceptOffer(1)
             }
         }
     }
@@ -82,12 +137,29 @@ Stack {
             Accessible.name: root.card.sendLabel
         }
 
-        Label {
+        Item {
             anchors.verticalCenter: button.verticalCenter
+            height: hint.implicitHeight + (whole.visible ? whole.implicitHeight : 0)
             visible: !root.card.sending
-            text: "one click — your fingerprint already unlocked the key"
-            font: Theme.term(8)
-            color: Theme.muted
+
+            Label {
+                id: hint
+
+                text: "one click — your fingerprint already unlocked the key"
+                font: Theme.term(8)
+                color: Theme.muted
+            }
+
+            // The whole recipient at the moment of sending, in the room beside the button.
+            Label {
+                id: whole
+
+                anchors.top: hint.bottom
+                visible: send.enabled && send.aimedAt
+                text: "to " + root.card.groupedRecipient
+                font: Theme.term(8)
+                color: Theme.ink
+            }
         }
 
         Item {
@@ -117,7 +189,8 @@ Stack {
                     filled: true
                     enabled: root.card.ready
                     opacity: root.card.ready ? 1 : 0.4
-                    onTriggered: root.card.send()
+                    description: root.card.ready ? "to " + root.card.groupedRecipient : ""
+                    onTriggered: root.card.send(recipient.shown, amount.shown)
                 }
             }
 
@@ -164,7 +237,9 @@ Stack {
             anchors.leftMargin: 8
             anchors.verticalCenter: parent.verticalCenter
             visible: root.card.sent
+            width: Math.min(implicitWidth, parent.width / 2)
             text: root.card.shortSignature
+            elide: Text.ElideMiddle
             font: Theme.term(8)
             color: Theme.muted
         }
@@ -183,5 +258,31 @@ Stack {
     ErrorLine {
         width: parent.width
         text: root.card.errorMsg
+    }
+
+    Item {
+        width: parent.width
+        height: root.card.fate === "" ? 0 : fate.implicitHeight
+
+        Label {
+            id: fate
+
+            visible: root.card.fate !== ""
+            text: root.card.fate
+            font: Theme.term(8)
+            color: root.card.fateIsLoss ? Theme.red : Theme.muted
+            Accessible.role: Accessible.Notification
+        }
+
+        Label {
+            anchors.left: fate.right
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            visible: fate.visible
+            text: root.card.fateSubject
+            elide: Text.ElideRight
+            font: Theme.term(8)
+            color: Theme.muted
+        }
     }
 }

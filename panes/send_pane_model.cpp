@@ -2,6 +2,8 @@
 
 #include "core/blank_trimming.h"
 #include "core/labels.h"
+#include "core/recipient_check.h"
+#include "core/rent_minimum.h"
 #include "core/typed_amount.h"
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
@@ -13,14 +15,24 @@
 namespace corvane::panes {
 
 using core::parseAmount;
+using core::TransferFate;
 using core::WalletModel;
 using island::IslandPane;
+using keys::Lamports;
 using platform::Sound;
 
 namespace {
 
 /// SOL that MAX keeps for the fee.
 constexpr double feeMargin = 0.0001;
+
+/// A cluster's text without anything that would leave its line or change the order of its
+/// characters.
+QString onOneLine(QString text)
+{
+    text.removeIf([](QChar c) { return !c.isPrint() || c.isSpace() || c.isMark(); });
+    return text;
+}
 
 } // namespace
 
@@ -32,11 +44,80 @@ SendPaneModel::SendPaneModel(WalletModel &wallet, island::IslandController &isla
     , m_island(island)
     , m_sounds(sounds)
     , m_links(links)
+    , m_check(wallet.makeRecipientCheck())
 {
-    for (const auto signal : {&WalletModel::solChanged, &WalletModel::priceChanged,
-                              &WalletModel::networkChanged, &WalletModel::signingPubkeyChanged}) {
-        connect(&m_wallet, signal, this, &SendPaneModel::changed);
+    for (const auto signal :
+         {&WalletModel::solChanged, &WalletModel::priceChanged, &WalletModel::networkChanged,
+          &WalletModel::addressChanged, &WalletModel::customRPCChanged,
+          &WalletModel::proxyOKChanged, &WalletModel::signingPubkeyChanged}) {
+        connect(&m_wallet, signal, this, &SendPaneModel::update);
     }
+    connect(m_check.get(), &core::RecipientCheck::changed, this, &SendPaneModel::update);
+    connect(&m_wallet.rentMinimum(), &core::RentMinimum::amountChanged, this,
+            &SendPaneModel::update);
+    connect(&m_wallet.transfers(), &core::TransferSession::reportChanged, this,
+            &SendPaneModel::followReport);
+    const bool isOpen = report().sending || report().fate == core::TransferFate::Checking;
+    m_lastFate = report().fate;
+    if (isOpen || m_wallet.transfers().hasNews()) {
+        followReport();
+    }
+    m_wallet.rentMinimum().ask(m_wallet.rpcURL());
+    update();
+}
+
+SendPaneModel::~SendPaneModel() = default;
+
+void SendPaneModel::update()
+{
+    const std::optional<keys::Address> own = m_wallet.ownAddress();
+    std::optional<core::RecipientQuestion> question;
+    if (m_address) {
+        question = {*m_address, own, m_wallet.network(), m_wallet.rpcURL()};
+    }
+    m_check->check(question);
+
+    m_outlook = {};
+    const std::optional<double> amount = payableAmount();
+    if (m_wallet.sol() && watchesOwnAddress() && (amount || m_amount.isEmpty())) {
+        if (const auto balance = Lamports::fittingSol(*m_wallet.sol())) {
+            m_outlook = core::transferOutlook(
+                {*balance, amount ? Lamports::fittingSol(*amount) : std::nullopt,
+                 m_address ? m_check->lamports() : std::nullopt, m_address == own,
+                 m_wallet.rentMinimum().amount()});
+        }
+    }
+    Q_EMIT changed();
+}
+
+const core::TransferReport &SendPaneModel::report() const
+{
+    return m_wallet.transfers().report();
+}
+
+void SendPaneModel::followReport()
+{
+    m_showsReport = true;
+    if (!report().sending) {
+        m_wallet.transfers().markSeen();
+    }
+    // What is still in the fields is paid now, and must not be sent again by accident.
+    const TransferFate fate = report().fate;
+    if (fate == TransferFate::WentThrough && fate != m_lastFate &&
+        m_address == report().subject->recipient) {
+        const std::optional<double> amount = payableAmount();
+        if (amount && Lamports::fittingSol(*amount) == report().subject->amount) {
+            clearFields();
+        }
+    }
+    m_lastFate = fate;
+    Q_EMIT changed();
+}
+
+void SendPaneModel::clearFields()
+{
+    setRecipient({});
+    setAmount({});
 }
 
 QString SendPaneModel::networkName() const
@@ -54,27 +135,70 @@ bool SendPaneModel::hasKey() const
     return m_wallet.hasSigningKey();
 }
 
+bool SendPaneModel::watchesOwnAddress() const
+{
+    const std::optional<keys::Address> own = m_wallet.ownAddress();
+    return own && m_wallet.validAddress() == own;
+}
+
+QString SendPaneModel::payerWarning() const
+{
+    if (!hasKey() || watchesOwnAddress()) {
+        return {};
+    }
+    return QStringLiteral("paid by your own key ") + core::shortAddress(*m_wallet.signingPubkey()) +
+           QStringLiteral(" — not by the address you watch");
+}
+
 void SendPaneModel::setRecipient(const QString &recipient)
 {
     m_recipient = recipient;
     m_address = keys::Address::fromText(core::trimmingBlanks(recipient));
-    Q_EMIT changed();
+    update();
 }
 
 void SendPaneModel::setAmount(const QString &amount)
 {
     m_amount = amount;
-    Q_EMIT changed();
+    update();
+}
+
+QString SendPaneModel::recipientNote() const
+{
+    const auto warning = m_check->warning();
+    return warning ? warning->text : QString();
+}
+
+bool SendPaneModel::recipientNoteIsSevere() const
+{
+    const auto warning = m_check->warning();
+    return warning && warning->severe;
+}
+
+QString SendPaneModel::groupedRecipient() const
+{
+    constexpr int groupSize = 4;
+    QString grouped;
+    if (m_address) {
+        const QString &text = m_address->text();
+        for (qsizetype start = 0; start < text.size(); start += groupSize) {
+            grouped += (start > 0 ? QStringLiteral(" ") : QString()) + text.mid(start, groupSize);
+        }
+    }
+    return grouped;
+}
+
+std::optional<double> SendPaneModel::payableAmount() const
+{
+    const std::optional<double> amount = parseAmount(m_amount);
+    return amount && *amount > 0 && Lamports::fittingSol(*amount) ? amount : std::nullopt;
 }
 
 bool SendPaneModel::amountIsValid() const
 {
-    const std::optional<double> amount = parseAmount(m_amount);
-    if (!amount || !(*amount > 0)) {
-        return false;
-    }
+    const std::optional<double> amount = payableAmount();
     const std::optional<double> balance = m_wallet.sol();
-    return !balance || *amount <= *balance;
+    return amount && (!balance || *amount <= *balance);
 }
 
 bool SendPaneModel::recipientIsWrong() const
@@ -89,7 +213,7 @@ bool SendPaneModel::amountIsWrong() const
 
 bool SendPaneModel::isReady() const
 {
-    return m_address && amountIsValid() && !m_sending;
+    return m_address && amountIsValid() && !isSending();
 }
 
 bool SendPaneModel::hasMax() const
@@ -116,22 +240,93 @@ QString SendPaneModel::equivalence() const
     if (const std::optional<double> price = m_wallet.price()) {
         text += QStringLiteral("  ·  $") + m_wallet.group(*amount * *price, 2);
     }
+    const std::optional<Lamports> lamports = Lamports::fittingSol(*amount);
+    if (lamports && !core::isExactly(m_amount, *lamports)) {
+        text +=
+            QStringLiteral("  ·  rounded to ") + core::solText(*lamports) + QStringLiteral(" SOL");
+    }
     return text;
+}
+
+void SendPaneModel::acceptOffer(int index)
+{
+    if (index >= 0 && index < m_outlook.offers.size()) {
+        setAmount(core::solText(m_outlook.offers[index].amount));
+    }
+}
+
+QStringList SendPaneModel::offers() const
+{
+    QStringList labels;
+    for (const core::AmountOffer &offer : m_outlook.offers) {
+        labels.append(offer.label);
+    }
+    return labels;
 }
 
 QString SendPaneModel::sendLabel() const
 {
-    return m_sending ? QStringLiteral("SENDING") : QStringLiteral("SEND");
+    return isSending() ? QStringLiteral("SENDING") : QStringLiteral("SEND");
 }
 
 QString SendPaneModel::shortSignature() const
 {
-    return m_sentSig ? m_sentSig->left(8) + u'…' + m_sentSig->right(8) : QString();
+    if (!isSent()) {
+        return {};
+    }
+    constexpr qsizetype kept = 8;
+    const QString text = onOneLine(*report().signature);
+    return text.left(kept) + u'…' + text.right(kept);
 }
 
 std::optional<QUrl> SendPaneModel::link() const
 {
-    return m_sentSig ? m_wallet.explorerURL(*m_sentSig) : std::nullopt;
+    return isSent() ? m_wallet.explorerURL(*report().signature) : std::nullopt;
+}
+
+QString SendPaneModel::errorMsg() const
+{
+    if (!m_pressError.isEmpty()) {
+        return m_pressError;
+    }
+    return m_showsReport && report().error ? report().error->description() : QString();
+}
+
+QString SendPaneModel::fate() const
+{
+    if (!m_showsReport) {
+        return {};
+    }
+    switch (report().fate) {
+    case TransferFate::Unknown:
+        return {};
+    case TransferFate::Checking:
+        return QStringLiteral("checking whether it went through…");
+    case TransferFate::WentThrough:
+        return QStringLiteral("it went through");
+    case TransferFate::DidNotGoThrough:
+        return QStringLiteral("it did not go through");
+    }
+    Q_UNREACHABLE();
+}
+
+bool SendPaneModel::fateIsLoss() const
+{
+    return report().fate == TransferFate::DidNotGoThrough;
+}
+
+QString SendPaneModel::fateSubject() const
+{
+    if (fate().isEmpty()) {
+        return {};
+    }
+    const core::TransferIntent &subject = *report().subject;
+    QString text = core::solText(subject.amount) + QStringLiteral(" SOL to ") +
+                   core::shortAddress(subject.recipient.text());
+    if (subject.network != m_wallet.network()) {
+        text += QStringLiteral(" on ") + networkTitle(subject.network);
+    }
+    return text;
 }
 
 void SendPaneModel::openLink()
@@ -146,50 +341,37 @@ void SendPaneModel::close()
     m_island.setPane(IslandPane::Balance);
 }
 
-void SendPaneModel::send()
+void SendPaneModel::send(const QString &shownRecipient, const QString &shownAmount)
 {
-    const std::optional<double> amount = parseAmount(m_amount);
-    if (!m_address || !amount) {
+    const std::optional<double> amount = payableAmount();
+    if (!m_address || !amount || isSending()) {
         return;
     }
-    m_sending = true;
-    m_errorMsg.clear();
-    m_sentSig.reset();
-    Q_EMIT changed();
+    if (shownRecipient != m_recipient || shownAmount != m_amount) {
+        m_pressError = QStringLiteral("the fields were still changing — nothing was sent");
+        Q_EMIT changed();
+        return;
+    }
+    m_pressError.clear();
     m_sounds.play(Sound::Pop);
     // The task continues without its handle.
-    transfer(this, &m_wallet, &m_island, &m_sounds, *m_address, *amount);
+    finish(this, &m_island, &m_sounds, m_wallet.sendSOL(*m_address, *amount));
 }
 
-QCoro::Task<> SendPaneModel::transfer(QPointer<SendPaneModel> pane, QPointer<WalletModel> wallet,
-                                      QPointer<island::IslandController> island,
-                                      platform::SoundPlayer *sounds, keys::Address recipient,
-                                      double amount)
+QCoro::Task<> SendPaneModel::finish(QPointer<SendPaneModel> pane,
+                                    QPointer<island::IslandController> island,
+                                    platform::SoundPlayer *sounds,
+                                    QCoro::Task<core::SendResult<QString>> sending)
 {
-    auto sending = wallet->sendSOL(recipient, amount);
     const core::SendResult<QString> result = co_await sending;
+    const bool isAccepted = std::holds_alternative<QString>(result);
     if (island) {
-        const bool accepted = std::holds_alternative<QString>(result);
-        sounds->play(accepted ? Sound::Glass : Sound::Basso);
+        sounds->play(isAccepted ? Sound::Glass : Sound::Basso);
     }
-    if (pane) {
-        pane->finish(result);
+    if (pane && isAccepted) {
+        ++pane->m_burst;
+        pane->clearFields();
     }
-}
-
-void SendPaneModel::finish(const core::SendResult<QString> &result)
-{
-    m_sending = false;
-    if (const auto *error = std::get_if<core::SendError>(&result)) {
-        m_errorMsg = error->description();
-    } else {
-        m_sentSig = std::get<QString>(result);
-        ++m_burst;
-        m_recipient.clear();
-        m_address.reset();
-        m_amount.clear();
-    }
-    Q_EMIT changed();
 }
 
 } // namespace corvane::panes

@@ -9,11 +9,15 @@ Item {
     id: root
 
     required property string label
+    // What assistive technology says after the label.
+    property string description: ""
     property int icon: Pictogram.None
     property bool filled: false
     signal triggered
 
     readonly property color contentColor: root.filled ? "black" : Theme.green
+    // True while the pointer or the keyboard is on the button.
+    readonly property bool aimedAt: area.containsMouse || area.activeFocus
     // Opacities and radii must not follow the spring's overshoot.
     readonly property real glow: hover.opacity
 
@@ -90,6 +94,7 @@ Item {
 
         anchors.fill: parent
         label: root.label
+        description: root.description
         onTriggered: root.triggered()
     }
 }

@@ -6,6 +6,8 @@ MouseArea {
     id: root
 
     required property string label
+    // What assistive technology says after the label.
+    property string description: ""
     property alias ringRadius: ring.radius
     signal triggered
 
@@ -17,7 +19,7 @@ MouseArea {
     Accessible.name: root.label
     Accessible.focusable: root.enabled
     // Qt 6.4 does not report to assistive technology that an item is disabled.
-    Accessible.description: root.enabled ? "" : "unavailable"
+    Accessible.description: root.enabled ? root.description : "unavailable"
     Accessible.onPressAction: {
         if (root.enabled)
             root.triggered();

@@ -11,7 +11,17 @@ namespace corvane::tests {
 class CardTest : public IslandTest
 {
 protected:
-    CardTest() { m_screens.screens = {plainScreen({0, 0, 1512, 982})}; }
+    CardTest()
+    {
+        m_screens.screens = {plainScreen({0, 0, 1512, 982})};
+        // What the send pane asks about; a cluster that knows nothing.
+        http.answer(QStringLiteral("getMinimumBalanceForRentExemption"), R"({"result": 890880})");
+        for (const QString &question :
+             {QStringLiteral("getAccountInfo"), QStringLiteral("getSignaturesForAddress"),
+              QStringLiteral("getBlockHeight"), QStringLiteral("getSignatureStatuses")}) {
+            http.answer(question, platform::HttpError::TimedOut);
+        }
+    }
 
     /// Creates the cards of the launched island.
     [[nodiscard]] panes::CardModels cards()

@@ -1,0 +1,106 @@
+#include "core/transfer_outlook.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace corvane::core {
+
+using namespace Qt::StringLiterals;
+using keys::Lamports;
+
+namespace {
+
+constexpr int solDecimals = 9;
+
+/// `from` minus `amount`; 0 if it would be less.
+Lamports less(Lamports from, Lamports amount)
+{
+    return Lamports(from.count() - std::min(from.count(), amount.count()));
+}
+
+/// An account keeps nothing or at least the minimum.
+bool mayKeep(Lamports rest, const TransferFacts &facts)
+{
+    return rest.count() == 0 || rest >= facts.rentMinimum;
+}
+
+bool isTooLittleForRecipient(Lamports amount, const TransferFacts &facts)
+{
+    return facts.recipientHas == Lamports(0) && !facts.isToSelf && amount < facts.rentMinimum &&
+           amount.count() > 0;
+}
+
+/// The payer's rest is known to be at least 0.
+bool works(Lamports amount, const TransferFacts &facts)
+{
+    const Lamports spent(facts.isToSelf ? 0 : amount.count());
+    return amount.count() > 0 && amount <= less(facts.balance, transferFee) &&
+           mayKeep(less(less(facts.balance, transferFee), spent), facts) &&
+           !isTooLittleForRecipient(amount, facts);
+}
+
+QList<AmountOffer> offersFor(const TransferFacts &facts)
+{
+    const Lamports all = less(facts.balance, transferFee);
+    QList<AmountOffer> offers;
+    const auto offer = [&](const QString &label, Lamports amount) {
+        if (works(amount, facts)) {
+            offers.append({label + solText(amount), amount});
+        }
+    };
+    if (facts.amount && isTooLittleForRecipient(*facts.amount, facts)) {
+        offer(u"SEND "_s, facts.rentMinimum);
+        return offers;
+    }
+    offer(u"SEND ALL "_s, all);
+    offer(u"KEEP ACCOUNT "_s, less(all, facts.rentMinimum));
+    return offers;
+}
+
+/// Why the cluster would refuse `amount`; empty if it would not.
+QString refusal(Lamports amount, const TransferFacts &facts)
+{
+    const Lamports available = less(facts.balance, transferFee);
+    if (amount > available) {
+        return u"amount + fee is more than the balance of "_s + solText(facts.balance) + u" SOL"_s;
+    }
+    if (isTooLittleForRecipient(amount, facts)) {
+        return u"a new address needs at least "_s + solText(facts.rentMinimum) + u" SOL"_s;
+    }
+    const Lamports rest = facts.isToSelf ? available : less(available, amount);
+    if (!mayKeep(rest, facts)) {
+        return u"leaves "_s + solText(rest) + u" SOL — your account keeps nothing or at least "_s +
+               solText(facts.rentMinimum);
+    }
+    return {};
+}
+
+} // namespace
+
+TransferOutlook transferOutlook(const TransferFacts &facts)
+{
+    if (!facts.amount) {
+        return {solText(less(facts.balance, transferFee)) + u" SOL available · fee "_s +
+                    solText(transferFee),
+                false,
+                {}};
+    }
+    const QString text = refusal(*facts.amount, facts);
+    if (text.isEmpty()) {
+        return {};
+    }
+    return {text, true, offersFor(facts)};
+}
+
+QString solText(Lamports amount)
+{
+    constexpr auto perSol = static_cast<std::uint64_t>(Lamports::perSol);
+    QString text = QString::number(amount.count() / perSol);
+    QString fraction = QString::number(amount.count() % perSol).rightJustified(solDecimals, u'0');
+    while (fraction.endsWith(u'0')) {
+        fraction.chop(1);
+    }
+    return fraction.isEmpty() ? text : text + u'.' + fraction;
+}
+
+} // namespace corvane::core
