@@ -220,11 +220,6 @@ std::unique_ptr<RecipientCheck> WalletModel::makeRecipientCheck()
         RecipientCheckServices{m_services.queue, m_services.http, m_services.signingKeys}, m_known);
 }
 
-std::optional<keys::Address> WalletModel::ownAddress() const
-{
-    return signingPubkey() ? keys::Address::fromText(*signingPubkey()) : std::nullopt;
-}
-
 std::optional<QUrl> WalletModel::explorerURL(const QString &signature) const
 {
     QString text = m_services.endpoints.explorer + u"/tx/"_s +

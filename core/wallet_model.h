@@ -116,9 +116,6 @@ public:
     [[nodiscard]] RentMinimum &rentMinimum() const { return *m_rentMinimum; }
     /// A check of recipients with the addresses that this wallet knows. The model must outlive it.
     [[nodiscard]] std::unique_ptr<RecipientCheck> makeRecipientCheck();
-    /// The address of the wallet's own key; empty if there is no key, or if the keychain's text is
-    /// not an address.
-    [[nodiscard]] std::optional<keys::Address> ownAddress() const;
     /// The block explorer's page for a transaction on the current network. Characters that are not
     /// allowed in a URL are encoded.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;

@@ -194,8 +194,7 @@ class Corvane:
 
     def wait_enabled(self, name, enabled=True):
         """Waits until the button with this name is enabled, or disabled."""
-        says = "" if enabled else "unavailable"
-        wait_until(lambda: self.still(name, "push button").description == says,
+        wait_until(lambda: (self.still(name, "push button").description == "unavailable") != enabled,
                    lambda: f"{name} {'enabled' if enabled else 'disabled'}")
 
     def field(self, name):
