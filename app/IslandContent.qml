@@ -24,6 +24,7 @@ IslandRoot {
             id: setup
 
             card: root.cards.setupCard(setup)
+            presence: root.cards.presenceNotice(setup)
         }
     }
 
@@ -42,6 +43,7 @@ IslandRoot {
 
             card: root.cards.settingsCard(settings)
             own: root.cards.ownAddress(settings)
+            presence: root.cards.presenceNotice(settings)
         }
     }
 
@@ -59,6 +61,7 @@ IslandRoot {
             id: send
 
             card: root.cards.sendPane(send)
+            presence: root.cards.presenceNotice(send)
         }
     }
 }

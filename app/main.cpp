@@ -160,9 +160,9 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     }
 
     look::Theme theme(desktop.fonts);
-    app::IslandContent content(
-        {desktop.queue, desktop.clipboard, desktop.sounds, desktop.links, desktop.application},
-        options.demoKeychain ? QStringLiteral("DEMO") : QString());
+    app::IslandContent content({desktop.queue, desktop.clipboard, desktop.sounds, desktop.links,
+                                desktop.application, *keyServices.authenticator},
+                               options.demoKeychain ? QStringLiteral("DEMO") : QString());
     onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
                                  desktop.application, desktop.windowSystem.floatingWindows(),
                                  [&content](onboarding::Onboarding &onboarding) {

@@ -64,7 +64,8 @@ QCoro::Task<bool> KeySession::load(Read read)
         co_return false;
     }
     self->m_seed = std::move(*secret);
-    co_return self->m_seed.has_value();
+    Q_EMIT self->seedChanged();
+    co_return self && self->m_seed.has_value();
 }
 
 QCoro::Task<std::optional<SendError>> KeySession::adopt(std::shared_ptr<Keypair> keypair,
@@ -92,6 +93,7 @@ QCoro::Task<std::optional<SendError>> KeySession::adopt(std::shared_ptr<Keypair>
         publish(m_pubkey, std::optional(keypair->address.text()), &KeySession::pubkeyChanged);
         Q_EMIT adopted(keypair->address);
         m_seed = std::move(keypair->seed);
+        Q_EMIT seedChanged();
         if (backup) {
             setPendingBackup(backup->clone());
         }
@@ -173,6 +175,14 @@ QCoro::Task<std::optional<SecretBytes>> KeySession::backupSecret()
     co_return keys::backupText(*m_seed, *publicKey);
 }
 
+QCoro::Task<bool> KeySession::isProtected()
+{
+    const auto pending =
+        inBackground<bool>([](keys::KeyVault &vault) { return vault.isProtected(); });
+    const std::shared_ptr<bool> isProtected = co_await pending;
+    co_return *isProtected;
+}
+
 void KeySession::setPendingBackup(std::optional<SecretBytes> text)
 {
     publish(m_pendingBackup, std::move(text), &KeySession::pendingBackupChanged);
@@ -193,6 +203,7 @@ QCoro::Task<> KeySession::remove()
     ++m_keyChanges;
     publish(m_pubkey, std::optional<QString>(), &KeySession::pubkeyChanged);
     m_seed.reset();
+    Q_EMIT seedChanged();
     setPendingBackup(std::nullopt);
     Q_EMIT removed();
     setStoring(false);

@@ -77,6 +77,9 @@ public:
     /// The backup text (ASCII) of the key. Prompts the user if the key is locked; empty if they
     /// refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
+    /// True if reading the stored key asks for the user's presence; false if it does not or if the
+    /// keychain does not tell.
+    QCoro::Task<bool> isProtected();
     /// Removes the key from the keychain and then from memory, without a prompt.
     QCoro::Task<> remove();
     /// True while a key is being stored or removed.
@@ -99,6 +102,8 @@ Q_SIGNALS:
     void aboutToChange();
     void pubkeyChanged();
     void pendingBackupChanged();
+    /// `seed` was set, also after an attempt that found none.
+    void seedChanged();
     void storingChanged();
     /// A key was created or imported: `pubkey` is new already, `seed` is not set yet.
     void adopted(const corvane::keys::Address &address);

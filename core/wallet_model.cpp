@@ -43,6 +43,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
             &WalletModel::signingPubkeyChanged);
     connect(m_keySession.get(), &KeySession::pendingBackupChanged, this,
             &WalletModel::pendingBackupChanged);
+    connect(m_keySession.get(), &KeySession::seedChanged, this, &WalletModel::sessionSecretChanged);
     connect(m_keySession.get(), &KeySession::adopted, this,
             [this](const keys::Address &address) { watch(WatchedAddress(address)); });
     connect(m_keySession.get(), &KeySession::removed, this, [this] { setAddress({}); });
@@ -148,6 +149,11 @@ void WalletModel::unlockSigningKey(std::shared_ptr<platform::AuthenticationConte
 QCoro::Task<std::optional<platform::SecretBytes>> WalletModel::backupSecret()
 {
     return m_keySession->backupSecret();
+}
+
+QCoro::Task<bool> WalletModel::isKeyProtected()
+{
+    return m_keySession->isProtected();
 }
 
 QCoro::Task<> WalletModel::removeWallet()

@@ -103,6 +103,7 @@ public:
     /// The backup text (ASCII) of the stored key. Prompts the user if the key is locked; empty if
     /// they refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();
+    QCoro::Task<bool> isKeyProtected();
     QCoro::Task<> removeWallet();
     /// True while a key is being stored or removed.
     [[nodiscard]] bool isStoringKey() const;
@@ -210,6 +211,8 @@ Q_SIGNALS:
     void displayUSDChanged();
     void signingPubkeyChanged();
     void pendingBackupChanged();
+    /// `sessionSecret` was set, also after an attempt to read the key that failed.
+    void sessionSecretChanged();
     void storingKeyChanged();
     void solChanged();
     void usdcChanged();

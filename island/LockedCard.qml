@@ -29,6 +29,22 @@ CardFrame {
         color: Theme.muted
     }
 
+    Label {
+        id: missing
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(missing.implicitWidth, parent.width)
+        height: missing.visible ? missing.implicitHeight : 0
+        visible: root.island.presenceText !== ""
+        text: root.island.presenceText
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        font: Theme.term(8)
+        color: Theme.red
+        Accessible.role: Accessible.Notification
+        Accessible.ignored: false
+    }
+
     PillButton {
         anchors.horizontalCenter: parent.horizontalCenter
         label: "UNLOCK"

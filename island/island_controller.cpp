@@ -3,6 +3,7 @@
 #include "core/wallet_model.h"
 #include "island/island_animations.h"
 #include "island/island_geometry.h"
+#include "island/presence_wording.h"
 
 #include <QPointer>
 
@@ -190,6 +191,11 @@ void IslandController::unlock()
 void IslandController::unlockAtOnce()
 {
     publish(m_islandUnlocked, true, &IslandController::islandUnlockedChanged);
+}
+
+void IslandController::meansFound(platform::PresenceMeans means)
+{
+    publish(m_presenceText, presenceWording(means), &IslandController::presenceTextChanged);
 }
 
 void IslandController::loadKey(std::shared_ptr<platform::AuthenticationContext> context)

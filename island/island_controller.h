@@ -60,6 +60,8 @@ class IslandController : public QObject, private HoverMachine::Island, private U
     Q_PROPERTY(bool hovering READ hovering NOTIFY hoveringChanged FINAL)
     Q_PROPERTY(bool islandUnlocked READ islandUnlocked NOTIFY islandUnlockedChanged FINAL)
     Q_PROPERTY(QString authMessage READ authMessageText NOTIFY authMessageChanged FINAL)
+    /// What is missing to ask for the user's presence; empty if nothing is known to be.
+    Q_PROPERTY(QString presenceText READ presenceText NOTIFY presenceTextChanged FINAL)
     Q_PROPERTY(double notchWidth READ notchWidth NOTIFY geometryChanged FINAL)
     Q_PROPERTY(double topBandHeight READ topBandHeight NOTIFY geometryChanged FINAL)
     Q_PROPERTY(double collapsedWidth READ collapsedWidth NOTIFY geometryChanged FINAL)
@@ -104,6 +106,7 @@ public:
     [[nodiscard]] bool hovering() const { return m_hovering; }
     [[nodiscard]] bool islandUnlocked() const { return m_islandUnlocked; }
     [[nodiscard]] const std::optional<QString> &authMessage() const { return m_authMessage; }
+    [[nodiscard]] const QString &presenceText() const { return m_presenceText; }
     [[nodiscard]] look::Transaction *transaction() { return &m_transaction; }
     [[nodiscard]] core::WalletModel &model() const { return m_model; }
 
@@ -128,6 +131,7 @@ Q_SIGNALS:
     void hoveringChanged();
     void islandUnlockedChanged();
     void authMessageChanged();
+    void presenceTextChanged();
     /// The displays have changed; all sizes must be read again.
     void geometryChanged();
     /// The hover poll has run. Animations at rest use it as their clock.
@@ -151,6 +155,7 @@ private:
     void clearMessage() override;
     void unlock() override;
     void unlockAtOnce() override;
+    void meansFound(platform::PresenceMeans means) override;
     void loadKey(std::shared_ptr<platform::AuthenticationContext> context) override;
 
     void startHoverTracking();
@@ -170,6 +175,7 @@ private:
     bool m_hovering = false;
     bool m_islandUnlocked = false;
     std::optional<QString> m_authMessage;
+    QString m_presenceText;
     core::WalletModel &m_model;
     IslandServices m_services;
     look::Transaction m_transaction;

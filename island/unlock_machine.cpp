@@ -60,18 +60,20 @@ void UnlockMachine::findOut()
     }
     // The reply may come on any thread.
     m_authenticator.canEvaluate(
-        [this, life = std::weak_ptr(m_life), &queue = m_queue](bool canAsk) {
-            queue.post([this, life, canAsk] {
+        [this, life = std::weak_ptr(m_life), &queue = m_queue](platform::PresenceMeans means) {
+            queue.post([this, life, means] {
                 if (!life.expired()) {
-                    foundOut(canAsk);
+                    foundOut(means);
                 }
             });
         });
 }
 
-void UnlockMachine::foundOut(bool canAsk)
+void UnlockMachine::foundOut(platform::PresenceMeans means)
 {
+    const bool canAsk = means == platform::PresenceMeans::Available;
     m_findingOut = false;
+    m_island.meansFound(means);
     if (m_waiting) {
         prompt(canAsk, *std::exchange(m_waiting, std::nullopt));
     } else {

@@ -43,6 +43,8 @@ public:
         virtual void unlock() = 0;
         /// Shows the wallet without animation, and does not load the key.
         virtual void unlockAtOnce() = 0;
+        /// Whether the device can authenticate its owner, as found out.
+        virtual void meansFound(platform::PresenceMeans means) = 0;
         /// Loads the key with a context that has just passed.
         virtual void loadKey(std::shared_ptr<platform::AuthenticationContext> context) = 0;
 
@@ -66,7 +68,7 @@ private:
     void ask(std::function<void()> then);
     /// Queries again whether the device can authenticate its owner.
     void findOut();
-    void foundOut(bool canAsk);
+    void foundOut(platform::PresenceMeans means);
     void prompt(bool canAsk, std::function<void()> then);
     void answered(platform::PresenceAnswer answer,
                   std::shared_ptr<platform::AuthenticationContext> context,

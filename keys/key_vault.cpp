@@ -37,6 +37,11 @@ std::optional<QString> KeyVault::rememberedPubkey() const
     return m_keychain->rememberedAccount(serviceName);
 }
 
+bool KeyVault::isProtected() const
+{
+    return m_keychain->protection(serviceName) == platform::KeychainProtection::UserPresence;
+}
+
 bool KeyVault::remove()
 {
     return m_keychain->remove(serviceName) == platform::KeychainStatus::Success;

@@ -49,6 +49,10 @@ public:
     /// The last known result of `pubkey`, which may be outdated. Does not block; main thread.
     [[nodiscard]] std::optional<QString> rememberedPubkey() const;
 
+    /// True if reading the key asks for the user's presence; false if it does not or if the
+    /// keychain does not tell. Background threads only.
+    [[nodiscard]] bool isProtected() const;
+
     /// Deletes the key. False if there was none or if the keychain failed. Background threads only.
     bool remove();
 

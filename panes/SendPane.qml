@@ -9,6 +9,7 @@ CardFrame {
     id: root
 
     required property SendPaneModel card
+    required property PresenceNotice presence
 
     topMargin: 6
     spacing: 10
@@ -46,6 +47,11 @@ CardFrame {
                 onTriggered: root.card.close()
             }
         }
+    }
+
+    ErrorLine {
+        width: parent.width
+        text: root.presence.keyText
     }
 
     SendForm {

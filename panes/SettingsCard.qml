@@ -9,6 +9,7 @@ CardFrame {
 
     required property SettingsCardModel card
     required property OwnAddress own
+    required property PresenceNotice presence
 
     topMargin: 6
     spacing: 9
@@ -146,6 +147,11 @@ CardFrame {
             color: Theme.red
             onTriggered: root.card.remove()
         }
+    }
+
+    ErrorLine {
+        width: parent.width
+        text: root.presence.keyText
     }
 
     Item {

@@ -13,6 +13,7 @@ CardFrame {
     id: root
 
     required property SetupCardModel card
+    required property PresenceNotice presence
 
     topMargin: 10
     spacing: 10
@@ -32,6 +33,11 @@ CardFrame {
         width: parent.width
         transaction: root.card.transaction
         Component.onCompleted: faces.show(choiceFace)
+    }
+
+    ErrorLine {
+        width: parent.width
+        text: root.presence.newKeyText
     }
 
     ErrorLine {

@@ -49,4 +49,9 @@ OwnAddress *CardModels::ownAddress(QObject *view)
     return new OwnAddress(m_wallet, view);
 }
 
+PresenceNotice *CardModels::presenceNotice(QObject *view)
+{
+    return new PresenceNotice(m_wallet, m_services.authenticator, m_services.queue, view);
+}
+
 } // namespace corvane::panes

@@ -3,11 +3,13 @@
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
 #include "panes/own_address.h"
+#include "panes/presence_notice.h"
 #include "panes/receive_pane_model.h"
 #include "panes/send_pane_model.h"
 #include "panes/settings_card_model.h"
 #include "panes/setup_card_model.h"
 #include "platform/application.h"
+#include "platform/authenticator.h"
 #include "platform/clipboard.h"
 #include "platform/link_opener.h"
 #include "platform/main_queue.h"
@@ -34,6 +36,7 @@ struct CardServices
     platform::SoundPlayer &sounds;
     platform::LinkOpener &links;
     platform::Application &application;
+    platform::Authenticator &authenticator;
 };
 
 /// Creates the model of a card when its view is created, with the services that it uses. Main
@@ -56,8 +59,9 @@ public:
     Q_INVOKABLE corvane::panes::SendPaneModel *sendPane(QObject *view);
     Q_INVOKABLE corvane::panes::SettingsCardModel *settingsCard(QObject *view);
     Q_INVOKABLE corvane::panes::SetupCardModel *setupCard(QObject *view);
-    /// For a line of a view beside its model.
+    /// For lines of views, beside the views' models.
     Q_INVOKABLE corvane::panes::OwnAddress *ownAddress(QObject *view);
+    Q_INVOKABLE corvane::panes::PresenceNotice *presenceNotice(QObject *view);
 
 private:
     core::WalletModel &m_wallet;

@@ -28,7 +28,7 @@ public:
 class Authenticator
 {
 public:
-    using Availability = std::function<void(bool available)>;
+    using Availability = std::function<void(PresenceMeans means)>;
     using Reply = std::function<void(PresenceAnswer answer)>;
 
     Authenticator() = default;

@@ -47,6 +47,12 @@ std::optional<QString> InMemoryKeychain::copyAccount(const QString &service) con
     return item != nullptr ? std::optional(item->account) : std::nullopt;
 }
 
+std::optional<KeychainProtection> InMemoryKeychain::protection(const QString &service) const
+{
+    const std::scoped_lock lock(m_mutex);
+    return find(service) != nullptr ? std::optional(KeychainProtection::None) : std::nullopt;
+}
+
 KeychainStatus InMemoryKeychain::remove(const QString &service)
 {
     const std::scoped_lock lock(m_mutex);

@@ -10,7 +10,7 @@ namespace corvane::platform {
 /// A keychain that keeps its items in this process's memory only, for demos and tests.
 ///
 /// It never prompts: a protected item can be read with any prompt, or with a context that has
-/// passed. Thread-safe.
+/// passed. `protection` therefore says `None` of every item. Thread-safe.
 class InMemoryKeychain : public Keychain
 {
 public:
@@ -26,6 +26,8 @@ public:
     {
         return copyAccount(service);
     }
+    [[nodiscard]] std::optional<KeychainProtection>
+    protection(const QString &service) const override;
     KeychainStatus remove(const QString &service) override;
 
 private:

@@ -68,6 +68,12 @@ public:
     [[nodiscard]] virtual std::optional<QString>
     rememberedAccount(const QString &service) const = 0;
 
+    /// The protection of the first item of `service`, without reading its data and without a
+    /// prompt; empty if there is no item or the keychain does not tell. Blocks until the keychain's
+    /// service replies; background threads only.
+    [[nodiscard]] virtual std::optional<KeychainProtection>
+    protection(const QString &service) const = 0;
+
     /// Deletes all items of `service`. Blocks until the keychain's service replies; background
     /// threads only.
     virtual KeychainStatus remove(const QString &service) = 0;

@@ -18,6 +18,13 @@ struct PresencePrompt
     QString text;
 };
 
+/// Whether this device can authenticate its owner, and what is missing if not.
+enum class PresenceMeans : std::uint8_t {
+    Available,
+    NoAgent,      ///< no program of the session shows the prompt
+    NotInstalled, ///< the service is missing, or does not know or not permit this program's prompts
+};
+
 /// The result of a prompt.
 enum class PresenceAnswer : std::uint8_t {
     Passed,

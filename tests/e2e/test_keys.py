@@ -88,10 +88,12 @@ class KeysTest(WalletTest):
             corvane.hover()
             corvane.wait_for("TOTAL BALANCE")
             corvane.press_button("Settings")
+            missing = "nobody can ask for your password: start a polkit agent, then try again"
+            corvane.wait_for(missing)
             with self.agent(corvane, "refuse") as reasons:
                 corvane.press_button("BACKUP")
                 wait_until(lambda: REVEAL in reasons(), "the reason")
-                corvane.settled()
+                wait_until(lambda: missing not in corvane.tree.texts(), "an agent that was found")
                 self.assertIn("BACKUP", corvane.tree.texts())
             with self.agent(corvane, "authenticate"):
                 corvane.press_button("BACKUP")
@@ -103,6 +105,9 @@ class KeysTest(WalletTest):
     @unittest.skipUnless(WalletTest.tester, "needs with_polkit.py and root")
     def test_is_kept_where_nobody_can_be_asked_and_nobody_may_look(self):
         with self.run_corvane({"corvane.address": ""}, demo=False) as corvane:
+            corvane.hover()
+            corvane.wait_for("nobody can ask for your password, so the key will lie unprotected in the keychain: to "
+                             "protect it, start a polkit agent and then corvane again")
             self.import_key(corvane, KEY)
             self.assertEqual(self.protection(), "none")
             # For comparison: the memory of another program of the same user can be opened.

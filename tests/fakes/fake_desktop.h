@@ -147,7 +147,10 @@ public:
     {
         return std::make_shared<platform::OneTimeContext>();
     }
-    void canEvaluate(Availability reply) override { reply(available); }
+    void canEvaluate(Availability reply) override
+    {
+        reply(available ? platform::PresenceMeans::Available : lacking);
+    }
     void evaluate(std::shared_ptr<platform::AuthenticationContext> context,
                   platform::PresencePrompt prompt, Reply reply) override
     {
@@ -177,6 +180,8 @@ public:
     }
 
     bool available = true;
+    /// What is missing while not available.
+    platform::PresenceMeans lacking = platform::PresenceMeans::NoAgent;
     std::optional<bool> agrees;
     QStringList reasons;
 

@@ -8,7 +8,7 @@
 namespace corvane::tests {
 
 /// A keychain whose next `add` calls fail with the given statuses, whose reads may be refused by
-/// the user, and which may remember no account.
+/// the user, which may remember no account, and which tells any protection.
 class StubbornKeychain final : public platform::InMemoryKeychain
 {
 public:
@@ -34,11 +34,18 @@ public:
         return forgets ? std::nullopt : InMemoryKeychain::rememberedAccount(service);
     }
 
+    [[nodiscard]] std::optional<platform::KeychainProtection>
+    protection(const QString &) const override
+    {
+        return tells;
+    }
+
     QList<platform::KeychainStatus> failures;
     QStringList prompts;
     QList<platform::PresenceReason> reasons;
     bool refuses = false;
     bool forgets = false;
+    std::optional<platform::KeychainProtection> tells;
 };
 
 } // namespace corvane::tests

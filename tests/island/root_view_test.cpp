@@ -76,6 +76,24 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     const double rows = std::ranges::find(writings, locked, &tests::Writing::text)->item->height() +
                         tests::control(m_stage.view(), u"UNLOCK"_s)->height();
     EXPECT_TRUE(settlesAt({44, 0, 620, 38 + 140 + rows}, 16));
+
+    // Whoever shows the prompts has left meanwhile; it is said before the next attempt, and not
+    // after it.
+    const QString missing =
+        u"nobody can ask for your password: start a polkit agent, then try again"_s;
+    const auto comeBack = [this] {
+        m_pointer.moveTo({100, 100});
+        queue.advance(2s);
+        m_pointer.moveTo({756, 970});
+        queue.advance(2s);
+    };
+    m_authenticator.available = false;
+    comeBack();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shows(missing); }));
+    m_authenticator.available = true;
+    comeBack();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shows(locked) && !shows(missing); }));
+
     click(u"UNLOCK"_s);
     queue.drain();
     ASSERT_TRUE(m_authenticator.isAsking());

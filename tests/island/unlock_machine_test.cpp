@@ -62,6 +62,10 @@ private:
     void clearMessage() override { m_log += "clear "; }
     void unlock() override { m_log += "unlock "; }
     void unlockAtOnce() override { m_log += "at-once "; }
+    void meansFound(platform::PresenceMeans means) override
+    {
+        m_log += means == platform::PresenceMeans::Available ? "" : "lacking ";
+    }
     void loadKey(std::shared_ptr<platform::AuthenticationContext> context) override
     {
         m_log += context->passed() ? "load " : "load-in-vain ";
@@ -96,13 +100,13 @@ TEST_F(UnlockMachineTest, DoesWhatTheTableSays)
     m_authenticator.available = false;
     begin(Locked);
     handle(Requested);
-    EXPECT_EQ(m_log, "clear at-once continue ");
+    EXPECT_EQ(m_log, "clear lacking at-once continue ");
     EXPECT_EQ(m_machine->state(), Unlocked);
     // Found out ahead, it needs no turn of the queue.
     begin(Locked);
     handle(Approached);
     m_machine->request([this] { m_log += "continue "; });
-    EXPECT_EQ(m_log, "clear at-once continue ");
+    EXPECT_EQ(m_log, "lacking clear at-once continue ");
 }
 
 } // namespace

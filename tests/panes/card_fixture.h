@@ -26,7 +26,9 @@ protected:
     /// Creates the cards of the launched island.
     [[nodiscard]] panes::CardModels cards()
     {
-        return {*model, *m_island, {queue, m_clipboard, m_sounds, m_links, m_application}};
+        return {*model,
+                *m_island,
+                {queue, m_clipboard, m_sounds, m_links, m_application, m_authenticator}};
     }
 
     /// Launches a wallet with an unlocked key.

@@ -46,6 +46,25 @@ protected:
         return tests::control(m_stage.view(), name);
     }
 
+    [[nodiscard]] std::pair<QString, PresenceNotice *> presence()
+    {
+        return {u"presence"_s, cards().presenceNotice(nullptr)};
+    }
+
+    /// The longest text for a key that cannot be read, or that will lie unprotected.
+    void expectMissingPresence(const QString &begin)
+    {
+        m_authenticator.available = false;
+        m_authenticator.lacking = platform::PresenceMeans::NotInstalled;
+        keychain.tells = platform::KeychainProtection::UserPresence;
+        Q_EMIT model->sessionSecretChanged();
+        settle();
+        expectClean();
+        EXPECT_TRUE(std::ranges::any_of(tests::texts(m_stage.view()), [&](const QString &text) {
+            return text.startsWith(begin);
+        })) << begin.toStdString();
+    }
+
     void press(const QString &name)
     {
         QQuickItem *item = control(name);
@@ -93,7 +112,7 @@ TEST_P(CardViewsTest, AnotherAddressIsNeverShownAsOnesOwn)
         } else if (type == u"ReceivePane") {
             show(type, cards().receivePane(nullptr), ownAddress());
         } else {
-            show(type, cards().settingsCard(nullptr), ownAddress());
+            show(type, cards().settingsCard(nullptr), ownAddress(), presence());
         }
     };
     const QString warning = u"watching another address — not this wallet's key"_s;
@@ -123,7 +142,7 @@ TEST_P(CardViewsTest, AnotherAddressIsNeverShownAsOnesOwn)
 TEST_P(CardViewsTest, Setup)
 {
     launchIsland();
-    QQuickItem &card = show(u"SetupCard"_s, cards().setupCard(nullptr));
+    QQuickItem &card = show(u"SetupCard"_s, cards().setupCard(nullptr), presence());
     expectClean({u"YOUR WALLET, IN THE NOTCH"_s});
     const double plain = card.implicitHeight();
     refuseNextKey();
@@ -146,6 +165,19 @@ TEST_P(CardViewsTest, Setup)
     EXPECT_EQ(field->text(QAccessible::Value), QString());
     press(u"IMPORT"_s);
     expectClean({u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s});
+    expectMissingPresence(u"nobody can ask for your password, so the key"_s);
+}
+
+TEST_P(CardViewsTest, SayWhatIsMissingToReadTheKey)
+{
+    launchLocked();
+    model->setAddress(u"damaged"_s);
+    show(u"SettingsCard"_s, cards().settingsCard(nullptr), ownAddress(), presence());
+    press(u"REMOVE"_s);
+    expectMissingPresence(u"nobody can ask"_s);
+    model->setAddress(tests::addressA);
+    show(u"SendPane"_s, cards().sendPane(nullptr), presence());
+    expectMissingPresence(u"nobody can ask"_s);
 }
 
 TEST_P(CardViewsTest, Backup)
@@ -162,7 +194,8 @@ TEST_P(CardViewsTest, Backup)
 TEST_P(CardViewsTest, Settings)
 {
     launchIsland();
-    QQuickItem &card = show(u"SettingsCard"_s, cards().settingsCard(nullptr), ownAddress());
+    QQuickItem &card =
+        show(u"SettingsCard"_s, cards().settingsCard(nullptr), ownAddress(), presence());
     expectClean({u"paste your quib address"_s});
     EXPECT_EQ(control(u"BACKUP"_s), nullptr);
     EXPECT_EQ(control(u"REMOVE"_s), nullptr);
@@ -197,14 +230,14 @@ TEST_P(CardViewsTest, Send)
                 R"({"result": {"value": {"blockhash": "11111111111111111111111111111111"}}})");
     http.answer(u"sendTransaction"_s, R"({"error": {"code": 1, "message": "no"}})");
     launchIsland();
-    show(u"SendPane"_s, cards().sendPane(nullptr));
+    show(u"SendPane"_s, cards().sendPane(nullptr), presence());
     expectClean({u"no wallet yet — create or import one first"_s});
     EXPECT_EQ(control(u"SEND"_s), nullptr);
     m_stage.clear();
 
     launchWithKey();
     SendPaneModel *pane = cards().sendPane(nullptr);
-    QQuickItem &card = show(u"SendPane"_s, pane);
+    QQuickItem &card = show(u"SendPane"_s, pane, presence());
     expectClean();
     const double plain = card.implicitHeight();
     EXPECT_FALSE(control(u"SEND"_s)->isEnabled());

@@ -3,6 +3,7 @@
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
 #include "panes/own_address.h"
+#include "panes/presence_notice.h"
 #include "panes/qr.h"
 #include "panes/receive_pane_model.h"
 #include "panes/setup_card_model.h"
@@ -153,6 +154,84 @@ TEST_F(OwnAddressTest, SaysWhatIsNotThisWallets)
     EXPECT_EQ(m_card->offer(), QString());
     m_card->watch();
     EXPECT_EQ(model->address(), QString());
+}
+
+using PresenceNoticeTest = tests::OneCardTest<&CardModels::presenceNotice>;
+
+TEST_F(PresenceNoticeTest, SaysWhatIsMissingToReadTheKey)
+{
+    using platform::KeychainProtection;
+    using platform::PresenceMeans;
+    const QString start =
+        u"nobody can ask for your password: start a polkit agent, then try again"_s;
+    const QString install = u"nobody can ask for your password: polkit or corvane's polkit action "
+                            u"is missing — install them, then try again"_s;
+    for (const auto &[available, lacking, protection, text] :
+         Table<bool, PresenceMeans, std::optional<KeychainProtection>, QString>{
+             {true, {}, KeychainProtection::UserPresence, {}},
+             {false, PresenceMeans::NoAgent, KeychainProtection::UserPresence, start},
+             {false, PresenceMeans::NotInstalled, KeychainProtection::UserPresence, install},
+             {false, PresenceMeans::NoAgent, KeychainProtection::None, {}},
+             {false, PresenceMeans::NoAgent, std::nullopt, {}},
+         }) {
+        launchLocked();
+        m_authenticator.available = available;
+        m_authenticator.lacking = lacking;
+        keychain.tells = protection;
+        openCard();
+        EXPECT_EQ(m_card->keyText(), QString()) << "not known yet";
+        settle();
+        EXPECT_EQ(m_card->keyText(), text);
+        EXPECT_EQ(m_authenticator.reasons + keychain.prompts, QStringList()) << "no prompt";
+    }
+
+    // An attempt may be what finds out, and may be what succeeds.
+    m_authenticator.available = true;
+    keychain.tells = KeychainProtection::UserPresence;
+    openCard();
+    keychain.refuses = true;
+    for (const auto &[isThere, text] : Table<bool, QString>{{false, start}, {true, {}}}) {
+        model->backupSecret();
+        m_authenticator.available = isThere;
+        settle();
+        EXPECT_EQ(m_card->keyText(), text);
+    }
+    m_authenticator.available = false;
+    model->backupSecret();
+    settle();
+    EXPECT_EQ(m_card->keyText(), start);
+    keychain.refuses = false;
+    QSignalSpy changed(m_card.get(), &PresenceNotice::changed);
+    model->backupSecret();
+    settle();
+    EXPECT_EQ(m_card->keyText(), QString()) << "it is in memory now";
+    EXPECT_GT(changed.count(), 0);
+
+    // A late answer finds nobody.
+    openCard();
+    m_card.reset();
+    settle();
+}
+
+TEST_F(PresenceNoticeTest, SaysThatANewKeyWillLieUnprotected)
+{
+    launchIsland();
+    for (const auto &[available, lacking, text] : Table<bool, platform::PresenceMeans, QString>{
+             {true, {}, {}},
+             {false, platform::PresenceMeans::NoAgent,
+              u"nobody can ask for your password, so the key will lie unprotected in the keychain: "
+              u"to protect it, start a polkit agent and then corvane again"_s},
+             {false, platform::PresenceMeans::NotInstalled,
+              u"nobody can ask for your password, so the key will lie unprotected in the keychain: "
+              u"to protect it, install polkit and corvane's polkit action"_s},
+         }) {
+        m_authenticator.available = available;
+        m_authenticator.lacking = lacking;
+        openCard();
+        settle();
+        EXPECT_EQ(m_card->newKeyText(), text);
+        EXPECT_EQ(m_card->keyText(), QString());
+    }
 }
 
 using ReceivePaneModelTest = tests::OneCardTest<&CardModels::receivePane>;

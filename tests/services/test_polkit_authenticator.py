@@ -32,18 +32,18 @@ class PolkitAuthenticatorTest(unittest.TestCase):
         self.assertEqual(wallet.ask("can"), can)
 
     def test_finds_nobody_to_ask_without_polkit_action_or_agent(self):
-        self.assert_evaluates(self.wallet(DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent"), REFUSED, "no")
+        self.assert_evaluates(self.wallet(DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent"), REFUSED, "not installed")
         wallet = self.wallet()
         # Only an evaluation detects an agent, also one that starts or stops later.
-        self.assert_evaluates(wallet, NOBODY, "no")
+        self.assert_evaluates(wallet, NOBODY, "no agent")
         agent = self.agent(wallet, "authenticate")
         self.assert_evaluates(wallet, PASSED, "yes")
         aside = ACTION.rename(ACTION.with_suffix(".aside"))
-        self.assert_evaluates(wallet, REFUSED, "no")
+        self.assert_evaluates(wallet, REFUSED, "not installed")
         aside.rename(ACTION)
         self.assert_evaluates(wallet, PASSED, "yes")
         agent.end()
-        self.assert_evaluates(wallet, NOBODY, "no")
+        self.assert_evaluates(wallet, NOBODY, "no agent")
 
     def test_shows_the_reason_and_replies_with_the_owners_answer(self):
         wallet = self.wallet()

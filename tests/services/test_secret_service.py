@@ -62,7 +62,8 @@ class SecretServiceTest(KeyringTest):
                 self.expect(wallet, account=A, asked="0", read=SEEDS[A])
                 self.expect(wallet, asked=prompts)
                 wallet.ask("agree no")
-                self.expect(wallet, read="nothing" if protection == "user-presence" else SEEDS[A])
+                self.expect(wallet, read="nothing" if protection == "user-presence" else SEEDS[A],
+                            protected="yes" if protection == "user-presence" else "no")
                 wallet.ask("agree yes")
                 wallet.ask("asked")
                 self.expect(wallet, remove=SUCCESS)
@@ -81,7 +82,7 @@ class SecretServiceTest(KeyringTest):
         self.assertEqual(wallet.ask(store(A)), SUCCESS)
         for lock in (self.desktop.lock_keyring, lambda: self.restart_keyring(unlocked=False)):
             lock()
-            self.expect(wallet, account=A, read="nothing", remove=AUTH_FAILED)
+            self.expect(wallet, account=A, protected="no", read="nothing", remove=AUTH_FAILED)
             self.assertEqual(wallet.ask(store(B)), AUTH_FAILED)
             self.expect(wallet, account=A)
             self.restart_keyring()

@@ -103,8 +103,14 @@ public:
             return std::to_string(std::exchange(m_willing.reasons, {}).size());
         }
         if (command == u"can") {
-            return replyOf<bool>([&](auto reply) { m_authenticator.canEvaluate(reply); }) ? "yes"
-                                                                                          : "no";
+            const auto means =
+                replyOf<PresenceMeans>([&](auto reply) { m_authenticator.canEvaluate(reply); });
+            return means == PresenceMeans::Available ? "yes"
+                   : means == PresenceMeans::NoAgent ? "no agent"
+                                                     : "not installed";
+        }
+        if (command == u"protected") {
+            return m_vault.isProtected() ? "yes" : "no";
         }
         if (command == u"evaluate") {
             m_context = m_authenticator.makeContext({});

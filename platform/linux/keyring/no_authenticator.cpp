@@ -19,7 +19,7 @@ std::shared_ptr<AuthenticationContext> NoAuthenticator::makeContext(const QStrin
 
 void NoAuthenticator::canEvaluate(Availability reply)
 {
-    reply(false);
+    reply(PresenceMeans::NotInstalled);
 }
 
 void NoAuthenticator::evaluate(std::shared_ptr<AuthenticationContext>, PresencePrompt, Reply reply)

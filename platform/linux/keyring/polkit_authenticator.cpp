@@ -136,6 +136,20 @@ PresenceAnswer answerOf(Verdict verdict)
     return PresenceAnswer::Refused;
 }
 
+PresenceMeans meansOf(Verdict verdict, bool lacksAgent)
+{
+    switch (verdict) {
+    case Verdict::Authorized:
+        return PresenceMeans::Available;
+    case Verdict::NeedsAgent:
+        return lacksAgent ? PresenceMeans::NoAgent : PresenceMeans::Available;
+    case Verdict::Refused:
+    case Verdict::Unknown:
+        break;
+    }
+    return PresenceMeans::NotInstalled;
+}
+
 } // namespace
 
 PolkitAuthenticator::PolkitAuthenticator(BackgroundTasks &background, milliseconds userBound)
@@ -152,7 +166,7 @@ void PolkitAuthenticator::canEvaluate(Availability reply)
 {
     m_background.run([reply = std::move(reply), lacksAgent = m_lacksAgent] {
         const Verdict verdict = PolkitConversation(quickBound).checkAll();
-        reply(verdict == Verdict::Authorized || (verdict == Verdict::NeedsAgent && !*lacksAgent));
+        reply(meansOf(verdict, *lacksAgent));
     });
 }
 

@@ -29,8 +29,8 @@ public:
 
     [[nodiscard]] std::shared_ptr<AuthenticationContext>
     makeContext(const QString &cancelTitle) override;
-    /// Replies true if polkit knows the actions and grants them, with authentication by the user if
-    /// needed. Takes at most three seconds.
+    /// Replies `Available` if polkit knows the actions and grants them, with authentication by the
+    /// user if needed. Takes at most three seconds.
     void canEvaluate(Availability reply) override;
     /// Replies `Refused` for a context of another authenticator.
     void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,

@@ -263,6 +263,16 @@ std::optional<QString> SecretServiceKeychain::copyAccount(const QString &service
     return std::nullopt;
 }
 
+std::optional<KeychainProtection> SecretServiceKeychain::protection(const QString &service) const
+{
+    QuickCall talk(*this);
+    const KeyringItem item = talk.open() ? findUnlocked(talk, service) : nullptr;
+    if (item == nullptr) {
+        return std::nullopt;
+    }
+    return isProtected(item) ? KeychainProtection::UserPresence : KeychainProtection::None;
+}
+
 KeychainStatus SecretServiceKeychain::remove(const QString &service)
 {
     const std::scoped_lock lock(m_changing);
@@ -296,8 +306,9 @@ KeychainStatus SecretServiceKeychain::remove(const QString &service)
 
 bool SecretServiceKeychain::canAskForPresence()
 {
-    return awaitReply<bool>(m_bounds.quick, [&](auto reply) { m_authenticator.canEvaluate(reply); })
-        .value_or(false);
+    return awaitReply<PresenceMeans>(m_bounds.quick, [&](auto reply) {
+               m_authenticator.canEvaluate(reply);
+           }) == PresenceMeans::Available;
 }
 
 bool SecretServiceKeychain::askForPresence(const PresencePrompt &prompt)

@@ -60,6 +60,9 @@ public:
     /// Returns the remembered account while the keyring is locked or unavailable.
     [[nodiscard]] std::optional<QString> copyAccount(const QString &service) const override;
     [[nodiscard]] std::optional<QString> rememberedAccount(const QString &service) const override;
+    /// Empty while the keyring is locked, which may hide the items or their attributes.
+    [[nodiscard]] std::optional<KeychainProtection>
+    protection(const QString &service) const override;
     KeychainStatus remove(const QString &service) override;
 
 private:
