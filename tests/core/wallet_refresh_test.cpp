@@ -99,7 +99,8 @@ TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)
             // late write.
             http.hold(solIsLate ? balance : tokens);
             std::optional<bool> result;
-            model->refreshBalance().then([&result](bool value) { result = value; });
+            auto refreshing = model->refreshBalance();
+            refreshing.then([&result](bool value) { result = value; });
             queue.drain();
             for (const QString &held : {coinGecko, balance, tokens}) {
                 http.hold(held);

@@ -1,0 +1,152 @@
+// What is known of a transfer before it is sent.
+
+#include "core/transfer_outlook.h"
+
+#include "core/rent_minimum.h"
+#include "core/typed_amount.h"
+#include "tests/fakes/fake_http_client.h"
+#include "tests/fakes/hand_driven_queue.h"
+#include "tests/fakes/table.h"
+
+namespace corvane::core {
+namespace {
+
+using namespace Qt::StringLiterals;
+using keys::Lamports;
+using tests::Table;
+
+TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
+{
+    constexpr std::uint64_t sol = 1'000'000'000;
+    const QString tooMuch = u"amount + fee is more than the balance of 2 SOL"_s;
+    const auto leaves = [](const QString &rest) {
+        return u"leaves "_s + rest + u" SOL — your account keeps nothing or at least 0.00089088"_s;
+    };
+    const QString newAddress = u"a new address needs at least 0.00089088 SOL"_s;
+    const QString all = u"SEND ALL 1.999995"_s;
+    const QString most = u"KEEP ACCOUNT 1.99910412"_s;
+    struct Case
+    {
+        std::uint64_t balance;
+        std::optional<std::uint64_t> amount;
+        std::optional<std::uint64_t> recipientHas;
+        bool isToSelf;
+        QString text;
+        QStringList offers;
+    };
+    for (const auto &[balance, amount, recipientHas, isToSelf, text, offers] : std::vector<Case>{
+             {2'400'000'000, {}, {}, false, u"2.399995 SOL available · fee 0.000005"_s, {}},
+             {4'999, {}, {}, false, u"0 SOL available · fee 0.000005"_s, {}},
+             {2 * sol, sol, {}, false, {}, {}},
+             {2 * sol, 0, 0, false, {}, {}},
+             // The rest is nothing, or the minimum.
+             {2 * sol, 1'999'995'000, sol, false, {}, {}},
+             {2 * sol, 1'999'104'120, sol, false, {}, {}},
+             {2 * sol, 1'999'104'121, sol, false, leaves(u"0.000890879"_s), {all, most}},
+             {2 * sol, 1'999'994'999, {}, false, leaves(u"0.000000001"_s), {all, most}},
+             {2 * sol, 1'999'995'001, {}, false, tooMuch, {all, most}},
+             {2 * sol, ~std::uint64_t{0}, {}, false, tooMuch, {all, most}},
+             // What an account that is to be created needs.
+             {2 * sol, 890'880, 0, false, {}, {}},
+             {2 * sol, 890'879, 0, false, newAddress, {u"SEND 0.00089088"_s}},
+             {2 * sol, 890'879, 1, false, {}, {}},
+             {890'000, 100, 0, false, newAddress, {}},
+             {1'000'000,
+              2 * sol,
+              0,
+              false,
+              u"amount + fee is more than the balance of 0.001 SOL"_s,
+              {u"SEND ALL 0.000995"_s}},
+             {1'000'000,
+              2 * sol,
+              1,
+              false,
+              u"amount + fee is more than the balance of 0.001 SOL"_s,
+              {u"SEND ALL 0.000995"_s, u"KEEP ACCOUNT 0.00010412"_s}},
+             // To itself, only the fee leaves the account.
+             {2 * sol, 1'999'994'999, 2 * sol, true, {}, {}},
+             {2 * sol, 2 * sol, 2 * sol, true, tooMuch, {all, most}},
+             {800'000, 100, 800'000, true, leaves(u"0.000795"_s), {}},
+             {3'000, 1, {}, false, u"amount + fee is more than the balance of 0.000003 SOL"_s, {}},
+         }) {
+        SCOPED_TRACE(testing::Message() << balance << ' ' << amount.value_or(0));
+        const auto lamports = [](std::optional<std::uint64_t> count) {
+            return count ? std::optional(Lamports(*count)) : std::nullopt;
+        };
+        const TransferOutlook outlook = transferOutlook(
+            {Lamports(balance), lamports(amount), lamports(recipientHas), isToSelf});
+        EXPECT_EQ(outlook.text, text);
+        EXPECT_EQ(outlook.isRefused, amount && !text.isEmpty());
+        QStringList labels;
+        for (const AmountOffer &offer : outlook.offers) {
+            labels.append(offer.label);
+            EXPECT_TRUE(offer.label.endsWith(u' ' + solText(offer.amount)));
+        }
+        EXPECT_EQ(labels, offers);
+    }
+}
+
+TEST(TransferOutlook, WritesAmountsExactly)
+{
+    for (const auto &[lamports, text] : Table<std::uint64_t, QString>{
+             {0, u"0"_s},
+             {1, u"0.000000001"_s},
+             {10'000'000'000, u"10"_s},
+             {1'020'000'000, u"1.02"_s},
+             {18'446'744'073'709'551'615U, u"18446744073.709551615"_s},
+         }) {
+        EXPECT_EQ(solText(Lamports(lamports)), text);
+    }
+}
+
+TEST(TypedAmount, TellsWhetherRoundingChangesIt)
+{
+    for (const auto &[text, lamports, isExact] : Table<QString, std::uint64_t, bool>{
+             {u"1"_s, 1'000'000'000, true},
+             {u"+001,50"_s, 1'500'000'000, true},
+             {u".5"_s, 500'000'000, true},
+             {u"5."_s, 5'000'000'000, true},
+             {u"15E-1"_s, 1'500'000'000, true},
+             {u"0.0015e+3"_s, 1'500'000'000, true},
+             {u"0.000000001"_s, 1, true},
+             {u"1.0000000004"_s, 1'000'000'000, false},
+             {u"0.0000000004"_s, 0, false},
+             {u"1.5"_s, 150'000'000, false},
+             // More digits than a double has.
+             {u"12345678.123456789"_s, 12'345'678'123'456'788, false},
+         }) {
+        EXPECT_EQ(isExactly(text, Lamports(lamports)), isExact) << text.toStdString();
+    }
+}
+
+TEST(RentMinimum, IsAskedOnceAndBelievedWithinReason)
+{
+    tests::HandDrivenQueue queue;
+    tests::FakeHttpClient http(queue);
+    const QString method = u"getMinimumBalanceForRentExemption"_s;
+    for (const auto &[reply, amount, isAnswer] : Table<QByteArray, std::uint64_t, bool>{
+             {R"({"result": 1000000})", 1'000'000, true},
+             {R"({"result": 0})", 0, true},
+             {R"({"result": 8908801})", 890'880, true},
+             {R"({"result": -1})", 890'880, false},
+             {R"({"result": "x"})", 890'880, false},
+             {"<html>", 890'880, false},
+         }) {
+        RentMinimum minimum(http);
+        http.answer(method, reply);
+        http.forgetRequests();
+        EXPECT_EQ(minimum.amount(), usualRentMinimum);
+        minimum.ask(QUrl(u"http://a.test"_s));
+        minimum.ask(QUrl(u"http://a.test"_s));
+        EXPECT_EQ(http.count(method), 1);
+        queue.drain();
+        EXPECT_EQ(minimum.amount(), Lamports(amount)) << reply.constData();
+        minimum.ask(QUrl(u"http://a.test"_s));
+        EXPECT_EQ(http.count(method), isAnswer ? 1 : 2);
+        queue.drain();
+    }
+    EXPECT_TRUE(http.requests()[0].body.contains(R"("params":[0])"));
+}
+
+} // namespace
+} // namespace corvane::core
