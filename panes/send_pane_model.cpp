@@ -57,9 +57,8 @@ SendPaneModel::SendPaneModel(WalletModel &wallet, island::IslandController &isla
             &SendPaneModel::update);
     connect(&m_wallet.transfers(), &core::TransferSession::reportChanged, this,
             &SendPaneModel::followReport);
-    const bool isOpen = report().sending || report().fate == core::TransferFate::Checking;
     m_lastFate = report().fate;
-    if (isOpen || m_wallet.transfers().hasNews()) {
+    if (report().sending || m_wallet.transfers().hasNews()) {
         followReport();
     }
     m_wallet.rentMinimum().ask(m_wallet.rpcURL());
@@ -294,18 +293,15 @@ QString SendPaneModel::errorMsg() const
 
 QString SendPaneModel::fate() const
 {
-    if (!m_showsReport) {
-        return {};
-    }
     switch (report().fate) {
     case TransferFate::Unknown:
         return {};
     case TransferFate::Checking:
         return QStringLiteral("checking whether it went through…");
     case TransferFate::WentThrough:
-        return QStringLiteral("it went through");
+        return m_showsReport ? QStringLiteral("it went through") : QString();
     case TransferFate::DidNotGoThrough:
-        return QStringLiteral("it did not go through");
+        return m_showsReport ? QStringLiteral("it did not go through") : QString();
     }
     Q_UNREACHABLE();
 }

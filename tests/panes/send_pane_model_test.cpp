@@ -9,6 +9,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using island::IslandPane;
 using platform::Sound;
+using namespace std::chrono_literals;
+using tests::addressA;
 using tests::Table;
 
 const QString blockhash = u"getLatestBlockhash"_s;
@@ -189,6 +191,183 @@ TEST_F(SendPaneModelTest, DoesNothingWithoutAnAmountOrAKey)
     m_island->setPane(IslandPane::Send);
     m_card->close();
     EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+}
+
+TEST_F(SendPaneModelTest, TheWalletsTransferIsShownByWhateverPaneThereIs)
+{
+    const auto reopen = [this] {
+        m_card.reset();
+        openCard();
+        EXPECT_EQ(m_card->recipient() + m_card->amount(), QString());
+    };
+    for (const bool isAccepted : {true, false}) {
+        settings.values.clear();
+        openPane();
+        http.hold(transaction);
+        type(good, u"0.25"_s);
+        press();
+        queue.drain();
+        reopen();
+        EXPECT_TRUE(m_card->isSending());
+        type(good, u"0.25"_s);
+        EXPECT_FALSE(m_card->isReady());
+        press();
+        m_card.reset();
+        http.release(transaction, isAccepted ? accepted : R"({"error": {"code": -32002}})");
+        settle();
+        EXPECT_EQ(http.count(transaction), 1);
+        // Nobody has seen the result yet.
+        reopen();
+        EXPECT_EQ(m_card->isSent(), isAccepted);
+        EXPECT_EQ(m_card->errorMsg().isEmpty(), isAccepted);
+        EXPECT_EQ(m_card->burst(), 0);
+        reopen();
+        EXPECT_FALSE(m_card->isSent());
+        EXPECT_EQ(m_card->errorMsg(), QString());
+        EXPECT_EQ(m_card->fate().isEmpty(), !isAccepted) << "another signature was returned";
+        http.forgetRequests();
+    }
+}
+
+TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
+{
+    const QString height = u"getBlockHeight"_s;
+    const QString statuses = u"getSignatureStatuses"_s;
+    for (const bool wentThrough : {true, false}) {
+        openPane();
+        http.answer(height, R"({"result": 1000})");
+        http.answer(statuses, R"({"result": {"value": [null]}})");
+        http.answer(transaction, platform::HttpError::TimedOut);
+        type(good, u"0.25"_s);
+        press();
+        settle();
+        EXPECT_EQ(m_card->errorMsg(), u"send failed — check balance covers amount + fee"_s);
+        EXPECT_EQ(m_card->fate(), u"checking whether it went through…"_s);
+        EXPECT_EQ(m_card->fateSubject(), u"0.25 SOL to 4zMM…ncDU"_s);
+        EXPECT_FALSE(m_card->fateIsLoss());
+        // Another pane tells it too.
+        m_card.reset();
+        openCard();
+        EXPECT_EQ(m_card->fate(), u"checking whether it went through…"_s);
+        type(good, wentThrough ? u"0.250"_s : u"0.25"_s);
+
+        http.answer(height, R"({"result": 2000})");
+        http.answer(
+            statuses,
+            wentThrough
+                ? R"({"result": {"value": [{"err": null, "confirmationStatus": "confirmed"}]}})"
+                : R"({"result": {"value": [null]}})");
+        queue.advance(2s);
+        EXPECT_EQ(m_card->fate(), wentThrough ? u"it went through"_s : u"it did not go through"_s);
+        EXPECT_EQ(m_card->fateIsLoss(), !wentThrough);
+        EXPECT_EQ(m_card->isSent(), wentThrough);
+        EXPECT_EQ(m_card->hasLink(), wentThrough);
+        // What is paid must not be paid again by a press that comes too late.
+        EXPECT_EQ(m_card->recipient().isEmpty(), wentThrough);
+        EXPECT_EQ(m_card->isReady(), !wentThrough);
+        type(good, u"0.25"_s);
+        queue.advance(2s);
+        EXPECT_TRUE(m_card->isReady());
+        model->setNetwork(core::SolNetwork::Devnet);
+        EXPECT_EQ(m_card->fateSubject(), u"0.25 SOL to 4zMM…ncDU on MAINNET"_s);
+        model->setNetwork(core::SolNetwork::Mainnet);
+    }
+}
+
+TEST_F(SendPaneModelTest, SendsOnlyWhatTheCardShows)
+{
+    openPane();
+    type(good, u"0.25"_s);
+    for (const auto &[recipient, amount] :
+         Table<QString, QString>{{addressA, u"0.25"_s}, {good, u"0.2"_s}, {good, u"0.250"_s}}) {
+        m_card->send(recipient, amount);
+        settle();
+        EXPECT_EQ(m_card->errorMsg(), u"the fields were still changing — nothing was sent"_s);
+        EXPECT_EQ(http.count(transaction), 0);
+    }
+    EXPECT_EQ(m_sounds.played, QList<Sound>());
+    press();
+    settle();
+    EXPECT_EQ(http.count(transaction), 1);
+    EXPECT_EQ(m_card->errorMsg(), QString());
+}
+
+TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
+{
+    openPane();
+    EXPECT_EQ(m_card->outlook(), u"1.499995 SOL available · fee 0.000005"_s);
+    EXPECT_EQ(m_card->groupedRecipient(), QString());
+    http.answer(accountInfo, R"({"result": {"value": null}})");
+    type(u" "_s + good, u"0.0001"_s);
+    EXPECT_EQ(m_card->groupedRecipient(),
+              u"4zMM C9sr t5Ri 5X14 GAgX haHi i3Gn PAEE RYPJ gZJD ncDU"_s);
+    EXPECT_EQ(m_card->outlook(), QString()) << "not known yet";
+    QSignalSpy changed(m_card.get(), &SendPaneModel::changed);
+    queue.advance(1s);
+    EXPECT_GT(changed.count(), 0);
+    EXPECT_EQ(m_card->recipientNote(), u"never used on this network"_s);
+    EXPECT_FALSE(m_card->recipientNoteIsSevere());
+    EXPECT_TRUE(m_card->outlookIsRefusal());
+    EXPECT_EQ(m_card->offers(), QStringList{u"SEND 0.00089088"_s});
+    m_card->acceptOffer(1);
+    EXPECT_EQ(m_card->amount(), u"0.0001"_s);
+    m_card->acceptOffer(0);
+    EXPECT_EQ(m_card->amount(), u"0.00089088"_s);
+    EXPECT_FALSE(m_card->outlookIsRefusal());
+    EXPECT_TRUE(m_card->isReady());
+
+    // A warning refuses nothing.
+    m_card->max();
+    EXPECT_TRUE(m_card->outlookIsRefusal());
+    EXPECT_TRUE(m_card->isReady());
+    m_card->acceptOffer(0);
+    EXPECT_EQ(m_card->amount(), u"1.499995"_s);
+
+    // The balance is another's.
+    EXPECT_EQ(m_card->payerWarning(), QString());
+    const QString own = *model->signingPubkey();
+    model->setAddress(addressA);
+    queue.drain();
+    EXPECT_EQ(m_card->outlook(), QString());
+    EXPECT_EQ(m_card->payerWarning(), u"paid by your own key "_s + own.first(4) + u'…' +
+                                          own.last(4) + u" — not by the address you watch"_s);
+}
+
+TEST_F(SendPaneModelTest, SaysWhatIsRoundedAndRefusesWhatDoesNotFit)
+{
+    openPane(unknown);
+    type(good, {});
+    for (const auto &[amount, note, ready] : Table<QString, QString, bool>{
+             {u"0.0000000004"_s, u"  ·  rounded to 0 SOL"_s, true},
+             {u"1.0000000005"_s, u"  ·  rounded to 1.000000001 SOL"_s, true},
+             {u"1.000000001"_s, {}, true},
+             {u"18000000000"_s, {}, true},
+             {u"18446744073.709552"_s, {}, false},
+             {u"1e20"_s, {}, false},
+         }) {
+        m_card->setAmount(amount);
+        EXPECT_EQ(m_card->isReady(), ready) << amount.toStdString();
+        EXPECT_EQ(m_card->amountIsWrong(), !ready);
+        EXPECT_TRUE(m_card->equivalence().endsWith(note.isEmpty() ? u".00"_s : note) ||
+                    note.isEmpty());
+        EXPECT_EQ(m_card->equivalence().contains(u"rounded"), !note.isEmpty());
+    }
+    press();
+    settle();
+    EXPECT_EQ(http.count(transaction), 0);
+}
+
+TEST_F(SendPaneModelTest, AReturnedSignatureStaysOnItsLine)
+{
+    openPane();
+    http.answer(transaction, R"({"result": "A\n\tB\u202e\u0000C D\u0301\u0301EFGHIJKLMNOP/?#"})");
+    type(good, u"0.25"_s);
+    press();
+    settle();
+    EXPECT_EQ(m_card->shortSignature(), u"ABCDEFGH…LMNOP/?#"_s);
+    m_card->openLink();
+    EXPECT_FALSE(m_links.opened[0].hasFragment());
+    EXPECT_FALSE(m_links.opened[0].hasQuery());
 }
 
 TEST_F(SendPaneModelTest, ATransferOutlivesItsPane)
