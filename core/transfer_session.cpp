@@ -325,7 +325,7 @@ void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
         }
     }
     // The confirmation of what was told as sent is no news.
-    tell(transfer->doubtful || !wentThrough);
+    tell(m_hasNews || transfer->doubtful || !wentThrough);
     Q_EMIT balancesMayHaveChanged();
 }
 

@@ -58,9 +58,7 @@ SendPaneModel::SendPaneModel(WalletModel &wallet, island::IslandController &isla
     connect(&m_wallet.transfers(), &core::TransferSession::reportChanged, this,
             &SendPaneModel::followReport);
     m_lastFate = report().fate;
-    if (report().sending || m_wallet.transfers().hasNews()) {
-        followReport();
-    }
+    followReport();
     m_wallet.rentMinimum().ask(m_wallet.rpcURL());
     update();
 }
@@ -96,13 +94,15 @@ const core::TransferReport &SendPaneModel::report() const
 
 void SendPaneModel::followReport()
 {
-    m_showsReport = true;
+    if (report().sending || m_wallet.transfers().hasNews()) {
+        m_showsReport = true;
+    }
     if (!report().sending) {
         m_wallet.transfers().markSeen();
     }
     // What is still in the fields is paid now, and must not be sent again by accident.
     const TransferFate fate = report().fate;
-    if (fate == TransferFate::WentThrough && fate != m_lastFate &&
+    if (fate == TransferFate::WentThrough && m_lastFate == TransferFate::Checking &&
         m_address == report().subject->recipient) {
         const std::optional<double> amount = payableAmount();
         if (amount && Lamports::fittingSol(*amount) == report().subject->amount) {

@@ -1,3 +1,4 @@
+#include "keys/base58.h"
 #include "panes/send_pane_model.h"
 #include "tests/panes/card_fixture.h"
 
@@ -217,6 +218,7 @@ TEST_F(SendPaneModelTest, TheWalletsTransferIsShownByWhateverPaneThereIs)
         settle();
         EXPECT_EQ(http.count(transaction), 1);
         // Nobody has seen the result yet.
+        queue.advance(2s);
         reopen();
         EXPECT_EQ(m_card->isSent(), isAccepted);
         EXPECT_EQ(m_card->errorMsg().isEmpty(), isAccepted);
@@ -271,6 +273,43 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         model->setNetwork(core::SolNetwork::Devnet);
         EXPECT_EQ(m_card->fateSubject(), u"0.25 SOL to 4zMM…ncDU on MAINNET"_s);
         model->setNetwork(core::SolNetwork::Mainnet);
+    }
+}
+
+TEST_F(SendPaneModelTest, AConfirmationDisturbsNobody)
+{
+    for (const bool isSeen : {true, false}) {
+        openPane();
+        http.hold(transaction);
+        type(good, u"0.25"_s);
+        press();
+        queue.drain();
+        const QByteArray bytes = QByteArray::fromBase64(
+            QJsonDocument::fromJson(http.requests().back().body)[u"params"_s][0]
+                .toString()
+                .toLatin1());
+        const auto *start = reinterpret_cast<const std::uint8_t *>(bytes.constData()) + 1;
+        const QByteArray signed64 = keys::Base58::encode({start, 64}).toLatin1();
+        if (!isSeen) {
+            m_card.reset();
+        }
+        http.release(transaction, R"({"result": ")" + signed64 + R"("})");
+        settle();
+        if (isSeen) {
+            openCard();
+            type(good, u"0.25"_s);
+        }
+        http.answer(u"getSignatureStatuses"_s,
+                    R"({"result": {"value": [{"err": null, "confirmationStatus": "confirmed"}]}})");
+        queue.advance(2s);
+        if (isSeen) {
+            EXPECT_FALSE(m_card->isSent()) << "the pane is afresh";
+            EXPECT_EQ(m_card->amount(), u"0.25"_s) << "the same again is another payment";
+        } else {
+            openCard();
+            EXPECT_TRUE(m_card->isSent()) << "nobody has seen it";
+            EXPECT_EQ(m_card->fate(), u"it went through"_s);
+        }
     }
 }
 
