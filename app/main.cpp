@@ -40,7 +40,9 @@
 #include <QApplication>
 #include <QQuickWindow>
 #include <QStandardPaths>
+#include <QStyleHints>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -160,9 +162,11 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     }
 
     look::Theme theme(desktop.fonts);
-    app::IslandContent content({desktop.queue, desktop.clipboard, desktop.sounds, desktop.links,
-                                desktop.application, *keyServices.authenticator},
-                               options.demoKeychain ? QStringLiteral("DEMO") : QString());
+    app::IslandContent content(
+        {desktop.queue, desktop.clipboard, desktop.sounds, desktop.links, desktop.application,
+         *keyServices.authenticator,
+         std::chrono::milliseconds(QGuiApplication::styleHints()->mouseDoubleClickInterval())},
+        options.demoKeychain ? QStringLiteral("DEMO") : QString());
     onboarding::Onboarding tour({desktop.queue, settings, desktop.bundle, desktop.loginItem,
                                  desktop.application, desktop.windowSystem.floatingWindows(),
                                  [&content](onboarding::Onboarding &onboarding) {

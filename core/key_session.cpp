@@ -76,7 +76,9 @@ QCoro::Task<std::optional<SendError>> KeySession::adopt(std::shared_ptr<Keypair>
         co_return SendError::keychainRefused(platform::KeychainStatus::InternalError);
     }
     const QPointer<KeySession> self(this);
+    const bool isNew = backup != nullptr;
     setStoring(true);
+    Q_EMIT aboutToStore(isNew);
     const auto pending = inBackground<platform::KeychainStatus>([keypair](keys::KeyVault &vault) {
         return vault.storeStatus(keypair->seed, keypair->address);
     });
@@ -85,13 +87,14 @@ QCoro::Task<std::optional<SendError>> KeySession::adopt(std::shared_ptr<Keypair>
         co_return std::nullopt;
     }
     if (*status != platform::KeychainStatus::Success) {
+        Q_EMIT storeRefused();
         setStoring(false);
         co_return SendError::keychainRefused(*status);
     }
     ++m_keyChanges;
-    const auto change = [this, &keypair, &backup] {
+    const auto change = [this, isNew, &keypair, &backup] {
         publish(m_pubkey, std::optional(keypair->address.text()), &KeySession::pubkeyChanged);
-        Q_EMIT adopted(keypair->address);
+        Q_EMIT adopted(keypair->address, isNew);
         m_seed = std::move(keypair->seed);
         Q_EMIT seedChanged();
         if (backup) {
@@ -196,7 +199,7 @@ QCoro::Task<> KeySession::remove()
     const QPointer<KeySession> self(this);
     setStoring(true);
     const auto pending = inBackground<bool>([](keys::KeyVault &vault) { return vault.remove(); });
-    static_cast<void>(co_await pending);
+    const std::shared_ptr<bool> isErased = co_await pending;
     if (!self) {
         co_return;
     }
@@ -205,7 +208,7 @@ QCoro::Task<> KeySession::remove()
     m_seed.reset();
     Q_EMIT seedChanged();
     setPendingBackup(std::nullopt);
-    Q_EMIT removed();
+    Q_EMIT removed(*isErased);
     setStoring(false);
 }
 

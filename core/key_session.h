@@ -105,10 +105,14 @@ Q_SIGNALS:
     /// `seed` was set, also after an attempt that found none.
     void seedChanged();
     void storingChanged();
+    /// A key is about to be stored. `isNew`: it was created here, and nobody has a backup of it.
+    void aboutToStore(bool isNew);
+    /// The keychain refused it.
+    void storeRefused();
     /// A key was created or imported: `pubkey` is new already, `seed` is not set yet.
-    void adopted(const corvane::keys::Address &address);
-    /// The key was removed; all properties are empty already.
-    void removed();
+    void adopted(const corvane::keys::Address &address, bool isNew);
+    /// The key was removed; all properties are empty already. `isErased`: also from the keychain.
+    void removed(bool isErased);
 
 private:
     using MaybeSecret = std::optional<platform::SecretBytes>;

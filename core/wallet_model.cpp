@@ -36,6 +36,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     m_customRPC = settings.string(customRPCSetting).value_or(QString());
     m_walletURL = settings.string(walletURLSetting).value_or(QString());
     m_displayUSD = settings.boolean(displayUSDSetting).value_or(true);
+    m_backupPending = settings.boolean(backupPendingSetting).value_or(false);
     m_tickerShowsBalance = settings.boolean(tickerShowsBalanceSetting).value_or(false);
 
     connect(m_keySession.get(), &KeySession::aboutToChange, this, &WalletModel::objectWillChange);
@@ -44,9 +45,24 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     connect(m_keySession.get(), &KeySession::pendingBackupChanged, this,
             &WalletModel::pendingBackupChanged);
     connect(m_keySession.get(), &KeySession::seedChanged, this, &WalletModel::sessionSecretChanged);
+    connect(m_keySession.get(), &KeySession::aboutToStore, this, [this](bool isNew) {
+        m_backupWasPending = m_backupPending;
+        if (isNew) {
+            setBackupPending(true);
+        }
+    });
+    connect(m_keySession.get(), &KeySession::storeRefused, this,
+            [this] { setBackupPending(m_backupWasPending); });
     connect(m_keySession.get(), &KeySession::adopted, this,
-            [this](const keys::Address &address) { watch(WatchedAddress(address)); });
-    connect(m_keySession.get(), &KeySession::removed, this, [this] { setAddress({}); });
+            [this](const keys::Address &address, bool isNew) {
+                watch(WatchedAddress(address));
+                setBackupPending(isNew);
+            });
+    connect(m_keySession.get(), &KeySession::removed, this, [this](bool isErased) {
+        setAddress({});
+        // A key that stays in a locked keyring is back at the next start.
+        setBackupPending(m_backupPending && !isErased);
+    });
     connect(m_keySession.get(), &KeySession::storingChanged, this, &WalletModel::storingKeyChanged);
     connect(m_transfers.get(), &TransferSession::balancesMayHaveChanged, this,
             &WalletModel::refresh);
@@ -197,7 +213,19 @@ const std::optional<platform::SecretBytes> &WalletModel::pendingBackup() const
 
 void WalletModel::setPendingBackup(std::optional<platform::SecretBytes> text)
 {
+    const bool isSaved = !text;
     m_keySession->setPendingBackup(std::move(text));
+    if (isSaved) {
+        setBackupPending(false);
+    }
+}
+
+void WalletModel::setBackupPending(bool pending)
+{
+    if (m_backupPending != pending) {
+        publish(m_backupPending, pending, &WalletModel::backupPendingChanged);
+        m_services.settings.setBoolean(backupPendingSetting, pending);
+    }
 }
 
 const std::optional<platform::SecretBytes> &WalletModel::sessionSecret() const

@@ -160,6 +160,9 @@ public:
     void watchOwnAddress();
     /// The backup text (ASCII) of a key that was just created, until the user has saved it.
     [[nodiscard]] const std::optional<platform::SecretBytes> &pendingBackup() const;
+    /// True if the key was created here and the user has never confirmed to have saved its backup.
+    /// Stored before the key is, so that no crash loses it.
+    [[nodiscard]] bool isBackupPending() const { return m_backupPending && hasSigningKey(); }
     /// Sets the backup text (ASCII) to show; empty once the user has saved it.
     void setPendingBackup(std::optional<platform::SecretBytes> text);
     [[nodiscard]] bool hasPendingBackup() const { return pendingBackup().has_value(); }
@@ -211,6 +214,7 @@ Q_SIGNALS:
     void displayUSDChanged();
     void signingPubkeyChanged();
     void pendingBackupChanged();
+    void backupPendingChanged();
     /// `sessionSecret` was set, also after an attempt to read the key that failed.
     void sessionSecretChanged();
     void storingKeyChanged();
@@ -248,6 +252,7 @@ private:
     QCoro::Task<JsonResult> getJSON(QString url);
     QCoro::Task<> refreshWhileAsked();
     void watch(WatchedAddress watched);
+    void setBackupPending(bool pending);
     void netFlip();
     void clearBalances();
     /// Queues `start` on the main thread; it is not called if the model has been destroyed by then.
@@ -264,6 +269,9 @@ private:
     QString m_customRPC;
     QString m_walletURL;
     bool m_displayUSD = true;
+    bool m_backupPending = false;
+    /// What it was when the key that is being stored was not yet.
+    bool m_backupWasPending = false;
     /// A stored setting that is read and kept, but not used yet.
     [[maybe_unused]] bool m_tickerShowsBalance = false;
     std::optional<double> m_sol;

@@ -12,6 +12,7 @@ inline constexpr QLatin1StringView walletURLSetting{"corvane.walletURL"};
 inline constexpr QLatin1StringView displayUSDSetting{"corvane.displayUSD"};
 /// Transfers whose fate is unknown, as JSON.
 inline constexpr QLatin1StringView transfersSetting{"corvane.transfers"};
+inline constexpr QLatin1StringView backupPendingSetting{"corvane.backupPending"};
 inline constexpr QLatin1StringView tickerShowsBalanceSetting{"corvane.tickerShowsBalance"};
 
 } // namespace corvane::core

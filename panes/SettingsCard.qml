@@ -112,46 +112,56 @@ CardFrame {
         }
     }
 
-    Item {
+    Stack {
         width: parent.width
-        height: Math.max(walletText.implicitHeight, backup.implicitHeight)
+        spacing: 4
 
-        Label {
-            id: walletText
+        Item {
+            width: parent.width
+            height: Math.max(walletText.implicitHeight, backup.implicitHeight)
 
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.card.walletText
-            font: Theme.term(8)
-            color: root.card.hasKey ? Theme.green : Theme.muted
+            Label {
+                id: walletText
+
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.card.walletText
+                font: Theme.term(8)
+                color: root.card.hasKey ? Theme.green : Theme.muted
+            }
+
+            LinkText {
+                id: backup
+
+                anchors.right: remove.left
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.card.hasKey
+                title: "BACKUP"
+                color: Theme.green
+                onTriggered: root.card.backup()
+            }
+
+            LinkText {
+                id: remove
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.card.hasKey
+                title: root.card.removeLabel
+                color: Theme.red
+                onTriggered: root.card.remove()
+            }
         }
 
-        LinkText {
-            id: backup
-
-            anchors.right: remove.left
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.card.hasKey
-            title: "BACKUP"
-            color: Theme.green
-            onTriggered: root.card.backup()
+        ErrorLine {
+            width: parent.width
+            text: root.card.backupText
         }
 
-        LinkText {
-            id: remove
-
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.card.hasKey
-            title: root.card.removeLabel
-            color: Theme.red
-            onTriggered: root.card.remove()
+        ErrorLine {
+            width: parent.width
+            text: root.presence.keyText
         }
-    }
-
-    ErrorLine {
-        width: parent.width
-        text: root.presence.keyText
     }
 
     Item {

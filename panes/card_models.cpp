@@ -36,7 +36,7 @@ SendPaneModel *CardModels::sendPane(QObject *view)
 SettingsCardModel *CardModels::settingsCard(QObject *view)
 {
     return new SettingsCardModel(m_wallet, m_island, m_services.application, m_services.queue,
-                                 view);
+                                 m_services.doubleClick, view);
 }
 
 SetupCardModel *CardModels::setupCard(QObject *view)

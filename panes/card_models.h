@@ -18,6 +18,8 @@
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <chrono>
+
 namespace corvane::core {
 class WalletModel;
 } // namespace corvane::core
@@ -37,6 +39,8 @@ struct CardServices
     platform::LinkOpener &links;
     platform::Application &application;
     platform::Authenticator &authenticator;
+    /// The desktop's interval for double clicks.
+    std::chrono::milliseconds doubleClick;
 };
 
 /// Creates the model of a card when its view is created, with the services that it uses. Main

@@ -17,22 +17,27 @@ namespace {
 
 /// How long the button that removes the wallet stays armed.
 constexpr std::chrono::seconds armedFor{3};
+/// Presses that follow each other sooner are taken for a double click, whatever the desktop says.
+constexpr std::chrono::milliseconds shortestDoubleClick{500};
 
 } // namespace
 
 SettingsCardModel::SettingsCardModel(WalletModel &wallet, island::IslandController &island,
                                      platform::Application &application, platform::MainQueue &queue,
-                                     QObject *parent)
+                                     std::chrono::milliseconds doubleClick, QObject *parent)
     : QObject(parent)
     , m_wallet(wallet)
     , m_island(island)
     , m_application(application)
+    , m_queue(queue)
     , m_confirmRemove(queue, armedFor)
+    , m_doubleClick(std::max(doubleClick, shortestDoubleClick))
 {
     connect(&m_confirmRemove, &PassingFlag::changed, this, &SettingsCardModel::removeLabelChanged);
-    for (const auto signal : {&WalletModel::addressChanged, &WalletModel::customRPCChanged,
-                              &WalletModel::networkChanged, &WalletModel::rpcSourceLabelChanged,
-                              &WalletModel::signingPubkeyChanged}) {
+    for (const auto signal :
+         {&WalletModel::addressChanged, &WalletModel::customRPCChanged,
+          &WalletModel::networkChanged, &WalletModel::rpcSourceLabelChanged,
+          &WalletModel::signingPubkeyChanged, &WalletModel::backupPendingChanged}) {
         connect(&m_wallet, signal, this, &SettingsCardModel::changed);
     }
 }
@@ -118,6 +123,13 @@ QString SettingsCardModel::walletText() const
            QStringLiteral(" · key in keychain");
 }
 
+QString SettingsCardModel::backupText() const
+{
+    return m_wallet.isBackupPending()
+               ? QStringLiteral("not backed up yet — press BACKUP and save the key")
+               : QString();
+}
+
 QString SettingsCardModel::removeLabel() const
 {
     return m_confirmRemove.isRaised() ? QStringLiteral("REALLY REMOVE? (backup first!)")
@@ -145,8 +157,14 @@ QCoro::Task<> SettingsCardModel::showBackup(QPointer<WalletModel> wallet,
 
 void SettingsCardModel::remove()
 {
+    const std::chrono::nanoseconds now = m_queue.now();
+    const bool isDoubleClick = m_lastPress && now - *m_lastPress < m_doubleClick;
+    m_lastPress = now;
     if (!m_confirmRemove.isRaised()) {
         m_confirmRemove.raise();
+        return;
+    }
+    if (isDoubleClick) {
         return;
     }
     // The task continues without its handle.

@@ -10,6 +10,9 @@
 #include <QString>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <chrono>
+#include <optional>
+
 namespace corvane::core {
 class WalletModel;
 } // namespace corvane::core
@@ -44,18 +47,22 @@ class SettingsCardModel : public QObject
     Q_PROPERTY(bool hasKey READ hasKey NOTIFY changed FINAL)
     /// The text that distinguishes a wallet with a key from one that only watches an address.
     Q_PROPERTY(QString walletText READ walletText NOTIFY changed FINAL)
+    /// A reminder of a key without a backup; empty if there is a backup or no key.
+    Q_PROPERTY(QString backupText READ backupText NOTIFY changed FINAL)
     /// The label of the remove button; after the first press it asks for a second.
     Q_PROPERTY(QString removeLabel READ removeLabel NOTIFY removeLabelChanged FINAL)
 
 public:
+    /// `doubleClick`: the desktop's interval for double clicks.
     SettingsCardModel(core::WalletModel &wallet, island::IslandController &island,
                       platform::Application &application, platform::MainQueue &queue,
-                      QObject *parent = nullptr);
+                      std::chrono::milliseconds doubleClick, QObject *parent = nullptr);
 
     /// Shows the key on the backup card. Asks the user to unlock it first if necessary; a refusal
     /// changes nothing.
     Q_INVOKABLE void backup();
-    /// Removes the wallet if called twice within three seconds.
+    /// Removes the wallet if called twice within three seconds, but not for the second press of a
+    /// double click.
     Q_INVOKABLE void remove();
     /// Exits the program.
     Q_INVOKABLE void quit();
@@ -75,6 +82,7 @@ public:
     void setNetwork(int network);
     [[nodiscard]] bool hasKey() const;
     [[nodiscard]] QString walletText() const;
+    [[nodiscard]] QString backupText() const;
     [[nodiscard]] QString removeLabel() const;
 
 Q_SIGNALS:
@@ -89,7 +97,10 @@ private:
     core::WalletModel &m_wallet;
     island::IslandController &m_island;
     platform::Application &m_application;
+    platform::MainQueue &m_queue;
     PassingFlag m_confirmRemove;
+    const std::chrono::nanoseconds m_doubleClick;
+    std::optional<std::chrono::nanoseconds> m_lastPress;
 };
 
 } // namespace corvane::panes

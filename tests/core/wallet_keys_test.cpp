@@ -63,6 +63,48 @@ TEST_F(WalletKeysTest, ImportsAnythingOf32BytesAndKeepsItsStateWhereItIsRefused)
     EXPECT_FALSE(keychain.copyAccount(keyService));
 }
 
+TEST_F(WalletKeysTest, RemindsOfAKeyWhoseBackupWasNeverConfirmed)
+{
+    const QString setting = u"corvane.backupPending"_s;
+    const auto expectPending = [&](bool pending, const char *when) {
+        EXPECT_EQ(model->isBackupPending(), pending) << when;
+        EXPECT_EQ(settings.boolean(setting).value_or(false), pending) << when;
+        launchAndSettle();
+        EXPECT_EQ(model->isBackupPending(), pending) << "after a restart, " << when;
+    };
+    model->createWallet();
+    EXPECT_EQ(settings.boolean(setting), true) << "before the key is stored";
+    EXPECT_FALSE(model->isBackupPending()) << "nothing to back up yet";
+    settle();
+    expectPending(true, "created");
+    model->setPendingBackup(finish(model->backupSecret()));
+    expectPending(true, "shown again");
+    model->setPendingBackup(std::nullopt);
+    expectPending(false, "confirmed");
+
+    for (const bool wasPending : {false, true}) {
+        using enum platform::KeychainStatus;
+        keychain.keeps = true;
+        keychain.failures = {AuthFailed, AuthFailed};
+        finish(model->createWallet());
+        expectPending(wasPending, "another one was refused");
+        keychain.keeps = false;
+        createKey();
+    }
+    finish(model->importSigningKey(addressA));
+    expectPending(false, "imported");
+
+    createKey();
+    keychain.keeps = true;
+    removeKey();
+    EXPECT_FALSE(model->isBackupPending()) << "there is no key to be seen";
+    launchAndSettle();
+    EXPECT_TRUE(model->isBackupPending()) << "a locked keyring gave it back";
+    keychain.keeps = false;
+    removeKey();
+    expectPending(false, "removed");
+}
+
 TEST_F(WalletKeysTest, IsCorrectedByTheKeychainWhereItsMemoryIsWrong)
 {
     lock();

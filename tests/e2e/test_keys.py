@@ -64,9 +64,16 @@ class KeysTest(WalletTest):
             self.assertEqual(corvane.settings()["corvane.address"], KEY_ADDRESS)
             corvane.press_button("Settings")
             corvane.wait_for("WALLET: 9C6h…Jtpj · key in keychain")
-            corvane.press_button("REMOVE")
-            corvane.press_button("REALLY REMOVE? (backup first!)")
-            corvane.wait_for("no wallet — create or import one on the balance card")
+            corvane.double_click(corvane.still("REMOVE", "push button"))
+            corvane.wait_for("REALLY REMOVE? (backup first!)", "WALLET: 9C6h…Jtpj · key in keychain")
+
+            def removed():
+                button = corvane.tree.find(lambda text: "REMOVE" in text, "push button")
+                if button:
+                    corvane.click(button)
+                return "no wallet — create or import one on the balance card" in corvane.tree.texts()
+            # Slowly, so that no press is taken for a part of a double click.
+            wait_until(removed, "a removed key", pause=1)
             self.assertEqual(corvane.settings()["corvane.address"], "")
         with self.run_wallet() as corvane:
             corvane.hover()

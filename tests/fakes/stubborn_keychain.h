@@ -8,7 +8,7 @@
 namespace corvane::tests {
 
 /// A keychain whose next `add` calls fail with the given statuses, whose reads may be refused by
-/// the user, which may remember no account, and which tells any protection.
+/// the user, which may remember no account and keep its items, and which tells any protection.
 class StubbornKeychain final : public platform::InMemoryKeychain
 {
 public:
@@ -34,6 +34,10 @@ public:
         return forgets ? std::nullopt : InMemoryKeychain::rememberedAccount(service);
     }
 
+    platform::KeychainStatus remove(const QString &service) override
+    {
+        return keeps ? platform::KeychainStatus::AuthFailed : InMemoryKeychain::remove(service);
+    }
     [[nodiscard]] std::optional<platform::KeychainProtection>
     protection(const QString &) const override
     {
@@ -45,6 +49,7 @@ public:
     QList<platform::PresenceReason> reasons;
     bool refuses = false;
     bool forgets = false;
+    bool keeps = false;
     std::optional<platform::KeychainProtection> tells;
 };
 

@@ -26,9 +26,10 @@ protected:
     /// Creates the cards of the launched island.
     [[nodiscard]] panes::CardModels cards()
     {
-        return {*model,
-                *m_island,
-                {queue, m_clipboard, m_sounds, m_links, m_application, m_authenticator}};
+        return {
+            *model,
+            *m_island,
+            {queue, m_clipboard, m_sounds, m_links, m_application, m_authenticator, doubleClick}};
     }
 
     /// Launches a wallet with an unlocked key.
@@ -63,6 +64,7 @@ protected:
         model.reset();
     }
 
+    std::chrono::milliseconds doubleClick{400};
     FakeSoundPlayer m_sounds;
     FakeLinkOpener m_links;
     FakeApplication m_application;

@@ -170,11 +170,14 @@ TEST_P(CardViewsTest, Setup)
 
 TEST_P(CardViewsTest, SayWhatIsMissingToReadTheKey)
 {
-    launchLocked();
+    launchIsland();
+    createKey();
+    launchIsland();
     model->setAddress(u"damaged"_s);
     show(u"SettingsCard"_s, cards().settingsCard(nullptr), ownAddress(), presence());
     press(u"REMOVE"_s);
     expectMissingPresence(u"nobody can ask"_s);
+    expectClean({u"not backed up yet — press BACKUP and save the key"_s});
     model->setAddress(tests::addressA);
     show(u"SendPane"_s, cards().sendPane(nullptr), presence());
     expectMissingPresence(u"nobody can ask"_s);

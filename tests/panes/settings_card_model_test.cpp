@@ -91,6 +91,43 @@ TEST_F(SettingsCardModelTest, RemovesOnlyWhenAskedTwiceInTime)
     EXPECT_FALSE(keychain.copyAccount(u"corvane.signing-key"_s));
 }
 
+TEST_F(SettingsCardModelTest, ADoubleClickRemovesNothing)
+{
+    launchWithKey();
+    const auto press = [this] {
+        m_card->remove();
+        settle();
+    };
+    for (const auto &[desktop, tooSoon, lateEnough] :
+         tests::Table<std::chrono::milliseconds, std::chrono::milliseconds,
+                      std::chrono::milliseconds>{{0ms, 499ms, 500ms}, {900ms, 899ms, 900ms}}) {
+        doubleClick = desktop;
+        openCard();
+        press();
+        for (int again = 0; again < 2; ++again) {
+            queue.advance(tooSoon);
+            press();
+            EXPECT_TRUE(m_card->hasKey()) << "also where each press follows the last one closely";
+        }
+        queue.advance(lateEnough);
+        press();
+        EXPECT_FALSE(m_card->hasKey());
+        createKey();
+    }
+}
+
+TEST_F(SettingsCardModelTest, RemindsOfAKeyWithoutABackup)
+{
+    launchIsland();
+    createKey();
+    openCard();
+    EXPECT_EQ(m_card->backupText(), u"not backed up yet — press BACKUP and save the key"_s);
+    QSignalSpy changed(m_card.get(), &SettingsCardModel::changed);
+    model->setPendingBackup(std::nullopt);
+    EXPECT_EQ(m_card->backupText(), QString());
+    EXPECT_GT(changed.count(), 0);
+}
+
 TEST_F(SettingsCardModelTest, BackupShowsTheKeyOnItsCard)
 {
     launchLocked();
