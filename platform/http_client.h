@@ -21,8 +21,9 @@ struct HttpHeader
     QByteArray value;
 };
 
-/// A request. The body is sent only with POST. After a redirect to another host, headers are not
-/// sent, except the body's Content-Type.
+/// A request. The body is sent only with POST. A user name and password in the URL are sent as the
+/// header of basic authentication. After a redirect to another host, headers are not sent, except
+/// the body's Content-Type.
 struct HttpRequest
 {
     HttpMethod method = HttpMethod::Get;
@@ -55,7 +56,7 @@ enum class HttpError {
 
 using HttpResult = std::variant<HttpReply, HttpError>;
 
-/// The process-wide HTTP client. Sends no credentials and keeps no cookies.
+/// The process-wide HTTP client. Sends no credentials but those of a request, and keeps no cookies.
 class HttpClient
 {
 public:

@@ -143,8 +143,7 @@ TEST_F(CurlHttpClientTest, SendsNothingThatWasNotAskedFor)
         names.sort();
         return names.join(u' ');
     };
-    QUrl url = server.url(u"/a/../b%2Fc?x=%20y&z=1#fragment"_s);
-    url.setUserInfo(u"user:secret"_s);
+    const QUrl url = server.url(u"/a/../b%2Fc?x=%20y&z=1#fragment"_s);
     HttpRequest request = get(url);
     // Sent neither: a header with a line break, and a cookie with the second request.
     request.headers = {{"X-One", "a\r\nX-Two: b"}, {"X-Three", "c"}};
@@ -277,24 +276,39 @@ TEST_F(CurlHttpClientTest, NeverLeavesEncryption)
     EXPECT_EQ(plain.requests().size(), 1);
 }
 
-TEST_F(CurlHttpClientTest, TakesHeadersToNoOtherHostAndCredentialsToNone)
+TEST_F(CurlHttpClientTest, TakesHeadersAndCredentialsToNoOtherHostAndTakesNoneFromARedirect)
 {
     ScriptedServer other([](const QByteArray &) { return ScriptedServer::reply("200 OK", "end"); });
     QList<QUrl> targets;
     ScriptedServer server([&](const QByteArray &) {
         QUrl target = targets.takeFirst();
-        target.setUserInfo(u"user:secret"_s);
+        target.setUserInfo(u"mallory:knows"_s);
         return ScriptedServer::reply("307 Moved", "", "Location: " + target.toEncoded() + "\r\n");
     });
-    targets = {server.url(u"/again"_s), other.url()};
-    HttpRequest request = post(server.url(), "{}");
-    request.headers += platform::HttpHeader{"X-Token", "secret"};
-    EXPECT_EQ(ask(request), "200 end");
-    EXPECT_TRUE(server.requests().last().contains("X-Token"));
-    EXPECT_FALSE(other.requests().last().contains("X-Token"));
-    EXPECT_TRUE(other.requests().last().contains("Content-Type"));
-    for (const QByteArray &received : server.requests() + other.requests()) {
-        EXPECT_FALSE(received.contains("Authorization")) << received.constData();
+    for (const auto &[userInfo, pair] : Table<QString, QByteArray>{
+             {u""_s, ""},
+             {u"user:secret"_s, "user:secret"},
+             {u"user"_s, "user:"},
+             {u":secret"_s, ":secret"},
+             {u"us%40er:%C3%A4:%0D%0AX-Evil"_s, "us@er:\xC3\xA4:\r\nX-Evil"},
+         }) {
+        SCOPED_TRACE(userInfo.toStdString());
+        targets = {server.url(u"/again"_s), other.url()};
+        QUrl url = server.url();
+        url.setUserInfo(userInfo, QUrl::TolerantMode);
+        HttpRequest request = post(url, "{}");
+        request.headers += platform::HttpHeader{"X-Token", "secret"};
+        EXPECT_EQ(ask(request), "200 end");
+        for (const QByteArray &received : server.requests().last(2)) {
+            EXPECT_TRUE(received.contains("X-Token"));
+            EXPECT_EQ(received.count("Authorization"), pair.isEmpty() ? 0 : 1);
+            EXPECT_TRUE(pair.isEmpty() ||
+                        received.contains("\r\nAuthorization: Basic " + pair.toBase64() + "\r\n"));
+            EXPECT_FALSE(received.left(received.indexOf('\r')).contains('@'));
+        }
+        EXPECT_FALSE(other.requests().last().contains("X-Token"));
+        EXPECT_FALSE(other.requests().last().contains("Authorization"));
+        EXPECT_TRUE(other.requests().last().contains("Content-Type"));
     }
 }
 

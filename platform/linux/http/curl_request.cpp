@@ -41,7 +41,14 @@ QByteArray userAgent()
 CurlRequest::CurlRequest(HttpRequest request)
     : m_request(std::move(request))
     , m_easy(curl_easy_init())
-{}
+{
+    // As a header of the request, because curl would also use credentials of a redirect.
+    if (const QUrl &url = m_request.url; !url.userInfo().isEmpty()) {
+        const QString pair =
+            url.userName(QUrl::FullyDecoded) + u':' + url.password(QUrl::FullyDecoded);
+        m_request.headers.append({"Authorization", "Basic " + pair.toUtf8().toBase64()});
+    }
+}
 
 CurlRequest::HeaderList CurlRequest::headersFor(const QUrl &url, bool posts, bool redirected) const
 {
