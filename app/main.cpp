@@ -34,6 +34,7 @@
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/tray/qt_status_bar.h"
 #include "platform/linux/x11/x11_window_system.h"
+#include "platform/secret_bytes.h"
 #include "platform/sodium_signing_keys.h"
 #include "platform/thread_background_tasks.h"
 
@@ -246,6 +247,11 @@ int main(int argc, char *argv[])
         std::make_unique<platform::SessionBusInstance>(instanceName(options.demoKeychain));
     if (const auto earlyExit = app::handOver(options, *instance)) {
         return say(earlyExit->text, earlyExit->status);
+    }
+    if (!platform::SecretBytes::canBeLocked()) {
+        std::fputs("cannot lock memory: a key in use may be written to swap; raise the limit of "
+                   "locked memory (ulimit -l)\n",
+                   stderr);
     }
 
     app::QtEnvironment environment;

@@ -5,8 +5,26 @@
 #include <algorithm>
 #include <new>
 #include <utility>
+#include <vector>
 
 namespace corvane::platform {
+
+namespace {
+
+/// In bytes; more than the secrets of a wallet take at the same time. Each takes whole pages.
+constexpr std::size_t usualSize = 64UL * 1024;
+
+} // namespace
+
+bool SecretBytes::canBeLocked()
+{
+    std::vector<std::uint8_t> memory(usualSize);
+    const bool isLocked = sodium_init() >= 0 && sodium_mlock(memory.data(), memory.size()) == 0;
+    if (isLocked) {
+        sodium_munlock(memory.data(), memory.size());
+    }
+    return isLocked;
+}
 
 SecretBytes::SecretBytes(std::size_t size)
     : m_size(size)

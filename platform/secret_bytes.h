@@ -28,6 +28,10 @@ public:
     /// An explicit copy, guarded like the original.
     [[nodiscard]] SecretBytes clone() const { return copyOf(bytes()); }
 
+    /// False if the system refuses to lock as much memory as a wallet's secrets take. They are then
+    /// kept in memory that may be written to swap.
+    [[nodiscard]] static bool canBeLocked();
+
     [[nodiscard]] std::size_t size() const noexcept { return m_size; }
     [[nodiscard]] bool isEmpty() const noexcept { return m_size == 0; }
     [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return {m_data, m_size}; }

@@ -1,5 +1,7 @@
 """The program starts, shows the collapsed island and opens it, whichever services are missing."""
 
+import os
+
 from support import IslandTest, wait_until
 
 
@@ -10,6 +12,18 @@ class NoBusTest(IslandTest):
         for demo in (True, False):
             with self.subTest(demo=demo), self.run_corvane(demo=demo) as corvane:
                 self.assertEqual(corvane.start_again("--quit").returncode, 1)
+                self.assert_opens_and_folds(corvane)
+
+
+class LockedMemoryTest(IslandTest):
+    def test_says_once_that_memory_cannot_be_locked(self):
+        # The limit does not hold for root's capability.
+        limited = ["prlimit", "--memlock=0", "--"]
+        if os.geteuid() == 0:
+            limited = ["setpriv", "--bounding-set", "-ipc_lock", *limited]
+        for under, times in (((), 0), (limited, 1)):
+            with self.subTest(times=times), self.run_corvane(under=under) as corvane:
+                self.assertEqual(corvane.messages().count("cannot lock memory"), times)
                 self.assert_opens_and_folds(corvane)
 
 
