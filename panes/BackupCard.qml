@@ -73,10 +73,26 @@ CardFrame {
         height: done.implicitHeight
 
         PillButton {
+            id: copy
+
             anchors.verticalCenter: done.verticalCenter
             label: root.card.copyLabel
             icon: Pictogram.DocOnDoc
             onTriggered: root.card.copy()
+        }
+
+        Label {
+            anchors.left: copy.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: done.verticalCenter
+            text: root.card.copyNote
+            font: Theme.term(9)
+            color: Theme.muted
+            Accessible.ignored: true
+        }
+
+        Announcement {
+            text: root.card.copyNote
         }
 
         PillButton {

@@ -2,15 +2,17 @@
 
 #include "core/wallet_model.h"
 
+#include <utility>
+
 namespace corvane::panes {
 
 BackupCardModel::BackupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
-                                 platform::Clipboard &clipboard, platform::MainQueue &queue,
-                                 QObject *parent)
+                                 std::shared_ptr<CopiedSecret> copiedSecret,
+                                 platform::MainQueue &queue, QObject *parent)
     : QObject(parent)
     , m_wallet(wallet)
     , m_transaction(transaction)
-    , m_clipboard(clipboard)
+    , m_copiedSecret(std::move(copiedSecret))
     , m_copied(queue, copiedFor)
 {
     connect(&m_copied, &PassingFlag::changed, this, &BackupCardModel::copyLabelChanged);
@@ -30,16 +32,23 @@ QString BackupCardModel::copyLabel() const
     return m_copied.isRaised() ? QStringLiteral("COPIED") : QStringLiteral("COPY");
 }
 
+QString BackupCardModel::copyNote() const
+{
+    return m_copied.isRaised()
+               ? QStringLiteral("cleared in %1 s").arg(CopiedSecret::keptFor.count())
+               : QString();
+}
+
 void BackupCardModel::copy()
 {
     const QStringView pending = m_wallet.hasPendingBackup() ? m_backup.view() : QStringView();
-    m_clipboard.setSecret(pending);
+    m_copiedSecret->copy(pending);
     m_copied.raise();
 }
 
 void BackupCardModel::copyPart(int first, int count)
 {
-    m_clipboard.setSecret(m_backup.view().sliced(first, count));
+    m_copiedSecret->copy(m_backup.view().sliced(first, count));
 }
 
 void BackupCardModel::finish()

@@ -2,11 +2,13 @@
 
 #include "look/motion/transaction.h"
 #include "look/secrets/secret_text.h"
+#include "panes/copied_secret.h"
 #include "panes/passing_flag.h"
-#include "platform/clipboard.h"
 
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+#include <memory>
 
 namespace corvane::core {
 class WalletModel;
@@ -23,10 +25,12 @@ class BackupCardModel : public QObject
     /// The key at the creation of the card; still visible while the card fades out.
     Q_PROPERTY(corvane::look::SecretText *backup READ backup CONSTANT FINAL)
     Q_PROPERTY(QString copyLabel READ copyLabel NOTIFY copyLabelChanged FINAL)
+    /// What becomes of the copy, while the label says that there is one.
+    Q_PROPERTY(QString copyNote READ copyNote NOTIFY copyLabelChanged FINAL)
 
 public:
     BackupCardModel(core::WalletModel &wallet, look::Transaction &transaction,
-                    platform::Clipboard &clipboard, platform::MainQueue &queue,
+                    std::shared_ptr<CopiedSecret> copiedSecret, platform::MainQueue &queue,
                     QObject *parent = nullptr);
 
     /// Copies the key to the clipboard and shows a confirmation for a short time.
@@ -38,6 +42,7 @@ public:
 
     [[nodiscard]] look::SecretText *backup() { return &m_backup; }
     [[nodiscard]] QString copyLabel() const;
+    [[nodiscard]] QString copyNote() const;
 
 Q_SIGNALS:
     void copyLabelChanged();
@@ -47,7 +52,7 @@ private:
 
     core::WalletModel &m_wallet;
     look::Transaction &m_transaction;
-    platform::Clipboard &m_clipboard;
+    std::shared_ptr<CopiedSecret> m_copiedSecret;
     look::SecretText m_backup;
     PassingFlag m_copied;
 };

@@ -10,12 +10,13 @@ CardModels::CardModels(core::WalletModel &wallet, island::IslandController &isla
     , m_wallet(wallet)
     , m_island(island)
     , m_services(services)
+    , m_copiedSecret(std::make_shared<CopiedSecret>(wallet, services.clipboard, services.queue))
 {}
 
 BackupCardModel *CardModels::backupCard(QObject *view)
 {
-    return new BackupCardModel(m_wallet, *m_island.transaction(), m_services.clipboard,
-                               m_services.queue, view);
+    return new BackupCardModel(m_wallet, *m_island.transaction(), m_copiedSecret, m_services.queue,
+                               view);
 }
 
 BalanceCardModel *CardModels::balanceCard(QObject *view)

@@ -2,6 +2,7 @@
 
 #include "panes/backup_card_model.h"
 #include "panes/balance_card_model.h"
+#include "panes/copied_secret.h"
 #include "panes/own_address.h"
 #include "panes/presence_notice.h"
 #include "panes/receive_pane_model.h"
@@ -19,6 +20,7 @@
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <chrono>
+#include <memory>
 
 namespace corvane::core {
 class WalletModel;
@@ -71,6 +73,8 @@ private:
     core::WalletModel &m_wallet;
     island::IslandController &m_island;
     CardServices m_services;
+    /// Shared with the backup card, beyond which it lives.
+    std::shared_ptr<CopiedSecret> m_copiedSecret;
 };
 
 } // namespace corvane::panes

@@ -19,6 +19,8 @@ public:
     /// Like setText, and asks clipboard histories not to record the text. The clipboard keeps an
     /// ordinary, unprotected copy.
     virtual void setSecret(QStringView text) = 0;
+    /// Empties the clipboard if it still holds the text of the last setSecret.
+    virtual void clearSecret() = 0;
 };
 
 } // namespace corvane::platform

@@ -5,7 +5,7 @@ import unittest
 
 from support import KEY, KEY_ADDRESS, WalletTest, solana, wait_until
 
-from desktop import Keyring
+from desktop import ClipboardManager, Keyring
 
 BAD_KEY = "that key doesn't decode — paste the base58 secret key or a JSON byte array"
 ADDRESS_OF = """
@@ -26,6 +26,7 @@ class KeysTest(WalletTest):
         return self.desktop.clipboard()
 
     def test_creates_backs_up_and_finds_it_again(self):
+        manager = self.enterContext(ClipboardManager(self.desktop.screen))
         with self.run_wallet() as corvane:
             corvane.hover()
             corvane.press_button("CREATE WALLET")
@@ -40,6 +41,8 @@ class KeysTest(WalletTest):
             corvane.press_button("Refresh")
             corvane.wait_for("$450.75")
             corvane.leave()
+            self.assertEqual(self.desktop.clipboard(), backup)
+        self.assertFalse(manager.was_offered_something())
         with self.run_wallet({"corvane.address": address}) as corvane:
             corvane.hover()
             corvane.wait_for("TOTAL BALANCE", "$450.75")

@@ -195,8 +195,10 @@ class FakeClipboard final : public platform::Clipboard
 public:
     void setText(const QString &text) override { texts.append(text); }
     void setSecret(QStringView text) override { secrets.append(text.toString()); }
+    void clearSecret() override { ++cleared; }
     QStringList texts;
     QStringList secrets;
+    int cleared = 0;
 };
 
 class FakeSoundPlayer final : public platform::SoundPlayer

@@ -191,7 +191,7 @@ TEST_P(CardViewsTest, Backup)
     show(u"BackupCard"_s, cards().backupCard(nullptr));
     expectClean();
     press(u"COPY"_s);
-    expectClean({u"COPIED"_s});
+    expectClean({u"COPIED"_s, u"cleared in 60 s"_s});
 }
 
 TEST_P(CardViewsTest, Settings)

@@ -319,6 +319,40 @@ TEST_F(BackupCardModelTest, ShowsAndCopiesExactlyTheKeyUntilItIsSaved)
     EXPECT_EQ(m_clipboard.secrets.last(), QString());
 }
 
+TEST_F(BackupCardModelTest, TakesTheCopyBack)
+{
+    launchIsland();
+    createKey();
+    openCard();
+    EXPECT_EQ(m_card->copyNote(), QString());
+    m_card->copy();
+    EXPECT_EQ(m_card->copyNote(), u"cleared in 60 s"_s);
+    queue.advance(59s);
+    EXPECT_EQ(m_card->copyNote(), QString());
+    // The time starts again with each copy.
+    m_card->copyPart(0, 5);
+    queue.advance(59s);
+    EXPECT_EQ(m_clipboard.cleared, 0);
+    queue.advance(1s);
+    EXPECT_EQ(m_clipboard.cleared, 1);
+    queue.advance(120s);
+    EXPECT_EQ(m_clipboard.cleared, 1);
+
+    m_card->copy();
+    model->createWallet();
+    settle();
+    EXPECT_EQ(m_clipboard.cleared, 1) << "there still is a key";
+    removeKey();
+    EXPECT_EQ(m_clipboard.cleared, 2);
+    m_card->copy();
+    m_card.reset();
+    EXPECT_EQ(m_clipboard.cleared, 3);
+    openCard();
+    m_card.reset();
+    queue.advance(120s);
+    EXPECT_EQ(m_clipboard.cleared, 3) << "nothing was copied, and no timer remains";
+}
+
 class SetupCardModelTest : public tests::OneCardTest<&CardModels::setupCard>
 {
 protected:

@@ -5,12 +5,15 @@
 
 #include "assets/bundled_fonts.h"
 #include "platform/linux/toolkit/fontconfig_font_registry.h"
+#include "platform/linux/toolkit/qt_clipboard.h"
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/x11/xcb_island_panel.h"
 #include "platform/linux/x11/xcb_pointer_monitor.h"
 #include "tests/fakes/table.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 
 #include <gtest/gtest.h>
 
@@ -38,6 +41,25 @@ TEST(FontconfigFontRegistry, FindsAFontByEachOfItsNamesAsSoonAsItIsThere)
     EXPECT_FALSE(fonts.familyOf(u"Silkscreen Nonesuch"_s).has_value());
     EXPECT_FALSE(fonts.familyOf(QString()).has_value());
     EXPECT_FALSE(fonts.monospacedFamily().isEmpty());
+}
+
+TEST(QtClipboard, HintsAtASecretAndTakesBackOnlyItsOwn)
+{
+    QClipboard *desktop = QGuiApplication::clipboard();
+    platform::QtClipboard clipboard;
+    clipboard.clearSecret();
+    clipboard.setSecret(u"secret");
+    EXPECT_EQ(desktop->text(), u"secret"_s);
+    EXPECT_EQ(desktop->mimeData()->data(u"x-kde-passwordManagerHint"_s), "secret");
+    clipboard.clearSecret();
+    EXPECT_EQ(desktop->text(), QString());
+    for (const bool bySelf : {true, false}) {
+        clipboard.setSecret(u"secret");
+        bySelf ? clipboard.setText(u"else"_s) : desktop->setText(u"else"_s);
+        EXPECT_FALSE(desktop->mimeData()->hasFormat(u"x-kde-passwordManagerHint"_s));
+        clipboard.clearSecret();
+        EXPECT_EQ(desktop->text(), u"else"_s);
+    }
 }
 
 /// Parses a value in GVariant's text format.

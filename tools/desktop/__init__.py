@@ -8,7 +8,7 @@ from .keyring import Keyring
 from .localnet import Localnet
 from .tray import StatusNotifierHost, XEmbedTray
 from .waiting import wait_until
-from .x11 import Backdrop, Picture, Screen
+from .x11 import Backdrop, ClipboardManager, Picture, Screen
 
-__all__ = ["AccessibleTree", "Backdrop", "Corvane", "Keyring", "Localnet", "Picture", "Screen",
-           "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]
+__all__ = ["AccessibleTree", "Backdrop", "ClipboardManager", "Corvane", "Keyring", "Localnet",
+           "Picture", "Screen", "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]

@@ -221,3 +221,26 @@ class Backdrop:
         while self._display.pending_events():
             self._clicks += self._display.next_event().type == X.ButtonPress
         return self._clicks
+
+
+class ClipboardManager:
+    """Stands where a clipboard manager would, while entered, and takes nothing."""
+
+    def __init__(self, screen):
+        self._name = screen.display.get_display_name()
+
+    def __enter__(self):
+        self._display = display.Display(self._name)
+        window = self._display.screen().root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        window.set_selection_owner(self._display.intern_atom("CLIPBOARD_MANAGER"), X.CurrentTime)
+        self._display.sync()
+        return self
+
+    def __exit__(self, *_):
+        self._display.close()
+
+    def was_offered_something(self):
+        """True if a program that ended wanted to hand over the clipboard."""
+        self._display.sync()
+        waiting = [self._display.next_event() for _ in range(self._display.pending_events())]
+        return any(happened.type == X.SelectionRequest for happened in waiting)

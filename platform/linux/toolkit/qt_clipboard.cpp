@@ -2,7 +2,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
 
 #include <memory>
 
@@ -25,7 +24,17 @@ void QtClipboard::setSecret(QStringView text)
     content->setText(text.toString());
     // The hint that the clipboard histories of KDE and other desktops check.
     content->setData(QStringLiteral("x-kde-passwordManagerHint"), "secret");
+    m_secret = content.get();
     clipboard->setMimeData(content.release());
+}
+
+void QtClipboard::clearSecret()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    // What another program has copied since comes as a different object.
+    if (clipboard != nullptr && m_secret != nullptr && clipboard->mimeData() == m_secret) {
+        clipboard->clear();
+    }
 }
 
 } // namespace corvane::platform
