@@ -26,8 +26,7 @@ bool mayKeep(Lamports rest, const TransferFacts &facts)
 
 bool isTooLittleForRecipient(Lamports amount, const TransferFacts &facts)
 {
-    return facts.recipientHas == Lamports(0) && !facts.isToSelf && amount < facts.rentMinimum &&
-           amount.count() > 0;
+    return facts.recipientHas == Lamports(0) && amount < facts.rentMinimum && amount.count() > 0;
 }
 
 /// The payer's rest is known to be at least 0.

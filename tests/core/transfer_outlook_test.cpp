@@ -50,7 +50,7 @@ TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
              {2 * sol, 890'880, 0, false, {}, {}},
              {2 * sol, 890'879, 0, false, newAddress, {u"SEND 0.00089088"_s}},
              {2 * sol, 890'879, 1, false, {}, {}},
-             {890'000, 100, 0, false, newAddress, {}},
+             {892'000, 100, 0, false, newAddress, {}},
              {1'000'000,
               2 * sol,
               0,
@@ -127,6 +127,7 @@ TEST(RentMinimum, IsAskedOnceAndBelievedWithinReason)
     for (const auto &[reply, amount, isAnswer] : Table<QByteArray, std::uint64_t, bool>{
              {R"({"result": 1000000})", 1'000'000, true},
              {R"({"result": 0})", 0, true},
+             {R"({"result": 8908800})", 8'908'800, true},
              {R"({"result": 8908801})", 890'880, true},
              {R"({"result": -1})", 890'880, false},
              {R"({"result": "x"})", 890'880, false},

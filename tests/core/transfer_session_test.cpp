@@ -357,6 +357,41 @@ TEST_F(TransferSessionTest, AnotherIntentNeedsASecondPress)
     }
 }
 
+TEST_F(TransferSessionTest, TheSameIntentIsAnotherPaymentOnceAcceptedOrWithAnotherKey)
+{
+    http.hold(sendTransaction);
+    auto sending = model->sendSOL(addressA, 1);
+    queue.drain();
+    const QString first = submitted()[0];
+    http.release(sendTransaction, R"({"result": ")" + signatureOf(first).toLatin1() + R"("})");
+    finish(std::move(sending));
+    answerBlockhash(addressA);
+    loseTransfer();
+    EXPECT_NE(submitted()[1], first);
+
+    ASSERT_TRUE(std::holds_alternative<QString>(finish(model->importSigningKey(addressB))));
+    EXPECT_EQ(send(addressA, 1), pressAgain);
+    EXPECT_EQ(submitted().size(), 2);
+}
+
+TEST_F(TransferSessionTest, TheFateOfAnEarlierTransferLeavesTheReportOfTheLatest)
+{
+    loseTransfer();
+    send(addressB, 2);
+    ASSERT_EQ(send(addressB, 2), failed);
+    http.hold(statuses);
+    queue.advance(2s);
+    http.release(statuses, R"({"result": {"value": [)" + confirmed + "]}}");
+    EXPECT_EQ(fate(), TransferFate::WentThrough);
+    EXPECT_EQ(report().subject->recipient.text(), addressA);
+    EXPECT_FALSE(report().signature);
+    EXPECT_EQ(report().error->description(), failed);
+    http.release(statuses, R"({"result": {"value": [)" + confirmed + "]}}");
+    EXPECT_EQ(report().subject->recipient.text(), addressB);
+    EXPECT_TRUE(report().signature);
+    EXPECT_FALSE(report().error);
+}
+
 TEST_F(TransferSessionTest, AFateThatIsKnownByTheEndOfThePromptIsHeeded)
 {
     using enum TransferFate;
@@ -402,13 +437,15 @@ TEST_F(TransferSessionTest, ADoubtfulTransferSurvivesARestart)
     model.reset();
     settings.values = stored;
     http.cancelHeld();
-    http.answer(sendTransaction, HttpError::TimedOut);
+    // A refusal now says nothing of the time before.
+    http.answer(sendTransaction, R"({"error": {"code": -32002}})");
     launchAndSettle();
     EXPECT_EQ(fate(), TransferFate::Checking);
     EXPECT_EQ(http.count(statuses), 0) << "forgotten by launchAndSettle";
     EXPECT_EQ(send(addressA, 2), pressAgain);
     EXPECT_EQ(send(addressA, 1), failed);
     EXPECT_EQ(submitted(), QStringList{first});
+    EXPECT_EQ(fate(), TransferFate::Checking);
     answerStatus(confirmed);
     queue.advance(2s);
     EXPECT_EQ(fate(), TransferFate::WentThrough);

@@ -136,6 +136,13 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     m_card->openLink();
     EXPECT_EQ(m_links.opened, QList{QUrl(endpoints.explorer + u"/tx/"_s + signature)});
 
+    // Somebody who wants to be taken for the recipient.
+    QString lookAlike = good;
+    lookAlike[20] = u'j';
+    type(lookAlike, u"0.1"_s);
+    EXPECT_TRUE(m_card->recipientNoteIsSevere());
+    EXPECT_TRUE(m_card->recipientNote().contains(u"paid"_s));
+
     // The next attempt clears the line of the last transfer.
     type(good, u"0.1"_s);
     press();
@@ -213,6 +220,7 @@ TEST_F(SendPaneModelTest, TheWalletsTransferIsShownByWhateverPaneThereIs)
         type(good, u"0.25"_s);
         EXPECT_FALSE(m_card->isReady());
         press();
+        EXPECT_EQ(m_sounds.played.last(), Sound::Pop);
         m_card.reset();
         http.release(transaction, isAccepted ? accepted : R"({"error": {"code": -32002}})");
         settle();
@@ -235,7 +243,13 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
 {
     const QString height = u"getBlockHeight"_s;
     const QString statuses = u"getSignatureStatuses"_s;
-    for (const bool wentThrough : {true, false}) {
+    for (const auto &[wentThrough, recipient, amount, isCleared] :
+         Table<bool, QString, QString, bool>{
+             {true, good, u"0.250"_s, true},
+             {true, good, u"0.3"_s, false},
+             {true, addressA, u"0.25"_s, false},
+             {false, good, u"0.25"_s, false},
+         }) {
         openPane();
         http.answer(height, R"({"result": 1000})");
         http.answer(statuses, R"({"result": {"value": [null]}})");
@@ -251,7 +265,7 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         m_card.reset();
         openCard();
         EXPECT_EQ(m_card->fate(), u"checking whether it went through…"_s);
-        type(good, wentThrough ? u"0.250"_s : u"0.25"_s);
+        type(recipient, amount);
 
         http.answer(height, R"({"result": 2000})");
         http.answer(
@@ -265,14 +279,17 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         EXPECT_EQ(m_card->isSent(), wentThrough);
         EXPECT_EQ(m_card->hasLink(), wentThrough);
         // What is paid must not be paid again by a press that comes too late.
-        EXPECT_EQ(m_card->recipient().isEmpty(), wentThrough);
-        EXPECT_EQ(m_card->isReady(), !wentThrough);
+        EXPECT_EQ(m_card->recipient().isEmpty(), isCleared);
+        EXPECT_EQ(m_card->isReady(), !isCleared);
         type(good, u"0.25"_s);
         queue.advance(2s);
         EXPECT_TRUE(m_card->isReady());
         model->setNetwork(core::SolNetwork::Devnet);
         EXPECT_EQ(m_card->fateSubject(), u"0.25 SOL to 4zMM…ncDU on MAINNET"_s);
         model->setNetwork(core::SolNetwork::Mainnet);
+        m_card.reset();
+        openCard();
+        EXPECT_EQ(m_card->fate(), QString()) << "it was told";
     }
 }
 
@@ -361,6 +378,11 @@ TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
     EXPECT_TRUE(m_card->isReady());
     m_card->acceptOffer(0);
     EXPECT_EQ(m_card->amount(), u"1.499995"_s);
+    EXPECT_EQ(http.count(u"getMinimumBalanceForRentExemption"_s), 1);
+    // To itself, nothing but the fee leaves.
+    type(*model->signingPubkey(), u"1.4999"_s);
+    EXPECT_EQ(m_card->outlook(), QString());
+    m_card->setAmount({});
 
     // The balance is another's.
     EXPECT_EQ(m_card->payerWarning(), QString());
