@@ -47,6 +47,7 @@ QJsonObject toObject(const SubmittedTransfer &submitted)
         {u"signature"_s, submitted.signatureText()},
         {u"endpoint"_s, submitted.route.endpoint.toString(QUrl::FullyEncoded)},
         {u"network"_s, rawValue(submitted.route.network)},
+        {u"told"_s, submitted.isTold},
     };
     if (submitted.lastValidBlockHeight) {
         object.insert(u"lastValidBlockHeight"_s, QString::number(*submitted.lastValidBlockHeight));
@@ -72,7 +73,8 @@ std::optional<SubmittedTransfer> fromObject(const QJsonObject &object)
         {{sender->bytes()}, *recipient, keys::Lamports(*lamports), {*blockhash}},
         *signature,
         {endpoint, *network},
-        numberFromText(text(u"lastValidBlockHeight"_s))};
+        numberFromText(text(u"lastValidBlockHeight"_s)),
+        object.value(u"told"_s).toBool()};
 }
 
 } // namespace

@@ -28,6 +28,8 @@ struct SubmittedTransfer
     TransferRoute route;
     /// The cluster executes the transfer at most up to this block height; empty if unknown.
     std::optional<std::uint64_t> lastValidBlockHeight;
+    /// True if the cluster has accepted it and the user was shown that.
+    bool isTold = false;
 
     /// The signature in Base58, by which the cluster knows the transfer.
     [[nodiscard]] QString signatureText() const;

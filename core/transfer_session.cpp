@@ -66,15 +66,19 @@ TransferSession::TransferSession(TransferServices services, QObject *parent)
 {
     const QString stored = m_services.settings.string(transfersSetting).value_or(QString());
     for (SubmittedTransfer &submitted : submittedTransfersFromJson(stored)) {
+        const bool isTold = submitted.isTold;
         m_open.push_back(std::make_shared<Followed>(std::move(submitted)));
+        m_open.back()->doubtful = !isTold;
         m_open.back()->wasSubmitted = true;
     }
     if (m_open.empty()) {
         return;
     }
     m_latest = m_open.back();
-    m_report.fate = TransferFate::Checking;
-    m_report.subject = m_latest->intent();
+    if (const FollowedPtr doubtful = latestDoubtful()) {
+        m_report.fate = TransferFate::Checking;
+        m_report.subject = doubtful->intent();
+    }
     for (const FollowedPtr &transfer : m_open) {
         m_services.queue.post([self = QPointer(this), transfer] {
             if (self) {
@@ -106,6 +110,7 @@ QCoro::Task<SendResult<QString>> TransferSession::send(keys::Address to, double 
     const QPointer<TransferSession> self(this);
     m_report = {};
     m_report.sending = true;
+    m_hasNews = false;
     tell(false);
 
     auto attempting = attempt(intent, amountSOL, route);
@@ -119,8 +124,9 @@ QCoro::Task<SendResult<QString>> TransferSession::send(keys::Address to, double 
     } else {
         m_report.signature = std::get<QString>(result);
     }
+    // What is in doubt now matters more than the fate of an earlier transfer.
     if (const FollowedPtr doubtful = latestDoubtful();
-        doubtful && m_report.fate == TransferFate::Unknown) {
+        doubtful && (m_report.fate == TransferFate::Unknown || doubtful == m_latest)) {
         m_report.fate = TransferFate::Checking;
         m_report.subject = doubtful->intent();
     }
@@ -163,6 +169,10 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
             auto submitting = submit(earlier);
             co_return co_await submitting;
         }
+        // It did not go through, so that the payment starts anew.
+        m_report.fate = TransferFate::Unknown;
+        m_report.subject.reset();
+        tell(false);
     }
 
     auto fetching = fetchBlockhash(route);
@@ -174,6 +184,12 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
     const auto signature = m_services.signingKeys.sign(seed, keys::transferMessage(transfer));
     if (!signature) {
         co_return Result(SendError::badKey());
+    }
+    if (m_latest && m_latest->fate != TransferFate::DidNotGoThrough &&
+        m_latest->submitted.signature == *signature) {
+        // The same bytes would not be executed again, but taken for paid: the endpoint repeats
+        // itself.
+        co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
     }
     const auto signedTransfer = std::make_shared<Followed>(
         SubmittedTransfer{transfer, *signature, route, recent->lastValidBlockHeight});
@@ -208,7 +224,7 @@ QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
     const QPointer<TransferSession> self(this);
     const bool isFirst = !std::exchange(transfer->wasSubmitted, true);
     m_latest = transfer;
-    storeDoubtful();
+    store();
     const QJsonObject configuration{{u"encoding"_s, u"base64"_s},
                                     {u"preflightCommitment"_s, u"confirmed"_s}};
     auto call = callRpc(m_services.http, transfer->submitted.route.endpoint, u"sendTransaction"_s,
@@ -233,11 +249,15 @@ QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
     }
     const auto *error = std::get_if<CallError>(&reply);
     if (isFirst && error != nullptr && *error == CallError::Refused) {
+        transfer->fate = TransferFate::DidNotGoThrough;
         forget(transfer);
         co_return outcome;
     }
     transfer->doubtful = signature != expected;
-    storeDoubtful();
+    if (signature) {
+        m_unseen.push_back(transfer);
+    }
+    store();
     startFollowing(transfer);
     co_return outcome;
 }
@@ -311,21 +331,26 @@ QCoro::Task<TransferFate> TransferSession::ask(QPointer<TransferSession> self, F
 void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
 {
     transfer->fate = fate;
-    forget(transfer);
-    m_report.fate = fate;
-    m_report.subject = transfer->intent();
     const bool wentThrough = fate == TransferFate::WentThrough;
+    const bool isNews = transfer->doubtful || !wentThrough;
+    if (isNews) {
+        m_unseen.push_back(transfer);
+    }
+    forget(transfer);
+    // The confirmation of what was told as sent is no news. It stands beside that, but must not be
+    // taken for one of a later transfer.
+    if (isNews || (transfer == m_latest && m_report.signature)) {
+        m_report.fate = fate;
+        m_report.subject = transfer->intent();
+        if (wentThrough && transfer == m_latest && !m_report.sending) {
+            m_report.error.reset();
+            m_report.signature = m_report.signature.value_or(transfer->submitted.signatureText());
+        }
+    }
     if (wentThrough) {
         Q_EMIT paid(transfer->submitted.transfer.recipient);
     }
-    if (wentThrough && transfer == m_latest && !m_report.sending) {
-        m_report.error.reset();
-        if (!m_report.signature) {
-            m_report.signature = transfer->submitted.signatureText();
-        }
-    }
-    // The confirmation of what was told as sent is no news.
-    tell(m_hasNews || transfer->doubtful || !wentThrough);
+    tell(isNews);
     Q_EMIT balancesMayHaveChanged();
 }
 
@@ -349,26 +374,38 @@ TransferSession::FollowedPtr TransferSession::latestDoubtful() const
 void TransferSession::forget(const FollowedPtr &transfer)
 {
     std::erase(m_open, transfer);
-    storeDoubtful();
+    store();
 }
 
-void TransferSession::storeDoubtful() const
+void TransferSession::store() const
 {
-    std::vector<SubmittedTransfer> doubtful;
+    std::vector<SubmittedTransfer> stored;
     for (const FollowedPtr &transfer : m_open) {
-        if (transfer->doubtful) {
-            doubtful.push_back(transfer->submitted);
+        stored.push_back(transfer->submitted);
+        stored.back().isTold =
+            !transfer->doubtful && std::ranges::find(m_unseen, transfer) == m_unseen.end();
+    }
+    for (const FollowedPtr &transfer : m_unseen) {
+        if (!transfer->isOpen()) {
+            stored.push_back(transfer->submitted);
         }
     }
-    const QString json = doubtful.empty() ? QString() : toJson(doubtful);
+    const QString json = stored.empty() ? QString() : toJson(stored);
     if (m_services.settings.string(transfersSetting).value_or(QString()) != json) {
         m_services.settings.setString(transfersSetting, json);
     }
 }
 
+void TransferSession::markSeen()
+{
+    m_hasNews = false;
+    m_unseen.clear();
+    store();
+}
+
 void TransferSession::tell(bool isNews)
 {
-    m_hasNews = isNews;
+    m_hasNews = m_hasNews || isNews;
     Q_EMIT reportChanged();
 }
 

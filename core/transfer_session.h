@@ -90,7 +90,8 @@ struct TransferServices
 ///
 /// A cluster executes the same bytes at most once, so that repeating a doubtful transfer cannot pay
 /// twice. Another intent while a transfer is doubtful is refused once and accepted when repeated.
-/// Doubtful transfers are stored before they are submitted, so that they survive a crash.
+/// A transfer is stored before it is submitted, and until its fate is known and the user was shown
+/// what became of it, so that neither a crash nor a restart leaves the user guessing.
 ///
 /// Main thread. Tasks continue even if they are destroyed; they change nothing after the session is
 /// destroyed.
@@ -99,7 +100,7 @@ class TransferSession : public QObject
     Q_OBJECT
 
 public:
-    /// Continues to follow the stored doubtful transfers.
+    /// Continues to follow the stored transfers.
     explicit TransferSession(TransferServices services, QObject *parent = nullptr);
     ~TransferSession() override;
 
@@ -111,7 +112,8 @@ public:
     [[nodiscard]] const TransferReport &report() const { return m_report; }
     /// True if the report contains a result or a fate that no view has shown yet.
     [[nodiscard]] bool hasNews() const { return m_hasNews; }
-    void markSeen() { m_hasNews = false; }
+    /// To be called when a view has shown the report, except while sending.
+    void markSeen();
 
 Q_SIGNALS:
     void reportChanged();
@@ -139,7 +141,7 @@ private:
     [[nodiscard]] FollowedPtr findDoubtful(const TransferIntent &intent) const;
     [[nodiscard]] FollowedPtr latestDoubtful() const;
     void forget(const FollowedPtr &transfer);
-    void storeDoubtful() const;
+    void store() const;
     /// Announces a change of the report; `isNews` tells whether it has a result or a fate to show.
     void tell(bool isNews);
 
@@ -148,6 +150,8 @@ private:
     bool m_hasNews = false;
     /// Transfers with an open fate, oldest first.
     std::vector<FollowedPtr> m_open;
+    /// Transfers whose acceptance or fate no view has shown yet.
+    std::vector<FollowedPtr> m_unseen;
     /// The transfer that was submitted last; null before the first.
     FollowedPtr m_latest;
     /// The intent that was refused because an earlier transfer is doubtful.

@@ -339,8 +339,7 @@ void SendPaneModel::close()
 
 void SendPaneModel::send(const QString &shownRecipient, const QString &shownAmount)
 {
-    const std::optional<double> amount = payableAmount();
-    if (!m_address || !amount || isSending()) {
+    if (!isReady()) {
         return;
     }
     if (shownRecipient != m_recipient || shownAmount != m_amount) {
@@ -351,7 +350,7 @@ void SendPaneModel::send(const QString &shownRecipient, const QString &shownAmou
     m_pressError.clear();
     m_sounds.play(Sound::Pop);
     // The task continues without its handle.
-    finish(this, &m_island, &m_sounds, m_wallet.sendSOL(*m_address, *amount));
+    finish(this, &m_island, &m_sounds, m_wallet.sendSOL(*m_address, *payableAmount()));
 }
 
 QCoro::Task<> SendPaneModel::finish(QPointer<SendPaneModel> pane,

@@ -102,13 +102,22 @@ protected:
     [[nodiscard]] const TransferReport &report() const { return model->transfers().report(); }
     [[nodiscard]] TransferFate fate() const { return report().fate; }
 
+    /// A blockhash that no earlier transfer contains.
+    void answerFreshBlockhash()
+    {
+        answerBlockhash(keys::Base58::encode(std::array<std::uint8_t, 32>{++m_blockhashes, 1}));
+    }
+
     /// Leaves a transfer of 1 SOL to `addressA` without an answer.
     void loseTransfer()
     {
+        answerFreshBlockhash();
         http.answer(sendTransaction, HttpError::TimedOut);
         ASSERT_EQ(send(addressA, 1), failed);
         ASSERT_EQ(fate(), TransferFate::Checking);
     }
+
+    std::uint8_t m_blockhashes = 0;
 };
 
 TEST_F(TransferSessionTest, ChecksATransferInItsOrderAndSendsNothingBefore)
@@ -249,6 +258,7 @@ TEST_F(TransferSessionTest, AsksUntilTheFateIsCertain)
         answerHeight(2000);
         answerStatus("null");
         queue.advance(2s);
+        model->transfers().markSeen();
         EXPECT_EQ(settings.string(transfersSetting), QString());
         http.forgetRequests();
         queue.advance(1min);
@@ -282,13 +292,13 @@ TEST_F(TransferSessionTest, TellsOfAnAcceptedTransferWhenItIsConfirmedOrDropped)
         http.hold(sendTransaction);
         answerStatus("null");
         answerHeight(1000);
+        answerFreshBlockhash();
         auto sending = model->sendSOL(addressA, 1);
         queue.drain();
         const QString signature = signatureOf(submitted().last());
         http.release(sendTransaction, R"({"result": ")" + signature.toLatin1() + R"("})");
         EXPECT_EQ(textOf(finish(std::move(sending))), u"sent "_s + signature);
         EXPECT_EQ(fate(), TransferFate::Unknown);
-        EXPECT_EQ(settings.string(transfersSetting), QString());
         model->transfers().markSeen();
         queue.advance(2s);
         EXPECT_EQ(fate(), TransferFate::Unknown);
@@ -340,6 +350,7 @@ TEST_F(TransferSessionTest, AnotherIntentNeedsASecondPress)
         loseTransfer();
         http.forgetRequests();
         model->setNetwork(network);
+        answerFreshBlockhash();
         EXPECT_EQ(send(to, amount), pressAgain);
         // The warning is for one intent.
         EXPECT_EQ(send(to, 7), pressAgain);
@@ -452,6 +463,50 @@ TEST_F(TransferSessionTest, ADoubtfulTransferSurvivesARestart)
     EXPECT_EQ(report().signature, signatureOf(first));
     EXPECT_TRUE(model->transfers().hasNews());
     launchAndSettle();
+    EXPECT_EQ(fate(), TransferFate::WentThrough) << "nobody had seen it";
+    model->transfers().markSeen();
+    launchAndSettle();
+    EXPECT_EQ(fate(), TransferFate::Unknown);
+}
+
+TEST_F(TransferSessionTest, AnAcceptedTransferIsFollowedAfterARestartUntilAllIsTold)
+{
+    using enum TransferFate;
+    for (const auto &[wasSeen, isDropped, expected] : Table<bool, bool, TransferFate>{
+             {false, false, WentThrough}, {true, false, Unknown}, {true, true, DidNotGoThrough}}) {
+        answerHeight(1000);
+        answerStatus("null");
+        answerFreshBlockhash();
+        http.forgetRequests();
+        http.hold(sendTransaction);
+        auto sending = model->sendSOL(addressA, 1);
+        settle();
+        http.release(sendTransaction,
+                     R"({"result": ")" + signatureOf(submitted()[0]).toLatin1() + R"("})");
+        if (wasSeen) {
+            model->transfers().markSeen();
+        }
+        launchAndSettle();
+        answerHeight(isDropped ? 1151 : 1000);
+        answerStatus(isDropped ? "null" : confirmed);
+        queue.advance(2s);
+        EXPECT_EQ(fate(), expected);
+        EXPECT_EQ(model->transfers().hasNews(), expected != Unknown);
+        EXPECT_EQ(report().signature.has_value(), expected == WentThrough);
+        model->transfers().markSeen();
+        EXPECT_EQ(settings.string(transfersSetting), QString());
+    }
+}
+
+TEST_F(TransferSessionTest, NeverTakesTheBytesOfOnePaymentForAnother)
+{
+    loseTransfer();
+    answerStatus(confirmed);
+    queue.advance(2s);
+    ASSERT_EQ(fate(), TransferFate::WentThrough);
+    // An endpoint that repeats its blockhash makes the next payment look done already.
+    EXPECT_EQ(send(addressA, 1), noBlockhash);
+    EXPECT_EQ(submitted().size(), 1);
     EXPECT_EQ(fate(), TransferFate::Unknown);
 }
 
