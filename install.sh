@@ -21,7 +21,7 @@ bundle='' uninstall=''
 while [ $# != 0 ]; do
     case "$1" in
         --bundle) [ -d "${2:-}" ] || { echo "--bundle needs a folder" >&2; exit 2; }
-            bundle=$(cd "$2" && pwd) && shift ;;
+            bundle=$(cd "$2" && pwd -P) && shift ;;
         --uninstall) uninstall=yes ;;
         --help | -h) echo "$usage"; exit ;;
         *) echo "$usage" >&2; exit 2 ;;
@@ -33,7 +33,8 @@ done
 [ -z "${DESTDIR:-}" ] || DESTDIR=$(realpath -m "$DESTDIR")
 . "$(dirname "$0")/tools/setup/common.sh"
 app=/Applications/Corvane.app
-placement=tools/setup/placement.sh
+# Passed to sudo as text, and not by its name, because the file may be changed while sudo waits for a password.
+placement=(bash -c "$(<tools/setup/placement.sh)" placement.sh)
 root=()
 [ "$(id -u)" = 0 ] || [ -n "${DESTDIR:-}" ] || root=(sudo)
 
@@ -90,7 +91,7 @@ if [ -z "${DESTDIR:-}" ] && [ "$(dpkg-query -W -f '${db:Status-Status}' corvane 
 fi
 
 if [ "$uninstall" ]; then
-    files=$("$placement" list)
+    files=$("${placement[@]}" list)
     item=$(login_item)
     if [ -z "$files$item" ]; then
         say "Corvane is not installed"
@@ -113,7 +114,7 @@ if [ "$uninstall" ]; then
     fi
     if [ "$files" ]; then
         require_root "removing it" --uninstall
-        "${root[@]}" "$placement" remove || fail "not everything could be removed" \
+        "${root[@]}" "${placement[@]}" remove || fail "not everything could be removed" \
             "Look at the message above, then run this again."
     fi
     say "Corvane is uninstalled; its settings and your key in the keyring are kept"
@@ -131,6 +132,8 @@ if [ -z "$bundle" ]; then
     build release bundle
     bundle=$PWD/build/release/Corvane.app
 fi
+digest=$("${placement[@]}" digest "$bundle") || fail "$bundle cannot be installed" "Nothing was installed."
+policy=$(sha256sum <assets/org.corvane.policy)
 version=$(as_user "$bundle/bin/corvane" --version) || fail "$bundle does not run here" \
     "Look at the message above. Nothing was installed."
 
@@ -141,7 +144,7 @@ cat <<END
     the polkit action, in /usr/share/polkit-1/actions
 END
 require_root "installing these files" "--bundle '$bundle'"
-"${root[@]}" "$placement" put "$bundle" || fail "Corvane could not be installed" "Look at the message above."
+"${root[@]}" "${placement[@]}" put "$bundle" "$digest" "${policy%% *}" || fail "Corvane could not be installed" "Look at the message above."
 if is_running; then
     say "the old version is still running; to start the new one: corvane --quit, then corvane"
 else

@@ -1,5 +1,6 @@
 """Installation and removal. A test is skipped with a message if a tool is missing."""
 
+import hashlib
 import os
 import pathlib
 import platform
@@ -13,6 +14,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("CORVANE_BUILD", ROOT / "build/release"))
 BUNDLE = BUILD / "Corvane.app"
 APP = "Applications/Corvane.app"
+PLACEMENT = ROOT / "tools/setup/placement.sh"
 POLICY = "usr/share/polkit-1/actions/org.corvane.policy"
 
 
@@ -23,6 +25,10 @@ def run(*command, environment=None, check=True):
     if check and ended.returncode != 0:
         raise AssertionError(f"{command} ended with {ended.returncode}:\n{ended.stdout}")
     return ended.stdout if check else (ended.returncode, ended.stdout)
+
+
+def sha256(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
 
 
 def needs(tool):
@@ -101,6 +107,11 @@ class Installation(Folder):
         path.write_text(text)
         return path
 
+    def installed_tree(self):
+        """The tree without what a test has prepared for it."""
+        return {path: content for path, content in self.tree().items()
+                if path.partition("/")[0] in ("Applications", "usr")}
+
     def newer_bundle(self):
         newer = self.folder / "newer"
         shutil.copytree(BUNDLE, newer)
@@ -169,6 +180,79 @@ class Installation(Folder):
         self.assertNotEqual(self.put(check=False)[0], 0)
         self.assertEqual({path for path in self.tree() if not (self.folder / path).is_dir()},
                          {path for path in before if not (self.folder / path).is_dir()})
+
+    def test_installs_nothing_that_changed_while_sudo_waited(self):
+        policy = "share/polkit-1/actions/org.corvane.policy"
+        elsewhere = self.write("elsewhere", (BUNDLE / policy).read_text())
+
+        # As if the bundle had another content for the moment of the copy.
+        changing_copy = self.write("bin/cp", '#!/bin/sh\n/bin/cp "$@"\nfor to; do :; done\ntouch "$to/share/more"\n')
+
+        def link(path):
+            path.unlink()
+            path.symlink_to(elsewhere)
+
+        def into_link(path):
+            path.rename(self.folder / "moved")
+            path.symlink_to(self.folder / "moved")
+        changes = {
+            "content": lambda bundle: (bundle / policy).write_text("<policyconfig/>"),
+            "link": lambda bundle: link(bundle / policy),
+            "linked folder": lambda bundle: into_link(bundle / "share/polkit-1"),
+            "pipe": lambda bundle: os.mkfifo(bundle / "share/pipe"),
+            "more": lambda bundle: (bundle / "share/applications/more.desktop").touch(),
+            "less": lambda bundle: next(bundle.glob("share/metainfo/*")).unlink(),
+            "while it is copied": lambda bundle: changing_copy.chmod(0o755),
+            "name": lambda bundle: (bundle / "share/doc").rename(bundle / "share/dox"),
+        }
+        for installed in (False, True):
+            for what, change in changes.items():
+                with self.subTest(what, installed=installed):
+                    bundle = self.folder / "bundle"
+                    shutil.copytree(BUNDLE, bundle)
+                    digest = run(PLACEMENT, "digest", bundle).strip()
+                    before = self.installed_tree()
+                    change(bundle)
+                    status, told = run(PLACEMENT, "put", bundle, digest, sha256(BUNDLE / policy), check=False,
+                                       environment={"DESTDIR": str(self.folder),
+                                                  "PATH": f"{changing_copy.parent}:{os.environ['PATH']}"})
+                    changing_copy.chmod(0o644)
+                    self.assertNotEqual(status, 0, told)
+                    self.assertRegex(told, "changed since|neither a file nor a folder")
+                    self.assertEqual(self.installed_tree(), before)
+                    shutil.rmtree(bundle)
+                    shutil.rmtree(self.folder / "moved", ignore_errors=True)
+            self.put()
+
+    def test_refuses_what_is_not_for_root_to_install(self):
+        other_policy = self.newer_bundle()
+        with open(other_policy / "share/polkit-1/actions/org.corvane.policy", "a", encoding="utf-8") as policy:
+            policy.write("\n")
+        linked = self.folder / "linked"
+        shutil.copytree(BUNDLE, linked)
+        (linked / "share/link").symlink_to("doc")
+        self.put()
+        for bundle, reason in ((other_policy, "not the one of this version"),
+                               (linked, "share/link is neither a file nor a folder")):
+            with self.subTest(reason):
+                before = self.installed_tree()
+                status, told = self.put(bundle, check=False)
+                self.assertNotEqual(status, 0)
+                self.assertIn(reason, told)
+                self.assertEqual(self.installed_tree(), before)
+
+    @unittest.skipUnless(os.geteuid() == 0, "needs root")
+    def test_root_installs_only_where_nobody_else_may_write(self):
+        applications = self.folder / "Applications"
+        applications.mkdir()
+        for owner, mode in ((0, 0o775), (0, 0o757), (1, 0o755)):
+            os.chown(applications, owner, -1)
+            applications.chmod(mode)
+            status, told = self.put(check=False)
+            self.assertNotEqual(status, 0)
+            self.assertIn("writable by nobody else", told)
+            self.assertEqual(os.listdir(applications) if applications.exists() else [], [])
+            applications.mkdir(exist_ok=True)
 
     def test_leaves_what_is_not_its_own(self):
         for path in ("usr/local/bin/corvane", POLICY, f"{APP}/bin/other",

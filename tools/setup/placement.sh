@@ -2,8 +2,15 @@
 # Installs the bundle and its links, or removes them: the part of install.sh that needs root. $DESTDIR is
 # prepended to every path, for tests and packagers.
 #
-#   placement.sh put FOLDER   installs the bundle FOLDER, replacing an installed one placement.sh remove
-#   removes everything placement.sh list         lists what `remove` would remove, one path per line
+#   placement.sh digest FOLDER    prints a digest of the bundle FOLDER
+#   placement.sh put FOLDER DIGEST POLICY_DIGEST
+#                                 installs the bundle FOLDER, replacing an installed one
+#   placement.sh remove           removes everything
+#   placement.sh list             lists what `remove` would remove, one path per line
+#
+# Others may change the bundle at any time, above all while sudo waits for a password. `put` therefore copies it
+# into a folder of its own, checks that copy against the digests (SHA-256 of the bundle and of the polkit policy),
+# and from then on reads nothing else.
 
 set -euo pipefail
 umask 022
@@ -27,6 +34,15 @@ link_folders=(usr/local/bin usr/local/share/applications usr/local/share/icons/h
 fail() {
     printf 'error: %s\n' "$*" >&2
     exit 1
+}
+
+# digest FOLDER: prints a digest of the paths and contents in the folder; fails unless it holds only regular
+# files and folders.
+digest() {
+    local other
+    other=$(find "$1" ! -type f ! -type d -print -quit)
+    [ -z "$other" ] || fail "$other is neither a file nor a folder"
+    (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum) | sha256sum | cut -d' ' -f1
 }
 
 is_bundle() { [ -x "$1/bin/corvane" ] && [ -f "$1/share/applications/org.corvane.Corvane.desktop" ]; }
@@ -134,7 +150,7 @@ undo() {
 }
 
 put() {
-    local bundle=$1 path target
+    local bundle=$1 expected=$2 expected_policy=$3 path target found
     is_bundle "$bundle" || fail "$bundle is not a bundle of Corvane"
     recover
     fresh=yes
@@ -142,28 +158,37 @@ put() {
         is_bundle "$destination$app" || fail "$destination$app exists and is not Corvane; move it away first"
         fresh=no
     fi
-    while read -r path target; do
-        path=$destination$path
-        [ ! -e "$path" ] && [ ! -L "$path" ] || is_ours "$path" ||
-            fail "$path exists and does not belong to this installation; move it away first"
-    done < <(wanted_links "$bundle")
     [ ! -e "$destination/$policy" ] || is_our_policy "$destination/$policy" ||
         fail "$destination/$policy exists and does not belong to this installation; move it away first"
 
     trap undo EXIT
     trap 'exit 130' INT TERM HUP
     mkdir -p "$destination/Applications"
-    cp -R -T "$bundle" "$staged"
+    # Whoever may write there could exchange what is checked for something else.
+    [ "$(id -u)" != 0 ] || [ -z "$(find "$destination/Applications" -maxdepth 0 \( ! -uid 0 -o -perm /022 \))" ] ||
+        fail "$destination/Applications must belong to root and be writable by nobody else"
+    # Closed to others until it is checked: a link put into the bundle may have led to files of others.
+    mkdir -m 700 "$staged"
+    cp -R -P -T "$bundle" "$staged"
+    found=$(digest "$staged") || exit 1
+    [ "$found" = "$expected" ] || fail "$bundle has changed since it was checked"
     chmod -R u=rwX,go=rX "$staged"
+    while read -r path target; do
+        path=$destination$path
+        [ ! -e "$path" ] && [ ! -L "$path" ] || is_ours "$path" ||
+            fail "$path exists and does not belong to this installation; move it away first"
+    done < <(wanted_links "$staged")
+    install -D -m 644 "$staged/share/polkit-1/actions/org.corvane.policy" "$staged_policy"
+    [ "$(sha256sum <"$staged_policy")" = "$expected_policy  -" ] ||
+        fail "the polkit policy of $bundle is not the one of this version"
     [ "$fresh" = yes ] || mv -T "$destination$app" "$replaced"
     mv -T "$staged" "$destination$app"
     while read -r path target; do
         path=$destination$path
         mkdir -p "${path%/*}"
         [ "$(readlink "$path")" = "$target" ] || ln -sfn "$target" "$path"
-    done < <(wanted_links "$bundle")
+    done < <(wanted_links "$destination$app")
     drop_dangling_links
-    install -D -m 644 "$bundle/share/polkit-1/actions/org.corvane.policy" "$staged_policy"
     refresh_caches
     # The new version is complete from here on; the remaining steps must not be interrupted.
     trap '' INT TERM HUP
@@ -200,8 +225,9 @@ list() {
 }
 
 case "${1:-} $#" in
-    'put 2') put "$2" ;;
+    'digest 2') digest "$2" ;;
+    'put 4') put "$2" "$3" "$4" ;;
     'remove 1') remove ;;
     'list 1') list ;;
-    *) fail "usage: placement.sh put FOLDER | remove | list" ;;
+    *) fail "usage: placement.sh digest FOLDER | put FOLDER DIGEST POLICY_DIGEST | remove | list" ;;
 esac
