@@ -271,7 +271,15 @@ Stack {
             text: root.card.fate
             font: Theme.term(8)
             color: root.card.fateIsLoss ? Theme.red : Theme.muted
-            Accessible.role: Accessible.Notification
+        }
+
+        // One for the question and one for its answer, because only what appears is spoken.
+        Announcement {
+            text: root.card.fateIsOpen ? root.card.fate : ""
+        }
+
+        Announcement {
+            text: root.card.fateIsOpen ? "" : root.card.fate
         }
 
         Label {

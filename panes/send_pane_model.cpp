@@ -306,6 +306,11 @@ QString SendPaneModel::fate() const
     Q_UNREACHABLE();
 }
 
+bool SendPaneModel::fateIsOpen() const
+{
+    return report().fate == TransferFate::Checking;
+}
+
 bool SendPaneModel::fateIsLoss() const
 {
     return report().fate == TransferFate::DidNotGoThrough;

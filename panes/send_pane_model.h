@@ -78,6 +78,8 @@ class SendPaneModel : public QObject
     Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY changed FINAL)
     /// What became of a transfer; empty if that is not known or not in question.
     Q_PROPERTY(QString fate READ fate NOTIFY changed FINAL)
+    /// True while the cluster is still being asked.
+    Q_PROPERTY(bool fateIsOpen READ fateIsOpen NOTIFY changed FINAL)
     Q_PROPERTY(bool fateIsLoss READ fateIsLoss NOTIFY changed FINAL)
     /// The transfer that `fate` is about.
     Q_PROPERTY(QString fateSubject READ fateSubject NOTIFY changed FINAL)
@@ -128,6 +130,7 @@ public:
     [[nodiscard]] bool hasLink() const { return link().has_value(); }
     [[nodiscard]] QString errorMsg() const;
     [[nodiscard]] QString fate() const;
+    [[nodiscard]] bool fateIsOpen() const;
     [[nodiscard]] bool fateIsLoss() const;
     [[nodiscard]] QString fateSubject() const;
     [[nodiscard]] int burst() const { return m_burst; }
