@@ -8,7 +8,9 @@ Item {
     id: root
 
     required property OwnAddress own
-    readonly property bool needed: root.own.warning !== "" || root.own.offer !== ""
+    // False on a card whose purpose is to set any address.
+    property bool warns: true
+    readonly property bool needed: warning.text !== "" || offer.text !== ""
 
     implicitHeight: root.needed ? Math.max(warning.implicitHeight, offer.implicitHeight, back.implicitHeight) : 0
     visible: root.needed
@@ -18,7 +20,7 @@ Item {
 
         anchors.verticalCenter: parent.verticalCenter
         width: root.width - back.implicitWidth - 12
-        text: root.own.warning
+        text: root.warns ? root.own.warning : ""
     }
 
     Label {

@@ -56,12 +56,10 @@ CardFrame {
             text: root.card.addressError
         }
 
-        // Another valid address is what this field is for.
         OwnAddressLine {
             width: parent.width
-            height: root.own.offer === "" ? 0 : implicitHeight
-            visible: root.own.offer !== ""
             own: root.own
+            warns: false
         }
     }
 

@@ -5,9 +5,9 @@ from Xlib import X
 from support import SHORT_ADDRESS, IslandTest, wait_until
 
 TAB_ORDER = {
-    "balance": ["Refresh", "Settings", "$1,234.05", SHORT_ADDRESS, "RECEIVE", "SEND"],
+    "balance": ["Refresh", "Settings", "$1,234.05", "BACK TO YOUR ADDRESS", SHORT_ADDRESS, "RECEIVE", "SEND"],
     "SEND": ["Refresh", "Settings", "Back to the balance", "TO", "AMOUNT (SOL)", "MAX"],
-    "RECEIVE": ["Refresh", "Settings", "Back to the balance", "COPY ADDRESS"],
+    "RECEIVE": ["Refresh", "Settings", "Back to the balance", "BACK TO YOUR ADDRESS", "COPY ADDRESS"],
     "Settings": ["Refresh", "Settings", "WALLET ADDRESS (public key, watch-only)",
                  "CUSTOM RPC URL (optional, wins over public RPC)", "NETWORK", "BACKUP", "REMOVE",
                  "QUIT", "DONE"],
