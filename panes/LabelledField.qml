@@ -16,6 +16,10 @@ Stack {
     readonly property Item field: field
     signal edited(string text)
 
+    function takeFocus() {
+        field.takeFocus();
+    }
+
     spacing: 4
 
     Label {

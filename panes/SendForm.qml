@@ -11,6 +11,12 @@ Stack {
 
     required property SendPaneModel card
 
+    // The offer disappears with its acceptance, and must not take the keyboard focus with it.
+    function accept(offer) {
+        root.card.acceptOffer(offer);
+        amount.takeFocus();
+    }
+
     spacing: 10
 
     NoteLine {
@@ -111,7 +117,7 @@ Stack {
                 visible: root.card.offers.length > 0
                 title: visible ? root.card.offers[0] : ""
                 color: Theme.green
-                onTriggered: root.card.acceptOffer(0)
+                onTriggered: root.accept(0)
             }
 
             LinkText {
@@ -120,7 +126,7 @@ Stack {
                 visible: root.card.offers.length > 1
                 title: visible ? root.card.offers[1] : ""
                 color: Theme.green
-                onTriggered: root.card.acceptOffer(1)
+                onTriggered: root.accept(1)
             }
         }
     }

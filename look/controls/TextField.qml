@@ -17,6 +17,10 @@ FieldFrame {
     // The line is no longer `text`, which the owner now sets.
     signal edited(string text)
 
+    function takeFocus() {
+        input.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     function show() {
         input.showing = true;
         input.text = root.text;

@@ -76,3 +76,39 @@ class SendTest(WalletTest):
             self.assertEqual(self.localnet.lamports(RECIPIENT), 2_000_000_000)
             wait_until(corvane.tree.heard, "a screen reader that says it")
             self.assertEqual(corvane.tree.heard(), ["SENT ✓"])
+
+    def test_lost_answer_pays_once(self):
+        with self.run_wallet() as corvane:
+            self.open_form(corvane)
+            self.localnet.control("fault", match="sendTransaction", kind="drop-after", count=1)
+            self.localnet.control("fault", match="getSignatureStatuses", kind="drop")
+            corvane.fill("TO", RECIPIENT)
+            corvane.fill("AMOUNT", "1")
+            corvane.press_button("SEND")
+            corvane.wait_for("checking whether it went through…", "1 SOL to Hx1f…xGAT")
+            # Again, on a new form.
+            corvane.press_button("Back to the balance")
+            corvane.press_button("SEND")
+            corvane.wait_for("checking whether it went through…")
+            corvane.fill("TO", RECIPIENT)
+            corvane.fill("AMOUNT", "1.0")
+            corvane.press_button("SEND")
+            wait_until(lambda: len(self.sends()) == 2, "the same transfer again")
+            corvane.fill("AMOUNT", "2")
+            corvane.press_button("SEND")
+            corvane.wait_for("the earlier transfer may still go through — press again to send this one too")
+            self.localnet.control("clear-faults")
+            corvane.wait_for("it went through", "SENT ✓", "VIEW ON SOLSCAN")
+            self.assertEqual(len(self.sends()), 2)
+            self.assertEqual(self.localnet.lamports(RECIPIENT), 2_000_000_000)
+
+    def test_sends_everything_by_keyboard(self):
+        with self.run_wallet() as corvane:
+            self.open_form(corvane)
+            corvane.fill("TO", RECIPIENT)
+            for name in ("MAX", "SEND ALL 8.199995", "SEND"):
+                corvane.tab_to(name)
+                self.desktop.screen.press("space")
+            corvane.wait_for("SENT ✓")
+            self.assertEqual(self.localnet.lamports(KEY_ADDRESS), 0)
+            self.assertEqual(self.localnet.lamports(RECIPIENT), 9_200_000_000 - FEE)

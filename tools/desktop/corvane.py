@@ -192,6 +192,17 @@ class Corvane:
         """Clicks the button with this name once it is visible and no longer moves."""
         self.click(self.still(name, "push button"))
 
+    def focused(self):
+        """The name of the control with keyboard focus; None without one."""
+        return next((thing.name for thing in self.tree.things()
+                     if thing.focused and thing.name and thing.role != "frame"), None)
+
+    def tab_to(self, name):
+        """Presses Tab until the control with this name has keyboard focus."""
+        while (before := self.focused()) != name:
+            self.desktop.screen.press("Tab")
+            wait_until(lambda last=before: self.focused() != last, f"the focus on from {before}")
+
     def wait_enabled(self, name, enabled=True):
         """Waits until the button with this name is enabled, or disabled."""
         wait_until(lambda: (self.still(name, "push button").description == "unavailable") != enabled,
