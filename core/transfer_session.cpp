@@ -29,6 +29,8 @@ namespace {
 constexpr std::chrono::seconds oftenFor = 3min;
 constexpr std::chrono::seconds oftenPause = 2s;
 constexpr std::chrono::seconds rarePause = 30s;
+/// For how long a fate is shown at least, if another is waiting.
+constexpr std::chrono::seconds newsPause = 5s;
 /// Limit of the question to the main cluster whether it knows a blockhash of the test cluster.
 constexpr std::chrono::seconds mainnetTimeout = 3s;
 /// The number of blocks for which a cluster accepts a blockhash.
@@ -76,8 +78,7 @@ TransferSession::TransferSession(TransferServices services, QObject *parent)
     }
     m_latest = m_open.back();
     if (const FollowedPtr doubtful = latestDoubtful()) {
-        m_report.fate = TransferFate::Checking;
-        m_report.subject = doubtful->intent();
+        showFate(TransferFate::Checking, doubtful);
     }
     for (const FollowedPtr &transfer : m_open) {
         m_services.queue.post([self = QPointer(this), transfer] {
@@ -109,6 +110,7 @@ QCoro::Task<SendResult<QString>> TransferSession::send(keys::Address to, double 
     }
     const QPointer<TransferSession> self(this);
     m_report = {};
+    m_toldOf.reset();
     m_report.sending = true;
     m_hasNews = false;
     tell(false);
@@ -127,8 +129,7 @@ QCoro::Task<SendResult<QString>> TransferSession::send(keys::Address to, double 
     // What is in doubt now matters more than the fate of an earlier transfer.
     if (const FollowedPtr doubtful = latestDoubtful();
         doubtful && (m_report.fate == TransferFate::Unknown || doubtful == m_latest)) {
-        m_report.fate = TransferFate::Checking;
-        m_report.subject = doubtful->intent();
+        showFate(TransferFate::Checking, doubtful);
     }
     tell(true);
     co_return result;
@@ -145,6 +146,10 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
             u"the earlier transfer may still go through — press again to send this one too"_s));
     }
     m_warned.reset();
+    if (m_latest) {
+        m_previous = m_latest;
+    }
+    m_latest = earlier;
 
     auto opening =
         m_services.keys.open({platform::PresenceReason::Send,
@@ -170,8 +175,7 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
             co_return co_await submitting;
         }
         // It did not go through, so that the payment starts anew.
-        m_report.fate = TransferFate::Unknown;
-        m_report.subject.reset();
+        showFate(TransferFate::Unknown, nullptr);
         tell(false);
     }
 
@@ -185,8 +189,8 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
     if (!signature) {
         co_return Result(SendError::badKey());
     }
-    if (m_latest && m_latest->fate != TransferFate::DidNotGoThrough &&
-        m_latest->submitted.signature == *signature) {
+    if (m_previous && m_previous->fate != TransferFate::DidNotGoThrough &&
+        m_previous->submitted.signature == *signature) {
         // The same bytes would not be executed again, but taken for paid: the endpoint repeats
         // itself.
         co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
@@ -339,13 +343,9 @@ void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
     forget(transfer);
     // The confirmation of what was told as sent is no news. It stands beside that, but must not be
     // taken for one of a later transfer.
-    if (isNews || (transfer == m_latest && m_report.signature)) {
-        m_report.fate = fate;
-        m_report.subject = transfer->intent();
-        if (wentThrough && transfer == m_latest && !m_report.sending) {
-            m_report.error.reset();
-            m_report.signature = m_report.signature.value_or(transfer->submitted.signatureText());
-        }
+    const bool waits = m_hasNews && m_toldOf && m_toldOf != transfer && !m_toldOf->isOpen();
+    if (!waits && (isNews || (transfer == m_latest && m_report.signature))) {
+        showFate(fate, transfer);
     }
     if (wentThrough) {
         Q_EMIT paid(transfer->submitted.transfer.recipient);
@@ -399,13 +399,37 @@ void TransferSession::store() const
 void TransferSession::markSeen()
 {
     m_hasNews = false;
-    m_unseen.clear();
+    std::erase_if(m_unseen, [this](const FollowedPtr &transfer) {
+        return transfer->isOpen() || transfer == m_toldOf;
+    });
     store();
+    if (m_unseen.empty()) {
+        return;
+    }
+    m_services.queue.after(newsPause, [self = QPointer(this)] {
+        if (self && !self->m_hasNews && !self->m_report.sending && !self->m_unseen.empty()) {
+            const FollowedPtr next = self->m_unseen.front();
+            self->showFate(next->fate, next);
+            self->tell(true);
+        }
+    });
+}
+
+void TransferSession::showFate(TransferFate fate, const FollowedPtr &transfer)
+{
+    m_toldOf = transfer;
+    m_report.fate = fate;
+    m_report.subject = transfer ? std::optional(transfer->intent()) : std::nullopt;
+    if (fate == TransferFate::WentThrough && transfer == m_latest && !m_report.sending) {
+        m_report.error.reset();
+        m_report.signature = m_report.signature.value_or(transfer->submitted.signatureText());
+    }
 }
 
 void TransferSession::tell(bool isNews)
 {
     m_hasNews = m_hasNews || isNews;
+    m_report.isEarlier = m_toldOf && m_toldOf != m_latest;
     Q_EMIT reportChanged();
 }
 

@@ -61,6 +61,8 @@ struct TransferReport
     TransferFate fate = TransferFate::Unknown;
     /// The transfer with that fate; empty if `fate` is unknown.
     std::optional<TransferIntent> subject;
+    /// True if that is not the transfer of the latest press.
+    bool isEarlier = false;
 };
 
 /// The services of the session, all of which must outlive it.
@@ -135,6 +137,7 @@ private:
     /// Asks the cluster once; `Checking` if the fate is still open.
     static QCoro::Task<TransferFate> ask(QPointer<TransferSession> self, FollowedPtr transfer);
     void startFollowing(const FollowedPtr &transfer);
+    void showFate(TransferFate fate, const FollowedPtr &transfer);
     void settle(const FollowedPtr &transfer, TransferFate fate);
 
     /// The doubtful transfer with this intent and the wallet's key; null if there is none.
@@ -152,8 +155,11 @@ private:
     std::vector<FollowedPtr> m_open;
     /// Transfers whose acceptance or fate no view has shown yet.
     std::vector<FollowedPtr> m_unseen;
-    /// The transfer that was submitted last; null before the first.
+    /// The transfer whose fate the report contains; null if there is none.
+    FollowedPtr m_toldOf;
+    /// The transfer of the latest press; null until it is submitted. And the one before that.
     FollowedPtr m_latest;
+    FollowedPtr m_previous;
     /// The intent that was refused because an earlier transfer is doubtful.
     std::optional<TransferIntent> m_warned;
 };

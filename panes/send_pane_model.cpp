@@ -322,7 +322,8 @@ QString SendPaneModel::fateSubject() const
         return {};
     }
     const core::TransferIntent &subject = *report().subject;
-    QString text = core::solText(subject.amount) + QStringLiteral(" SOL to ") +
+    QString text = (report().isEarlier ? QStringLiteral("an earlier ") : QString()) +
+                   core::solText(subject.amount) + QStringLiteral(" SOL to ") +
                    core::shortAddress(subject.recipient.text());
     if (subject.network != m_wallet.network()) {
         text += QStringLiteral(" on ") + networkTitle(subject.network);

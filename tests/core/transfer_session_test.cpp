@@ -395,10 +395,18 @@ TEST_F(TransferSessionTest, TheFateOfAnEarlierTransferLeavesTheReportOfTheLatest
     http.release(statuses, R"({"result": {"value": [)" + confirmed + "]}}");
     EXPECT_EQ(fate(), TransferFate::WentThrough);
     EXPECT_EQ(report().subject->recipient.text(), addressA);
+    EXPECT_TRUE(report().isEarlier);
     EXPECT_FALSE(report().signature);
     EXPECT_EQ(report().error->description(), failed);
+    // The next fate waits until this one was shown.
     http.release(statuses, R"({"result": {"value": [)" + confirmed + "]}}");
+    queue.advance(5s);
+    EXPECT_EQ(report().subject->recipient.text(), addressA);
+    model->transfers().markSeen();
+    queue.advance(5s);
     EXPECT_EQ(report().subject->recipient.text(), addressB);
+    EXPECT_FALSE(report().isEarlier);
+    EXPECT_TRUE(model->transfers().hasNews());
     EXPECT_TRUE(report().signature);
     EXPECT_FALSE(report().error);
 }
