@@ -297,8 +297,10 @@ TEST_F(TransferSessionTest, TellsOfAnAcceptedTransferWhenItIsConfirmedOrDropped)
         queue.drain();
         const QString signature = signatureOf(submitted().last());
         http.release(sendTransaction, R"({"result": ")" + signature.toLatin1() + R"("})");
+        http.forgetRequests();
         EXPECT_EQ(textOf(finish(std::move(sending))), u"sent "_s + signature);
         EXPECT_EQ(fate(), TransferFate::Unknown);
+        EXPECT_EQ(http.count(statuses), 0) << "nothing is confirmed at once";
         model->transfers().markSeen();
         queue.advance(2s);
         EXPECT_EQ(fate(), TransferFate::Unknown);
