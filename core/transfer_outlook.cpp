@@ -18,6 +18,13 @@ Lamports less(Lamports from, Lamports amount)
     return Lamports(from.count() - std::min(from.count(), amount.count()));
 }
 
+/// What the payer has afterwards.
+Lamports restOf(Lamports amount, const TransferFacts &facts)
+{
+    const Lamports available = less(facts.balance, transferFee);
+    return facts.isToSelf ? available : less(available, amount);
+}
+
 /// An account keeps nothing or at least the minimum.
 bool mayKeep(Lamports rest, const TransferFacts &facts)
 {
@@ -29,13 +36,10 @@ bool isTooLittleForRecipient(Lamports amount, const TransferFacts &facts)
     return facts.recipientHas == Lamports(0) && amount < facts.rentMinimum && amount.count() > 0;
 }
 
-/// The payer's rest is known to be at least 0.
 bool works(Lamports amount, const TransferFacts &facts)
 {
-    const Lamports spent(facts.isToSelf ? 0 : amount.count());
     return amount.count() > 0 && amount <= less(facts.balance, transferFee) &&
-           mayKeep(less(less(facts.balance, transferFee), spent), facts) &&
-           !isTooLittleForRecipient(amount, facts);
+           mayKeep(restOf(amount, facts), facts) && !isTooLittleForRecipient(amount, facts);
 }
 
 QList<AmountOffer> offersFor(const TransferFacts &facts)
@@ -66,7 +70,7 @@ QString refusal(Lamports amount, const TransferFacts &facts)
     if (isTooLittleForRecipient(amount, facts)) {
         return u"a new address needs at least "_s + solText(facts.rentMinimum) + u" SOL"_s;
     }
-    const Lamports rest = facts.isToSelf ? available : less(available, amount);
+    const Lamports rest = restOf(amount, facts);
     if (!mayKeep(rest, facts)) {
         return u"leaves "_s + solText(rest) + u" SOL — your account keeps nothing or at least "_s +
                solText(facts.rentMinimum);
@@ -78,17 +82,16 @@ QString refusal(Lamports amount, const TransferFacts &facts)
 
 TransferOutlook transferOutlook(const TransferFacts &facts)
 {
+    const QString text = facts.amount ? refusal(*facts.amount, facts) : QString();
+    if (!text.isEmpty()) {
+        return {text, true, offersFor(facts)};
+    }
+    const Lamports available = less(facts.balance, transferFee);
+    const QString fee = u" · fee "_s + solText(transferFee);
     if (!facts.amount) {
-        return {solText(less(facts.balance, transferFee)) + u" SOL available · fee "_s +
-                    solText(transferFee),
-                false,
-                {}};
+        return {solText(available) + u" SOL available"_s + fee, false, {}};
     }
-    const QString text = refusal(*facts.amount, facts);
-    if (text.isEmpty()) {
-        return {};
-    }
-    return {text, true, offersFor(facts)};
+    return {u"leaves "_s + solText(restOf(*facts.amount, facts)) + u" SOL"_s + fee, false, {}};
 }
 
 QString solText(Lamports amount)

@@ -41,7 +41,7 @@ struct AmountOffer
 /// What the cluster will say to a transfer.
 struct TransferOutlook
 {
-    /// One line; empty if the transfer can be expected to work.
+    /// One line: what is available or what would be left, or why the cluster would refuse.
     QString text;
     /// True if the cluster would refuse the transfer.
     bool isRefused = false;

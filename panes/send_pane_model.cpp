@@ -76,7 +76,7 @@ void SendPaneModel::update()
 
     m_outlook = {};
     const std::optional<double> amount = payableAmount();
-    if (m_wallet.sol() && watchesOwnAddress() && (amount || m_amount.isEmpty())) {
+    if (m_wallet.sol() && watchesOwnAddress()) {
         if (const auto balance = Lamports::fittingSol(*m_wallet.sol())) {
             m_outlook = core::transferOutlook(
                 {*balance, amount ? Lamports::fittingSol(*amount) : std::nullopt,

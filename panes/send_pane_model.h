@@ -63,7 +63,8 @@ class SendPaneModel : public QObject
     /// The amount in QUIB and dollars, and in SOL if it will be rounded; empty if there is no valid
     /// amount.
     Q_PROPERTY(QString equivalence READ equivalence NOTIFY changed FINAL)
-    /// What is available, or why the cluster would refuse the amount; may be empty.
+    /// What is available or would be left, or why the cluster would refuse the amount; empty if the
+    /// payer's balance is unknown.
     Q_PROPERTY(QString outlook READ outlook NOTIFY changed FINAL)
     Q_PROPERTY(bool outlookIsRefusal READ outlookIsRefusal NOTIFY changed FINAL)
     /// The labels of amounts that would work instead.

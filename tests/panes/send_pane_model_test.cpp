@@ -357,7 +357,7 @@ TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
     type(u" "_s + good, u"0.0001"_s);
     EXPECT_EQ(m_card->groupedRecipient(),
               u"4zMM C9sr t5Ri 5X14 GAgX haHi i3Gn PAEE RYPJ gZJD ncDU"_s);
-    EXPECT_EQ(m_card->outlook(), QString()) << "not known yet";
+    EXPECT_EQ(m_card->outlook(), u"leaves 1.499895 SOL · fee 0.000005"_s) << "not known yet";
     QSignalSpy changed(m_card.get(), &SendPaneModel::changed);
     queue.advance(1s);
     EXPECT_GT(changed.count(), 0);
@@ -381,8 +381,9 @@ TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
     EXPECT_EQ(http.count(u"getMinimumBalanceForRentExemption"_s), 1);
     // To itself, nothing but the fee leaves.
     type(*model->signingPubkey(), u"1.4999"_s);
-    EXPECT_EQ(m_card->outlook(), QString());
-    m_card->setAmount({});
+    EXPECT_EQ(m_card->outlook(), u"leaves 1.499995 SOL · fee 0.000005"_s);
+    m_card->setAmount(u"."_s);
+    EXPECT_EQ(m_card->outlook(), u"1.499995 SOL available · fee 0.000005"_s);
 
     // The balance is another's.
     EXPECT_EQ(m_card->payerWarning(), QString());
