@@ -105,6 +105,26 @@ TEST_F(WalletKeysTest, RemindsOfAKeyWhoseBackupWasNeverConfirmed)
     expectPending(false, "removed");
 }
 
+TEST_F(WalletKeysTest, TellsOfEveryAttemptToHaveTheSeed)
+{
+    const auto expectTold = [this](int times, auto act) {
+        int told = 0;
+        const auto connection = QObject::connect(model.get(), &WalletModel::sessionSecretChanged,
+                                                 model.get(), [&told] { ++told; });
+        act();
+        settle();
+        QObject::disconnect(connection);
+        EXPECT_EQ(told, times);
+    };
+    expectTold(1, [&] { createKey(); });
+    expectTold(0, [&] { model->backupSecret(); });
+    launchAndSettle();
+    keychain.refuses = true;
+    expectTold(1, [&] { model->backupSecret(); });
+    expectTold(1, [&] { unlock(); });
+    expectTold(1, [&] { model->removeWallet(); });
+}
+
 TEST_F(WalletKeysTest, IsCorrectedByTheKeychainWhereItsMemoryIsWrong)
 {
     lock();

@@ -169,6 +169,10 @@ class TextFieldTest : public ComponentsTest
 protected:
     TextFieldTest()
     {
+        // Such as a binding that changes itself.
+        QObject::connect(&m_engine, &QQmlEngine::warnings, [](const QList<QQmlError> &warnings) {
+            ADD_FAILURE() << warnings.first().toString().toStdString();
+        });
         QQuickItem *field = show(R"(TextField {
             id: field
             property string held: "1"

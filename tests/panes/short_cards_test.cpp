@@ -150,6 +150,9 @@ TEST_F(OwnAddressTest, SaysWhatIsNotThisWallets)
         EXPECT_EQ(settings.string(u"corvane.address"_s), own);
     }
     model->setAddress({});
+    QSignalSpy changed(m_card.get(), &OwnAddress::changed);
+    Q_EMIT model->signingPubkeyChanged();
+    EXPECT_EQ(changed.count(), 1) << "the keychain may correct which key it is";
     removeKey();
     EXPECT_EQ(m_card->offer(), QString());
     m_card->watch();
@@ -207,8 +210,16 @@ TEST_F(PresenceNoticeTest, SaysWhatIsMissingToReadTheKey)
     EXPECT_EQ(m_card->keyText(), QString()) << "it is in memory now";
     EXPECT_GT(changed.count(), 0);
 
-    // A late answer finds nobody.
+    // The keychain may correct which key it is, and a late answer find nobody.
+    launchLocked();
     openCard();
+    settle();
+    EXPECT_EQ(m_card->keyText(), start);
+    keychain.tells = KeychainProtection::None;
+    Q_EMIT model->signingPubkeyChanged();
+    settle();
+    EXPECT_EQ(m_card->keyText(), QString());
+    Q_EMIT model->signingPubkeyChanged();
     m_card.reset();
     settle();
 }
