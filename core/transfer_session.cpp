@@ -52,12 +52,26 @@ struct TransferSession::Followed
     /// True if it was submitted before the current submission.
     bool wasSubmitted = false;
     bool isFollowed = false;
+    /// Where the user submitted it again; empty if nowhere.
+    std::optional<QUrl> submittedAgainTo{};
+    /// True if that endpoint is asked next, instead of the first one.
+    bool asksThere = false;
     Cancellation following{};
 
     [[nodiscard]] TransferIntent intent() const
     {
         const keys::Transfer &transfer = submitted.transfer;
         return {transfer.recipient, transfer.amount, submitted.route.network};
+    }
+    [[nodiscard]] QUrl latestEndpoint() const
+    {
+        return submittedAgainTo.value_or(submitted.route.endpoint);
+    }
+    /// Asks both by turns, because one of them may never answer again.
+    [[nodiscard]] QUrl endpointToAsk()
+    {
+        const bool there = std::exchange(asksThere, !asksThere);
+        return there ? latestEndpoint() : submitted.route.endpoint;
     }
     [[nodiscard]] bool isOpen() const { return fate == TransferFate::Unknown; }
 };
@@ -170,7 +184,8 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
             co_return Result(earlier->submitted.signatureText());
         }
         if (earlier->isOpen()) {
-            earlier->submitted.route = route;
+            earlier->submittedAgainTo = route.endpoint;
+            earlier->asksThere = true;
             auto submitting = submit(earlier);
             co_return co_await submitting;
         }
@@ -231,7 +246,7 @@ QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
     store();
     const QJsonObject configuration{{u"encoding"_s, u"base64"_s},
                                     {u"preflightCommitment"_s, u"confirmed"_s}};
-    auto call = callRpc(m_services.http, transfer->submitted.route.endpoint, u"sendTransaction"_s,
+    auto call = callRpc(m_services.http, transfer->latestEndpoint(), u"sendTransaction"_s,
                         {QString::fromLatin1(transfer->submitted.transaction()), configuration});
     const JsonResult reply = co_await call;
     const auto *result = std::get_if<QJsonValue>(&reply);
@@ -299,18 +314,18 @@ QCoro::Task<> TransferSession::follow(QPointer<TransferSession> self, FollowedPt
 QCoro::Task<TransferFate> TransferSession::ask(QPointer<TransferSession> self, FollowedPtr transfer)
 {
     SubmittedTransfer &submitted = transfer->submitted;
+    const QUrl endpoint = transfer->endpointToAsk();
     // The height is asked first: if the blockhash had expired by then, a transfer that is not found
     // afterwards will never be executed.
-    auto heightCall = callRpc(self->m_services.http, submitted.route.endpoint, u"getBlockHeight"_s,
+    auto heightCall = callRpc(self->m_services.http, endpoint, u"getBlockHeight"_s,
                               {QJsonObject{{u"commitment"_s, u"finalized"_s}}});
     const JsonResult heightReply = co_await heightCall;
     if (!self) {
         co_return TransferFate::Checking;
     }
-    auto statusCall =
-        callRpc(self->m_services.http, submitted.route.endpoint, u"getSignatureStatuses"_s,
-                {QJsonArray{submitted.signatureText()},
-                 QJsonObject{{u"searchTransactionHistory"_s, true}}});
+    auto statusCall = callRpc(self->m_services.http, endpoint, u"getSignatureStatuses"_s,
+                              {QJsonArray{submitted.signatureText()},
+                               QJsonObject{{u"searchTransactionHistory"_s, true}}});
     const JsonResult statusReply = co_await statusCall;
 
     const auto *statusResult = std::get_if<QJsonValue>(&statusReply);

@@ -340,6 +340,22 @@ TEST_F(TransferSessionTest, TheSameIntentAgainSubmitsTheSameBytes)
     EXPECT_EQ(http.count(latestBlockhash), 1);
 }
 
+TEST_F(TransferSessionTest, AsksWhereItWasSubmittedAgainAndWhereItWasSubmittedFirst)
+{
+    loseTransfer();
+    model->setCustomRPC(u"http://dead.test"_s);
+    send(addressA, 1);
+    http.forgetRequests();
+    queue.advance(4s);
+    QStringList asked;
+    for (const platform::HttpRequest &request : http.requests()) {
+        if (request.body.contains("getSignatureStatuses")) {
+            asked.append(request.url.host());
+        }
+    }
+    EXPECT_EQ(asked, (QStringList{u"dead.test"_s, u"mainnet.test"_s}));
+}
+
 TEST_F(TransferSessionTest, AnotherIntentNeedsASecondPress)
 {
     http.answer(tests::probe, HttpError::Unreachable);
