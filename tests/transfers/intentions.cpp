@@ -86,11 +86,12 @@ void Intentions::submit(const WireTransfer &transfer, bool asPressed)
     if (m_pressed->needsWarning) {
         complain(u"submitted without a warning: "_s + describe(sent));
     }
-    const bool isKnown = std::ranges::any_of(m_all, [&](const Intention &intention) {
-        return &intention != m_pressed && intention.signatures.contains(transfer.signature);
-    });
-    if (isKnown) {
-        complain(u"submitted the bytes of another payment: "_s + describe(sent));
+    for (Intention &intention : m_all) {
+        // Once refused, the same bytes may serve for the same payment once more.
+        if (&intention != m_pressed && intention.signatures.erase(transfer.signature) > 0 &&
+            intention.word != Word::NotPaid) {
+            complain(u"submitted the bytes of another payment: "_s + describe(sent));
+        }
     }
     m_pressed->signatures.insert(transfer.signature);
 }
