@@ -162,6 +162,8 @@ TEST_P(CardViewsTest, Setup)
     QAccessibleInterface *field = QAccessible::queryAccessibleInterface(secret);
     ASSERT_NE(field, nullptr);
     EXPECT_TRUE(field->state().passwordEdit);
+    field->setText(QAccessible::Value, u"dictated"_s);
+    EXPECT_EQ(secret->secret()->view(), u"dictated"_s);
     EXPECT_EQ(field->text(QAccessible::Value), QString());
     press(u"IMPORT"_s);
     expectClean({u"that key doesn't decode — paste the base58 secret key or a JSON byte array"_s});
