@@ -132,7 +132,12 @@ TEST_P(CardViewsTest, AnotherAddressIsNeverShownAsOnesOwn)
         model->setAddress(u"damaged"_s);
         expectClean({u"this wallet's own address: "_s + own});
         EXPECT_EQ(control(u"BACK TO YOUR ADDRESS"_s), nullptr);
-        press(u"USE IT"_s);
+        control(u"USE IT"_s)->forceActiveFocus();
+        QTest::keyClick(&m_stage.window(), Qt::Key_Space);
+        const QQuickItem *focused = m_stage.window().activeFocusItem();
+        ASSERT_NE(focused, nullptr);
+        EXPECT_TRUE(focused->isVisible() && focused->activeFocusOnTab())
+            << "the button has left, the focus has not";
         EXPECT_EQ(model->address(), own);
         expectClean();
         EXPECT_EQ(m_stage.view().implicitHeight(), plain);
