@@ -362,6 +362,11 @@ TEST_F(BackupCardModelTest, TakesTheCopyBack)
     m_card.reset();
     queue.advance(120s);
     EXPECT_EQ(m_clipboard.cleared, 3) << "nothing was copied, and no timer remains";
+    openCard();
+    m_card->copy();
+    queue.advance(60s);
+    m_card.reset();
+    EXPECT_EQ(m_clipboard.cleared, 4) << "cleared once for one copy";
 }
 
 class SetupCardModelTest : public tests::OneCardTest<&CardModels::setupCard>

@@ -52,7 +52,12 @@ public:
 private:
     struct DeleteLater
     {
-        void operator()(QTimer *timer) const { timer->deleteLater(); }
+        void operator()(QTimer *timer) const
+        {
+            // It must not fire any more: its handle may be gone already.
+            timer->stop();
+            timer->deleteLater();
+        }
     };
 
     struct Transfer
