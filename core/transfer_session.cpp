@@ -160,6 +160,7 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
             u"the earlier transfer may still go through — press again to send this one too"_s));
     }
     m_warned.reset();
+    m_hasAttempted = true;
     if (m_latest) {
         m_previous = m_latest;
     }
@@ -444,7 +445,7 @@ void TransferSession::showFate(TransferFate fate, const FollowedPtr &transfer)
 void TransferSession::tell(bool isNews)
 {
     m_hasNews = m_hasNews || isNews;
-    m_report.isEarlier = m_toldOf && m_toldOf != m_latest;
+    m_report.isEarlier = m_hasAttempted && m_toldOf && m_toldOf != m_latest;
     Q_EMIT reportChanged();
 }
 

@@ -61,7 +61,7 @@ struct TransferReport
     TransferFate fate = TransferFate::Unknown;
     /// The transfer with that fate; empty if `fate` is unknown.
     std::optional<TransferIntent> subject;
-    /// True if that is not the transfer of the latest press.
+    /// True if that is not the transfer of the latest press in this run.
     bool isEarlier = false;
 };
 
@@ -160,6 +160,8 @@ private:
     /// The transfer of the latest press; null until it is submitted. And the one before that.
     FollowedPtr m_latest;
     FollowedPtr m_previous;
+    /// True once a transfer was begun in this run.
+    bool m_hasAttempted = false;
     /// The intent that was refused because an earlier transfer is doubtful.
     std::optional<TransferIntent> m_warned;
 };
