@@ -359,7 +359,8 @@ void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
     forget(transfer);
     // The confirmation of what was told as sent is no news. It stands beside that, but must not be
     // taken for one of a later transfer.
-    const bool waits = m_hasNews && m_toldOf && m_toldOf != transfer && !m_toldOf->isOpen();
+    const bool isOther = m_toldOf && m_toldOf != transfer && !m_toldOf->isOpen();
+    const bool waits = isOther && (m_hasNews || (isNews && isTold(transfer)));
     if (!waits && (isNews || (transfer == m_latest && m_report.signature))) {
         showFate(fate, transfer);
     }
@@ -423,12 +424,31 @@ void TransferSession::markSeen()
         return;
     }
     m_services.queue.after(newsPause, [self = QPointer(this)] {
-        if (self && !self->m_hasNews && !self->m_report.sending && !self->m_unseen.empty()) {
-            const FollowedPtr next = self->m_unseen.front();
-            self->showFate(next->fate, next);
-            self->tell(true);
+        if (self) {
+            self->tellNext();
         }
     });
+}
+
+bool TransferSession::isTold(const FollowedPtr &transfer) const
+{
+    return m_report.fate == transfer->fate && m_report.subject == transfer->intent();
+}
+
+void TransferSession::tellNext()
+{
+    if (m_hasNews || m_report.sending || m_unseen.empty()) {
+        return;
+    }
+    const FollowedPtr next = m_unseen.front();
+    if (isTold(next)) {
+        // Without a break, the same words about two payments would look like those about one.
+        showFate(TransferFate::Unknown, nullptr);
+        tell(false);
+    } else {
+        showFate(next->fate, next);
+        tell(true);
+    }
 }
 
 void TransferSession::showFate(TransferFate fate, const FollowedPtr &transfer)

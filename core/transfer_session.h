@@ -137,6 +137,9 @@ private:
     /// Asks the cluster once; `Checking` if the fate is still open.
     static QCoro::Task<TransferFate> ask(QPointer<TransferSession> self, FollowedPtr transfer);
     void startFollowing(const FollowedPtr &transfer);
+    /// True if the report already says the same, in the same words.
+    [[nodiscard]] bool isTold(const FollowedPtr &transfer) const;
+    void tellNext();
     void showFate(TransferFate fate, const FollowedPtr &transfer);
     void settle(const FollowedPtr &transfer, TransferFate fate);
 

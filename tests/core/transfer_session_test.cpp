@@ -524,6 +524,25 @@ TEST_F(TransferSessionTest, AnAcceptedTransferIsFollowedAfterARestartUntilAllIsT
     }
 }
 
+TEST_F(TransferSessionTest, TellsTheSameWordsAboutTwoPaymentsWithABreak)
+{
+    http.hold(sendTransaction);
+    auto sending = model->sendSOL(addressA, 1);
+    queue.drain();
+    http.release(sendTransaction,
+                 R"({"result": ")" + signatureOf(submitted()[0]).toLatin1() + R"("})");
+    finish(std::move(sending));
+    loseTransfer();
+    answerHeight(2000);
+    for (const TransferFate expected :
+         {TransferFate::DidNotGoThrough, TransferFate::Unknown, TransferFate::DidNotGoThrough}) {
+        queue.advance(5s);
+        EXPECT_EQ(fate(), expected);
+        model->transfers().markSeen();
+    }
+    EXPECT_EQ(settings.string(transfersSetting), QString());
+}
+
 TEST_F(TransferSessionTest, NeverTakesTheBytesOfOnePaymentForAnother)
 {
     loseTransfer();
