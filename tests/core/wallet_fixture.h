@@ -35,6 +35,12 @@ inline const QString tokens = QStringLiteral("getTokenAccountsByOwner");
 inline const QString addressA = QStringLiteral("EPjFWdd5AufqSSqeM2qN1xzybapC8G4wEGGkZwyTDt1v");
 inline const QString addressB = QStringLiteral("4zMMC9srt5Ri5X14GAgXhaHii3GnPAEERYPJgZJDncDU");
 
+/// The reply to a request for a blockhash; `more` are further members of its value.
+inline QByteArray blockhashReply(const QString &blockhash, const QByteArray &more = {})
+{
+    return R"({"result": {"value": {"blockhash": ")" + blockhash.toLatin1() + '"' + more + "}}}";
+}
+
 /// A wallet with services that all reply successfully unless a test changes that.
 class WalletTest : public testing::Test
 {

@@ -92,7 +92,7 @@ class KeyboardTest(IslandTest):
         name = self.focused(corvane)
         return name if name != before else None
 
-    def test_buttons_and_picker_follow_the_keys(self):
+    def test_the_picker_follows_the_keys(self):
         with self.run_corvane() as corvane:
             corvane.hover()
             corvane.press_button("Settings")
@@ -103,7 +103,3 @@ class KeyboardTest(IslandTest):
             wait_until(lambda: corvane.settings().get("corvane.network") == "devnet", "devnet")
             self.screen.press("Left")
             wait_until(lambda: corvane.settings()["corvane.network"] == "mainnet", "mainnet")
-            while self.focused(corvane) != "DONE":
-                self.screen.press("Tab")
-            self.screen.press("Return")
-            corvane.wait_for("TOTAL BALANCE")

@@ -6,8 +6,6 @@ from peers import DOCUMENT, NETWORK, NEW, SENDING, SENT, WENT_THROUGH, document
 from peers_runner import FEE, SOL, PeersTest
 from support import KEY_ADDRESS, RECIPIENT, wait_until
 
-from desktop.corvane import CARD_WIDTH
-
 
 class DocumentTest(unittest.TestCase):
     def test_is_what_peers_writes(self):
@@ -33,21 +31,9 @@ class NetworkTest(PeersTest):
         self.opens_and_folds()
         self.cycle_ended(after)
         self.shows(row.sees)
-        self.nothing_overlaps()
         self.localnet.control("clear-faults")
         self.refresh(NEW)
         self.assertEqual(self.kept(), before)
-
-    def nothing_overlaps(self):
-        """Figures never overlap, whatever their length."""
-        shown = [(thing.name, thing.extents(1)) for thing in self.corvane.tree.things()
-                 if thing.role == "label" and thing.name in self.figures()]
-        middle, half = self.desktop.screen.width // 2, CARD_WIDTH // 2
-        for name, (x, y, width, height) in shown:
-            self.assertTrue(middle - half < x and x + width < middle + half, f"{name} leaves the card")
-            for other, (left, top, *_) in shown:
-                self.assertFalse(x < left < x + width and y <= top < y + height,
-                                 f"{name} over {other}")
 
     def no_network(self, row):
         corvane = self.start()

@@ -88,21 +88,6 @@ class PolkitTest(PeersTest):
     def test_polkit(self):
         self.run_rows(POLKIT)
 
-    def refused_while_unlocking(self, row):
-        self.prepare("user-presence")
-        with self.run_with_key() as corvane:
-            with self.agent(corvane, "refuse") as reasons:
-                corvane.hover()
-                corvane.wait_for(*row.sees)
-                wait_until(lambda: reasons() == ["org.corvane.unlock: unlock Corvane"], "the reason")
-                self.opens_and_folds()
-                self.assertEqual(self.figures(), set())
-            with self.agent(corvane, "authenticate"):
-                corvane.press_button("UNLOCK")
-                # The same answer also unlocks the key.
-                self.fill_form()
-            self.send_one()
-
     def quits_while_unlocking(self, row):
         self.prepare("user-presence")
         with self.run_with_key() as corvane, self.agent(corvane, "hang") as reasons:

@@ -2,13 +2,10 @@
 
 import signal
 
-from gi.repository import Gio, GLib
-
 from support import IslandTest, wait_until
 
 from desktop import StatusNotifierHost, XEmbedTray, processes
 
-NAME, PATH = "org.corvane.Corvane.Demo", "/org/corvane/Corvane/Demo"
 TRAY, SIDE = (300, 300), 24
 
 
@@ -96,27 +93,6 @@ class InstanceTest(ShellTest):
             alone = corvane.start_again("--refresh")
             self.assertEqual(alone.returncode, 1)
             self.assertIn("not running", alone.stderr)
-
-    def test_many_calls_cost_little(self):
-        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
-                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-        with self.run_corvane() as corvane:
-            bus = Gio.DBusConnection.new_for_address_sync(self.desktop.bus_address, flags, None, None)
-            self.addCleanup(bus.close_sync, None)
-
-            def call(action, *parameters, done=None):
-                arguments = GLib.Variant("(sava{sv})", (action, [GLib.Variant("s", text) for text in parameters], {}))
-                bus.call(NAME, PATH, "org.freedesktop.Application", "ActivateAction", arguments, None,
-                         Gio.DBusCallFlags.NONE, -1, None, done)
-            answers = []
-            for index in range(1000):
-                call("refresh")
-                call("open", ("send", "receive", "balance", "settings")[index % 4])
-            call("refresh", "x" * 30_000_000, done=lambda _, result: answers.append(result))
-            wait_until(lambda: GLib.MainContext.default().iteration(False) or answers, "the last answer")
-            self.assertLess(corvane.own_memory(), 40_000_000)
-            self.assertLess(corvane.handles(), 64)
-            self.assertEqual(corvane.start_again("--open", "receive").returncode, 0)
 
     def test_open_starts_the_program(self):
         with self.run_corvane() as corvane:

@@ -46,13 +46,6 @@ class Accessible:
         if not done:
             raise RuntimeError(f"{self.role} {self.name!r} cannot be pressed")
 
-    def set_text(self, text):
-        """Replaces the text of a field, as dictation does."""
-        done, = self.tree.call(self.owner, self.path, "org.a11y.atspi.EditableText",
-                               "SetTextContents", GLib.Variant("(s)", (text,)))
-        if not done:
-            raise RuntimeError(f"the text of {self.role} {self.name!r} cannot be set")
-
     def extents(self, scale):
         """(x, y, width, height) on the screen in pixels; `scale` is the number of pixels per point.
         None if the object no longer exists."""

@@ -93,14 +93,6 @@ class Corvane:
     def process_id(self):
         return self._process.pid
 
-    def own_memory(self):
-        """Bytes of memory that are the program's alone."""
-        rollup = pathlib.Path(f"/proc/{self.process_id}/smaps_rollup").read_text()
-        return 1024 * int(rollup.partition("Private_Dirty:")[2].split()[0])
-
-    def handles(self):
-        return len(os.listdir(f"/proc/{self.process_id}/fd"))
-
     def messages(self):
         return self.log.read_text(errors="replace")
 
