@@ -18,7 +18,12 @@ using tests::Table;
 TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
 {
     constexpr std::uint64_t sol = 1'000'000'000;
-    const QString tooMuch = u"amount + fee is more than the balance of 2 SOL"_s;
+    const auto tooMuchOf = [](const QString &balance) {
+        return u"amount + fee is more than the balance of "_s + balance + u" SOL"_s;
+    };
+    const QString tooMuch = tooMuchOf(u"2"_s);
+    const QString little = u"SEND ALL 0.000995"_s;
+    const QString least = u"KEEP ACCOUNT 0.00010412"_s;
     const auto leaves = [](const QString &rest) {
         return u"leaves "_s + rest + u" SOL — your account keeps nothing or at least 0.00089088"_s;
     };
@@ -28,16 +33,9 @@ TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
     const QString newAddress = u"a new address needs at least 0.00089088 SOL"_s;
     const QString all = u"SEND ALL 1.999995"_s;
     const QString most = u"KEEP ACCOUNT 1.99910412"_s;
-    struct Case
-    {
-        std::uint64_t balance;
-        std::optional<std::uint64_t> amount;
-        std::optional<std::uint64_t> recipientHas;
-        bool isToSelf;
-        QString text;
-        QStringList offers;
-    };
-    for (const auto &[balance, amount, recipientHas, isToSelf, text, offers] : std::vector<Case>{
+    using Count = std::optional<std::uint64_t>;
+    for (const auto &[balance, amount, recipientHas, isToSelf, text, offers] :
+         Table<std::uint64_t, Count, Count, bool, QString, QStringList>{
              {2'400'000'000, {}, {}, false, u"2.399995 SOL available · fee 0.000005"_s, {}},
              {4'999, {}, {}, false, u"0 SOL available · fee 0.000005"_s, {}},
              {2 * sol, sol, {}, false, left(u"0.999995"_s), {}},
@@ -54,26 +52,16 @@ TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
              {2 * sol, 890'879, 0, false, newAddress, {u"SEND 0.00089088"_s}},
              {2 * sol, 890'879, 1, false, left(u"1.999104121"_s), {}},
              {892'000, 100, 0, false, newAddress, {}},
-             {1'000'000,
-              2 * sol,
-              0,
-              false,
-              u"amount + fee is more than the balance of 0.001 SOL"_s,
-              {u"SEND ALL 0.000995"_s}},
-             {1'000'000,
-              2 * sol,
-              1,
-              false,
-              u"amount + fee is more than the balance of 0.001 SOL"_s,
-              {u"SEND ALL 0.000995"_s, u"KEEP ACCOUNT 0.00010412"_s}},
+             {1'000'000, 2 * sol, 0, false, tooMuchOf(u"0.001"_s), {little}},
+             {1'000'000, 2 * sol, 1, false, tooMuchOf(u"0.001"_s), {little, least}},
              // To itself, only the fee leaves the account.
              {2 * sol, 1'999'994'999, 2 * sol, true, left(u"1.999995"_s), {}},
              {2 * sol, 2 * sol, 2 * sol, true, tooMuch, {all, most}},
              {800'000, 100, 800'000, true, leaves(u"0.000795"_s), {}},
-             {3'000, 1, {}, false, u"amount + fee is more than the balance of 0.000003 SOL"_s, {}},
+             {3'000, 1, {}, false, tooMuchOf(u"0.000003"_s), {}},
          }) {
         SCOPED_TRACE(testing::Message() << balance << ' ' << amount.value_or(0));
-        const auto lamports = [](std::optional<std::uint64_t> count) {
+        const auto lamports = [](Count count) {
             return count ? std::optional(Lamports(*count)) : std::nullopt;
         };
         const TransferOutlook outlook = transferOutlook(
@@ -150,6 +138,27 @@ TEST(RentMinimum, IsAskedOnceAndBelievedWithinReason)
         queue.drain();
     }
     EXPECT_TRUE(http.requests()[0].body.contains(R"("params":[0])"));
+}
+
+TEST(ParseAmount, ReadsDecimalNumbersOnly)
+{
+    for (const auto &[text, value] : Table<QString, double>{{u"1.5"_s, 1.5},
+                                                            {u"1,5"_s, 1.5},
+                                                            {u",5"_s, 0.5},
+                                                            {u"2."_s, 2},
+                                                            {u"007"_s, 7},
+                                                            {u"+1"_s, 1},
+                                                            {u"-1"_s, -1},
+                                                            {u"1e-3"_s, 0.001},
+                                                            {u"1E2"_s, 100},
+                                                            {u"0.0000"_s, 0}}) {
+        EXPECT_EQ(parseAmount(text), value) << text.toStdString();
+    }
+    for (const QString &text : {u""_s, u" 1.5"_s, u"1.5 "_s, u"1\n"_s, u"1,000.5"_s, u"1.5.0"_s,
+                                u"."_s, u"-"_s, u"+"_s, u"+-1"_s, u"++1"_s, u"1e"_s, u"1e999"_s,
+                                u"0x10"_s, u"inf"_s, u"nan"_s, u"one"_s, u"1 SOL"_s, u"１"_s}) {
+        EXPECT_EQ(parseAmount(text), std::nullopt) << text.toStdString();
+    }
 }
 
 } // namespace

@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 using platform::SecretBytes;
 using tests::addressA;
 
-const QString latestBlockhash = u"getLatestBlockhash"_s;
 const QString sendTransaction = u"sendTransaction"_s;
 const QString keyService = u"corvane.signing-key"_s;
 
@@ -21,8 +20,7 @@ class WalletKeysTest : public tests::WalletTest
 protected:
     WalletKeysTest()
     {
-        http.answer(latestBlockhash, R"({"result": {"value": {"blockhash": ")" +
-                                         tests::addressB.toLatin1() + R"("}}})");
+        http.answer(u"getLatestBlockhash"_s, tests::blockhashReply(tests::addressB));
         launchAndSettle();
     }
 

@@ -176,15 +176,6 @@ TEST_F(WalletTest, ChoosesTheEndpointAfreshForEveryCall)
         ASSERT_EQ(http.requests().size(), 1U);
         EXPECT_EQ(http.requests()[0].url, QUrl(endpoint));
     }
-    // A local web app has no proxy.
-    http.answer(probe, "{}");
-    launchAndSettle();
-    model->setCustomRPC(QString());
-    model->setNetwork(SolNetwork::Mainnet);
-    model->setWalletURL(u"/srv/wallet"_s);
-    queue.drain();
-    EXPECT_FALSE(model->proxyOK());
-    EXPECT_EQ(model->rpcURL(), QUrl(u"http://mainnet.test"_s));
 }
 
 } // namespace

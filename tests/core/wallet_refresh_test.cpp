@@ -130,21 +130,18 @@ TEST_F(Refresh, DropsALateReplyOnlyForAnotherAddressOrNetwork)
 TEST_F(Refresh, FallsBackFromOnePriceServiceToTheNext)
 {
     const platform::HttpResult unasked = HttpError::Cancelled;
+    const auto ok = [](const char *body) { return HttpReply{200, body}; };
+    const HttpReply binanceQuote = ok(R"({"lastPrice": "170.5", "priceChangePercent": "-1"})");
+    const HttpReply notANumber = ok(R"({"lastPrice": " 170.5"})");
+    const HttpReply coinbaseQuote = ok(R"({"data": {"amount": "180"}})");
     const Names order{coinGecko, binance, coinbase};
     for (const auto &[first, second, third, asked, price, chg] :
          Table<platform::HttpResult, platform::HttpResult, platform::HttpResult, int, double,
                std::optional<double>>{
-             {HttpReply{500, R"({"solana": {"usd": 160}})"}, unasked, unasked, 1, 160, {}},
-             {HttpReply{200, "{}"},
-              HttpReply{200, R"({"lastPrice": "170.5", "priceChangePercent": "-1"})"}, unasked, 2,
-              170.5, -1},
-             {HttpError::TimedOut,
-              HttpReply{451, R"({"lastPrice": " 170.5"})"},
-              HttpReply{200, R"({"data": {"amount": "180"}})"},
-              3,
-              180,
-              {}},
-             {HttpError::TimedOut, HttpError::Unreachable, HttpReply{200, "<html>"}, 3, 150, 2.5},
+             {ok(R"({"solana": {"usd": 160}})"), unasked, unasked, 1, 160, {}},
+             {ok("{}"), binanceQuote, unasked, 2, 170.5, -1},
+             {HttpError::TimedOut, notANumber, coinbaseQuote, 3, 180, {}},
+             {HttpError::TimedOut, HttpError::Unreachable, ok("<html>"), 3, 150, 2.5},
          }) {
         SCOPED_TRACE(price);
         http.answer(coinGecko, R"({"solana": {"usd": 150, "usd_24h_change": 2.5}})");

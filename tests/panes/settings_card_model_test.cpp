@@ -31,15 +31,11 @@ TEST_F(SettingsCardModelTest, FlagsWhatIsTypedAndNeverRejectsIt)
         EXPECT_EQ(m_card->address(), typed);
         EXPECT_EQ(settings.string(u"corvane.address"_s), typed);
     }
-    for (const auto &[typed, source, isPublic] : tests::Table<QString, QString, bool>{
-             {u"ftp://x"_s, u"RPC: PUBLIC RPC (RATE-LIMITED)"_s, true},
-             {u"https://x.test"_s, u"RPC: CUSTOM ENDPOINT"_s, false},
-         }) {
-        m_card->setCustomRPC(typed);
-        EXPECT_EQ(m_card->customRPC(), typed);
-        EXPECT_EQ(m_card->rpcSource(), source);
-        EXPECT_EQ(m_card->rpcIsPublic(), isPublic);
-    }
+    EXPECT_TRUE(m_card->rpcIsPublic());
+    m_card->setCustomRPC(u" https://x.test"_s);
+    EXPECT_EQ(m_card->customRPC(), u" https://x.test"_s);
+    EXPECT_EQ(m_card->rpcSource(), u"RPC: CUSTOM ENDPOINT"_s);
+    EXPECT_FALSE(m_card->rpcIsPublic());
 }
 
 TEST_F(SettingsCardModelTest, SwitchesTheNetworkAndFetches)
