@@ -109,18 +109,12 @@ TEST_F(AppDelegateTest, AsksForTheAppearanceWhenTheIslandIsAboutToOpen)
 
 TEST_F(AppDelegateTest, RegistersOnlyTheInstalledProgramAndOnlyOnce)
 {
-    struct Case
-    {
-        const char *path;
-        bool enabled;
-        int registrations;
-    };
-    for (const auto &[path, enabled, registrations] : {
-             Case{"/Applications/Corvane.app", false, 1},
-             Case{"/ApplicationsOfMine/Corvane.app", false, 1},
-             Case{"/Applications/Corvane.app", true, 0},
-             Case{"/Applications/corvane", false, 0},
-             Case{"/home/ada/Corvane.app", false, 0},
+    for (const auto &[path, enabled, registrations] : tests::Table<const char *, bool, int>{
+             {"/Applications/Corvane.app", false, 1},
+             {"/ApplicationsOfMine/Corvane.app", false, 1},
+             {"/Applications/Corvane.app", true, 0},
+             {"/Applications/corvane", false, 0},
+             {"/home/ada/Corvane.app", false, 0},
          }) {
         m_bundle.runningFrom = QString::fromLatin1(path);
         m_loginItem.enabled = enabled;
@@ -132,16 +126,10 @@ TEST_F(AppDelegateTest, RegistersOnlyTheInstalledProgramAndOnlyOnce)
 
 TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
 {
-    struct Case
-    {
-        platform::InstanceRequest request;
-        bool known;
-        IslandPane pane;
-    };
     const auto open = [](const char *pane) {
         return platform::InstanceRequest{QStringLiteral("open"), QString::fromLatin1(pane)};
     };
-    const std::vector<Case> cases{
+    const tests::Table<platform::InstanceRequest, bool, IslandPane> cases{
         {{}, true, IslandPane::Balance},
         {open("settings"), true, IslandPane::Settings},
         {{}, true, IslandPane::Settings},

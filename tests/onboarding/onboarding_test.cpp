@@ -1,5 +1,10 @@
-#include "tests/onboarding/onboarding_fixture.h"
+#include "onboarding/install_page_model.h"
+#include "onboarding/island_demo_model.h"
+#include "onboarding/onboarding.h"
+#include "tests/fakes/fake_shell.h"
+#include "tests/island/island_fixture.h"
 
+#include <QQuickItem>
 #include <QSignalSpy>
 
 namespace corvane::onboarding {
@@ -7,7 +12,27 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using tests::OnboardingTest;
+
+/// An island, and the tour that ends by opening it.
+class OnboardingTest : public tests::IslandTest
+{
+protected:
+    OnboardingTest()
+    {
+        m_screens.screens = {tests::plainScreen({0, 0, 1512, 982})};
+        launchIsland();
+    }
+    ~OnboardingTest() override { m_onboarding.reset(); }
+
+    tests::FakeApplication m_application;
+    tests::FakeBundle m_bundle;
+    tests::FakeLoginItem m_loginItem;
+    tests::FakeFloatingWindows m_windows;
+    std::optional<Onboarding> m_onboarding{
+        std::in_place,
+        OnboardingServices{queue, settings, m_bundle, m_loginItem, m_application, m_windows,
+                           [](Onboarding &) { return std::make_unique<QQuickItem>(); }}};
+};
 
 TEST_F(OnboardingTest, ShowsOneWindowInTheMiddleAndRemembersThat)
 {
@@ -74,40 +99,87 @@ TEST_F(OnboardingTest, MovesOnlyWhatCanBeMoved)
     const QString target = u"/Applications/Corvane.app"_s;
     const QString source = u"/home/ada/Downloads/Corvane.app"_s;
     const QStringList moved{u"copy "_s + source, u"open "_s + target};
-    struct Case
-    {
-        const char *name;
-        QString path;
-        bool installedBefore;
-        bool removable;
-        bool copyable;
-        bool succeeds;
-        QStringList done;
-    };
-    const Case cases[] = {
-        {"bare executable", u"/home/ada/build/app"_s, false, true, true, false, {}},
-        {"installed", target, true, true, true, false, {}},
-        {"over an old copy", source, true, true, true, true,
-         QStringList{u"remove "_s + target} + moved},
-        {"old copy stays", source, true, false, true, false, {u"remove "_s + target}},
-        {"copy fails", source, false, true, false, false, {u"copy "_s + source}},
-    };
-    for (const Case &expected : cases) {
-        SCOPED_TRACE(expected.name);
+    const QStringList removed{u"remove "_s + target};
+    for (const auto &[path, installedBefore, removable, copyable, succeeds, done] :
+         tests::Table<QString, bool, bool, bool, bool, QStringList>{
+             {u"/home/ada/build/app"_s, false, true, true, false, {}},
+             {target, true, true, true, false, {}},
+             {source, true, true, true, true, removed + moved},
+             {source, true, false, true, false, removed},
+             {source, false, true, false, false, {u"copy "_s + source}},
+         }) {
+        SCOPED_TRACE(done.join(u',').toStdString());
         m_bundle.done.clear();
         m_application.terminations = 0;
-        m_bundle.runningFrom = expected.path;
-        m_bundle.removable = expected.removable;
-        m_bundle.copyable = expected.copyable;
-        m_bundle.present = expected.installedBefore ? QStringList{target} : QStringList{};
-        EXPECT_EQ(m_onboarding->moveToApplications(), expected.succeeds);
-        EXPECT_EQ(m_bundle.done, expected.done);
+        m_bundle.runningFrom = path;
+        m_bundle.removable = removable;
+        m_bundle.copyable = copyable;
+        m_bundle.present = installedBefore ? QStringList{target} : QStringList{};
+        EXPECT_EQ(m_onboarding->moveToApplications(), succeeds);
+        EXPECT_EQ(m_bundle.done, done);
         queue.advance(799ms);
         EXPECT_EQ(m_application.terminations, 0);
         queue.advance(1ms);
-        EXPECT_EQ(m_application.terminations, expected.succeeds ? 1 : 0);
+        EXPECT_EQ(m_application.terminations, succeeds ? 1 : 0);
         queue.advance(5s);
     }
+}
+
+class PageModels : public OnboardingTest
+{
+protected:
+    template <typename Model>
+    void complete(Model &model)
+    {
+        model.setProperty("onboarding", QVariant::fromValue(&*m_onboarding));
+        model.componentComplete();
+    }
+};
+
+TEST_F(PageModels, InstallRowsSayWhereItLives)
+{
+    const QString download = u"currently running from the download location"_s;
+    const QString build = u"dev build — install with the installer script"_s;
+    for (const auto &[path, detail, done, movable] : tests::Table<QString, QString, bool, bool>{
+             {u"/home/ada/build/app"_s, build, true, false},
+             {u"/home/ada/Downloads/Corvane.app"_s, download, false, true},
+             {u"/Applications/Corvane.app"_s, u"installed"_s, true, false},
+             {u"/Applications/tools/bin"_s, u"installed"_s, true, false},
+         }) {
+        SCOPED_TRACE(path.toStdString());
+        m_bundle.runningFrom = path;
+        InstallPageModel page;
+        complete(page);
+        EXPECT_EQ(page.applicationsDetail(), detail);
+        EXPECT_EQ(page.applicationsDone(), done);
+        EXPECT_EQ(page.isMovable(), movable);
+    }
+}
+
+TEST_F(PageModels, DemoGoesRoundWhileItIsShown)
+{
+    const auto timers = queue.pendingTimers();
+    {
+        IslandDemoModel demo;
+        complete(demo);
+        queue.advance(5s);
+        EXPECT_FALSE(demo.isStretched()) << "the page is hidden";
+        demo.setShown(true);
+        queue.advance(1499ms);
+        EXPECT_FALSE(demo.isStretched());
+        queue.advance(1ms);
+        QStringList captions;
+        using Phase = std::pair<bool, bool>;
+        for (const Phase &phase :
+             {Phase{true, false}, {true, true}, {false, false}, {true, false}}) {
+            EXPECT_EQ(Phase(demo.isStretched(), demo.isUnfurled()), phase);
+            captions.append(demo.caption());
+            queue.advance(1500ms);
+        }
+        EXPECT_EQ(captions.first(), captions.last());
+        EXPECT_EQ(captions.removeDuplicates(), 1);
+    }
+    EXPECT_EQ(queue.pendingTimers(), timers);
 }
 
 } // namespace

@@ -95,6 +95,11 @@ class Installation(Folder):
     def put(self, bundle=BUNDLE, check=True):
         return self.install("--bundle", str(bundle), check=check)
 
+    def assert_refused(self, reason, bundle=BUNDLE):
+        status, told = self.put(bundle, check=False)
+        self.assertNotEqual(status, 0)
+        self.assertIn(reason, told)
+
     def tree(self):
         """Every path below the folder with its content: a link's target or a file's bytes."""
         return {str(path.relative_to(self.folder)):
@@ -169,9 +174,7 @@ class Installation(Folder):
         for killed_between_renames in (False, True):
             if killed_between_renames:
                 (self.folder / APP).rename(self.folder / "Applications/.Corvane.app.old")
-            status, told = self.put(newer, check=False)
-            self.assertNotEqual(status, 0)
-            self.assertIn("as it was before", told)
+            self.assert_refused("as it was before", newer)
             self.assertEqual(self.tree(), before)
 
     def test_a_failed_first_installation_leaves_nothing(self):
@@ -236,9 +239,7 @@ class Installation(Folder):
                                (linked, "share/link is neither a file nor a folder")):
             with self.subTest(reason):
                 before = self.installed_tree()
-                status, told = self.put(bundle, check=False)
-                self.assertNotEqual(status, 0)
-                self.assertIn(reason, told)
+                self.assert_refused(reason, bundle)
                 self.assertEqual(self.installed_tree(), before)
 
     @unittest.skipUnless(os.geteuid() == 0, "needs root")
@@ -248,9 +249,7 @@ class Installation(Folder):
         for owner, mode in ((0, 0o775), (0, 0o757), (1, 0o755)):
             os.chown(applications, owner, -1)
             applications.chmod(mode)
-            status, told = self.put(check=False)
-            self.assertNotEqual(status, 0)
-            self.assertIn("writable by nobody else", told)
+            self.assert_refused("writable by nobody else")
             self.assertEqual(os.listdir(applications) if applications.exists() else [], [])
             applications.mkdir(exist_ok=True)
 
@@ -261,9 +260,7 @@ class Installation(Folder):
                 file = self.write(path, "Exec=/opt/another\n")
                 before = self.tree()
                 if not path.startswith("config"):
-                    status, told = self.put(check=False)
-                    self.assertNotEqual(status, 0)
-                    self.assertIn("move it away", told)
+                    self.assert_refused("move it away")
                 self.assertIn("not installed", self.install("--uninstall"))
                 self.assertEqual(self.tree(), before)
                 file.unlink()

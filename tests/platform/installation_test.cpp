@@ -1,5 +1,6 @@
 #include "platform/linux/files/local_application_bundle.h"
 #include "platform/linux/files/xdg_autostart.h"
+#include "tests/fakes/table.h"
 #include "tests/platform/wait_until.h"
 
 #include <QDir>
@@ -68,25 +69,19 @@ TEST_F(InstallationTest, AutostartEntrySurvivesEveryPath)
 
 TEST_F(InstallationTest, AutostartFollowsWhatTheUserHasChosen)
 {
-    struct Case
-    {
-        const char *lines;
-        bool enabled;
-        bool enables;
-    };
     const QString entry = path("autostart/org.corvane.Corvane.desktop");
     const QByteArray head = "[Other]\nHidden=true\n[Desktop Entry]\n";
-    for (const auto &[lines, enabled, enables] : {
-             Case{"Exec=/opt/corvane", true, true},
-             Case{"Exec = \"/opt/corvane\" --open balance", true, true},
-             Case{"Exec=/opt/corvane\nHidden=false", true, true},
-             Case{"Exec=/old/corvane", false, true},
-             Case{"Exec=/opt/corvane-old", false, true},
-             Case{"Name=Corvane", false, true},
-             Case{"Exec=\"/opt/corvane", false, true},
-             Case{"this is no entry", false, true},
-             Case{"Exec=/opt/corvane\nHidden=true", false, false},
-             Case{"Exec=/opt/corvane\nX-GNOME-Autostart-enabled=false", false, false},
+    for (const auto &[lines, enabled, enables] : tests::Table<const char *, bool, bool>{
+             {"Exec=/opt/corvane", true, true},
+             {"Exec = \"/opt/corvane\" --open balance", true, true},
+             {"Exec=/opt/corvane\nHidden=false", true, true},
+             {"Exec=/old/corvane", false, true},
+             {"Exec=/opt/corvane-old", false, true},
+             {"Name=Corvane", false, true},
+             {"Exec=\"/opt/corvane", false, true},
+             {"this is no entry", false, true},
+             {"Exec=/opt/corvane\nHidden=true", false, false},
+             {"Exec=/opt/corvane\nX-GNOME-Autostart-enabled=false", false, false},
          }) {
         write(entry, head + lines + "\n");
         XdgAutostart item(m_folder.path(), QStringLiteral("/opt/corvane"));

@@ -11,11 +11,7 @@ namespace corvane::tests {
 namespace {
 
 using namespace Qt::StringLiterals;
-using platform::addNotch;
-using platform::parseNotch;
-using platform::pixelsOf;
-using platform::Screen;
-using platform::ScreenCoordinates;
+using namespace platform;
 
 // A primary display of 1920 x 1080 points at scale 2, one at scale 1 to its left and lower, and one
 // above it.
@@ -84,11 +80,11 @@ TEST(CameraNotch, LeavesEqualAreasOnBothSides)
 
 TEST(QtScreens, PutsTheNotchOnThePrimaryScreen)
 {
-    const auto main = platform::QtScreens(u"180x38"_s).main();
+    const auto main = QtScreens(u"180x38"_s).main();
     ASSERT_TRUE(main.has_value());
     EXPECT_EQ(main->frame.topLeft(), QPointF(0, 0));
     EXPECT_EQ(main->safeAreaTop, 38);
-    EXPECT_EQ(platform::QtScreens(u"broken"_s).main()->safeAreaTop, 0);
+    EXPECT_EQ(QtScreens(u"broken"_s).main()->safeAreaTop, 0);
 }
 
 TEST(WindowRegion, RoundsEdgesToPixels)
