@@ -236,7 +236,8 @@ QCoro::Task<std::optional<LatestBlockhash>> TransferSession::fetchBlockhash(Tran
                             mainnetTimeout);
     const JsonResult answer = co_await question;
     const auto *known = std::get_if<QJsonValue>(&answer);
-    co_return known != nullptr &&readIsValid(*known) ? std::nullopt : recent;
+    const bool isKnown = known != nullptr && readIsValid(*known);
+    co_return isKnown ? std::nullopt : recent;
 }
 
 QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
@@ -344,8 +345,8 @@ QCoro::Task<TransferFate> TransferSession::ask(QPointer<TransferSession> self, F
         submitted.lastValidBlockHeight = *height + blockhashLife;
     }
     const bool expired = height && *height > *submitted.lastValidBlockHeight;
-    co_return expired &&status == TransactionStatus::NotFound ? TransferFate::DidNotGoThrough
-                                                              : TransferFate::Checking;
+    const bool isLost = expired && status == TransactionStatus::NotFound;
+    co_return isLost ? TransferFate::DidNotGoThrough : TransferFate::Checking;
 }
 
 void TransferSession::settle(const FollowedPtr &transfer, TransferFate fate)
