@@ -97,7 +97,7 @@ TransferSession::TransferSession(TransferServices services, QObject *parent)
     for (const FollowedPtr &transfer : m_open) {
         m_services.queue.post([self = QPointer(this), transfer] {
             if (self) {
-                self->startFollowing(transfer);
+                self->startFollowing(transfer, false);
             }
         });
     }
@@ -279,23 +279,23 @@ QCoro::Task<SendResult<QString>> TransferSession::submit(FollowedPtr transfer)
         m_unseen.push_back(transfer);
     }
     store();
-    startFollowing(transfer);
+    // Nothing is confirmed at once, and the user reads the outcome first.
+    startFollowing(transfer, true);
     co_return outcome;
 }
 
-void TransferSession::startFollowing(const FollowedPtr &transfer)
+void TransferSession::startFollowing(const FollowedPtr &transfer, bool pauses)
 {
     if (transfer->isOpen() && !std::exchange(transfer->isFollowed, true)) {
-        follow(this, transfer);
+        follow(this, transfer, pauses);
     }
 }
 
-QCoro::Task<> TransferSession::follow(QPointer<TransferSession> self, FollowedPtr transfer)
+QCoro::Task<> TransferSession::follow(QPointer<TransferSession> self, FollowedPtr transfer,
+                                      bool pauses)
 {
     platform::MainQueue &queue = self->m_services.queue;
     const auto start = queue.now();
-    // An accepted transfer is not confirmed at once.
-    bool pauses = !transfer->doubtful;
     while (self) {
         if (std::exchange(pauses, true)) {
             const bool often = queue.now() - start < oftenFor;

@@ -133,10 +133,11 @@ private:
     QCoro::Task<std::optional<LatestBlockhash>> fetchBlockhash(TransferRoute route);
     /// Submits the transfer, for the first time or again, and follows it afterwards.
     QCoro::Task<Result> submit(FollowedPtr transfer);
-    static QCoro::Task<> follow(QPointer<TransferSession> self, FollowedPtr transfer);
+    /// Asks the cluster until the fate is known; at once, or first after a pause.
+    static QCoro::Task<> follow(QPointer<TransferSession> self, FollowedPtr transfer, bool pauses);
     /// Asks the cluster once; `Checking` if the fate is still open.
     static QCoro::Task<TransferFate> ask(QPointer<TransferSession> self, FollowedPtr transfer);
-    void startFollowing(const FollowedPtr &transfer);
+    void startFollowing(const FollowedPtr &transfer, bool pauses);
     /// True if the report already says the same, in the same words.
     [[nodiscard]] bool isTold(const FollowedPtr &transfer) const;
     void tellNext();

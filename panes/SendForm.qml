@@ -277,6 +277,8 @@ Stack {
             text: root.card.fate
             font: Theme.term(8)
             color: root.card.fateIsLoss ? Theme.red : Theme.muted
+            // The announcements below say it.
+            Accessible.ignored: true
         }
 
         // One for the question and one for its answer, because only what appears is spoken.

@@ -272,6 +272,7 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         EXPECT_EQ(m_card->fate(), u"checking whether it went through…"_s);
         type(recipient, amount);
 
+        queue.advance(2s);
         http.answer(height, R"({"result": 2000})");
         http.answer(statuses, wentThrough ? confirmed : none);
         queue.advance(2s);
