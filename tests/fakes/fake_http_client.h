@@ -27,7 +27,14 @@ public:
     explicit FakeHttpClient(platform::MainQueue &queue)
         : m_queue(queue)
     {}
-    ~FakeHttpClient() override { cancelHeld(); }
+    ~FakeHttpClient() override
+    {
+        cancelHeld();
+        // Answers that the queue will never deliver. Those that it has delivered count.
+        for (const auto &completion : m_answered) {
+            completion.resolve(platform::HttpError::Cancelled);
+        }
+    }
 
     /// Answers every later request of this name.
     void answer(const QString &name, platform::HttpResult result)
@@ -79,6 +86,7 @@ public:
             completion.resolve(platform::HttpError::Unreachable);
         } else if (scripted->second) {
             m_queue.post([completion, result = *scripted->second] { completion.resolve(result); });
+            m_answered.push_back(completion);
         } else {
             m_held.push_back({name, completion});
         }
@@ -121,6 +129,7 @@ private:
     std::vector<platform::HttpRequest> m_requests;
     std::vector<QString> m_names;
     std::vector<Held> m_held;
+    std::vector<platform::Completion<platform::HttpResult>> m_answered;
 };
 
 } // namespace corvane::tests
