@@ -181,7 +181,10 @@ QString SendPaneModel::groupedRecipient() const
     if (m_address) {
         const QString &text = m_address->text();
         for (qsizetype start = 0; start < text.size(); start += groupSize) {
-            grouped += (start > 0 ? QStringLiteral(" ") : QString()) + text.mid(start, groupSize);
+            if (start > 0) {
+                grouped += u' ';
+            }
+            grouped += QStringView(text).mid(start, groupSize);
         }
     }
     return grouped;
