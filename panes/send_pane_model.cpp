@@ -325,9 +325,9 @@ QString SendPaneModel::fateSubject() const
         return {};
     }
     const core::TransferIntent &subject = *report().subject;
-    QString text = (report().isEarlier ? QStringLiteral("an earlier ") : QString()) +
-                   core::solText(subject.amount) + QStringLiteral(" SOL to ") +
-                   core::shortAddress(subject.recipient.text());
+    QString text = report().isEarlier ? QStringLiteral("an earlier ") : QString();
+    text += core::solText(subject.amount) + QStringLiteral(" SOL to ") +
+            core::shortAddress(subject.recipient.text());
     if (subject.network != m_wallet.network()) {
         text += QStringLiteral(" on ") + networkTitle(subject.network);
     }
