@@ -23,18 +23,6 @@ constexpr std::chrono::nanoseconds typingPause = 400ms;
 /// Enough for the payments that one remembers, and few enough for a public endpoint.
 constexpr int maxTransactions = 10;
 
-QCoro::Task<JsonResult> call(platform::HttpClient *http, QUrl endpoint, QString method,
-                             QJsonArray params)
-{
-    std::optional<platform::HttpRequest> request = rpcRequest(endpoint, method, params);
-    if (!request) {
-        co_return JsonResult(CallError::NotSerialisable);
-    }
-    const auto pending = http->send(*std::move(request));
-    const platform::HttpResult result = co_await pending;
-    co_return readRpcReply(result);
-}
-
 QString lookAlikeText(const KnownAddress &known)
 {
     const QString dealing =
@@ -158,8 +146,8 @@ QCoro::Task<> RecipientCheck::ask(RecipientQuestion question)
     const QJsonObject slice{{u"offset"_s, accountTypeOffset}, {u"length"_s, 1}};
     const QJsonObject configuration{
         {u"encoding"_s, u"base64"_s}, {u"commitment"_s, u"confirmed"_s}, {u"dataSlice"_s, slice}};
-    auto accountCall = call(&m_services.http, question.endpoint, u"getAccountInfo"_s,
-                            {question.recipient.text(), configuration});
+    auto accountCall = callRpc(m_services.http, question.endpoint, u"getAccountInfo"_s,
+                               {question.recipient.text(), configuration});
     const JsonResult reply = co_await accountCall;
     if (!self || m_question != question) {
         co_return;
@@ -194,8 +182,8 @@ QCoro::Task<> RecipientCheck::readHistory(RecipientQuestion question)
     const auto goesOn = [self, reading] { return self && self->m_reading == reading; };
 
     const QJsonObject listing{{u"limit"_s, maxTransactions}, {u"commitment"_s, u"confirmed"_s}};
-    auto listCall = call(&m_services.http, question.endpoint, u"getSignaturesForAddress"_s,
-                         {owner->text(), listing});
+    auto listCall = callRpc(m_services.http, question.endpoint, u"getSignaturesForAddress"_s,
+                            {owner->text(), listing});
     const JsonResult list = co_await listCall;
     if (!goesOn()) {
         co_return;
@@ -211,8 +199,8 @@ QCoro::Task<> RecipientCheck::readHistory(RecipientQuestion question)
         const QJsonObject configuration{{u"encoding"_s, u"jsonParsed"_s},
                                         {u"commitment"_s, u"confirmed"_s},
                                         {u"maxSupportedTransactionVersion"_s, 0}};
-        auto transactionCall = call(&m_services.http, question.endpoint, u"getTransaction"_s,
-                                    {signature, configuration});
+        auto transactionCall = callRpc(m_services.http, question.endpoint, u"getTransaction"_s,
+                                       {signature, configuration});
         const JsonResult reply = co_await transactionCall;
         if (!goesOn()) {
             co_return;

@@ -2,7 +2,6 @@
 
 #include "core/blank_trimming.h"
 #include "core/labels.h"
-#include "core/recipient_check.h"
 #include "core/rent_minimum.h"
 #include "core/typed_amount.h"
 #include "core/wallet_model.h"
@@ -73,10 +72,11 @@ void SendPaneModel::update()
         question = {*m_address, own, m_wallet.network(), m_wallet.rpcURL()};
     }
     m_check->check(question);
+    m_recipientWarning = m_check->warning();
 
     m_outlook = {};
     const std::optional<double> amount = payableAmount();
-    if (m_wallet.sol() && watchesOwnAddress()) {
+    if (m_wallet.sol() && own && !m_wallet.watchesAnother()) {
         if (const auto balance = Lamports::fittingSol(*m_wallet.sol())) {
             m_outlook = core::transferOutlook(
                 {*balance, amount ? Lamports::fittingSol(*amount) : std::nullopt,
@@ -134,15 +134,9 @@ bool SendPaneModel::hasKey() const
     return m_wallet.hasSigningKey();
 }
 
-bool SendPaneModel::watchesOwnAddress() const
-{
-    const std::optional<keys::Address> own = m_wallet.ownAddress();
-    return own && m_wallet.validAddress() == own;
-}
-
 QString SendPaneModel::payerWarning() const
 {
-    if (!hasKey() || watchesOwnAddress()) {
+    if (!m_wallet.watchesAnother()) {
         return {};
     }
     return QStringLiteral("paid by your own key ") + core::shortAddress(*m_wallet.signingPubkey()) +
@@ -164,14 +158,12 @@ void SendPaneModel::setAmount(const QString &amount)
 
 QString SendPaneModel::recipientNote() const
 {
-    const auto warning = m_check->warning();
-    return warning ? warning->text : QString();
+    return m_recipientWarning ? m_recipientWarning->text : QString();
 }
 
 bool SendPaneModel::recipientNoteIsSevere() const
 {
-    const auto warning = m_check->warning();
-    return warning && warning->severe;
+    return m_recipientWarning && m_recipientWarning->severe;
 }
 
 QString SendPaneModel::groupedRecipient() const

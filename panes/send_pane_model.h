@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/recipient_check.h"
 #include "core/send_error.h"
 #include "core/transfer_outlook.h"
 #include "core/transfer_session.h"
@@ -18,7 +19,6 @@
 #include <optional>
 
 namespace corvane::core {
-class RecipientCheck;
 class WalletModel;
 } // namespace corvane::core
 
@@ -145,8 +145,6 @@ private:
     [[nodiscard]] std::optional<double> payableAmount() const;
     /// True if the amount is payable and, if the balance is known, at most the balance.
     [[nodiscard]] bool amountIsValid() const;
-    /// True if the address being watched is that of the wallet's key.
-    [[nodiscard]] bool watchesOwnAddress() const;
     [[nodiscard]] std::optional<QUrl> link() const;
     /// Follows a change of the wallet or of the fields.
     void update();
@@ -167,6 +165,7 @@ private:
     /// The address in `m_recipient`; empty if it is invalid.
     std::optional<keys::Address> m_address;
     QString m_amount;
+    std::optional<core::RecipientWarning> m_recipientWarning;
     core::TransferOutlook m_outlook;
     /// False while the report is that of an earlier pane, which has shown it.
     bool m_showsReport = false;
