@@ -196,50 +196,74 @@ def percentile(values, share):
     return sorted(values)[min(len(values) - 1, int(len(values) * share))]
 
 
-def main():
-    options = argparse.ArgumentParser(description=__doc__)
-    options.add_argument("--rest-seconds", type=float, default=60,
-                         help="duration of the measurement at rest (default: 60; the budget is for 600)")
-    options.add_argument("--starts", type=int, default=10, help="number of starts")
-    options.add_argument("--rounds", type=int, default=10, help="number of times to open and collapse it")
-    given = options.parse_args()
+def start_rows(desktop, localnet, starts):
+    times = [first_frame(Corvane(desktop, localnet)) for _ in range(starts)]
+    return [("exec to the first island frame",
+             f"{statistics.median(times):.0f} ms (worst of {starts}: {max(times):.0f} ms)", "55 ms")]
 
-    rows = [("binary with its resources", f"{PROGRAM.stat().st_size / 2**20:.1f} MB", "3 MB")]
+
+def hover_rows(corvane, openings):
+    delays = [hover_delay(corvane) for _ in range(openings)]
+    corvane.leave()
+    return [("pointer on the notch to the first frame",
+             f"{statistics.median(delays):.0f} ms (worst of {openings}: {max(delays):.0f} ms)",
+             "one frame, 17 ms")]
+
+
+def frame_rows(corvane, places, rounds, motions):
+    scale, rows = corvane.desktop.scale, []
+    for name in motions:
+        frames = frames_while(corvane, MOTIONS[name], places, rounds)
+        rows.append((f"CPU of a frame, {name}, scale {scale}",
+                     f"median {statistics.median(frames):.1f} ms, 95 % under "
+                     f"{percentile(frames, 0.95):.1f} ms, worst {max(frames):.1f} ms",
+                     f"95 % under {4 * scale} ms, none over 16 ms"))
+    return rows
+
+
+def measure(given):
+    """Yields the rows of the table."""
+    wants = lambda part: given.only in (None, part)  # noqa: E731
+    if wants("binary"):
+        yield "binary with its resources", f"{PROGRAM.stat().st_size / 2**20:.1f} MB", "3 MB"
     os.sync()  # the pages of a program that was just built may still be dirty
     with Localnet() as localnet:
-        with VirtualDesktop(backdrop=False) as desktop:
-            idle = Corvane(desktop, localnet)
-            starts = [first_frame(idle) for _ in range(given.starts)]
-            rows.append(("exec to the first island frame",
-                         f"{statistics.median(starts):.0f} ms (worst of {given.starts}: "
-                         f"{max(starts):.0f} ms)", "55 ms"))
-            rows += rest_rows(desktop, localnet, given.rest_seconds)
-        for scale in (1, 2):
+        for scale in given.scales:
             size = (1920 * scale, 1080 * scale)
-            if scale == 2:
+            if wants("start") and scale == 1 or wants("rest"):
                 with VirtualDesktop(size=size, scale=scale, backdrop=False) as desktop:
-                    rows += rest_rows(desktop, localnet, given.rest_seconds / 10)
+                    if wants("start") and scale == 1:
+                        yield from start_rows(desktop, localnet, given.starts)
+                    if wants("rest"):
+                        seconds = given.rest_seconds if scale == 1 else given.rest_seconds / 10
+                        yield from rest_rows(desktop, localnet, seconds)
+            if not wants("frames") and not (wants("hover") and scale == 1):
+                continue
             with VirtualDesktop(size=size, scale=scale) as desktop:
                 places = find_places(desktop, localnet)
                 with Corvane(desktop, localnet, environment=LOG_FRAMES) as corvane:
                     localnet.fund(corvane.address, 10)
                     wait_until(lambda log=corvane: FRAME.search(log.messages()), "a logged frame")
-                    if scale == 1:
-                        delays = [hover_delay(corvane) for _ in range(given.starts)]
-                        rows.append(("pointer on the notch to the first frame",
-                                     f"{statistics.median(delays):.0f} ms (worst of {given.starts}: "
-                                     f"{max(delays):.0f} ms)", "one frame, 17 ms"))
-                        corvane.leave()
-                    for name, motion in MOTIONS.items():
-                        frames = frames_while(corvane, motion, places, given.rounds)
-                        rows.append((f"CPU of a frame, {name}, scale {scale}",
-                                     f"median {statistics.median(frames):.1f} ms, 95 % under "
-                                     f"{percentile(frames, 0.95):.1f} ms, worst {max(frames):.1f} ms",
-                                     f"95 % under {4 * scale} ms, none over 16 ms"))
+                    if wants("hover") and scale == 1:
+                        yield from hover_rows(corvane, given.starts)
+                    if wants("frames"):
+                        yield from frame_rows(corvane, places, given.rounds, given.motions)
 
-    print("| what | measured | budget |\n| --- | --- | --- |")
-    for row in rows:
-        print("| " + " | ".join(row) + " |")
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__)
+    options.add_argument("--only", choices=("binary", "start", "rest", "hover", "frames"),
+                         help="measure one part; frames take a minute at each scale")
+    options.add_argument("--scales", type=int, nargs="+", choices=(1, 2), default=(1, 2))
+    options.add_argument("--motions", nargs="+", choices=MOTIONS, default=list(MOTIONS))
+    options.add_argument("--rest-seconds", type=float, default=60,
+                         help="duration of the measurement at rest (default: 60; the budget is for 600)")
+    options.add_argument("--starts", type=int, default=10, help="number of starts")
+    options.add_argument("--rounds", type=int, default=3, help="number of times to open and collapse it")
+    given = options.parse_args()
+    print("| what | measured | budget |\n| --- | --- | --- |", flush=True)
+    for row in measure(given):
+        print("| " + " | ".join(row) + " |", flush=True)
 
 
 if __name__ == "__main__":
