@@ -4,11 +4,13 @@ pointer, accessibility client. See README.md."""
 from .accessible import AccessibleTree
 from .corvane import Corvane
 from .desktop import VirtualDesktop
+from .film import Film
 from .keyring import Keyring
 from .localnet import Localnet
+from .picture import Picture
 from .tray import StatusNotifierHost, XEmbedTray
 from .waiting import wait_until
-from .x11 import Backdrop, ClipboardManager, Picture, Screen
+from .x11 import Backdrop, ClipboardManager, Screen
 
-__all__ = ["AccessibleTree", "Backdrop", "ClipboardManager", "Corvane", "Keyring", "Localnet",
-           "Picture", "Screen", "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]
+__all__ = ["AccessibleTree", "Backdrop", "ClipboardManager", "Corvane", "Film", "Keyring",
+           "Localnet", "Picture", "Screen", "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]

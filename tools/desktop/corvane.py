@@ -107,9 +107,16 @@ class Corvane:
 
     def capture(self):
         """The area of the screen that contains the panel, and a margin."""
+        return self.desktop.screen.capture(*self._area())
+
+    def film(self):
+        """Records that area while entered."""
+        return self.desktop.screen.film(*self._area())
+
+    def _area(self):
         scale = self.desktop.scale
         side, height = round((_PANEL_SIDE + 20) * scale), round((self.band + _PANEL_BODY) * scale)
-        return self.desktop.screen.capture(self._middle - side, 0, 2 * side, height)
+        return self._middle - side, 0, 2 * side, height
 
     def outline(self, picture=None):
         """(left, right, bottom) of the black island; None if it is not visible."""
