@@ -13,10 +13,11 @@ Item {
         id: drawn
 
         target: 0
-        Component.onCompleted: drawn.useEaseOut(0.7, 0.28)
     }
 
+    // A card may be visible before its creation is complete, so the curve is set here.
     function draw() {
+        drawn.useEaseOut(0.7, 0.28);
         drawn.jumpTo(0);
         if (root.visible)
             drawn.target = 1;

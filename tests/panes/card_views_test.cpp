@@ -1,6 +1,7 @@
 // Every card loads in all its states and with the longest possible texts, without clipped or
 // overlapping texts. Run at two scale factors and with the fallback fonts.
 
+#include "look/paint/shape_items.h"
 #include "look/secrets/secret_field.h"
 #include "panes/send_pane_model.h"
 #include "tests/look/view_layout.h"
@@ -99,7 +100,9 @@ TEST_P(CardViewsTest, Balance)
 {
     settings.setString(u"corvane.address"_s, tests::addressA);
     launchWithKey();
-    show(u"BalanceCard"_s, cards().balanceCard(nullptr), ownAddress());
+    const QQuickItem &card = show(u"BalanceCard"_s, cards().balanceCard(nullptr), ownAddress());
+    const QQuickItem &chart = *card.findChild<look::SparklineShape *>();
+    EXPECT_LT(chart.parentItem()->width(), chart.width()) << "it is uncovered gradually";
     expectClean({u"TOTAL BALANCE"_s});
     // Figures never overlap, whatever their length.
     http.answer(tests::tokens, tokenReply("1e60"));
