@@ -1,23 +1,14 @@
 #include "core/known_addresses.h"
 
+#include "core/labels.h"
+
 #include <algorithm>
 
 namespace corvane::core {
 
-namespace {
-
-constexpr qsizetype endLength = 4;
-
-} // namespace
-
-QString addressEnds(const keys::Address &address)
-{
-    return address.text().left(endLength) + u'…' + address.text().right(endLength);
-}
-
 bool looksAlike(const keys::Address &one, const keys::Address &other)
 {
-    return one != other && addressEnds(one) == addressEnds(other);
+    return one != other && shortAddress(one.text()) == shortAddress(other.text());
 }
 
 void KnownAddresses::add(const KnownAddress &known)

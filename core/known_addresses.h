@@ -3,8 +3,6 @@
 #include "core/sol_network.h"
 #include "keys/address.h"
 
-#include <QString>
-
 #include <optional>
 #include <utility>
 #include <vector>
@@ -25,11 +23,8 @@ struct KnownAddress
     [[nodiscard]] bool operator==(const KnownAddress &) const = default;
 };
 
-/// The first and last four characters of an address, which is how people tell addresses apart.
-[[nodiscard]] QString addressEnds(const keys::Address &address);
-
-/// True for two addresses with the same ends. Such addresses are made on purpose, in the hope that
-/// one is taken for the other.
+/// True for two addresses with the same ends, by which people tell addresses apart. Such addresses
+/// are made on purpose, in the hope that one is taken for the other.
 [[nodiscard]] bool looksAlike(const keys::Address &one, const keys::Address &other);
 
 /// The addresses that the wallet paid or received from, as far as this run knows them. Kept in

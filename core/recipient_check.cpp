@@ -1,6 +1,7 @@
 #include "core/recipient_check.h"
 
 #include "core/json_calls.h"
+#include "core/labels.h"
 #include "platform/http_client.h"
 #include "platform/main_queue.h"
 #include "platform/signing_keys.h"
@@ -27,7 +28,7 @@ QString lookAlikeText(const KnownAddress &known)
 {
     const QString dealing =
         known.dealing == Dealing::Paid ? u"you paid before"_s : u"paid you before"_s;
-    return u"looks like "_s + addressEnds(known.address) + u", which "_s + dealing +
+    return u"looks like "_s + shortAddress(known.address.text()) + u", which "_s + dealing +
            u", but is another address"_s;
 }
 

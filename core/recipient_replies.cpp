@@ -1,6 +1,7 @@
 #include "core/recipient_replies.h"
 
 #include "core/json.h"
+#include "keys/transfer.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -26,8 +27,6 @@ constexpr qint64 tokenAccountSize = 165;
 constexpr char mintMark = 1;
 constexpr char tokenAccountMark = 2;
 
-/// Longer texts are not signatures: 64 bytes have at most this many digits in Base58.
-constexpr qsizetype maxSignatureLength = 88;
 /// A transaction of a live cluster has at most this many accounts.
 constexpr qsizetype maxAccounts = 128;
 
@@ -106,7 +105,7 @@ std::optional<QStringList> readSignatures(const QJsonValue &result, qsizetype li
         const QString signature = entry["signature"_L1].toString();
         const QJsonValue error = entry["err"_L1];
         const bool succeeded = error.isNull() || error.isUndefined();
-        if (succeeded && !signature.isEmpty() && signature.size() <= maxSignatureLength &&
+        if (succeeded && !signature.isEmpty() && signature.size() <= keys::longestSignature &&
             signatures.size() < limit) {
             signatures.append(signature);
         }

@@ -14,12 +14,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Longest Base58 text of 64 bytes.
-constexpr qsizetype longestSignature = 88;
-
 std::optional<platform::Signature> signatureFromText(const QString &text)
 {
-    const auto bytes = text.size() <= longestSignature ? keys::Base58::decode(text) : std::nullopt;
+    const auto bytes =
+        text.size() <= keys::longestSignature ? keys::Base58::decode(text) : std::nullopt;
     platform::Signature signature;
     if (!bytes || bytes->size() != signature.bytes.size()) {
         return std::nullopt;

@@ -32,6 +32,9 @@ struct Transfer
     Blockhash recentBlockhash;
 };
 
+/// The most digits that a signature's 64 bytes have in Base58.
+inline constexpr qsizetype longestSignature = 88;
+
 /// Appends `length` in Solana's compact encoding: seven bits per byte, lowest first; the high bit
 /// is set in all bytes except the last.
 void appendCompactLength(std::vector<std::uint8_t> &bytes, std::size_t length);

@@ -2,6 +2,7 @@
 
 #include "core/blank_trimming.h"
 #include "core/endpoint_choice.h"
+#include "core/labels.h"
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
 #include "panes/network_wording.h"
@@ -118,8 +119,7 @@ QString SettingsCardModel::walletText() const
     if (!hasKey()) {
         return QStringLiteral("no wallet — create or import one on the balance card");
     }
-    const QString &key = *m_wallet.signingPubkey();
-    return QStringLiteral("WALLET: ") + key.left(4) + u'…' + key.right(4) +
+    return QStringLiteral("WALLET: ") + core::shortAddress(*m_wallet.signingPubkey()) +
            QStringLiteral(" · key in keychain");
 }
 
