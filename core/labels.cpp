@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QStringView unknownAmount = u"—";
+constexpr QStringView hiddenAmount = u"•••••";
 /// From this amount on, two fraction digits are shown: four would not fit.
 constexpr double largeSol = 1000;
 constexpr std::size_t shortenedFrom = 11;
@@ -53,6 +54,11 @@ QString group(const platform::NumberFormatter &formatter, double value, int deci
         return *std::move(text);
     }
     return fixedPoint(value, decimals);
+}
+
+QString ownAmount(const QString &amount, bool isHidden)
+{
+    return isHidden && amount != unknownAmount ? hiddenAmount.toString() : amount;
 }
 
 QString solLabel(const platform::NumberFormatter &formatter, std::optional<double> sol)

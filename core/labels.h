@@ -21,6 +21,10 @@ namespace corvane::core {
 /// without grouping and with a decimal point if the formatter fails.
 [[nodiscard]] QString group(const platform::NumberFormatter &formatter, double value, int decimals);
 
+/// What an amount of the user's money reads: itself, or dots while amounts are hidden from
+/// bystanders. The sign for an unknown amount stays.
+[[nodiscard]] QString ownAmount(const QString &amount, bool isHidden);
+
 /// The balance in SOL, with fewer fraction digits from 1000 SOL on; "—" if unknown.
 [[nodiscard]] QString solLabel(const platform::NumberFormatter &formatter,
                                std::optional<double> sol);

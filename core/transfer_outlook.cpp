@@ -1,5 +1,7 @@
 #include "core/transfer_outlook.h"
 
+#include "core/labels.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -11,6 +13,12 @@ using keys::Lamports;
 namespace {
 
 constexpr int solDecimals = 9;
+
+/// An amount of the payer's as it may be read. What the cluster asks of everybody is no secret.
+QString ownSol(Lamports amount, const TransferFacts &facts)
+{
+    return ownAmount(solText(amount) + u" SOL"_s, facts.hidesAmounts);
+}
 
 /// `from` minus `amount`; 0 if it would be less.
 Lamports less(Lamports from, Lamports amount)
@@ -48,15 +56,19 @@ QList<AmountOffer> offersFor(const TransferFacts &facts)
     QList<AmountOffer> offers;
     const auto offer = [&](const QString &label, Lamports amount) {
         if (works(amount, facts)) {
-            offers.append({label + solText(amount), amount});
+            offers.append({label, amount});
         }
     };
+    const auto own = [&](Lamports amount) {
+        return ownAmount(solText(amount), facts.hidesAmounts);
+    };
     if (facts.amount && isTooLittleForRecipient(*facts.amount, facts)) {
-        offer(u"SEND "_s, facts.rentMinimum);
+        offer(u"SEND "_s + solText(facts.rentMinimum), facts.rentMinimum);
         return offers;
     }
-    offer(u"SEND ALL "_s, all);
-    offer(u"KEEP ACCOUNT "_s, less(all, facts.rentMinimum));
+    offer(u"SEND ALL "_s + own(all), all);
+    const Lamports rest = less(all, facts.rentMinimum);
+    offer(u"KEEP ACCOUNT "_s + own(rest), rest);
     return offers;
 }
 
@@ -65,15 +77,15 @@ QString refusal(Lamports amount, const TransferFacts &facts)
 {
     const Lamports available = less(facts.balance, transferFee);
     if (amount > available) {
-        return u"amount + fee is more than the balance of "_s + solText(facts.balance) + u" SOL"_s;
+        return u"amount + fee is more than the balance of "_s + ownSol(facts.balance, facts);
     }
     if (isTooLittleForRecipient(amount, facts)) {
         return u"a new address needs at least "_s + solText(facts.rentMinimum) + u" SOL"_s;
     }
     const Lamports rest = restOf(amount, facts);
     if (!mayKeep(rest, facts)) {
-        return u"leaves "_s + solText(rest) + u" SOL — your account keeps nothing or at least "_s +
-               solText(facts.rentMinimum);
+        return u"leaves "_s + ownSol(rest, facts) +
+               u" — your account keeps nothing or at least "_s + solText(facts.rentMinimum);
     }
     return {};
 }
@@ -89,9 +101,9 @@ TransferOutlook transferOutlook(const TransferFacts &facts)
     const Lamports available = less(facts.balance, transferFee);
     const QString fee = u" · fee "_s + solText(transferFee);
     if (!facts.amount) {
-        return {solText(available) + u" SOL available"_s + fee, false, {}};
+        return {ownSol(available, facts) + u" available"_s + fee, false, {}};
     }
-    return {u"leaves "_s + solText(restOf(*facts.amount, facts)) + u" SOL"_s + fee, false, {}};
+    return {u"leaves "_s + ownSol(restOf(*facts.amount, facts), facts) + fee, false, {}};
 }
 
 QString solText(Lamports amount)

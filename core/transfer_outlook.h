@@ -27,6 +27,8 @@ struct TransferFacts
     bool isToSelf = false;
     /// What an account must keep unless it keeps nothing.
     keys::Lamports rentMinimum = usualRentMinimum;
+    /// True if what the payer has is not to be read.
+    bool hidesAmounts = false;
 };
 
 /// An amount that the cluster would accept.

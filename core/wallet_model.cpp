@@ -36,6 +36,7 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     m_customRPC = settings.string(customRPCSetting).value_or(QString());
     m_walletURL = settings.string(walletURLSetting).value_or(QString());
     m_displayUSD = settings.boolean(displayUSDSetting).value_or(true);
+    m_hidesAmounts = settings.boolean(hidesAmountsSetting).value_or(false);
     m_backupPending = settings.boolean(backupPendingSetting).value_or(false);
     m_tickerShowsBalance = settings.boolean(tickerShowsBalanceSetting).value_or(false);
 
@@ -70,6 +71,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
             [this](const keys::Address &recipient) { m_known.add({recipient, Dealing::Paid}); });
     connect(this, &WalletModel::customRPCChanged, this, &WalletModel::rpcSourceLabelChanged);
     connect(this, &WalletModel::proxyOKChanged, this, &WalletModel::rpcSourceLabelChanged);
+    // The labels of the balance change with it.
+    connect(this, &WalletModel::hidesAmountsChanged, this, &WalletModel::solChanged);
 
     startPolling();
     startTask([](WalletModel &model) { model.probeProxy(); });
@@ -143,6 +146,12 @@ void WalletModel::setDisplayUSD(bool displayUSD)
 {
     publish(m_displayUSD, displayUSD, &WalletModel::displayUSDChanged);
     m_services.settings.setBoolean(displayUSDSetting, m_displayUSD);
+}
+
+void WalletModel::setHidesAmounts(bool hidesAmounts)
+{
+    publish(m_hidesAmounts, hidesAmounts, &WalletModel::hidesAmountsChanged);
+    m_services.settings.setBoolean(hidesAmountsSetting, m_hidesAmounts);
 }
 
 QCoro::Task<SendResult<platform::SecretBytes>>
@@ -300,12 +309,17 @@ QString WalletModel::shortAddress() const
 
 QString WalletModel::solLabel() const
 {
-    return core::solLabel(m_services.formatter, m_sol);
+    return ownAmount(core::solLabel(m_services.formatter, m_sol));
 }
 
 QString WalletModel::quibLabel() const
 {
-    return core::quibLabel(m_services.formatter, m_sol);
+    return ownAmount(core::quibLabel(m_services.formatter, m_sol));
+}
+
+QString WalletModel::ownAmount(const QString &amount) const
+{
+    return core::ownAmount(amount, m_hidesAmounts);
 }
 
 RpcSource WalletModel::rpcSource() const

@@ -58,6 +58,8 @@ class WalletModel : public QObject
     Q_PROPERTY(QString customRPC READ customRPC WRITE setCustomRPC NOTIFY customRPCChanged FINAL)
     Q_PROPERTY(QString walletURL READ walletURL WRITE setWalletURL NOTIFY walletURLChanged FINAL)
     Q_PROPERTY(bool displayUSD READ displayUSD WRITE setDisplayUSD NOTIFY displayUSDChanged FINAL)
+    Q_PROPERTY(
+        bool hidesAmounts READ hidesAmounts WRITE setHidesAmounts NOTIFY hidesAmountsChanged FINAL)
     Q_PROPERTY(bool hasValidAddress READ hasValidAddress NOTIFY addressChanged FINAL)
     Q_PROPERTY(bool hasSigningKey READ hasSigningKey NOTIFY signingPubkeyChanged FINAL)
     Q_PROPERTY(bool hasPendingBackup READ hasPendingBackup NOTIFY pendingBackupChanged FINAL)
@@ -148,6 +150,9 @@ public:
     void setWalletURL(const QString &walletURL);
     [[nodiscard]] bool displayUSD() const { return m_displayUSD; }
     void setDisplayUSD(bool displayUSD);
+    /// True if the amounts of the user's money are not to be read, on no card.
+    [[nodiscard]] bool hidesAmounts() const { return m_hidesAmounts; }
+    void setHidesAmounts(bool hidesAmounts);
 
     /// The Base58 public key of the wallet's key; empty if it only watches an address.
     [[nodiscard]] const std::optional<QString> &signingPubkey() const;
@@ -198,6 +203,9 @@ public:
     [[nodiscard]] QString solLabel() const;
     [[nodiscard]] QString quibLabel() const;
     [[nodiscard]] QString rpcSourceLabel() const;
+    /// What a text that is an amount of the user's money reads now. All views use it, except for
+    /// what the user types.
+    [[nodiscard]] QString ownAmount(const QString &amount) const;
     /// The value of both balances in US dollars; empty without a SOL balance or a price.
     [[nodiscard]] std::optional<double> totalUSD() const;
     /// Formats `value` for the user's locale with exactly `decimals` fraction digits. All views use
@@ -212,6 +220,7 @@ Q_SIGNALS:
     void customRPCChanged();
     void walletURLChanged();
     void displayUSDChanged();
+    void hidesAmountsChanged();
     void signingPubkeyChanged();
     void pendingBackupChanged();
     void backupPendingChanged();
@@ -269,6 +278,7 @@ private:
     QString m_customRPC;
     QString m_walletURL;
     bool m_displayUSD = true;
+    bool m_hidesAmounts = false;
     bool m_backupPending = false;
     /// What it was when the key that is being stored was not yet.
     bool m_backupWasPending = false;

@@ -13,6 +13,14 @@ CardFrame {
 
     topMargin: 6
     spacing: 11
+
+    // No text field is on this card, and one elsewhere in the window would take the key itself.
+    Shortcut {
+        sequence: "H"
+        enabled: root.enabled && root.visible
+        autoRepeat: false
+        onActivated: root.card.toggleAmounts()
+    }
     bottomMargin: 14
 
     Item {

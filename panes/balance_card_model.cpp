@@ -55,7 +55,7 @@ BalanceCardModel::Figures BalanceCardModel::read() const
     }
     if (m_wallet.displayUSD()) {
         const std::optional<double> total = m_wallet.totalUSD();
-        figures.headline = dollars(m_wallet, total);
+        figures.headline = m_wallet.ownAmount(dollars(m_wallet, total));
         figures.headlineIsKnown = total.has_value();
     } else {
         figures.headline = m_wallet.solLabel();
@@ -63,7 +63,8 @@ BalanceCardModel::Figures BalanceCardModel::read() const
     }
     figures.holdings = QStringLiteral("≈ ") + m_wallet.quibLabel();
     if (const std::optional<double> usdc = m_wallet.usdc()) {
-        figures.holdings += QStringLiteral("  ·  USDC ") + m_wallet.group(*usdc, 2);
+        figures.holdings +=
+            QStringLiteral("  ·  USDC ") + m_wallet.ownAmount(m_wallet.group(*usdc, 2));
     }
     figures.solPrice = QStringLiteral("SOL ") + dollars(m_wallet, m_wallet.price());
     figures.address = m_wallet.shortAddress();
@@ -103,6 +104,11 @@ QString BalanceCardModel::chipText() const
 void BalanceCardModel::toggleHeadline()
 {
     m_wallet.setDisplayUSD(!m_wallet.displayUSD());
+}
+
+void BalanceCardModel::toggleAmounts()
+{
+    m_wallet.setHidesAmounts(!m_wallet.hidesAmounts());
 }
 
 void BalanceCardModel::copyAddress()

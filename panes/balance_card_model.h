@@ -63,6 +63,8 @@ public:
 
     /// Switches the headline between dollars and SOL, and stores the choice.
     Q_INVOKABLE void toggleHeadline();
+    /// Hides all amounts of the user's money or shows them again, and stores the choice.
+    Q_INVOKABLE void toggleAmounts();
     /// Copies the address and shows a confirmation for a short time.
     Q_INVOKABLE void copyAddress();
     /// Each of these shows the corresponding card.

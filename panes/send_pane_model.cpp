@@ -81,7 +81,7 @@ void SendPaneModel::update()
             m_outlook = core::transferOutlook(
                 {*balance, amount ? Lamports::fittingSol(*amount) : std::nullopt,
                  m_address ? m_check->lamports() : std::nullopt, m_address == own,
-                 m_wallet.rentMinimum().amount()});
+                 m_wallet.rentMinimum().amount(), m_wallet.hidesAmounts()});
         }
     }
     Q_EMIT changed();
@@ -228,13 +228,15 @@ QString SendPaneModel::equivalence() const
     if (!amount || !(*amount > 0)) {
         return {};
     }
-    QString text = QStringLiteral("≈ ") +
-                   m_wallet.group(std::round(*amount * core::quibPerSol), 0) +
-                   QStringLiteral(" QUIB");
+    const QString quib =
+        m_wallet.group(std::round(*amount * core::quibPerSol), 0) + QStringLiteral(" QUIB");
+    QString text = QStringLiteral("≈ ") + m_wallet.ownAmount(quib);
     if (const std::optional<double> price = m_wallet.price()) {
-        text += QStringLiteral("  ·  $") + m_wallet.group(*amount * *price, 2);
+        text += QStringLiteral("  ·  ") +
+                m_wallet.ownAmount(u'$' + m_wallet.group(*amount * *price, 2));
     }
     const std::optional<Lamports> lamports = Lamports::fittingSol(*amount);
+    // Says what the field means, and so stays readable with it.
     if (lamports && !core::isExactly(m_amount, *lamports)) {
         text +=
             QStringLiteral("  ·  rounded to ") + core::solText(*lamports) + QStringLiteral(" SOL");
@@ -318,8 +320,8 @@ QString SendPaneModel::fateSubject() const
     }
     const core::TransferIntent &subject = *report().subject;
     QString text = report().isEarlier ? QStringLiteral("an earlier ") : QString();
-    text += core::solText(subject.amount) + QStringLiteral(" SOL to ") +
-            core::shortAddress(subject.recipient.text());
+    text += m_wallet.ownAmount(core::solText(subject.amount) + QStringLiteral(" SOL")) +
+            QStringLiteral(" to ") + core::shortAddress(subject.recipient.text());
     if (subject.network != m_wallet.network()) {
         text += QStringLiteral(" on ") + networkTitle(subject.network);
     }

@@ -77,6 +77,33 @@ TEST(TransferOutlook, SaysWhatTheClusterWillSayAndWhatWouldWork)
     }
 }
 
+TEST(TransferOutlook, HidesWhatThePayerHas)
+{
+    const QString minimum = u"0.00089088"_s;
+    for (const auto &[amount, text, offers] :
+         Table<std::optional<std::uint64_t>, QString, QStringList>{
+             {{}, u"••••• available · fee 0.000005"_s, {}},
+             {1'000'000, u"leaves ••••• · fee 0.000005"_s, {}},
+             {1'999'994'999,
+              u"leaves ••••• — your account keeps nothing or at least "_s + minimum,
+              {u"SEND ALL •••••"_s, u"KEEP ACCOUNT •••••"_s}},
+             {2'000'000'000,
+              u"amount + fee is more than the balance of •••••"_s,
+              {u"SEND ALL •••••"_s, u"KEEP ACCOUNT •••••"_s}},
+             // Known to everybody.
+             {1, u"a new address needs at least "_s + minimum + u" SOL"_s, {u"SEND "_s + minimum}},
+         }) {
+        TransferFacts facts{Lamports(2'000'000'000), {}, Lamports(0)};
+        facts.amount = amount ? std::optional(Lamports(*amount)) : std::nullopt;
+        facts.hidesAmounts = true;
+        const TransferOutlook outlook = transferOutlook(facts);
+        EXPECT_EQ(outlook.text, text);
+        QStringList labels;
+        std::ranges::transform(outlook.offers, std::back_inserter(labels), &AmountOffer::label);
+        EXPECT_EQ(labels, offers);
+    }
+}
+
 TEST(TransferOutlook, WritesAmountsExactly)
 {
     for (const auto &[lamports, text] : Table<std::uint64_t, QString>{

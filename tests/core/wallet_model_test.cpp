@@ -36,17 +36,16 @@ TEST_F(WalletTest, StoresEverySettingAsTypedOnEverySetAndRestoresIt)
 {
     launchAndSettle();
     const std::vector<std::pair<QString, MemorySettingsStore::Value>> written = {
-        {u"corvane.address"_s, u" "_s + addressA},
-        {u"corvane.network"_s, u"devnet"_s},
-        {u"corvane.rpc"_s, u"\trpc "_s},
-        {u"corvane.walletURL"_s, u" url"_s},
-        {u"corvane.displayUSD"_s, false}};
+        {u"corvane.address"_s, u" "_s + addressA}, {u"corvane.network"_s, u"devnet"_s},
+        {u"corvane.rpc"_s, u"\trpc "_s},           {u"corvane.walletURL"_s, u" url"_s},
+        {u"corvane.displayUSD"_s, false},          {u"corvane.hideAmounts"_s, true}};
     for (int round = 0; round < 2; ++round) {
         model->setAddress(u" "_s + addressA);
         model->setNetwork(SolNetwork::Devnet);
         model->setCustomRPC(u"\trpc "_s);
         model->setWalletURL(u" url"_s);
         model->setDisplayUSD(false);
+        model->setHidesAmounts(true);
         EXPECT_EQ(std::exchange(settings.writes, {}), written);
     }
     ASSERT_EQ(keys::KeyVault(keychain).storeStatus(seedOf(1), *keys::Address::fromText(addressB)),
@@ -58,6 +57,7 @@ TEST_F(WalletTest, StoresEverySettingAsTypedOnEverySetAndRestoresIt)
     EXPECT_EQ(model->customRPC(), u"\trpc "_s);
     EXPECT_EQ(model->walletURL(), u" url"_s);
     EXPECT_FALSE(model->displayUSD());
+    EXPECT_TRUE(model->hidesAmounts());
     EXPECT_EQ(model->signingPubkey(), addressB);
 }
 

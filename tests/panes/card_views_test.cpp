@@ -108,6 +108,13 @@ TEST_P(CardViewsTest, Balance)
     http.answer(tests::tokens, tokenReply("1e60"));
     ASSERT_TRUE(finish(model->refreshBalance()));
     expectClean({cards().balanceCard(&m_stage.view())->holdings()}, true);
+    const double plain = card.implicitHeight();
+    for (const bool hides : {true, false}) {
+        QTest::keyClick(&m_stage.window(), Qt::Key_H);
+        EXPECT_EQ(model->hidesAmounts(), hides);
+        EXPECT_EQ(control(u"•••••"_s) != nullptr, hides) << "what a screen reader says";
+        EXPECT_EQ(card.implicitHeight(), plain);
+    }
 }
 
 TEST_P(CardViewsTest, AnotherAddressIsNeverShownAsOnesOwn)

@@ -114,6 +114,11 @@ TEST_F(SendPaneModelTest, TellsWhatTheAmountIsWorth)
             m_card->setAmount(amount);
             EXPECT_EQ(m_card->equivalence(), priced ? coins + dollars : coins);
         }
+        model->setHidesAmounts(true);
+        m_card->setAmount(u"1.0000000004"_s);
+        EXPECT_EQ(m_card->equivalence(), priced ? u"≈ •••••  ·  •••••  ·  rounded to 1 SOL"_s
+                                                : u"≈ •••••  ·  rounded to 1 SOL"_s);
+        model->setHidesAmounts(false);
     }
 }
 
@@ -288,6 +293,9 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         EXPECT_TRUE(m_card->isReady());
         model->setNetwork(core::SolNetwork::Devnet);
         EXPECT_EQ(m_card->fateSubject(), u"0.25 SOL to 4zMM…ncDU on MAINNET"_s);
+        model->setHidesAmounts(true);
+        EXPECT_EQ(m_card->fateSubject(), u"••••• to 4zMM…ncDU on MAINNET"_s);
+        model->setHidesAmounts(false);
         model->setNetwork(core::SolNetwork::Mainnet);
         m_card.reset();
         openCard();
@@ -352,6 +360,9 @@ TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
 {
     openPane();
     EXPECT_EQ(m_card->outlook(), u"1.499995 SOL available · fee 0.000005"_s);
+    model->setHidesAmounts(true);
+    EXPECT_EQ(m_card->outlook(), u"••••• available · fee 0.000005"_s);
+    model->setHidesAmounts(false);
     EXPECT_EQ(m_card->groupedRecipient(), QString());
     http.answer(accountInfo, R"({"result": {"value": null}})");
     type(u" "_s + good, u"0.0001"_s);

@@ -51,6 +51,20 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
         m_card->toggleHeadline();
         EXPECT_EQ(m_card->headline(), coins);
         EXPECT_EQ(settings.boolean(u"corvane.displayUSD"_s), false);
+
+        QSignalSpy changed(m_card.get(), &BalanceCardModel::figuresChanged);
+        m_card->toggleAmounts();
+        EXPECT_GT(changed.count(), 0);
+        const QString dots = u"•••••"_s;
+        EXPECT_EQ(m_card->headline(), coins == u"—" ? coins : dots);
+        m_card->toggleHeadline();
+        EXPECT_EQ(m_card->headline(), dollars == u"—" ? dollars : dots);
+        EXPECT_EQ(m_card->announcement().contains(u'$'), false);
+        EXPECT_EQ(m_card->holdings(),
+                  coins == u"—" ? u"≈ —  ·  USDC •••••"_s : u"≈ •••••  ·  USDC •••••"_s);
+        EXPECT_EQ(m_card->solPrice(), solPrice) << "everybody's";
+        m_card->toggleAmounts();
+        EXPECT_EQ(m_card->headline(), dollars);
     }
 }
 
