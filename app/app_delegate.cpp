@@ -135,6 +135,8 @@ bool AppDelegate::perform(const platform::InstanceRequest &request)
     }
     if (request.action == refreshAction) {
         refreshNow();
+    } else if (request.action == hideAmountsAction) {
+        model().setHidesAmounts(!model().hidesAmounts());
     } else if (request.action == quitAction) {
         quit();
     } else {

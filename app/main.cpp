@@ -162,6 +162,10 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
         settings.setString(core::addressSetting, options.watch->text());
     }
 
+    if (options.hideAmounts) {
+        settings.setBoolean(core::hidesAmountsSetting, true);
+    }
+
     look::Theme theme(desktop.fonts);
     app::IslandContent content(
         {desktop.queue, desktop.clipboard, desktop.sounds, desktop.links, desktop.application,

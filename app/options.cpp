@@ -44,6 +44,10 @@ std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
         QStringLiteral("PANE"));
     const QCommandLineOption refresh(QStringLiteral("refresh"),
                                      QStringLiteral("Refresh the figures of the running program."));
+    const QCommandLineOption hideAmounts(
+        QStringLiteral("hide-amounts"),
+        QStringLiteral("Hide the amounts on all cards of the running program, or show them again; "
+                       "start the program with hidden amounts if it does not run."));
     const QCommandLineOption quit(QStringLiteral("quit"),
                                   QStringLiteral("End the running program."));
     const QCommandLineOption takeOver(
@@ -60,7 +64,8 @@ std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("A Solana wallet that lives in the notch of your screen."));
-    parser.addOptions({open, refresh, quit, takeOver, endpoints, demo, watch, help, version});
+    parser.addOptions(
+        {open, refresh, hideAmounts, quit, takeOver, endpoints, demo, watch, help, version});
     if (!parser.parse(arguments)) {
         return EarlyExit{parser.errorText() + QStringLiteral("\nTry --help.\n"), usageError};
     }
@@ -76,8 +81,11 @@ std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
                          usageError};
     }
 
-    if (parser.isSet(open) + parser.isSet(refresh) + parser.isSet(quit) > 1) {
-        return EarlyExit{QStringLiteral("--open, --refresh and --quit exclude each other\n"),
+    if (parser.isSet(open) + parser.isSet(refresh) + parser.isSet(hideAmounts) +
+            parser.isSet(quit) >
+        1) {
+        return EarlyExit{QStringLiteral("--open, --refresh, --hide-amounts and --quit exclude each "
+                                        "other\n"),
                          usageError};
     }
 
@@ -94,6 +102,7 @@ std::variant<Options, EarlyExit> parseOptions(const QStringList &arguments,
                              usageError};
         }
     }
+    options.hideAmounts = parser.isSet(hideAmounts);
     options.takeOver = parser.isSet(takeOver);
     options.demoKeychain = parser.isSet(demo);
     if (parser.isSet(endpoints)) {

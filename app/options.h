@@ -19,6 +19,8 @@ struct Options
     Command command = Command::Run;
     /// Name of the pane to open, in this process or in the running instance.
     std::optional<QString> open;
+    /// Hide the amounts in this process, or hide or show them in the running instance.
+    bool hideAmounts = false;
     /// Wait for the running instance to exit.
     bool takeOver = false;
     /// File with base addresses that replace the built-in ones.

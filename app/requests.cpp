@@ -45,10 +45,13 @@ std::optional<EarlyExit> handOver(const Options &options, platform::Instance &in
         platform::Instance::Claim::Refused) {
         return std::nullopt;
     }
-    const bool answered =
-        instance.send(options.open ? platform::InstanceRequest{openAction, options.open}
-                                   : platform::InstanceRequest{});
-    if (!answered) {
+    platform::InstanceRequest request;
+    if (options.open) {
+        request = {openAction, options.open};
+    } else if (options.hideAmounts) {
+        request.action = hideAmountsAction;
+    }
+    if (!instance.send(request)) {
         return EarlyExit{QStringLiteral("Corvane is running already, but does not answer.\n"), 1};
     }
     if (options.watch) {

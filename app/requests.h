@@ -14,6 +14,7 @@ namespace corvane::app {
 // others have none.
 inline const QString openAction = QStringLiteral("open");
 inline const QString refreshAction = QStringLiteral("refresh");
+inline const QString hideAmountsAction = QStringLiteral("hide-amounts");
 inline const QString quitAction = QStringLiteral("quit");
 
 /// The pane named "balance", "send", "receive" or "settings"; empty for any other name.

@@ -154,6 +154,10 @@ TEST_F(AppDelegateTest, DoesWhatAnotherStartAsksFor)
     m_panels.state.isActive = false;
     EXPECT_TRUE(m_delegate->perform(open("receive")));
     EXPECT_TRUE(m_panels.state.isActive);
+    for (const bool hides : {true, false}) {
+        EXPECT_TRUE(m_delegate->perform({QStringLiteral("hide-amounts"), std::nullopt}));
+        EXPECT_EQ(settings.boolean(QStringLiteral("corvane.hideAmounts")), hides);
+    }
     EXPECT_EQ(m_application.terminations, 0);
     EXPECT_TRUE(m_delegate->perform({QStringLiteral("quit"), std::nullopt}));
     EXPECT_EQ(m_application.terminations, 1);

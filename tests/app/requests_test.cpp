@@ -36,6 +36,8 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
              {{}, Claim::Refused, false, u"-"_s, 1},
              {u"--take-over"_s, Claim::Refused, true, u"-"_s, 0},
              {u"--open send"_s, Claim::Refused, true, u"open send"_s, 0},
+             {u"--hide-amounts"_s, Claim::Granted, true, {}, runs},
+             {u"--hide-amounts"_s, Claim::Refused, true, u"hide-amounts"_s, 0},
              {watch, Claim::Refused, true, u"-"_s, 1},
              {u"--refresh"_s, Claim::Granted, true, u"refresh"_s, 0},
              {u"--refresh"_s, Claim::Granted, false, u"refresh"_s, 1},
@@ -73,8 +75,9 @@ TEST(RequestsTest, AStartRunsOrHandsOver)
 
 TEST(RequestsTest, RefusesWhatCannotBeMeant)
 {
-    for (const char *line : {"--open", "--no-such-option", "--open wallet", "--open Send",
-                             "--refresh --quit", "--open send --quit"}) {
+    for (const char *line :
+         {"--open", "--no-such-option", "--open wallet", "--open Send", "--refresh --quit",
+          "--open send --quit", "--refresh --hide-amounts"}) {
         const auto parsed = parse(QString::fromLatin1(line).split(u' '));
         const auto *earlyExit = std::get_if<EarlyExit>(&parsed);
         ASSERT_NE(earlyExit, nullptr) << line;

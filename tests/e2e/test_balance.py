@@ -1,5 +1,7 @@
 """The balance card: its figures, and what a screen reader says of them."""
 
+from Xlib import X
+
 from support import ADDRESS, SHORT_ADDRESS, IslandTest, wait_until
 
 GREEN, RED = (60, 208, 107), (232, 86, 86)
@@ -26,6 +28,22 @@ class BalanceTest(IslandTest):
             self.assert_drawn_in(corvane, "-1.50%", RED)
             corvane.leave()
             wait_until(lambda: not corvane.tree.texts(), "a folded card that shows no text")
+
+    def test_hides_the_amounts_by_command_and_by_key(self):
+        hidden = "•••••", "≈ •••••  ·  USDC •••••", "SOL $150.25"
+        with self.run_corvane() as corvane:
+            self.assertEqual(corvane.start_again("--hide-amounts").returncode, 0)
+            corvane.hover()
+            corvane.wait_for(*hidden)
+            corvane.stop()
+            corvane.start()
+            corvane.hover()
+            corvane.wait_for(*hidden)
+            self.desktop.screen.window_named("Corvane").set_input_focus(X.RevertToParent, X.CurrentTime)
+            self.desktop.screen.press("h")
+            corvane.wait_for("$1,234.05", "≈ 8,200 QUIB  ·  USDC 2.00")
+            self.desktop.screen.press("h")
+            corvane.wait_for(*hidden)
 
     def assert_drawn_in(self, corvane, text, colour):
         """The text has this colour, apart from antialiasing."""
