@@ -34,7 +34,7 @@ Item {
         // Enlarges the click area: twelve points are hard to hit.
         anchors.margins: -5
         label: "Close"
-        ringRadius: 13
+        radius: 11
         onTriggered: root.triggered()
     }
 }

@@ -3,19 +3,23 @@ import Corvane.Look.Controls
 import QtQuick
 
 // The shortened address of the wallet; a click copies the address.
-Item {
+PlainButton {
     id: root
 
     required property string text
     required property bool copied
-    signal triggered
 
-    implicitWidth: label.implicitWidth + 22
+    // The widest text so far: the chip keeps its width while a shorter one stands for the address.
+    property real widest: 0
+
+    title: root.text
+    implicitWidth: root.widest + 22
     implicitHeight: label.implicitHeight + 12
 
     Panel {
         anchors.fill: parent
-        radius: 4
+        radius: root.radius
+        outline: root.hovered ? Qt.alpha(Theme.green, 0.9) : Theme.line
     }
 
     Label {
@@ -26,11 +30,6 @@ Item {
         font: Theme.term(9, Theme.Bold)
         color: root.copied ? Theme.green : Theme.ink
         Accessible.ignored: true
-    }
-
-    PressArea {
-        anchors.fill: parent
-        label: root.text
-        onTriggered: root.triggered()
+        onImplicitWidthChanged: root.widest = Math.max(root.widest, label.implicitWidth)
     }
 }

@@ -12,14 +12,6 @@ Item {
     property bool warns: true
     readonly property bool needed: warning.text !== "" || offer.text !== ""
 
-    // The button disappears with its press, and must not take the keyboard focus with it.
-    function goBack() {
-        const focused = root.Window.activeFocusItem;
-        root.own.watch();
-        if (focused !== null && focused.parent === back)
-            focused.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
-    }
-
     implicitHeight: root.needed ? Math.max(warning.implicitHeight, offer.implicitHeight, back.implicitHeight) : 0
     visible: root.needed
 
@@ -50,6 +42,6 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         title: root.own.actionLabel
         color: Theme.green
-        onTriggered: root.goBack()
+        onTriggered: root.own.watch()
     }
 }

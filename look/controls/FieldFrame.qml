@@ -17,12 +17,14 @@ Item {
     implicitHeight: root.line.implicitHeight + 12
 
     Panel {
+        id: panel
+
         anchors.fill: parent
         outline: root.invalid ? Qt.alpha(Theme.red, 0.6) : Theme.line
     }
 
     FocusRing {
-        radius: 11
+        radius: panel.radius
         visible: root.line.activeFocus
     }
 
@@ -46,7 +48,7 @@ Item {
         visible: root.empty
         text: root.placeholder
         font: Theme.term(10)
-        color: Qt.alpha(Theme.muted, 0.7)
+        color: Theme.muted
         Accessible.ignored: true
     }
 

@@ -1,15 +1,8 @@
 import Corvane.Look
-import QtQuick
+import Corvane.Look.Controls
 
-// Marks the control with keyboard focus.
-Rectangle {
-    id: root
-
-    anchors.fill: parent
-    anchors.margins: -2
-    radius: 6
-    color: "transparent"
-    border.width: 1.5
-    border.color: Qt.alpha(Theme.green, 0.75)
-    antialiasing: true
+// Marks the control with keyboard focus, its parent. In ink, which differs from every control.
+RingShape {
+    color: Theme.ink
+    radius: 4
 }

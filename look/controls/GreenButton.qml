@@ -1,24 +1,31 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import QtQuick
 
-// A plain button whose label is a title on green.
-Item {
+// A plain button whose label is a title on green; it glows under the pointer.
+PlainButton {
     id: root
 
-    required property string title
     required property real horizontalPadding
     required property real verticalPadding
-    signal triggered
 
     implicitWidth: text.implicitWidth + 2 * root.horizontalPadding
     implicitHeight: text.implicitHeight + 2 * root.verticalPadding
 
-    Rectangle {
+    SoftShadow {
         anchors.fill: parent
-        radius: 4
+        visible: root.warmth > 0
         color: Theme.green
-        antialiasing: true
+        radius: 10
+        opacity: 0.45 * root.warmth
+    }
+
+    RoundedBox {
+        anchors.fill: parent
+        anchors.margins: -1
+        radius: root.radius
+        color: Theme.green
     }
 
     Label {
@@ -29,11 +36,5 @@ Item {
         font: Theme.pixel(9, 1.5)
         color: "black"
         Accessible.ignored: true
-    }
-
-    PressArea {
-        anchors.fill: parent
-        label: root.title
-        onTriggered: root.triggered()
     }
 }

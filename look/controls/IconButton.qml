@@ -35,7 +35,7 @@ Item {
 
         anchors.fill: parent
         label: root.label
-        ringRadius: 13
+        radius: 11
         onTriggered: root.triggered()
     }
 }

@@ -2,31 +2,24 @@ import Corvane.Look
 import Corvane.Look.Controls
 import QtQuick
 
-// A plain button whose label is an underlined text.
-Item {
+// A plain button whose label is an underlined text, in ink under the pointer.
+PlainButton {
     id: root
 
-    required property string title
     required property color color
-    signal triggered
 
     implicitWidth: text.implicitWidth
     implicitHeight: text.implicitHeight
+    swell: 0
+    // Eight points are hard to hit.
+    reach: 3
 
     Label {
         id: text
 
         text: root.title
         font: Theme.underlined(Theme.term(8, Theme.Bold))
-        color: root.color
+        color: root.hovered ? Theme.ink : root.color
         Accessible.ignored: true
-    }
-
-    PressArea {
-        anchors.fill: parent
-        // Enlarges the click area: eight points are hard to hit.
-        anchors.margins: -3
-        label: root.title
-        onTriggered: root.triggered()
     }
 }

@@ -1,27 +1,27 @@
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import QtQuick
 
-// A plain button whose label is a title in a faint outline of its own colour.
-Item {
+// A plain button whose label is a title in a faint outline of its own colour; outline and ground
+// become stronger under the pointer.
+PlainButton {
     id: root
 
-    required property string title
     required property color color
     required property font font
     required property real horizontalPadding
     required property real verticalPadding
-    signal triggered
 
     implicitWidth: text.implicitWidth + 2 * root.horizontalPadding
     implicitHeight: text.implicitHeight + 2 * root.verticalPadding
 
-    Rectangle {
+    RoundedBox {
         anchors.fill: parent
-        radius: 4
-        color: "transparent"
-        border.width: 1
-        border.color: Qt.alpha(root.color, 0.5)
-        antialiasing: true
+        anchors.margins: -1
+        radius: root.radius
+        color: Qt.alpha(root.color, 0.12 * root.warmth)
+        borderWidth: 1
+        borderColor: Qt.alpha(root.color, 0.5 + 0.4 * root.warmth)
     }
 
     Label {
@@ -32,11 +32,5 @@ Item {
         font: root.font
         color: root.color
         Accessible.ignored: true
-    }
-
-    PressArea {
-        anchors.fill: parent
-        label: root.title
-        onTriggered: root.triggered()
     }
 }

@@ -1,24 +1,20 @@
 import Corvane.Look
+import Corvane.Look.Paint
 import QtQuick
 
 // The filled and outlined background of fields and similar boxes on a card.
-Rectangle {
+Item {
     id: root
 
     property color outline: Theme.line
+    property real radius: 9
 
-    radius: 9
-    color: Theme.card
-    antialiasing: true
-
-    // A separate rectangle: Rectangle's own translucent border would not blend with the fill, but
-    // with what is below it.
-    Rectangle {
+    RoundedBox {
         anchors.fill: parent
+        anchors.margins: -1
         radius: root.radius
-        color: "transparent"
-        border.width: 1
-        border.color: root.outline
-        antialiasing: true
+        color: Theme.card
+        borderWidth: 1
+        borderColor: root.outline
     }
 }

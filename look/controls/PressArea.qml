@@ -8,7 +8,8 @@ MouseArea {
     required property string label
     // What assistive technology says after the label.
     property string description: ""
-    property alias ringRadius: ring.radius
+    // The corner radius of the button.
+    property alias radius: ring.radius
     signal triggered
 
     // MouseArea's own `enabled` hides that of the enclosing control.
@@ -22,9 +23,9 @@ MouseArea {
     Accessible.description: root.enabled ? root.description : "unavailable"
     Accessible.onPressAction: {
         if (root.enabled)
-            root.triggered();
+            root.trigger();
     }
-    onClicked: root.triggered()
+    onClicked: root.trigger()
     Keys.onSpacePressed: event => root.press(event)
     Keys.onReturnPressed: event => root.press(event)
     Keys.onEnterPressed: event => root.press(event)
@@ -32,7 +33,16 @@ MouseArea {
     // Auto-repeat is ignored: a key that is held down presses the button once.
     function press(event) {
         if (!event.isAutoRepeat)
-            root.triggered();
+            root.trigger();
+    }
+
+    // A button that disappears with its own press hands the keyboard focus to the next control,
+    // unless somebody else has taken it.
+    function trigger() {
+        const held = root.activeFocus;
+        root.triggered();
+        if (held && root.activeFocus && !root.visible)
+            root.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
 
     FocusRing {

@@ -28,7 +28,7 @@ Panel {
     Keys.onRightPressed: root.chosen(Math.min(root.titles.length - 1, root.selected + 1))
 
     FocusRing {
-        radius: 8
+        radius: root.radius
         visible: root.activeFocus
     }
 
@@ -54,12 +54,15 @@ Panel {
                 anchors.centerIn: parent
                 text: segment.modelData
                 font: Theme.term(8, Theme.Bold)
-                color: segment.isSelected ? "black" : Theme.muted
+                color: segment.isSelected ? "black" : area.containsMouse ? Theme.ink : Theme.muted
                 Accessible.ignored: true
             }
 
             MouseArea {
+                id: area
+
                 anchors.fill: parent
+                hoverEnabled: true
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: segment.modelData
                 Accessible.checkable: true

@@ -60,13 +60,20 @@ void NotchShape::paint(QPainter *painter)
 
 void RoundedBox::paint(QPainter *painter)
 {
-    const double half = m_borderWidth / 2;
-    const double inset = margin + half;
+    const QRectF box = boundingRect().adjusted(margin, margin, -margin, -margin);
     painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
     painter->setBrush(m_color);
-    painter->setPen(m_borderWidth > 0 ? QPen(m_borderColor, m_borderWidth) : QPen(Qt::NoPen));
-    painter->drawRoundedRect(boundingRect().adjusted(inset, inset, -inset, -inset), m_radius - half,
-                             m_radius - half);
+    painter->drawRoundedRect(box, m_radius, m_radius);
+    if (m_borderWidth > 0) {
+        // The scale factor is taken from the painter, like that of the dither.
+        const EdgeLine line = edgeLine(m_borderWidth, painter->deviceTransform().m11());
+        const double inset = line.width / 2 - line.outside;
+        painter->setBrush(Qt::NoBrush);
+        painter->setPen(QPen(m_borderColor, line.width));
+        painter->drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), m_radius - inset,
+                                 m_radius - inset);
+    }
 }
 
 void SparklineShape::paint(QPainter *painter)

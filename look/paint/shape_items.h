@@ -52,14 +52,14 @@ private:
 
 /// A rounded rectangle that may be scaled. The software scene graph composes Qt Quick's Rectangle
 /// of pieces, which show seams when scaled. The item is one point larger than the box on every
-/// side, so that scaling does not clip the edges.
+/// side, for the outer half of the border, and so that scaling does not clip the edges.
 class RoundedBox : public corvane::look::PaintedShape
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
     Q_PROPERTY(QColor borderColor MEMBER m_borderColor NOTIFY changed FINAL)
-    /// In points; the border is inside the box.
+    /// In points. The border is centred on the edge as far as whole device pixels allow.
     Q_PROPERTY(double borderWidth MEMBER m_borderWidth NOTIFY changed FINAL)
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
 

@@ -48,6 +48,12 @@ QPainterPath notchShapePath(const QRectF &rect, double bottomRadius)
     return path;
 }
 
+EdgeLine edgeLine(double width, double scale)
+{
+    const long pixels = std::max(1L, std::lround(width * scale));
+    return {static_cast<double>(pixels) / scale, static_cast<double>(pixels / 2) / scale};
+}
+
 DitherPattern ditherPattern(double width, double height, double cell, double topDensity,
                             double bottomDensity)
 {

@@ -15,6 +15,19 @@ namespace corvane::look {
 /// quadratic curves of `bottomRadius` points, at most half the shorter side.
 [[nodiscard]] QPainterPath notchShapePath(const QRectF &rect, double bottomRadius);
 
+/// How a line along the edge of a box is drawn sharply: in whole device pixels, which are centred
+/// on the edge if their number is even. Of an odd number, the odd one lies inside.
+struct EdgeLine
+{
+    /// In points.
+    double width = 0;
+    /// The part of the width that lies outside of the edge, in points.
+    double outside = 0;
+};
+
+/// The line of about `width` points, above 0, at `scale` device pixels per point.
+[[nodiscard]] EdgeLine edgeLine(double width, double scale);
+
 /// The fill of an ordered dither: a 4 × 4 Bayer matrix compared with a density per row. The pattern
 /// repeats every four columns, so that a mask of four columns per row describes it.
 struct DitherPattern

@@ -110,6 +110,61 @@ TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
     }
 }
 
+TEST_F(ComponentsTest, ButtonsAnswerThePointerAndGoBackToTheirLook)
+{
+    for (const char *qml :
+         {"PillButton { label: \"A\" }",
+          "GreenButton { title: \"A\"; horizontalPadding: 18; verticalPadding: 6 }",
+          "OutlineButton { title: \"A\"; font: Theme.term(8); color: \"red\"; horizontalPadding: "
+          "8; verticalPadding: 5 }",
+          "LinkText { title: \"A LINK\"; color: \"red\" }",
+          "IconButton { symbol: Pictogram.XMark; label: \"A\" }"}) {
+        SCOPED_TRACE(qml);
+        QTest::mouseMove(&m_window, {390, 190});
+        QQuickItem *button = show(qml);
+        ASSERT_NE(button, nullptr);
+        button->setPosition({40, 40});
+        const QImage resting = m_window.grabWindow();
+        const QPoint centre = button->mapRectToScene(button->boundingRect()).center().toPoint();
+        const auto differs = [&](const QImage &other) {
+            return QTest::qWaitFor([&] { return m_window.grabWindow() != other; });
+        };
+        QTest::mouseMove(&m_window, centre);
+        EXPECT_TRUE(differs(resting)) << "under the pointer";
+        const QQuickItem *face = button->childItems().constFirst();
+        if (!QByteArray(qml).startsWith("IconButton")) {
+            QTest::mousePress(&m_window, Qt::LeftButton, {}, centre);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return face->scale() < 0.95; })) << "pressed";
+            QTest::mouseRelease(&m_window, Qt::LeftButton, {}, centre);
+        }
+        QTest::mouseMove(&m_window, {390, 190});
+        EXPECT_TRUE(QTest::qWaitFor([&] { return button->scale() == 1 && face->scale() == 1; }));
+    }
+}
+
+TEST_F(ComponentsTest, TheFocusRingIsEvenWhereverItsControlLies)
+{
+    QQuickItem *parent =
+        show("Item { x: 50.3; y: 40.6; width: 41; height: 20; scale: 1.05; FocusRing {} }");
+    ASSERT_NE(parent, nullptr);
+    m_window.setColor(Qt::black);
+    const QImage image = m_window.grabWindow();
+    const double scale = m_window.devicePixelRatio();
+    const QPoint centre =
+        (parent->mapRectToScene(parent->boundingRect()).center() * scale).toPoint();
+    // Ink on black, from the centre outwards: where the line begins and ends.
+    for (const QPoint &step : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
+        QList<QRgb> line;
+        for (QPoint at = centre; image.valid(at); at += step) {
+            if (image.pixel(at) != 0xff000000) {
+                line.append(image.pixel(at));
+            }
+        }
+        const int thickness = qRound(1.5 * scale);
+        EXPECT_EQ(line, QList<QRgb>(thickness, Theme::ink().rgb()));
+    }
+}
+
 TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
 {
     QQuickItem *presence = show(R"(Presence {

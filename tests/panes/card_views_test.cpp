@@ -104,6 +104,12 @@ TEST_P(CardViewsTest, Balance)
     const QQuickItem &chart = *card.findChild<look::SparklineShape *>();
     EXPECT_LT(chart.parentItem()->width(), chart.width()) << "it is uncovered gradually";
     expectClean({u"TOTAL BALANCE"_s});
+    const QString address = cards().balanceCard(&m_stage.view())->chipText();
+    ASSERT_NE(control(address), nullptr);
+    const double width = control(address)->width();
+    press(address);
+    expectClean({u"COPIED"_s});
+    EXPECT_EQ(control(u"COPIED"_s)->width(), width);
     // Figures never overlap, whatever their length.
     http.answer(tests::tokens, tokenReply("1e60"));
     ASSERT_TRUE(finish(model->refreshBalance()));
