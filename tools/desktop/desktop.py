@@ -17,7 +17,8 @@ class VirtualDesktop:
     """Starts the requested services when entered and always stops them when left.
 
     `size` is in pixels; `scale` is the number of pixels per point. Without a bus, programs get no bus
-    address. The keyring is a real one, empty and unlocked. """
+    address. `backdrop` is True, or the colour of what fills the screen below the windows. The keyring is a real
+    one, empty and unlocked. """
 
     def __init__(self, size=(1920, 1080), scale=1, window_manager=True, compositor=True, bus=True,
                  backdrop=True, keyring=False):
@@ -53,7 +54,8 @@ class VirtualDesktop:
             self.start_compositor()
         self.screen.jump(self.screen.width / 4, self.screen.height * 3 / 4)
         if self._wanted["backdrop"]:
-            self.backdrop = Backdrop(self.screen)
+            colour = self._wanted["backdrop"]
+            self.backdrop = Backdrop(self.screen, *([] if colour is True else [colour]))
             middle = (self.screen.width // 2, self.screen.height // 2, 1, 1)
             wait_until(lambda: self.screen.capture(*middle).at(*middle[:2]) == self.backdrop.colour,
                        "the backdrop")
