@@ -86,19 +86,18 @@ Item {
         width: root.width
         height: root.height
         radius: root.shadowRadius
+        // The body covers the rest, except for its rounded corners.
+        hangingInset: Qt.size(root.radius, root.shadowY)
         color: "black"
         opacity: shadowValue.opacity
         visible: opacity > 0
     }
 
     NotchShape {
-        x: -1
-        y: -1
-        width: root.width + 2
-        height: root.height + 2
+        width: root.width
+        height: root.height
         bottomRadius: radiusValue.value
-        grainOpacity: lineValue.opacity
-        lineWidth: Math.max(0, lineValue.value)
+        trimOpacity: lineValue.opacity
         lineColor: Theme.line
     }
 

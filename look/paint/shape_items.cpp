@@ -38,26 +38,6 @@ void QuibMark::paint(QPainter *painter)
     paintQuibMark(*painter, boundingRect(), m_color);
 }
 
-void NotchShape::paint(QPainter *painter)
-{
-    constexpr double grainCell = 2;
-    constexpr double grainWhite = 0.05;
-    constexpr double grainBottomDensity = 0.28;
-
-    const QRectF rect = boundingRect().adjusted(margin, margin, -margin, -margin);
-    const QPainterPath outline = notchShapePath(rect, m_bottomRadius);
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->fillPath(outline, Qt::black);
-    if (m_grainOpacity > 0) {
-        QColor white(Qt::white);
-        white.setAlphaF(static_cast<float>(grainWhite * m_grainOpacity));
-        fillDithered(*painter, outline, rect, grainCell, white, 0, grainBottomDensity);
-    }
-    if (m_lineWidth > 0) {
-        painter->strokePath(outline, QPen(m_lineColor, m_lineWidth));
-    }
-}
-
 void RoundedBox::paint(QPainter *painter)
 {
     const QRectF box = boundingRect().adjusted(margin, margin, -margin, -margin);

@@ -22,34 +22,6 @@ private:
     QColor m_color = Qt::white;
 };
 
-/// The island itself: a black notch shape, a faint grain that thickens towards the bottom, and a
-/// hairline outline.
-///
-/// The item is one point larger than the shape on every side, for the outer half of the outline.
-class NotchShape : public corvane::look::PaintedShape
-{
-    Q_OBJECT
-    QML_ELEMENT
-    Q_PROPERTY(double bottomRadius MEMBER m_bottomRadius NOTIFY changed FINAL)
-    /// Opacity of the whole grain; the grain itself is white at 0.05.
-    Q_PROPERTY(double grainOpacity MEMBER m_grainOpacity NOTIFY changed FINAL)
-    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY changed FINAL)
-    Q_PROPERTY(double lineWidth MEMBER m_lineWidth NOTIFY changed FINAL)
-
-public:
-    /// Margin around the shape inside the item, in points.
-    static constexpr double margin = 1;
-
-    using PaintedShape::PaintedShape;
-    void paint(QPainter *painter) override;
-
-private:
-    double m_bottomRadius = 0;
-    double m_grainOpacity = 0;
-    QColor m_lineColor = Qt::transparent;
-    double m_lineWidth = 0;
-};
-
 /// A rounded rectangle that may be scaled. The software scene graph composes Qt Quick's Rectangle
 /// of pieces, which show seams when scaled. The item is one point larger than the box on every
 /// side, for the outer half of the border, and so that scaling does not clip the edges.

@@ -5,13 +5,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace corvane::look {
 
 namespace {
-
-/// Minimum edge length in points for drawing the mark without seams.
-constexpr double seamlessWidth = 40;
 
 /// The classic 4 × 4 index matrix. Index v fills its cell at densities of at least (v + 0.5) / 16,
 /// so that neither 0 nor 1 is a threshold.
@@ -119,23 +117,48 @@ std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect)
 
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
 {
-    painter.setRenderHint(QPainter::Antialiasing);
-    const auto cells = quibMarkRects(rect);
-    if (rect.width() >= seamlessWidth) {
-        // At this size, seams between cells that meet inside a pixel would be visible.
-        QPainterPath path;
-        path.setFillRule(Qt::WindingFill);
-        for (const QRectF &cell : cells) {
-            path.addRect(cell);
-        }
-        painter.fillPath(path, color);
+    // Not a path: Qt distributes a path with this many spans to other threads, and the animation at
+    // rest would keep waking them.
+    const QTransform transform = painter.deviceTransform();
+    const QRectF place = transform.mapRect(rect);
+    const QRect frame = place.toAlignedRect();
+    if (frame.isEmpty()) {
         return;
     }
-    // Drawn one by one: Qt would distribute a path with this many spans to other threads, and the
-    // animation at rest would keep waking them.
-    for (const QRectF &cell : cells) {
-        painter.fillRect(cell, color);
+    const auto columns = static_cast<std::size_t>(frame.width());
+    std::vector<double> coverage(columns * static_cast<std::size_t>(frame.height()));
+    // The length of the part of [from, to] that lies in the pixel at `pixel`.
+    const auto share = [](double from, double to, int pixel) {
+        return std::max(std::min(to, pixel + 1.0) - std::max(from, static_cast<double>(pixel)),
+                        0.0);
+    };
+    for (const QRectF &cell : quibMarkRects(place.translated(-frame.topLeft()))) {
+        for (int y = static_cast<int>(cell.top());
+             y < std::min(cell.bottom(), 1.0 * frame.height()); ++y) {
+            const double down = share(cell.top(), cell.bottom(), y);
+            for (int x = static_cast<int>(cell.left());
+                 x < std::min(cell.right(), 1.0 * frame.width()); ++x) {
+                coverage[static_cast<std::size_t>(y) * columns + static_cast<std::size_t>(x)] +=
+                    down * share(cell.left(), cell.right(), x);
+            }
+        }
     }
+    QImage image(frame.size(), QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < frame.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (std::size_t x = 0; x < columns; ++x) {
+            QColor pixel = color;
+            pixel.setAlphaF(static_cast<float>(
+                color.alphaF() *
+                std::min(coverage[static_cast<std::size_t>(y) * columns + x], 1.0)));
+            line[x] = qPremultiply(pixel.rgba());
+        }
+    }
+    const QTransform toDevice = painter.transform();
+    painter.setTransform(toDevice * transform.inverted() *
+                         QTransform::fromTranslate(frame.x(), frame.y()));
+    painter.drawImage(0, 0, image);
+    painter.setTransform(toDevice);
 }
 
 QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool closed)

@@ -71,7 +71,9 @@ inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
 /// The mark's nine rectangles, centred in `rect` within a square. They never overlap.
 [[nodiscard]] std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect);
 
-/// Fills the mark, centred in `rect` within a square.
+/// Fills the mark, centred in `rect` within a square, as one shape: each pixel is covered by
+/// exactly the share of the mark in it, so that no seam shows where two rectangles meet in a pixel.
+/// The painter may be moved and scaled, but not rotated.
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color);
 
 /// A price chart over the whole width of `rect` (y downward), oldest point first, with a margin of

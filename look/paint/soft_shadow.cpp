@@ -3,11 +3,11 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <numbers>
+#include <span>
+#include <utility>
 #include <vector>
 
 namespace corvane::look {
@@ -16,84 +16,62 @@ namespace {
 
 /// The Gaussian is invisible beyond this many sigmas.
 constexpr double reach = 3.4;
-/// A shadow of at most this many columns is stored completely: this is cheap, and pieces would show
-/// seams on buttons, which are scaled.
-constexpr int smallTotal = 512;
 
-/// The columns of the shadow that are stored as pixels: all of them, or, for wide shadows, both
-/// ends and one column that is repeated for the uniform middle.
-struct Columns
+/// The blurred bar at the centres of `count` pixels from pixel `first` on, relative to the bar's
+/// start.
+std::vector<float> profile(int first, int count, double scale, double length, double sigma)
 {
-    int end = 0;
-    int middle = 0;
-    [[nodiscard]] int kept() const { return 2 * end + (middle > 0 ? 1 : 0); }
-};
-
-Columns columnsFor(int total, double sigmaPixels)
-{
-    const int end = static_cast<int>(std::ceil(2 * reach * sigmaPixels));
-    if (total <= std::max(2 * end + 1, smallTotal)) {
-        return {(total + 1) / 2, 0};
+    std::vector<float> values(static_cast<std::size_t>(count));
+    for (int index = 0; index < count; ++index) {
+        const double position = (first + index + 0.5) / scale;
+        values[static_cast<std::size_t>(index)] =
+            static_cast<float>(blurredBar(position, length, sigma));
     }
-    return {end, total - 2 * end};
+    return values;
 }
 
-QImage shadowImage(const QSizeF &size, const QColor &color, double sigma, double margin,
-                   double scale, const Columns &columns, int rows)
+/// Writes one line of the shadow. A plain loop over separate arrays, which the compiler vectorises.
+void fillLine(QRgb *line, std::span<const float> across, float down, const QColor &color)
 {
-    QImage image(columns.kept(), rows, QImage::Format_ARGB32_Premultiplied);
-    const auto position = [&](double pixel) { return (pixel + 0.5) / scale - margin; };
-    std::vector<double> across(static_cast<std::size_t>(image.width()));
-    for (int x = 0; x < image.width(); ++x) {
-        const int pixel = x < columns.end ? x : x + std::max(columns.middle - 1, 0);
-        across[static_cast<std::size_t>(x)] = blurredBar(position(pixel), size.width(), sigma);
+    const auto red = static_cast<float>(color.red());
+    const auto green = static_cast<float>(color.green());
+    const auto blue = static_cast<float>(color.blue());
+    const auto channel = [](float value) { return static_cast<QRgb>(static_cast<int>(value)); };
+    for (std::size_t x = 0; x < across.size(); ++x) {
+        const float alpha = across[x] * down;
+        line[x] = channel(255 * alpha + 0.5F) << 24 | channel(red * alpha + 0.5F) << 16 |
+                  channel(green * alpha + 0.5F) << 8 | channel(blue * alpha + 0.5F);
     }
-    const auto channel = [](int value, double alpha) {
-        return static_cast<unsigned>(std::lround(value * alpha));
-    };
-    for (int y = 0; y < rows; ++y) {
-        const double down = blurredBar(position(y), size.height(), sigma);
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const double alpha = across[static_cast<std::size_t>(x)] * down;
-            line[x] = channel(255, alpha) << 24 | channel(color.red(), alpha) << 16 |
-                      channel(color.green(), alpha) << 8 | channel(color.blue(), alpha);
-        }
-    }
-    return image;
 }
 
-/// Contains the pieces of one shadow and their common picture.
+/// Contains the pieces of one shadow. They lie side by side on whole pixels and are never
+/// stretched, so that no seam can show between them.
 class ShadowNode final : public QSGNode
 {
 public:
-    void setImage(QQuickWindow &window, const QImage &image)
+    /// Replaces piece `index` by `image`, with its top left corner at `corner` (points).
+    void setPiece(std::size_t index, QQuickWindow &window, const QImage &image,
+                  const QPointF &corner, double scale)
     {
-        // The old picture must outlive its last use by any of the pieces.
-        std::unique_ptr<QSGTexture> texture(window.createTextureFromImage(image));
-        for (QSGImageNode *&piece : m_pieces) {
-            const bool isNew = piece == nullptr;
-            if (isNew) {
-                piece = window.createImageNode();
+        QSGImageNode *&piece = m_pieces.at(index);
+        if (image.isNull()) {
+            if (piece != nullptr) {
+                removeChildNode(piece);
+                delete std::exchange(piece, nullptr);
             }
-            piece->setTexture(texture.get());
-            piece->setRect({});
-            if (isNew) {
-                appendChildNode(piece);
-            }
+            return;
         }
-        m_texture = std::move(texture);
-    }
-
-    void place(std::size_t piece, const QRectF &target, const QRectF &source)
-    {
-        m_pieces.at(piece)->setRect(target);
-        m_pieces.at(piece)->setSourceRect(source);
+        if (piece == nullptr) {
+            piece = window.createImageNode();
+            piece->setOwnsTexture(true);
+            appendChildNode(piece);
+        }
+        piece->setTexture(window.createTextureFromImage(image));
+        piece->setRect(QRectF(corner, QSizeF(image.size()) / scale));
     }
 
 private:
-    std::array<QSGImageNode *, 4> m_pieces{};
-    std::unique_ptr<QSGTexture> m_texture;
+    std::array<QSGImageNode *, 3> m_pieces{};
 };
 
 } // namespace
@@ -126,38 +104,46 @@ QSGNode *SoftShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         delete old;
         return nullptr;
     }
-    const double scale = window()->effectiveDevicePixelRatio();
-    const double margin = std::ceil(reach * sigma * scale) / scale;
-    const int total = static_cast<int>(std::ceil((width() + 2 * margin) * scale));
-    const int rows = static_cast<int>(std::ceil((height() + 2 * margin) * scale));
-    const Columns columns = columnsFor(total, sigma * scale);
-
     auto *node = static_cast<ShadowNode *>(old);
     if (node == nullptr) {
         node = new ShadowNode;
     }
-    node->setImage(*window(), shadowImage(size(), m_color, sigma, margin, scale, columns, rows));
-    const double top = -margin;
-    const double end = columns.end / scale;
-    if (columns.middle == 0) {
-        node->place(0, {-margin, top, columns.kept() / scale, rows / scale},
-                    {0, 0, static_cast<double>(columns.kept()), static_cast<double>(rows)});
+    const double scale = window()->effectiveDevicePixelRatio();
+    const int margin = static_cast<int>(std::ceil(reach * sigma * scale));
+    const auto pixels = [&](double length) { return static_cast<int>(std::ceil(length * scale)); };
+    const int columns = pixels(width()) + 2 * margin;
+    const int rows = pixels(height()) + 2 * margin;
+    const std::vector<float> across = profile(-margin, columns, scale, width(), sigma);
+    const std::vector<float> down = profile(-margin, rows, scale, height(), sigma);
+
+    const auto piece = [&](const QRect &part) {
+        if (part.isEmpty()) {
+            return QImage();
+        }
+        QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
+        const std::span<const float> values = std::span(across).subspan(
+            static_cast<std::size_t>(part.x()), static_cast<std::size_t>(part.width()));
+        for (int y = 0; y < part.height(); ++y) {
+            fillLine(reinterpret_cast<QRgb *>(image.scanLine(y)), values,
+                     down[static_cast<std::size_t>(part.y() + y)], m_color);
+        }
+        return image;
+    };
+    const auto place = [&](std::size_t index, const QRect &part) {
+        node->setPiece(index, *window(), piece(part),
+                       QPointF(part.x() - margin, part.y() - margin) / scale, scale);
+    };
+    const int side = margin + pixels(m_hangingInset.width());
+    const int foot = margin + pixels(m_hangingInset.height());
+    if (m_hangingInset.isEmpty() || 2 * side >= columns || foot >= rows) {
+        place(0, {0, 0, columns, rows});
+        place(1, {});
+        place(2, {});
         return node;
     }
-    node->place(0, {-margin, top, end, rows / scale},
-                {0, 0, static_cast<double>(columns.end), static_cast<double>(rows)});
-    node->place(1, {-margin + end + columns.middle / scale, top, end, rows / scale},
-                {static_cast<double>(columns.end) + 1, 0, static_cast<double>(columns.end),
-                 static_cast<double>(rows)});
-    // The middle is omitted, because the rectangle covers it.
-    const int edge = std::min(static_cast<int>(2 * margin * scale), rows);
-    const auto placeMiddle = [&](std::size_t piece, int row) {
-        node->place(piece, {-margin + end, top + row / scale, columns.middle / scale, edge / scale},
-                    {static_cast<double>(columns.end), static_cast<double>(row), 1,
-                     static_cast<double>(edge)});
-    };
-    placeMiddle(2, 0);
-    placeMiddle(3, std::max(rows - edge, edge));
+    place(0, {0, 0, side, rows});
+    place(1, {columns - side, 0, side, rows});
+    place(2, {side, rows - foot, columns - 2 * side, foot});
     return node;
 }
 

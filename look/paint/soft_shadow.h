@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QQuickItem>
+#include <QSizeF>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::look {
@@ -13,7 +14,7 @@ namespace corvane::look {
 ///
 /// A rectangle blurred by a Gaussian is the product of two blurred bars, so the shadow is computed
 /// exactly for any size, without blurring a picture. Rounded corners with a radius of up to one
-/// sigma make no visible difference. The middle, which the rectangle covers, is not drawn.
+/// sigma make no visible difference.
 class SoftShadow : public QQuickItem
 {
     Q_OBJECT
@@ -21,6 +22,9 @@ class SoftShadow : public QQuickItem
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
     /// Blur radius in points, twice the Gaussian's sigma.
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
+    /// For the shadow of a body that hangs from an edge and covers it: how far the shadow is drawn
+    /// inside the item, in points, at the sides and at the foot. Empty: the whole shadow is drawn.
+    Q_PROPERTY(QSizeF hangingInset MEMBER m_hangingInset NOTIFY changed FINAL)
 
 public:
     explicit SoftShadow(QQuickItem *parent = nullptr);
@@ -35,6 +39,7 @@ protected:
 private:
     QColor m_color = Qt::black;
     double m_radius = 0;
+    QSizeF m_hangingInset;
 };
 
 } // namespace corvane::look
