@@ -2,6 +2,7 @@
 
 #include <QRectF>
 
+#include <functional>
 #include <memory>
 
 class QQuickItem;
@@ -22,6 +23,17 @@ public:
         Active = 1000, ///< above all windows that programs normally show
     };
 
+    /// Called on the main thread.
+    struct KeyboardObserver
+    {
+        /// The panel has got keyboard focus (true), or lost it.
+        std::function<void(bool)> focusChanged;
+        /// The user has pressed a key while the panel has keyboard focus.
+        std::function<void()> keyPressed;
+        /// The user has pressed a mouse button on the panel.
+        std::function<void()> buttonPressed;
+    };
+
     IslandPanel() = default;
     IslandPanel(const IslandPanel &) = delete;
     IslandPanel &operator=(const IslandPanel &) = delete;
@@ -40,11 +52,14 @@ public:
     virtual void setContentOutline(const QRectF &outline, double bottomRadius) = 0;
     /// Shows the panel above the windows of its level, without activating it.
     virtual void show() = 0;
-    /// Activates the program and gives the panel keyboard focus.
+    /// Activates the program and gives the panel keyboard focus, also while the user works in
+    /// another window.
     virtual void activate() = 0;
     /// Returns keyboard focus to the window that had it before the panel, also if the panel got it
     /// by a click on a field. Does nothing if the panel does not have focus.
     virtual void deactivate() = 0;
+    /// Replaces the observer, which must remain valid until the panel is destroyed.
+    virtual void observeKeyboard(KeyboardObserver observer) = 0;
 };
 
 /// Creates island panels. Main thread.

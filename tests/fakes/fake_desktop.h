@@ -99,6 +99,15 @@ public:
         int orderedFront = 0;
         QRectF outline;
         double bottomRadius = 0;
+        KeyboardObserver observer;
+
+        /// Gives the panel the keyboard, or takes it away.
+        void setActive(bool on)
+        {
+            if (std::exchange(isActive, on) != on && observer.focusChanged) {
+                observer.focusChanged(on);
+            }
+        }
     };
 
     explicit FakePanel(State &state)
@@ -114,8 +123,12 @@ public:
         m_state.bottomRadius = bottomRadius;
     }
     void show() override { ++m_state.orderedFront; }
-    void activate() override { m_state.isActive = true; }
-    void deactivate() override { m_state.isActive = false; }
+    void activate() override { m_state.setActive(true); }
+    void deactivate() override { m_state.setActive(false); }
+    void observeKeyboard(KeyboardObserver observer) override
+    {
+        m_state.observer = std::move(observer);
+    }
 
 private:
     State &m_state;

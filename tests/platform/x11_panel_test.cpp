@@ -97,6 +97,12 @@ TEST_F(X11Panel, LeavesMenusAboveItWhileItRests)
     ASSERT_TRUE(!isAbove(frame) && !isAbove(menu));
     m_display.announceStacking({client});
     EXPECT_TRUE(waitUntil([&] { return isAbove(frame) && isAbove(menu); }));
+    // One that appears later is below the panel too, until that rests.
+    const auto later = m_display.makeWindow(beneath(), Kind::Popup);
+    EXPECT_TRUE(waitUntil([&] { return isAbove(later); }));
+    m_panel->setLevel(IslandPanel::Level::Resting);
+    EXPECT_TRUE(waitUntil([&] { return !isAbove(later); }));
+    EXPECT_TRUE(isAbove(frame));
 }
 
 TEST_F(X11Panel, StaysBelowALockedScreen)

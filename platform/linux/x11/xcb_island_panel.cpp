@@ -27,6 +27,36 @@ QRect windowGeometry(const QRectF &rectangle)
 
 } // namespace
 
+/// Tells the panel's observer about keyboard focus and about what is pressed.
+class XcbIslandPanel::Input final : public QObject
+{
+public:
+    explicit Input(XcbIslandPanel &panel)
+        : m_panel(panel)
+    {
+        panel.m_window.installEventFilter(this);
+        connect(&panel.m_window, &QWindow::activeChanged, this, [this] {
+            if (m_panel.m_observer.focusChanged) {
+                m_panel.m_observer.focusChanged(m_panel.m_window.isActive());
+            }
+        });
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        const KeyboardObserver &observer = m_panel.m_observer;
+        if (event->type() == QEvent::KeyPress && observer.keyPressed) {
+            observer.keyPressed();
+        } else if (event->type() == QEvent::MouseButtonPress && observer.buttonPressed) {
+            observer.buttonPressed();
+        }
+        return false;
+    }
+
+private:
+    XcbIslandPanel &m_panel;
+};
+
 /// Keeps the X11 part in sync with Qt's native window, which may be destroyed and created again.
 class XcbIslandPanel::Desktop final : public QObject
 {
@@ -76,6 +106,7 @@ private:
 
 XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
     : m_screens(screens)
+    , m_input(std::make_unique<Input>(*this))
 {
     QSurfaceFormat format = m_window.requestedFormat();
     format.setAlphaBufferSize(8);
@@ -99,6 +130,7 @@ XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
 XcbIslandPanel::~XcbIslandPanel()
 {
     // The window outlives the members declared after it, and emits signals in its destructor.
+    m_input.reset();
     if (m_desktop) {
         m_window.removeEventFilter(m_desktop.get());
     }
@@ -119,9 +151,16 @@ void XcbIslandPanel::setLevel(Level level)
         return;
     }
     m_level = level;
-    // When the level is lowered, the panel keeps its position until another window is raised above
-    // it.
-    restack();
+    XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr;
+    if (window == nullptr) {
+        return;
+    }
+    window->followUnmanaged(level == Level::Active);
+    if (level == Level::Active) {
+        restack();
+    } else {
+        window->lowerFromTop();
+    }
 }
 
 void XcbIslandPanel::setClickThrough(bool on)
@@ -214,8 +253,15 @@ void XcbIslandPanel::activate()
 {
     if (XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr) {
         window->rememberFocus();
+        window->takeFocus();
+    } else {
+        m_window.requestActivate();
     }
-    m_window.requestActivate();
+}
+
+void XcbIslandPanel::observeKeyboard(KeyboardObserver observer)
+{
+    m_observer = std::move(observer);
 }
 
 void XcbIslandPanel::deactivate()

@@ -17,8 +17,9 @@ class QtScreens;
 /// Click-through uses the input region, so that nothing is repainted or remapped when it changes.
 /// On a desktop without a compositing manager the bounding region is the content's outline; it is
 /// updated when a compositing manager starts or stops. After the window manager has restacked
-/// windows, a resting panel is raised above the topmost of them, which leaves open menus above the
-/// panel, and an active one to the very top.
+/// windows, or another window has appeared where there is none, a resting panel is raised above the
+/// topmost of them, which leaves open menus above the panel. An active one is raised to the very
+/// top, above later menus too, and leaves that place when it rests again.
 ///
 /// If the application does not run on X11, the panel is an ordinary frameless window with
 /// click-through for the whole window only.
@@ -37,11 +38,13 @@ public:
     void show() override;
     void activate() override;
     void deactivate() override;
+    void observeKeyboard(KeyboardObserver observer) override;
 
     [[nodiscard]] QQuickWindow &window() { return m_window; }
 
 private:
     class Desktop;
+    class Input;
 
     void fitContent();
     void applyShape();
@@ -56,6 +59,8 @@ private:
     bool m_clickThrough = true;
     QRectF m_outline;
     double m_bottomRadius = 0;
+    KeyboardObserver m_observer;
+    std::unique_ptr<Input> m_input;
     /// The X11 part of the window; null on other platforms.
     std::unique_ptr<Desktop> m_desktop;
 };

@@ -62,9 +62,10 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     m_root = tree ? tree->root : xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 
     // All requests are sent before waiting for the first reply.
-    const auto compositorName =
-        "_NET_WM_CM_S" + std::to_string(screenNumberOf(m_connection, m_root));
-    const auto compositor = askForAtom(m_connection, compositorName);
+    const std::string screen = std::to_string(screenNumberOf(m_connection, m_root));
+    const auto compositor = askForAtom(m_connection, "_NET_WM_CM_S" + screen);
+    const auto manager = askForAtom(m_connection, "WM_S" + screen);
+    const auto managerCheck = askForAtom(m_connection, "_NET_SUPPORTING_WM_CHECK");
     const auto stacking = askForAtom(m_connection, "_NET_CLIENT_LIST_STACKING");
     const auto active = askForAtom(m_connection, "_NET_ACTIVE_WINDOW");
     const auto windowType = askForAtom(m_connection, "_NET_WM_WINDOW_TYPE");
@@ -75,6 +76,8 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     m_compositorAtom = takeAtom(m_connection, compositor);
     m_stackingAtom = takeAtom(m_connection, stacking);
     m_activeWindowAtom = takeAtom(m_connection, active);
+    m_managerAtom = takeAtom(m_connection, manager);
+    m_managerCheckAtom = takeAtom(m_connection, managerCheck);
 
     // The window type of docks, to which compositing managers add neither shadows nor animations.
     const xcb_atom_t type = takeAtom(m_connection, dock);
@@ -84,8 +87,7 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     // Qt has selected events on the root window too, and its event mask must be kept.
     if (const Owned<xcb_get_window_attributes_reply_t> attributes{
             xcb_get_window_attributes_reply(m_connection, root, nullptr)}) {
-        const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &mask);
+        m_rootMask = attributes->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
     }
 
     const Owned<xcb_xfixes_query_version_reply_t> version(
@@ -93,11 +95,13 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     const auto *extension = xcb_get_extension_data(m_connection, &xcb_xfixes_id);
     if (version && extension != nullptr && extension->present != 0) {
         m_selectionEvent = extension->first_event + XCB_XFIXES_SELECTION_NOTIFY;
-        xcb_xfixes_select_selection_input(
-            m_connection, m_id, m_compositorAtom,
-            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+        for (const xcb_atom_t selection : {m_compositorAtom, m_managerAtom}) {
+            xcb_xfixes_select_selection_input(
+                m_connection, m_id, selection,
+                XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                    XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                    XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+        }
     }
     // Queried after subscribing to the notification, so that no change is missed in between.
     const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
@@ -110,6 +114,7 @@ XcbPanelWindow::XcbPanelWindow(xcb_connection_t *connection, std::uint32_t id, O
     }
     m_soon.setInterval(0);
     m_settled.setInterval(settleTime);
+    findWindowManager();
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -156,8 +161,62 @@ std::vector<std::uint32_t> XcbPanelWindow::stack() const
     return {children.begin(), children.end()};
 }
 
+void XcbPanelWindow::findWindowManager()
+{
+    // Only one client can redirect the windows of the root window. Properties are no evidence: a
+    // window manager that was killed leaves them behind.
+    const Owned<xcb_get_window_attributes_reply_t> root(xcb_get_window_attributes_reply(
+        m_connection, xcb_get_window_attributes(m_connection, m_root), nullptr));
+    m_managed = root && (root->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
+    selectRootEvents();
+}
+
+void XcbPanelWindow::selectRootEvents()
+{
+    // A window manager announces its stacking order. Every movement of every window is only
+    // received where that is not enough, because each one wakes the process.
+    const bool everything = !m_managed || m_followsUnmanaged;
+    const std::uint32_t mask =
+        m_rootMask | (everything ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : XCB_EVENT_MASK_NO_EVENT);
+    xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(m_connection);
+}
+
+void XcbPanelWindow::followUnmanaged(bool on)
+{
+    m_followsUnmanaged = on;
+    findWindowManager();
+}
+
+std::vector<std::uint32_t> XcbPanelWindow::ordinaryWindows() const
+{
+    const auto windows = stack();
+    std::vector<xcb_get_window_attributes_cookie_t> questions;
+    questions.reserve(windows.size());
+    for (const xcb_window_t window : windows) {
+        questions.push_back(xcb_get_window_attributes(m_connection, window));
+    }
+    std::vector<std::uint32_t> found;
+    for (std::size_t index = 0; index < windows.size(); ++index) {
+        // A client may have been destroyed in the meantime.
+        xcb_generic_error_t *error = nullptr;
+        const Owned<xcb_get_window_attributes_reply_t> window(
+            xcb_get_window_attributes_reply(m_connection, questions[index], &error));
+        const Owned<xcb_generic_error_t> dropped(error);
+        if (window && window->override_redirect == 0 &&
+            window->map_state == XCB_MAP_STATE_VIEWABLE &&
+            window->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+            found.push_back(windows[index]);
+        }
+    }
+    return found;
+}
+
 std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
 {
+    if (!m_managed) {
+        return ordinaryWindows();
+    }
     const Owned<xcb_get_property_reply_t> list(
         xcb_get_property_reply(m_connection,
                                xcb_get_property(m_connection, 0, m_root, m_stackingAtom,
@@ -170,7 +229,11 @@ std::vector<std::uint32_t> XcbPanelWindow::managedFrames() const
                             list->value_len);
     const auto count = std::min<std::size_t>(clients.size(), maximumClients);
     const auto top = clients.last(count);
-    std::vector<xcb_window_t> climbing(top.begin(), top.end());
+    return framesOf({top.begin(), top.end()});
+}
+
+std::vector<std::uint32_t> XcbPanelWindow::framesOf(std::vector<std::uint32_t> climbing) const
+{
     std::vector<std::uint32_t> frames;
     // Processes one level of the tree at a time, so that each level costs only one round trip.
     for (int depth = 0; depth < maximumFrameDepth && !climbing.empty(); ++depth) {
@@ -212,6 +275,14 @@ void XcbPanelWindow::rememberFocus()
     if (const std::uint32_t window = focus(); window != m_id) {
         m_previousFocus = window;
     }
+}
+
+void XcbPanelWindow::takeFocus()
+{
+    // The server ignores requests that are older than the last change of focus. The time that Qt
+    // knows is that of its latest event, and often older.
+    xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_PARENT, m_id, XCB_CURRENT_TIME);
+    xcb_flush(m_connection);
 }
 
 void XcbPanelWindow::returnFocus()
@@ -278,6 +349,8 @@ void XcbPanelWindow::raiseToTop(const QRect &display)
         return;
     }
     const auto cover = lowestCover({std::next(self), windows.end()}, display);
+    const auto end = cover ? std::find(self, windows.end(), *cover) : windows.end();
+    m_passed.insert(m_passed.end(), std::next(self), end);
     if (cover) {
         const std::array<std::uint32_t, 2> values{*cover, XCB_STACK_MODE_BELOW};
         xcb_configure_window(m_connection, m_id,
@@ -309,11 +382,47 @@ void XcbPanelWindow::raiseAboveManaged()
     xcb_flush(m_connection);
 }
 
+void XcbPanelWindow::lowerFromTop()
+{
+    const auto windows = stack();
+    const auto self = std::find(windows.begin(), windows.end(), m_id);
+    const auto frames = managedFrames();
+    const auto lowest = std::find_if(windows.begin(), self, [&](std::uint32_t window) {
+        return std::ranges::find(m_passed, window) != m_passed.end() &&
+               std::ranges::find(frames, window) == frames.end();
+    });
+    m_passed.clear();
+    if (lowest != self) {
+        const std::array<std::uint32_t, 2> values{*lowest, XCB_STACK_MODE_BELOW};
+        xcb_configure_window(m_connection, m_id,
+                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                             values.data());
+    }
+    raiseAboveManaged();
+}
+
 void XcbPanelWindow::announceStackChange()
 {
     // Delayed, because a window manager changes several properties at once.
     m_soon.start();
     m_settled.start();
+}
+
+bool XcbPanelWindow::changesStack(const void *message) const
+{
+    const int kind = static_cast<const xcb_generic_event_t *>(message)->response_type & 0x7f;
+    if (kind == XCB_MAP_NOTIFY) {
+        const auto &mapped = *static_cast<const xcb_map_notify_event_t *>(message);
+        return mapped.event == m_root && mapped.window != m_id &&
+               (mapped.override_redirect == 0 || m_followsUnmanaged);
+    }
+    if (kind == XCB_CONFIGURE_NOTIFY) {
+        // Not for unmanaged windows: two of them that each want to be on top would never rest.
+        const auto &moved = *static_cast<const xcb_configure_notify_event_t *>(message);
+        return moved.event == m_root && moved.window != m_id && moved.override_redirect == 0 &&
+               !m_managed;
+    }
+    return false;
 }
 
 bool XcbPanelWindow::nativeEventFilter(const QByteArray &type, void *message, qintptr *)
@@ -323,15 +432,22 @@ bool XcbPanelWindow::nativeEventFilter(const QByteArray &type, void *message, qi
     }
     const auto *event = static_cast<const xcb_generic_event_t *>(message);
     const int kind = event->response_type & 0x7f;
-    if (kind == XCB_PROPERTY_NOTIFY) {
+    if (changesStack(message)) {
+        announceStackChange();
+    } else if (kind == XCB_PROPERTY_NOTIFY) {
         const auto *changed = reinterpret_cast<const xcb_property_notify_event_t *>(event);
         if (changed->window == m_root &&
             (changed->atom == m_stackingAtom || changed->atom == m_activeWindowAtom)) {
             announceStackChange();
+        } else if (changed->window == m_root && changed->atom == m_managerCheckAtom) {
+            findWindowManager();
         }
     } else if (kind == m_selectionEvent) {
         const auto *changed = reinterpret_cast<const xcb_xfixes_selection_notify_event_t *>(event);
-        if (changed->selection == m_compositorAtom && changed->owner != m_compositor) {
+        if (changed->selection == m_managerAtom) {
+            findWindowManager();
+            announceStackChange();
+        } else if (changed->selection == m_compositorAtom && changed->owner != m_compositor) {
             m_compositor = changed->owner;
             m_observer.compositingChanged();
         }

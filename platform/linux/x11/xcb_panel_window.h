@@ -45,6 +45,8 @@ public:
 
     /// Records the window with keyboard focus, unless it is this one.
     void rememberFocus();
+    /// Takes keyboard focus, whoever has it. The window must be mapped.
+    void takeFocus();
     /// Returns keyboard focus to the recorded window if this one has it.
     void returnFocus();
 
@@ -53,6 +55,11 @@ public:
     void raiseToTop(const QRect &display);
     /// Raises the window above the topmost managed window, if that one covers it.
     void raiseAboveManaged();
+    /// Lowers the window below the unmanaged windows that `raiseToTop` has raised it above since
+    /// the last call, but not below managed windows.
+    void lowerFromTop();
+    /// While on, the observer also hears of unmanaged windows, such as menus.
+    void followUnmanaged(bool on);
 
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
 
@@ -62,8 +69,15 @@ private:
     /// The first of these windows that is a locked screen; empty if none is.
     [[nodiscard]] std::optional<std::uint32_t> lowestCover(std::span<const std::uint32_t> windows,
                                                            const QRect &display) const;
-    /// The frames of the managed windows.
+    /// The frames of the managed windows; without a window manager, the visible windows that one
+    /// would manage.
     [[nodiscard]] std::vector<std::uint32_t> managedFrames() const;
+    [[nodiscard]] std::vector<std::uint32_t> framesOf(std::vector<std::uint32_t> climbing) const;
+    [[nodiscard]] std::vector<std::uint32_t> ordinaryWindows() const;
+    void findWindowManager();
+    /// Subscribes to the events that tell of a change of the stacking order.
+    void selectRootEvents();
+    [[nodiscard]] bool changesStack(const void *message) const;
     /// The window with keyboard focus, or one of the protocol's special values.
     [[nodiscard]] std::uint32_t focus() const;
     void announceStackChange();
@@ -77,6 +91,14 @@ private:
     std::uint32_t m_compositorAtom = 0;
     std::uint32_t m_stackingAtom = 0;
     std::uint32_t m_activeWindowAtom = 0;
+    std::uint32_t m_managerAtom = 0;
+    std::uint32_t m_managerCheckAtom = 0;
+    /// The events of the root window that are needed in any case.
+    std::uint32_t m_rootMask = 0;
+    bool m_managed = false;
+    bool m_followsUnmanaged = false;
+    /// The windows that raiseToTop has raised this one above.
+    std::vector<std::uint32_t> m_passed;
     int m_selectionEvent = -1;
     std::optional<QList<QRect>> m_input;
     std::optional<QList<QRect>> m_bounding;
