@@ -19,6 +19,8 @@ Item {
     property real line: 0
     // Target of the scale around the middle of the top edge.
     property real swell: 1
+    // The horizontal middle in the parent's coordinates.
+    required property real middle
     default property alias content: inside.data
 
     readonly property real radius: radiusValue.value
@@ -29,7 +31,9 @@ Item {
         return Math.round(length / root.devicePixel) * root.devicePixel;
     }
 
-    width: 2 * root.snapped(widthValue.value / 2)
+    // Both edges are rounded, so that an odd width is neither wider nor beside its place.
+    x: root.snapped(root.middle - widthValue.value / 2)
+    width: root.snapped(root.middle + widthValue.value / 2) - root.x
     height: root.snapped(Math.max(0, heightValue.value))
     scale: swellValue.value
     transformOrigin: Item.Top

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import Corvane.Core
 import Corvane.Island
 import Corvane.Look
+import Corvane.Look.Controls
 import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
@@ -26,10 +27,70 @@ Item {
     property string badge: ""
 
     readonly property bool open: root.island.expanded || root.island.widened
+    // The shown card; null while there is none.
+    readonly property CardFrame shownCard: ((reveal.item as CardSwitcher)?.current.item as CardFrame) ?? null
+    readonly property Item focusedItem: root.Window.activeFocusItem
+    readonly property bool hasFocus: root.focusedItem !== null && root.focusedItem !== root.Window.contentItem
+    // The control that had the keyboard focus last, while it exists.
+    property Item lastFocused: null
 
     function chosenCard() {
         const slot = root.slotOf(root.island.card);
         return slot === null ? emptySlot : slot;
+    }
+
+    // Moves the keyboard focus to where the user continues on the shown card. A pointer's user only
+    // needs it in a field.
+    function placeFocus() {
+        const card = root.shownCard;
+        if (card === null || !card.visible)
+            return;
+        const start = card.firstField ?? (root.island.keyboardDriven ? card.firstControl ?? card : null);
+        start?.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    // The same for somebody who begins to use the keyboard.
+    function startFocus() {
+        if (!root.hasFocus)
+            root.placeFocus();
+    }
+
+    // Gives a keyboard user the next control when the focused one has disappeared. One that is only
+    // disabled for the moment gets its focus back from Qt.
+    function keepFocus() {
+        if (root.hasFocus || !root.Window.active || !root.island.keyboardDriven || root.lastFocused?.visible)
+            return;
+        if (root.lastFocused === null)
+            root.placeFocus();
+        else
+            root.lastFocused.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function goBack() {
+        if (!root.island.expanded || !root.shownCard?.goBack())
+            root.island.goBack();
+    }
+
+    onShownCardChanged: Qt.callLater(root.placeFocus) // qmllint disable
+    onFocusedItemChanged: {
+        if (root.hasFocus)
+            root.lastFocused = root.focusedItem;
+        else
+            Qt.callLater(root.keepFocus); // qmllint disable
+    }
+
+    Connections {
+        target: root.shownCard
+
+        function onRestarted() {
+            Qt.callLater(root.placeFocus); // qmllint disable
+        }
+    }
+
+    Shortcut {
+        sequence: "Escape"
+        autoRepeat: false
+        onActivated: root.goBack()
     }
 
     function slotOf(card) {
@@ -69,7 +130,7 @@ Item {
     IslandBody {
         id: body
 
-        x: body.snapped((root.width - body.width) / 2 + offsetValue.value)
+        middle: root.island.stageMiddle + offsetValue.value
         transaction: root.island.transaction
         wantedWidth: root.open ? 620 : root.island.collapsedWidth
         wantedHeight: root.island.topBandHeight + (root.island.expanded ? reveal.implicitHeight : 0)
@@ -106,6 +167,14 @@ Item {
 
         function onCardChanged() {
             (reveal.item as CardSwitcher)?.show(root.chosenCard());
+        }
+
+        function onExpandedChanged() {
+            Qt.callLater(root.placeFocus); // qmllint disable
+        }
+
+        function onKeyboardDrivenChanged() {
+            Qt.callLater(root.startFocus); // qmllint disable
         }
     }
 

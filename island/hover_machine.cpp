@@ -59,6 +59,7 @@ void HoverMachine::handle(Event event)
         open();
         break;
     case Event::ShowPane:
+        m_dismissed = false;
         if (!isOpen()) {
             m_state = m_state == State::Widened ? State::Expanded : State::Opened;
             m_island.perform(Action::Unfold);
@@ -66,6 +67,12 @@ void HoverMachine::handle(Event event)
         break;
     case Event::Close:
         close();
+        break;
+    case Event::Dismiss:
+        dismiss();
+        break;
+    case Event::KeyboardLost:
+        m_presentedUntil.reset();
         break;
     case Event::ScreensChange:
         if (!isOpen()) {
@@ -84,6 +91,9 @@ bool HoverMachine::isOpen() const
 
 void HoverMachine::pointerInside()
 {
+    if (m_dismissed) {
+        return;
+    }
     cancel(m_closeWork);
     m_presentedUntil.reset();
     if (m_state == State::Resting) {
@@ -99,6 +109,7 @@ void HoverMachine::pointerInside()
 void HoverMachine::pointerOutside()
 {
     cancel(m_openWork);
+    m_dismissed = false;
     if (m_swollen) {
         m_swollen = false;
         if (m_state == State::Hovered) {
@@ -106,7 +117,7 @@ void HoverMachine::pointerOutside()
         }
         m_island.perform(Action::Settle);
     }
-    if (isPresented()) {
+    if (isPresented() || m_island.isHeld()) {
         // Needed if a pending fold has closed the island again.
         open();
     } else if (m_state == State::Widened) {
@@ -124,6 +135,7 @@ bool HoverMachine::isPresented() const
 
 void HoverMachine::open()
 {
+    m_dismissed = false;
     if (isOpen()) {
         return;
     }
@@ -144,9 +156,23 @@ void HoverMachine::unfold()
 
 void HoverMachine::close()
 {
-    if (!isOpen() || !m_island.showsBalance() || m_island.isPrompting()) {
-        return;
+    if (isOpen() && m_island.showsBalance() && !m_island.isPrompting() && !m_island.isHeld()) {
+        fold();
     }
+}
+
+void HoverMachine::dismiss()
+{
+    if (isOpen() && !m_island.isPrompting()) {
+        cancel(m_closeWork);
+        m_presentedUntil.reset();
+        m_dismissed = true;
+        fold();
+    }
+}
+
+void HoverMachine::fold()
+{
     if (m_state == State::Expanded) {
         m_state = State::Widened;
     } else {

@@ -18,14 +18,19 @@
 // | Widened         | (Narrow)        | Resting  | Narrow                                         |
 // | Resting/Hovered | (LetClicksPass) | same     | LetClicksPass                                  |
 // | without a card  | ScreensChange   | Resting  | Reset                                          |
+// | Expanded/Opened | Dismiss         | as Close | as Close                                       |
 //
 // "Without a card" means Resting, Hovered or Widened. Events in parentheses are steps that were
 // scheduled by an earlier action. Events that are not in the table have no effect. In addition:
 // - Open and Close are not scheduled twice. PointerInside cancels a scheduled Close, and
 //   PointerOutside a scheduled Open.
-// - Close has no effect on panes other than the balance, or while a prompt is open.
-// - For some seconds after Present, but only until the pointer has been inside, PointerOutside
-//   performs Settle and then acts like Open.
+// - Close has no effect on panes other than the balance, or while a prompt is open, or while the
+//   island is held by the keyboard. Dismiss has none while a prompt is open.
+// - For some seconds after Present, but only until the pointer has been inside or the keyboard has
+//   gone elsewhere, and as long as the island is held, PointerOutside performs Settle and then acts
+//   like Open.
+// - After Dismiss, PointerInside has no effect until the pointer has been outside, or the island
+//   has been opened in another way.
 // - A transition to Resting leads to Hovered instead while the tab is swollen (from Swell until the
 //   next Settle or Reset).
 
@@ -56,6 +61,8 @@ public:
         Present,        ///< open the island without the pointer, and wait for it
         ShowPane,       ///< open the island with a chosen pane, immediately
         Close,          ///< close the island, if allowed
+        Dismiss,        ///< close the island on any pane: the user sends it away by a key
+        KeyboardLost,   ///< the keyboard has gone to another window
         ScreensChange   ///< the displays have changed
     };
 
@@ -81,6 +88,8 @@ public:
         [[nodiscard]] virtual bool showsBalance() const = 0;
         /// True while the user is asked to prove presence.
         [[nodiscard]] virtual bool isPrompting() const = 0;
+        /// True while the keyboard, by which the island was opened, keeps it open.
+        [[nodiscard]] virtual bool isHeld() const = 0;
 
     protected:
         ~Island() = default;
@@ -103,6 +112,8 @@ private:
     void open();
     void unfold();
     void close();
+    void dismiss();
+    void fold();
     void narrow();
     void letClicksPass();
     /// Changes the state from strip or card to tab.
@@ -122,6 +133,8 @@ private:
     std::shared_ptr<platform::WorkItem> m_closeWork;
     /// The time until which Present keeps the island open without the pointer.
     std::optional<std::chrono::nanoseconds> m_presentedUntil;
+    /// True from Dismiss until the pointer has been outside.
+    bool m_dismissed = false;
     /// Pending steps hold a weak reference to it, to detect that this object was destroyed.
     std::shared_ptr<bool> m_life = std::make_shared<bool>(true);
 };

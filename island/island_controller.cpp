@@ -51,6 +51,7 @@ void IslandController::show()
     if (m_services.makeContent) {
         m_panel->setContent(m_services.makeContent(*this));
     }
+    followKeyboard();
     m_panel->show();
     startHoverTracking();
     m_services.screens.observeChanges(weakly(&IslandController::screensChanged));
@@ -74,6 +75,7 @@ void IslandController::startHoverTracking()
     m_hoverPoll = m_services.queue.every(hoverPollInterval, [controller = QPointer(this)] {
         if (controller) {
             controller->evaluateHover();
+            controller->reclaimKeyboard();
             Q_EMIT controller->hoverPolled();
         }
     });
@@ -89,8 +91,43 @@ void IslandController::evaluateHover()
     const std::optional<QPointF> pointer = m_services.pointer.location();
     const QRectF area =
         m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
-    m_hover.handle(pointer && containsPoint(area, *pointer) ? HoverMachine::Event::PointerInside
-                                                            : HoverMachine::Event::PointerOutside);
+    const bool inside = pointer && containsPoint(area, *pointer);
+    // A card that unfolds under a resting pointer is not a use of the pointer.
+    if (std::exchange(m_lastPointer, pointer) != pointer && inside) {
+        setKeyboardDriven(false);
+    }
+    m_hover.handle(inside ? HoverMachine::Event::PointerInside
+                          : HoverMachine::Event::PointerOutside);
+}
+
+void IslandController::followKeyboard()
+{
+    m_panel->observeKeyboard({.focusChanged = [this](bool on) { keyboardChanged(on); },
+                              .keyPressed = [this] { setKeyboardDriven(m_expanded); },
+                              .buttonPressed = [this] { setKeyboardDriven(false); }});
+}
+
+void IslandController::keyboardChanged(bool hasKeyboard)
+{
+    m_hasKeyboard = hasKeyboard;
+    m_keyboardLent = !hasKeyboard && m_openedByKeyboard && isPrompting();
+    if (!hasKeyboard && !m_keyboardLent) {
+        m_hover.handle(HoverMachine::Event::KeyboardLost);
+    }
+}
+
+void IslandController::reclaimKeyboard()
+{
+    // Window managers return the keyboard to a window that they manage, which the panel is not.
+    if (m_keyboardLent && !isPrompting()) {
+        m_keyboardLent = false;
+        present();
+    }
+}
+
+void IslandController::setKeyboardDriven(bool on)
+{
+    publish(m_keyboardDriven, on, &IslandController::keyboardDrivenChanged);
 }
 
 void IslandController::expand()
@@ -100,7 +137,26 @@ void IslandController::expand()
 
 void IslandController::present()
 {
+    m_openedByKeyboard = true;
+    setKeyboardDriven(true);
     m_hover.handle(HoverMachine::Event::Present);
+    panel().activate();
+}
+
+void IslandController::goBack()
+{
+    if (isPrompting()) {
+        return;
+    }
+    // The locked card is the same for every pane.
+    if (m_pane != IslandPane::Balance && card() != Card::Locked) {
+        setPane(IslandPane::Balance);
+        return;
+    }
+    m_transaction.run(standardSpring(), [this] {
+        publish(m_pane, IslandPane::Balance, &IslandController::paneChanged);
+        m_hover.handle(HoverMachine::Event::Dismiss);
+    });
 }
 
 void IslandController::collapse()
@@ -110,6 +166,9 @@ void IslandController::collapse()
 
 void IslandController::setPane(IslandPane pane)
 {
+    if (!m_expanded && !m_hovering) {
+        setKeyboardDriven(true);
+    }
     takeClicks();
     m_transaction.run(standardSpring(), [this, pane] {
         publish(m_pane, pane, &IslandController::paneChanged);
@@ -145,6 +204,8 @@ void IslandController::perform(HoverMachine::Action action)
         animate(standardSpring(), m_expanded, true, &IslandController::expandedChanged);
         break;
     case Fold:
+        m_openedByKeyboard = false;
+        setKeyboardDriven(false);
         panel().deactivate();
         animate(standardSpring(), m_expanded, false, &IslandController::expandedChanged);
         break;
@@ -166,6 +227,11 @@ void IslandController::perform(HoverMachine::Action action)
 bool IslandController::isPrompting() const
 {
     return m_unlock.state() == UnlockMachine::State::Prompting;
+}
+
+bool IslandController::isHeld() const
+{
+    return m_openedByKeyboard && m_keyboardDriven && (m_hasKeyboard || m_keyboardLent);
 }
 
 void IslandController::requestIslandUnlock()
@@ -243,6 +309,11 @@ double IslandController::topBandHeight() const
 double IslandController::collapsedWidth() const
 {
     return island::collapsedWidth(notchWidth());
+}
+
+double IslandController::stageMiddle() const
+{
+    return island::stageMiddle(screen());
 }
 
 QRectF IslandController::collapsedRect() const

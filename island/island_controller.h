@@ -59,12 +59,17 @@ class IslandController : public QObject, private HoverMachine::Island, private U
     Q_PROPERTY(bool widened READ widened NOTIFY widenedChanged FINAL)
     Q_PROPERTY(bool hovering READ hovering NOTIFY hoveringChanged FINAL)
     Q_PROPERTY(bool islandUnlocked READ islandUnlocked NOTIFY islandUnlockedChanged FINAL)
+    /// True while the island is used by keyboard: since it was opened by keyboard or a key was
+    /// pressed in it, until the pointer is used on it.
+    Q_PROPERTY(bool keyboardDriven READ keyboardDriven NOTIFY keyboardDrivenChanged FINAL)
     Q_PROPERTY(QString authMessage READ authMessageText NOTIFY authMessageChanged FINAL)
     /// What is missing to ask for the user's presence; empty if nothing is known to be.
     Q_PROPERTY(QString presenceText READ presenceText NOTIFY presenceTextChanged FINAL)
     Q_PROPERTY(double notchWidth READ notchWidth NOTIFY geometryChanged FINAL)
     Q_PROPERTY(double topBandHeight READ topBandHeight NOTIFY geometryChanged FINAL)
     Q_PROPERTY(double collapsedWidth READ collapsedWidth NOTIFY geometryChanged FINAL)
+    /// The horizontal middle of the island's screen, in points from the panel's left edge.
+    Q_PROPERTY(double stageMiddle READ stageMiddle NOTIFY geometryChanged FINAL)
     Q_PROPERTY(corvane::look::Transaction *transaction READ transaction CONSTANT FINAL)
 
 public:
@@ -80,9 +85,13 @@ public:
     void show();
     /// Opens the island with the current pane. `show` must have been called.
     void expand();
-    /// Opens the island although the pointer is elsewhere. It stays open until the pointer has
-    /// entered and left it, or for some seconds if the pointer does not come.
+    /// Opens the island although the pointer is elsewhere, and gives it keyboard focus. It stays
+    /// open as long as it has that, or until the pointer has entered and left it; for some seconds
+    /// if neither comes.
     void present();
+    /// Goes one step back, as the Escape key does: from a pane to the balance, from there to the
+    /// collapsed island. Has no effect while the user is asked to prove presence.
+    Q_INVOKABLE void goBack();
     /// Collapses the island, unless it shows a pane other than the balance or a prompt is open.
     void collapse();
     /// Asks the user to prove presence, unless the island is unlocked. Calls `then` on success, and
@@ -104,6 +113,7 @@ public:
     [[nodiscard]] Card card() const { return chosenCard(m_choice); }
     [[nodiscard]] bool widened() const { return m_widened; }
     [[nodiscard]] bool hovering() const { return m_hovering; }
+    [[nodiscard]] bool keyboardDriven() const { return m_keyboardDriven; }
     [[nodiscard]] bool islandUnlocked() const { return m_islandUnlocked; }
     [[nodiscard]] const std::optional<QString> &authMessage() const { return m_authMessage; }
     [[nodiscard]] const QString &presenceText() const { return m_presenceText; }
@@ -115,6 +125,7 @@ public:
     [[nodiscard]] double notchWidth() const;
     [[nodiscard]] double topBandHeight() const;
     [[nodiscard]] double collapsedWidth() const;
+    [[nodiscard]] double stageMiddle() const;
     [[nodiscard]] QRectF collapsedRect() const;
     [[nodiscard]] QRectF stageRect() const;
     /// The size of the expanded island with `pane`.
@@ -129,6 +140,7 @@ Q_SIGNALS:
     void cardChanged();
     void widenedChanged();
     void hoveringChanged();
+    void keyboardDrivenChanged();
     void islandUnlockedChanged();
     void authMessageChanged();
     void presenceTextChanged();
@@ -151,6 +163,7 @@ private:
     void perform(HoverMachine::Action action) override;
     [[nodiscard]] bool showsBalance() const override { return m_pane == IslandPane::Balance; }
     [[nodiscard]] bool isPrompting() const override;
+    [[nodiscard]] bool isHeld() const override;
 
     void clearMessage() override;
     void unlock() override;
@@ -159,6 +172,11 @@ private:
     void loadKey(std::shared_ptr<platform::AuthenticationContext> context) override;
 
     void startHoverTracking();
+    void followKeyboard();
+    void keyboardChanged(bool hasKeyboard);
+    /// Takes the keyboard back from a prompt that has been answered.
+    void reclaimKeyboard();
+    void setKeyboardDriven(bool on);
     void evaluateHover();
     void screensChanged();
     void followCard();
@@ -173,6 +191,7 @@ private:
     IslandPane m_pane = IslandPane::Balance;
     bool m_widened = false;
     bool m_hovering = false;
+    bool m_keyboardDriven = false;
     bool m_islandUnlocked = false;
     std::optional<QString> m_authMessage;
     QString m_presenceText;
@@ -182,6 +201,11 @@ private:
     HoverMachine m_hover;
     UnlockMachine m_unlock;
     CardChoice m_choice;
+    bool m_openedByKeyboard = false;
+    bool m_hasKeyboard = false;
+    /// A prompt has taken keyboard focus from the island.
+    bool m_keyboardLent = false;
+    std::optional<QPointF> m_lastPointer;
     std::unique_ptr<platform::IslandPanel> m_panel;
     std::shared_ptr<platform::WorkItem> m_hoverPoll;
     std::unique_ptr<platform::PointerMonitor::Token> m_globalMonitor;

@@ -120,6 +120,12 @@ QRectF stageRect(const MaybeScreen &screen)
             height};
 }
 
+double stageMiddle(const MaybeScreen &screen)
+{
+    const QRectF stage = stageRect(screen);
+    return screen ? middle(screen->frame) - stage.x() : stage.width() / 2;
+}
+
 bool containsPoint(const QRectF &rect, const QPointF &point)
 {
     return point.x() >= rect.x() && point.x() < rect.x() + rect.width() && point.y() >= rect.y() &&

@@ -44,6 +44,9 @@ inline constexpr double cardWidth = 620;
 /// The panel's frame, large enough for the tallest card and its shadow.
 [[nodiscard]] QRectF stageRect(const std::optional<platform::Screen> &screen);
 
+/// The middle of the screen, in points from the left edge of the panel, which is at a whole point.
+[[nodiscard]] double stageMiddle(const std::optional<platform::Screen> &screen);
+
 /// True if `point` is in `rect`, including the minimum edges but not the maximum edges.
 [[nodiscard]] bool containsPoint(const QRectF &rect, const QPointF &point);
 

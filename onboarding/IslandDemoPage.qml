@@ -38,7 +38,7 @@ Item {
             antialiasing: true
 
             MockIsland {
-                anchors.horizontalCenter: parent.horizontalCenter
+                middle: parent.width / 2
                 stretched: demo.stretched
                 unfurled: demo.unfurled
                 transaction: demo.transaction

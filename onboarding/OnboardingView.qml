@@ -145,6 +145,14 @@ Item {
         onActivated: pager.next()
     }
 
+    // The button that a keyboard user presses next, until another one has the focus.
+    Shortcut {
+        sequences: ["Return", "Enter"]
+        autoRepeat: false
+        enabled: (root.Window.activeFocusItem ?? root.Window.contentItem) === root.Window.contentItem
+        onActivated: pager.forward()
+    }
+
     Shortcut {
         sequence: "Escape"
         onActivated: root.onboarding.close()

@@ -55,6 +55,10 @@ void Onboarding::show(IslandController &island)
 
 void Onboarding::finish()
 {
+    // Before the window is hidden, which makes a window manager give the keyboard to another one.
+    if (m_island) {
+        m_island->present();
+    }
     if (m_window) {
         m_window->hide();
         // Destroyed later, because a button of the window is still handling its click.
@@ -64,9 +68,6 @@ void Onboarding::finish()
                 self->m_finished.reset();
             }
         });
-    }
-    if (m_island) {
-        m_island->present();
     }
 }
 

@@ -11,6 +11,7 @@ CardFrame {
 
     required property BackupCardModel card
 
+    firstControl: copy
     topMargin: 8
     spacing: 10
     bottomMargin: 16

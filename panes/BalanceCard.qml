@@ -11,6 +11,7 @@ CardFrame {
     required property BalanceCardModel card
     required property OwnAddress own
 
+    firstControl: root.card.canSend ? send : root.card.hasAddress ? receive : setAddress
     topMargin: 6
     spacing: 11
 

@@ -10,6 +10,7 @@ CardFrame {
     required property ReceivePaneModel card
     required property OwnAddress own
 
+    firstControl: root.card.hasAddress ? copy : null
     topMargin: 4
     spacing: 12
     bottomMargin: 16
@@ -81,6 +82,8 @@ CardFrame {
     }
 
     GreenButton {
+        id: copy
+
         anchors.horizontalCenter: parent.horizontalCenter
         height: root.card.hasAddress ? implicitHeight : 0
         visible: root.card.hasAddress

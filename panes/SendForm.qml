@@ -17,6 +17,14 @@ Stack {
         amount.takeFocus();
     }
 
+    // A keyboard user goes on with the next transfer: the button that was pressed is disabled now.
+    readonly property bool sent: root.card.sent
+    onSentChanged: {
+        const focused = root.Window.activeFocusItem;
+        if (root.sent && (focused === null || focused === root.Window.contentItem || focused.parent === send))
+            recipient.takeFocus();
+    }
+
     spacing: 10
 
     NoteLine {

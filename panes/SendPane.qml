@@ -11,6 +11,7 @@ CardFrame {
     required property SendPaneModel card
     required property PresenceNotice presence
 
+    firstField: root.card.hasKey ? form : null
     topMargin: 6
     spacing: 10
     bottomMargin: 16
@@ -55,6 +56,8 @@ CardFrame {
     }
 
     SendForm {
+        id: form
+
         width: parent.width
         height: root.card.hasKey ? implicitHeight : 0
         visible: root.card.hasKey

@@ -11,9 +11,16 @@ CardFrame {
     required property OwnAddress own
     required property PresenceNotice presence
 
+    // Not a field with an address in it, which a stray key would change.
+    firstControl: root.card.address === "" ? null : done
     topMargin: 6
     spacing: 9
     bottomMargin: 16
+
+    function goBack() {
+        root.card.done();
+        return true;
+    }
 
     Item {
         width: parent.width

@@ -15,6 +15,8 @@ CardFrame {
     required property SetupCardModel card
     required property PresenceNotice presence
 
+    firstField: root.card.importing ? faces.current : null
+    firstControl: faces.current
     topMargin: 10
     spacing: 10
     bottomMargin: 18
@@ -24,7 +26,15 @@ CardFrame {
 
         function onImportingChanged() {
             faces.show(root.card.importing ? importFace : choiceFace);
+            root.restarted();
         }
+    }
+
+    function goBack() {
+        if (!root.card.importing)
+            return false;
+        root.card.back();
+        return true;
     }
 
     CardSwitcher {

@@ -6,7 +6,8 @@ from support import SHORT_ADDRESS, IslandTest, wait_until
 
 TAB_ORDER = {
     "balance": ["Refresh", "Settings", "$1,234.05", "BACK TO YOUR ADDRESS", SHORT_ADDRESS, "RECEIVE", "SEND"],
-    "SEND": ["Refresh", "Settings", "Back to the balance", "TO", "AMOUNT (SOL)", "MAX"],
+    # From the field where the recipient is typed.
+    "SEND": ["AMOUNT (SOL)", "MAX", "Refresh", "Settings", "Back to the balance", "TO"],
     "RECEIVE": ["Refresh", "Settings", "Back to the balance", "BACK TO YOUR ADDRESS", "COPY ADDRESS"],
     "Settings": ["Refresh", "Settings", "WALLET ADDRESS (public key, watch-only)",
                  "CUSTOM RPC URL (optional, wins over public RPC)", "NETWORK", "BACKUP", "REMOVE",
@@ -14,14 +15,14 @@ TAB_ORDER = {
 }
 
 
-class KeyboardTest(IslandTest):
+class FocusTest(IslandTest):
     def setUp(self):
         super().setUp()
         self.screen = self.desktop.screen
 
-    def make_window(self):
+    def make_window(self, x=100, y=600):
         """An ordinary window of another program, with keyboard focus."""
-        window = self.screen.root.create_window(100, 600, 300, 200, 0, X.CopyFromParent)
+        window = self.screen.root.create_window(x, y, 300, 200, 0, X.CopyFromParent, background_pixel=0xffffff)
         window.map()
         self.screen.display.sync()
         wait_until(lambda: window.get_attributes().map_state == X.IsViewable, "a window")
@@ -30,10 +31,23 @@ class KeyboardTest(IslandTest):
         self.addCleanup(window.destroy)
         return window
 
-    def focused(self, corvane):
-        return next((thing.name for thing in corvane.tree.things()
-                     if thing.focused and thing.name and thing.role != "frame"), None)
+    def open_and_dismiss(self, corvane, before):
+        """Opens the island as a command does, repeatedly, and sends it away with Escape."""
+        for pane in ("send", "balance", "send"):
+            corvane.start_again("--open", pane)
+            wait_until(corvane.is_open, "the open card")
+            wait_until(lambda: self.screen.keyboard_owner() == self.screen.window_named("Corvane"),
+                       "the island's keyboard")
+            wait_until(lambda: corvane.focused() == ("TO" if pane == "send" else "SEND"), "the focus")
+            if pane == "send":
+                self.screen.press("Escape")
+                wait_until(lambda: corvane.focused() == "SEND", "the balance card")
+            self.screen.press("Escape")
+            wait_until(corvane.is_resting, "the resting island")
+            wait_until(lambda: self.screen.keyboard_owner() == before, "the keyboard back")
 
+
+class KeyboardTest(FocusTest):
     def test_takes_the_keyboard_and_gives_it_back(self):
         other = self.make_window()
         with self.run_corvane() as corvane:
@@ -56,6 +70,16 @@ class KeyboardTest(IslandTest):
             corvane.press_button("Back to the balance")
             corvane.leave()
             wait_until(lambda: self.screen.keyboard_owner() != island, "the keyboard let go")
+
+    def test_stays_while_it_has_the_keyboard(self):
+        other = self.make_window()
+        with self.run_corvane() as corvane:
+            self.open_and_dismiss(corvane, other)
+            corvane.start_again()
+            wait_until(lambda: corvane.focused() == "SEND", "the balance card")
+            other.set_input_focus(X.RevertToParent, X.CurrentTime)
+            self.screen.display.sync()
+            wait_until(corvane.is_resting, "the resting island")
 
     def test_tab_goes_in_the_order_of_reading(self):
         with self.run_corvane() as corvane:
@@ -82,14 +106,14 @@ class KeyboardTest(IslandTest):
         """The names of the focused controls after each of `steps` key presses."""
         names = []
         for _ in range(steps):
-            before = self.focused(corvane)
+            before = corvane.focused()
             self.screen.press(*keys)
             names.append(wait_until(lambda last=before: self.moved(corvane, last),
                                     lambda: f"a step on from {names}"))
         return names
 
     def moved(self, corvane, before):
-        name = self.focused(corvane)
+        name = corvane.focused()
         return name if name != before else None
 
     def test_the_picker_follows_the_keys(self):
@@ -97,9 +121,26 @@ class KeyboardTest(IslandTest):
             corvane.hover()
             corvane.press_button("Settings")
             corvane.settled()
-            while self.focused(corvane) != "NETWORK":
+            while corvane.focused() != "NETWORK":
                 self.screen.press("Tab")
             self.screen.press("Right")
             wait_until(lambda: corvane.settings().get("corvane.network") == "devnet", "devnet")
             self.screen.press("Left")
             wait_until(lambda: corvane.settings()["corvane.network"] == "mainnet", "mainnet")
+
+
+class UnmanagedTest(FocusTest):
+    desktop_kind = {"window_manager": False}
+
+    def test_is_covered_by_no_window_and_takes_the_keyboard(self):
+        with self.run_corvane() as corvane:
+            # A window that appears covers neither the collapsed island nor the card.
+            self.make_window(self.screen.width // 2 - 150, 0)
+            wait_until(corvane.is_resting, "the resting island")
+            before = self.make_window(self.screen.width // 2 - 300, 0)
+            wait_until(corvane.is_resting, "the resting island")
+            self.open_and_dismiss(corvane, before)
+            corvane.start_again("--open", "receive")
+            corvane.wait_for("COPY ADDRESS")
+            self.make_window(self.screen.width // 2 - 150, 0)
+            wait_until(corvane.is_open, "the open card")

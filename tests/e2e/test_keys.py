@@ -1,6 +1,7 @@
 """The life cycle of a key: creation or import, backup, unlocking, removal. With a real keyring
 and a real polkit."""
 
+import time
 import unittest
 
 from support import KEY, KEY_ADDRESS, WalletTest, solana, wait_until
@@ -14,6 +15,8 @@ import { createKeyPairFromBytes, getAddressFromPublicKey, getBase58Codec } from 
 const pair = await createKeyPairFromBytes(getBase58Codec().encode(process.argv[1]));
 console.log(await getAddressFromPublicKey(pair.publicKey));
 """
+# Presses that follow faster count as a double click.
+DOUBLE_CLICK = 1
 REVEAL = "org.corvane.reveal: reveal your wallet backup key"
 
 
@@ -81,6 +84,74 @@ class KeysTest(WalletTest):
         with self.run_wallet() as corvane:
             corvane.hover()
             corvane.wait_for("CREATE WALLET")
+
+    def test_a_whole_life_by_keyboard_alone(self):
+        screen = self.desktop.screen
+
+        def expect(*focused, after="Return"):
+            """Presses a key and waits for the control that has the focus then."""
+            screen.press(after)
+            wait_until(lambda: corvane.focused() in focused, lambda: f"{focused}, but {corvane.focused()}")
+
+        def press(name):
+            corvane.tab_to(name)
+            screen.press("Return")
+        with self.run_wallet({"corvane.address": ""}, onboarded=False) as corvane:
+            wait_until(lambda: screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
+            for number in (2, 3, 4, 5):
+                screen.press("Return")
+                corvane.wait_for(f"Page {number} of 5")
+            expect("CREATE WALLET")
+            expect("COPY")
+            backup = self.copied(lambda: screen.press("Return"))
+            self.localnet.fund(solana(ADDRESS_OF, backup), 3)
+            press("I'VE SAVED IT")
+            corvane.wait_for("TOTAL BALANCE")
+            press("Refresh")
+            corvane.wait_for("$450.75")
+            corvane.tab_to("RECEIVE")
+            expect("COPY ADDRESS")
+            self.assertEqual(self.copied(lambda: screen.press("Return")), solana(ADDRESS_OF, backup))
+            expect("SEND", after="Escape")
+            expect("TO")
+            screen.type(KEY_ADDRESS)
+            screen.press("Tab")
+            screen.type("1")
+            corvane.tab_to("SEND")
+            # The next recipient is typed.
+            expect("TO")
+            corvane.wait_for("SENT ✓")
+            expect("SEND", after="Escape")
+            corvane.tab_to("Settings")
+            expect("DONE")
+            press("REMOVE")
+            corvane.wait_for("REALLY REMOVE? (backup first!)")
+            time.sleep(DOUBLE_CLICK)
+            screen.press("Return")
+            corvane.wait_for("no wallet — create or import one on the balance card")
+            expect("CREATE WALLET", after="Escape")
+            press("IMPORT")
+            corvane.wait_for("IMPORT A WALLET")
+            screen.press("Escape")
+            corvane.wait_for("YOUR WALLET, IN THE NOTCH")
+            press("IMPORT")
+            corvane.wait_for("IMPORT A WALLET")
+            corvane.settled()
+            screen.type(KEY)
+            press("IMPORT")
+            expect("SEND", after="Shift_L")
+            corvane.wait_for("$150.25")
+            screen.press("Escape")
+            wait_until(corvane.is_resting, "the resting island")
+            if not self.tester:
+                return
+        with self.run_corvane({"corvane.address": KEY_ADDRESS}, demo=False) as corvane:
+            with self.agent(corvane, "refuse") as reasons:
+                corvane.start_again("--open", "settings")
+                wait_until(reasons, "the question")
+                wait_until(lambda: corvane.focused() == "UNLOCK", "the locked card")
+            with self.agent(corvane, "authenticate"):
+                expect("DONE")
 
     def protection(self):
         with Keyring(self.desktop.bus_address) as keyring:

@@ -79,7 +79,7 @@ class InstanceTest(ShellTest):
             again = corvane.start_again()
             self.assertEqual((again.returncode, again.stderr), (0, ""))
             wait_until(corvane.is_open, "the island")
-            # The pointer stays away.
+            self.desktop.screen.press("Escape")
             wait_until(corvane.is_resting, "the resting island")
             self.assertEqual(corvane.start_again("--open", "receive").returncode, 0)
             corvane.wait_for("COPY ADDRESS")

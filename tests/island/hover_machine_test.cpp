@@ -31,6 +31,7 @@ protected:
     std::string m_log;
     bool m_showsBalance = true;
     bool m_isPrompting = false;
+    bool m_isHeld = false;
     std::optional<HoverMachine> m_machine{std::in_place, *m_queue, *this};
 
 private:
@@ -48,6 +49,7 @@ private:
     }
     [[nodiscard]] bool showsBalance() const override { return m_showsBalance; }
     [[nodiscard]] bool isPrompting() const override { return m_isPrompting; }
+    [[nodiscard]] bool isHeld() const override { return m_isHeld; }
 
     std::string m_last;
 };
@@ -97,6 +99,25 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
              {{{0, Open}, {200, PointerOutside}, {350, PointerOutside}},
               open + ", 520 Fold, 680 Narrow, 1220 Pass",
               State::Resting},
+             // Sent away under the pointer, it opens again once that has left and returned, or in
+             // another way.
+             {{{0, Open},
+               {200, Dismiss},
+               {910, PointerInside},
+               {1200, PointerOutside},
+               {1300, PointerInside}},
+              open + ", 200 Fold, 360 Narrow, 900 Pass, 1300 Swell, 1420" + widen + ", 1520 Unfold",
+              State::Expanded},
+             {{{0, Open}, {200, Dismiss}, {1000, ShowPane}, {1100, Close}, {1900, PointerInside}},
+              open +
+                  ", 200 Fold, 360 Narrow, 900 Pass, 1000 Unfold, 1100 Fold, 1800 Pass, "
+                  "1900 Swell, 2020" +
+                  widen + ", 2120 Unfold",
+              State::Expanded},
+             // Sent away while it waits for the pointer.
+             {{{0, Present}, {200, Dismiss}, {300, PointerOutside}, {301, Dismiss}},
+              open + ", 200 Fold, 300 Narrow, 700 Pass, 900 Pass",
+              State::Resting},
              // It opens again before the strip would narrow, or before clicks would pass.
              {{{0, Open}, {200, Close}, {250, Open}},
               open + ", 200 Fold, 250" + widen + ", 350 Unfold",
@@ -142,7 +163,14 @@ TEST_F(HoverMachineTest, StaysOpenOnAnotherPaneAndWhileTheUserIsAsked)
     m_isPrompting = true;
     poll(Event::PointerOutside, 10s);
     EXPECT_TRUE(m_machine->isOpen());
+    m_machine->handle(Event::Dismiss);
+    EXPECT_TRUE(m_machine->isOpen());
     m_isPrompting = false;
+    m_isHeld = true;
+    poll(Event::PointerOutside, 10s);
+    m_machine->handle(Event::Close);
+    EXPECT_TRUE(m_machine->isOpen());
+    m_isHeld = false;
     poll(Event::PointerOutside, 600ms);
     EXPECT_FALSE(m_machine->isOpen());
 }
@@ -158,10 +186,13 @@ TEST_F(HoverMachineTest, WaitsForThePointerWhenPresented)
     m_machine->handle(Event::Present);
     poll(Event::PointerOutside, 1s);
     EXPECT_TRUE(m_machine->isOpen());
-    // After the pointer has entered, the usual rules apply.
-    m_machine->handle(Event::PointerInside);
-    poll(Event::PointerOutside, 600ms);
-    EXPECT_FALSE(m_machine->isOpen());
+    // After the pointer has entered or the keyboard has gone, the usual rules apply.
+    for (const Event event : {Event::PointerInside, Event::KeyboardLost}) {
+        m_machine->handle(Event::Present);
+        m_machine->handle(event);
+        poll(Event::PointerOutside, 600ms);
+        EXPECT_FALSE(m_machine->isOpen());
+    }
 }
 
 TEST_F(HoverMachineTest, LeavesNoTimerBehind)

@@ -133,6 +133,77 @@ TEST_F(IslandControllerTest, OpensAndFoldsBackWithTheAnimationOfEachChange)
     EXPECT_FALSE(m_panels.state.isActive);
 }
 
+TEST_F(IslandControllerTest, StaysWhileItHasTheKeyboardThatOpenedIt)
+{
+    const std::optional<QPointF> still;
+    const auto &observer = m_panels.state.observer;
+    m_island->present();
+    EXPECT_TRUE(m_panels.state.isActive && m_island->keyboardDriven());
+    follow({{still, 60s, "-we-"}});
+    // Also if a pane was shown in between.
+    m_island->setPane(IslandPane::Send);
+    m_island->goBack();
+    EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+    follow({{still, 60s, "-we-"}});
+    // The pointer takes over, and the keyboard again.
+    follow({{{{756, 800}}, 0ms, "-we-"}});
+    EXPECT_FALSE(m_island->keyboardDriven());
+    follow({{away, 200ms, "-we-"}});
+    observer.keyPressed();
+    follow({{still, 60s, "-we-"}});
+    observer.buttonPressed();
+    follow({{still, 2s, "---p"}});
+    EXPECT_FALSE(m_panels.state.isActive);
+
+    // The keyboard goes to another window.
+    m_island->present();
+    follow({{still, 1s, "-we-"}});
+    m_panels.state.setActive(false);
+    follow({{still, 2s, "---p"}});
+    // Escape sends it away, once more than there are steps.
+    m_island->present();
+    m_island->setPane(IslandPane::Receive);
+    m_island->goBack();
+    m_island->goBack();
+    m_island->goBack();
+    follow({{still, 2s, "---p"}});
+
+    // A pointer's user types in a field; that does not keep the island open.
+    openIsland();
+    EXPECT_FALSE(m_panels.state.isActive || m_island->keyboardDriven());
+    m_island->setPane(IslandPane::Send);
+    observer.keyPressed();
+    m_island->setPane(IslandPane::Balance);
+    follow({{away, 2s, "---p"}});
+    // A pane from the menu.
+    m_island->setPane(IslandPane::Settings);
+    EXPECT_TRUE(m_island->keyboardDriven());
+}
+
+TEST_F(IslandControllerTest, TakesTheKeyboardBackFromAPrompt)
+{
+    createKey();
+    launchIsland();
+    m_authenticator.available = true;
+    m_island->present();
+    m_island->setPane(IslandPane::Send);
+    queue.advance(1s);
+    m_panels.state.setActive(false);
+    m_island->goBack();
+    EXPECT_EQ(m_island->pane(), IslandPane::Send);
+    queue.advance(60s);
+    EXPECT_FALSE(m_panels.state.isActive);
+    m_authenticator.answer(false);
+    queue.advance(1s);
+    EXPECT_TRUE(m_panels.state.isActive);
+    // One step leads from the locked card to the collapsed island, and the next opening to the
+    // balance.
+    m_island->goBack();
+    queue.advance(2s);
+    EXPECT_TRUE(isResting());
+    EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+}
+
 TEST_F(IslandControllerTest, FollowsTheScreens)
 {
     follow({{notch, 130ms, "hw--"}});

@@ -90,5 +90,19 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     EXPECT_EQ(http.count(tests::chart), 1);
 }
 
+TEST_F(RootViewTest, TheTabLiesOverItsHitRectangle)
+{
+    for (const auto &[screenWidth, notch] : tests::Table<double, double>{
+             {1512, 180}, {1512, 181}, {1512, 109}, {1513, 181}, {1513, 0}}) {
+        m_screens.screens = {notch > 0 ? tests::notchedScreen({0, 0, screenWidth, 982}, notch, 38)
+                                       : tests::plainScreen({0, 0, screenWidth, 982})};
+        show();
+        const QRectF hit = m_island->collapsedRect();
+        const QRectF tab = m_panels.state.outline.translated(m_panels.state.frame.x(), hit.y());
+        EXPECT_EQ(tab, hit) << screenWidth << ' ' << notch;
+        m_stage.clear();
+    }
+}
+
 } // namespace
 } // namespace corvane::island
