@@ -35,26 +35,45 @@ RollingText::RollingText(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-    m_roll.jumpTo(1);
     m_roll.useSpring(rollResponse, rollDamping);
-    connect(&m_roll, &AnimatedValue::valueChanged, this, [this] { update(); });
+    connect(&m_roll, &AnimatedValue::valueChanged, this, &RollingText::onRollMoved);
+    connect(&m_roll, &AnimatedValue::runningChanged, this, &RollingText::onRollMoved);
     connect(this, &RollingText::fontChanged, this, &RollingText::measure);
     connect(this, &RollingText::styleChanged, this, [this] { update(); });
 }
 
 void RollingText::setText(const QString &text)
 {
-    if (m_text == text) {
+    if (this->text() == text) {
         return;
     }
-    m_previous = std::exchange(m_text, text);
-    measure();
     // The first text appears without an animation.
-    if (isComponentComplete() && !m_previous.isEmpty()) {
-        m_roll.jumpTo(0);
-        m_roll.setTarget(1);
+    const bool rolls = isComponentComplete() && !this->text().isEmpty();
+    m_texts.append(text);
+    const int number = m_first + static_cast<int>(m_texts.size()) - 1;
+    if (rolls) {
+        measure();
+        m_roll.setTarget(number);
+    } else {
+        m_roll.jumpTo(number);
     }
     Q_EMIT textChanged();
+}
+
+void RollingText::onRollMoved()
+{
+    const int last = m_first + static_cast<int>(m_texts.size()) - 1;
+    forgetBefore(m_roll.isRunning() ? std::min(static_cast<int>(m_roll.value()), last) : last);
+    update();
+}
+
+void RollingText::forgetBefore(int number)
+{
+    if (number > m_first) {
+        m_texts.remove(0, number - m_first);
+        m_first = number;
+        measure();
+    }
 }
 
 void RollingText::componentComplete()
@@ -65,16 +84,8 @@ void RollingText::componentComplete()
 
 double RollingText::advance(const QFontMetricsF &metrics, QChar character) const
 {
-    if (!character.isDigit()) {
-        return metrics.horizontalAdvance(character);
-    }
-    double widest = 0;
-    const ushort zero = static_cast<ushort>(character.unicode() - character.digitValue());
-    for (ushort digit = 0; digit < 10; ++digit) {
-        widest =
-            std::max(widest, metrics.horizontalAdvance(QChar(static_cast<ushort>(zero + digit))));
-    }
-    return widest;
+    const bool isDigit = character >= u'0' && character <= u'9';
+    return isDigit ? m_digitWidth : metrics.horizontalAdvance(character);
 }
 
 double RollingText::naturalWidth(const QString &text) const
@@ -99,19 +110,35 @@ QString RollingText::fitting(const QString &text) const
     return cut + ellipsis;
 }
 
+double RollingText::scaleOf(const QString &fitted) const
+{
+    const double natural = naturalWidth(fitted);
+    return natural > width() ? width() / natural : 1;
+}
+
 void RollingText::measure()
 {
-    setImplicitSize(std::ceil(naturalWidth(m_text)), std::ceil(QFontMetricsF(m_font).height()));
+    const QFontMetricsF metrics(m_font);
+    m_digitWidth = 0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
+        m_digitWidth = std::max(m_digitWidth, metrics.horizontalAdvance(QChar(digit)));
+    }
+    double widest = 0;
+    for (const QString &text : std::as_const(m_texts)) {
+        widest = std::max(widest, naturalWidth(text));
+    }
+    setImplicitSize(std::ceil(widest), std::ceil(metrics.height()));
     update();
 }
 
 void RollingText::paint(QPainter *painter)
 {
-    const QString shown = fitting(m_text);
-    const double progress = m_roll.value();
+    const QString leaving = fitting(m_texts.constFirst());
+    const QString coming = m_texts.size() > 1 ? fitting(m_texts.at(1)) : leaving;
+    const double progress = m_roll.value() - m_first;
+    const double passed = std::clamp(progress, 0.0, 1.0);
     const QFontMetricsF metrics(m_font);
-    const double natural = naturalWidth(shown);
-    const double scale = natural > width() ? width() / natural : 1;
+    const double scale = scaleOf(leaving) + (scaleOf(coming) - scaleOf(leaving)) * passed;
 
     painter->setRenderHint(QPainter::TextAntialiasing);
     painter->setFont(m_font);
@@ -128,9 +155,9 @@ void RollingText::paint(QPainter *painter)
     };
     double fromX = 0;
     double toX = 0;
-    const QList<RollingSlot> places = rollingSlots(m_roll.isRunning() ? m_previous : shown, shown);
+    const QList<RollingSlot> places = rollingSlots(leaving, coming);
     for (const RollingSlot &place : places) {
-        const double x = fromX + (toX - fromX) * std::clamp(progress, 0.0, 1.0);
+        const double x = fromX + (toX - fromX) * passed;
         if (place.isSteady()) {
             draw(*place.coming, x, 0, 1);
         } else {

@@ -1,5 +1,6 @@
 // Springs, timing curves, the values animated by them, and what moves by itself.
 
+#include "look/controls/rolling_text.h"
 #include "look/motion/animated_value.h"
 #include "look/motion/animation.h"
 #include "look/motion/breathing_mark.h"
@@ -10,6 +11,7 @@
 #include <QAbstractEventDispatcher>
 #include <QAnimationDriver>
 #include <QCoreApplication>
+#include <QPainter>
 
 #include <gtest/gtest.h>
 
@@ -147,6 +149,44 @@ TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)
     frames(120);
     EXPECT_EQ(m_value.value(), 0);
     EXPECT_FALSE(m_value.isRunning());
+}
+
+TEST(RollingText, CutsNothingThatIsSeenAndGoesOnFromWhereItIs)
+{
+    HandDrivenFrames frames;
+    RollingText roll;
+    RollingText still;
+    const auto seen = [](RollingText &item) {
+        item.setSize({item.implicitWidth(), item.implicitHeight()});
+        QImage image(300, 30, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        item.paint(&painter);
+        return image;
+    };
+    const QString wide = QStringLiteral("8.2000 SOL");
+    roll.setText(wide);
+    const double width = roll.implicitWidth();
+    const QImage atRest = seen(roll);
+    roll.setText(QStringLiteral("$1.00"));
+    EXPECT_EQ(roll.implicitWidth(), width);
+    EXPECT_EQ(seen(roll), atRest) << "starts with the old text";
+    for (int frame = 0; frame < 8; ++frame) {
+        frames.advanceBy(16);
+    }
+    EXPECT_EQ(roll.implicitWidth(), width);
+    const QImage halfway = seen(roll);
+    EXPECT_NE(halfway, atRest);
+    roll.setText(QStringLiteral("$2.00"));
+    EXPECT_EQ(seen(roll), halfway);
+    frames.advanceBy(16);
+    EXPECT_NE(seen(roll), halfway);
+    for (int frame = 0; frame < 100; ++frame) {
+        frames.advanceBy(16);
+    }
+    EXPECT_LT(roll.implicitWidth(), width);
+    still.setText(roll.text());
+    EXPECT_EQ(seen(roll), seen(still));
 }
 
 using BreathingMarkTest = tests::ItemTest<BreathingMark>;
