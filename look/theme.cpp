@@ -79,6 +79,10 @@ QFont Theme::term(double size, Weight weight, double tracking) const
     const bool exists = m_fonts.familyOf(QStringLiteral("JetBrainsMono-Regular")).has_value();
     QFont font = fontOf(exists ? QStringLiteral("JetBrains Mono") : m_fonts.monospacedFamily(),
                         size, static_cast<QFont::Weight>(weight));
+    // No ligatures, which would draw "://" or "->" as one sign: addresses and endpoints are read
+    // character by character. They are contextual alternates, which letter spacing does not turn
+    // off. A monospaced face has nothing else to shape.
+    font.setStyleStrategy(QFont::PreferNoShaping);
     if (tracking != 0) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     }

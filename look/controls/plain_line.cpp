@@ -1,5 +1,7 @@
 #include "look/controls/plain_line.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QList>
 
 #include <algorithm>
@@ -29,6 +31,29 @@ bool isGap(char32_t character)
            character == QChar::ObjectReplacementCharacter;
 }
 
+bool isLineBreak(QChar character)
+{
+    return (character >= u'\n' && character <= u'\r') || character == QChar(0x85) ||
+           character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+}
+
+/// What was pasted into `text`, as it ends at `position`; empty if nothing with outer line breaks
+/// was. A line of input does not tell that, but only what is pasted brings line breaks, and the
+/// clipboard still has it.
+QString pastedBefore(qsizetype position, QStringView text)
+{
+    if (std::ranges::none_of(text, isLineBreak)) {
+        return {};
+    }
+    for (const auto mode : {QClipboard::Clipboard, QClipboard::Selection}) {
+        const QString pasted = QGuiApplication::clipboard()->text(mode);
+        if (withoutOuterBreaks(pasted) != pasted && text.first(position).endsWith(pasted)) {
+            return pasted;
+        }
+    }
+    return {};
+}
+
 bool isUnseen(char32_t character)
 {
     const QChar::Category category = QChar::category(character);
@@ -54,10 +79,25 @@ QString plainLine(QStringView text)
     return line;
 }
 
+QStringView withoutOuterBreaks(QStringView text)
+{
+    while (!text.isEmpty() && isLineBreak(text.front())) {
+        text = text.sliced(1);
+    }
+    while (!text.isEmpty() && isLineBreak(text.back())) {
+        text.chop(1);
+    }
+    return text;
+}
+
 QValidator::State PlainLine::validate(QString &input, int &position) const
 {
-    position = static_cast<int>(plainLine(QStringView(input).first(position)).size());
-    input = plainLine(input);
+    const QString pasted = pastedBefore(position, input);
+    const QStringView line(input);
+    const QString before = plainLine(line.first(position - pasted.size())) +
+                           plainLine(withoutOuterBreaks(pasted));
+    input = before + plainLine(line.sliced(position));
+    position = static_cast<int>(before.size());
     return Acceptable;
 }
 

@@ -11,7 +11,12 @@ namespace corvane::look {
 /// bidirectional and zero-width ones, lone surrogates) are left out.
 [[nodiscard]] QString plainLine(QStringView text);
 
-/// Turns every text that gets into a line of input, from wherever, into a plain line.
+/// `text` without the line breaks at its very beginning and end, which come along when a line is
+/// copied, from a terminal for example.
+[[nodiscard]] QStringView withoutOuterBreaks(QStringView text);
+
+/// Turns every text that gets into a line of input, from wherever, into a plain line. The outer
+/// line breaks of what is pasted are left out.
 class PlainLine : public QValidator
 {
     Q_OBJECT

@@ -1,5 +1,7 @@
 #include "look/secrets/secret_field.h"
 
+#include "look/controls/plain_line.h"
+
 #include <QClipboard>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -134,7 +136,7 @@ std::optional<qsizetype> SecretField::destination(const QKeyEvent &event) const
 void SecretField::paste()
 {
     QString text = QGuiApplication::clipboard()->text();
-    replaceSelection(text);
+    replaceSelection(withoutOuterBreaks(text));
     // Wiping a shared string would only detach a copy.
     if (text.isDetached()) {
         text.fill(u'\0');

@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QFile>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QMetaEnum>
@@ -16,6 +17,7 @@
 #include <QQuickView>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextLayout>
 
 #include <gtest/gtest.h>
 
@@ -42,6 +44,25 @@ TEST(Theme, FallsBackToTheDesktopsFontsWhereAFaceIsMissing)
     EXPECT_EQ(Theme(other).term(9).family(), mono);
     EXPECT_EQ(Theme(other).pixel(9).family(), mono);
     EXPECT_EQ(Theme(other).pixel(9).weight(), QFont::ExtraBold);
+}
+
+TEST(Theme, DrawsEveryCharacterOfAnAddress)
+{
+    assets::registerBundledFonts();
+    const FakeFontRegistry fonts = FakeFontRegistry::bundled();
+    const auto glyphs = [&](const QString &text) {
+        QTextLayout layout(text, Theme(fonts).term(10));
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        return layout.glyphRuns().constFirst().glyphIndexes();
+    };
+    const QString text = u"://->==www"_s;
+    QList<quint32> single;
+    for (const QChar character : text) {
+        single += glyphs(QString(character));
+    }
+    EXPECT_EQ(glyphs(text), single);
 }
 
 TEST(Pictogram, HasAnIconForEverySymbol)
@@ -263,7 +284,7 @@ TEST_F(TextFieldTest, ReportsEveryChangeWhateverMakesIt)
     };
     for (const auto &[change, text] : std::vector<std::pair<function<void()>, QString>>{
              {[&] { QTest::keyClick(&m_window, '2'); }, u"12"_s},
-             {[&] { paste(u"3\n\u202E4"_s); }, u"123 4"_s},
+             {[&] { paste(u"\u2028\r\n3\n\u202E4\r\n"_s); }, u"123 4"_s},
              {[&] { QTest::keyClick(&m_window, Qt::Key_Backspace); }, u"123 "_s},
              {[&] { QTest::keySequence(&m_window, QKeySequence::Undo); }, u"123 4"_s},
              {[&] { QTest::keySequence(&m_window, QKeySequence::Redo); }, u"123 "_s},
