@@ -90,7 +90,8 @@ QCoro::Task<> SetupCardModel::report(QPointer<SetupCardModel> card,
     }
     const auto *error = std::get_if<core::SendError>(&result);
     if (error == nullptr) {
-        card->m_importText.clear();
+        // Another card takes over; the form must not be seen empty while it leaves.
+        card->m_importText.forget();
     }
     card->m_transaction.run(cardSpring(), [&] {
         card->setErrorMsg(error != nullptr ? error->description() : QString());

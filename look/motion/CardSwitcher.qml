@@ -29,9 +29,12 @@ Item {
         }
         const leaving = root.current;
         const coming = root.other;
-        coming.present = false;
-        coming.motion.jumpTo(0);
-        coming.content = card;
+        // The card before, which may still be leaving, turns round.
+        if (coming.content !== card || coming.amount === 0) {
+            coming.present = false;
+            coming.motion.jumpTo(0);
+            coming.content = card;
+        }
         coming.present = true;
         leaving.present = false;
         root.current = coming;

@@ -82,4 +82,10 @@ void SecretText::clear()
     Q_EMIT changed();
 }
 
+void SecretText::forget()
+{
+    std::fill(units(), units() + m_size, u'*');
+    Q_EMIT changed();
+}
+
 } // namespace corvane::look

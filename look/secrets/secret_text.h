@@ -39,6 +39,9 @@ public:
     void remove(qsizetype position, qsizetype count);
     /// Removes the text, wipes and frees its memory.
     void clear();
+    /// Replaces every character by the same one: the text is wiped, but an item that masks it looks
+    /// the same, for a card that has done with it and fades out.
+    void forget();
 
 Q_SIGNALS:
     void changed();

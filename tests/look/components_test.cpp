@@ -224,6 +224,39 @@ TEST_F(ComponentsTest, ContentThatComesIsNeverSeenAsWhatLeft)
     }
 }
 
+TEST_F(ComponentsTest, ACardThatComesBackWhileItLeavesTurnsRound)
+{
+    QQuickItem *cards = show(R"(CardSwitcher {
+        width: 100
+        property Component one: Rectangle { implicitHeight: 40 }
+        property Component two: Rectangle { implicitHeight: 50 }
+    })");
+    ASSERT_NE(cards, nullptr);
+    const auto bring = [&](const char *card) {
+        QMetaObject::invokeMethod(cards, "show", Q_ARG(QVariant, cards->property(card)));
+    };
+    const auto motionOf = [](QQuickItem *presence) {
+        return presence->property("motion").value<QObject *>();
+    };
+    bring("one");
+    auto *first = cards->property("current").value<QQuickItem *>();
+    auto *second = cards->property("other").value<QQuickItem *>();
+    const QVariant item = first->property("item");
+    for (QQuickItem *presence : {first, second}) {
+        QMetaObject::invokeMethod(motionOf(presence), "useEaseOut", Q_ARG(double, 100));
+    }
+    bring("two");
+    QMetaObject::invokeMethod(motionOf(first), "jumpTo", Q_ARG(double, 0.6));
+    QMetaObject::invokeMethod(motionOf(second), "jumpTo", Q_ARG(double, 0.4));
+    bring("one");
+    EXPECT_EQ(cards->property("current").value<QQuickItem *>(), first);
+    EXPECT_EQ(first->property("item"), item);
+    EXPECT_EQ(first->property("amount"), 0.6);
+    EXPECT_EQ(second->property("amount"), 0.4);
+    EXPECT_TRUE(first->property("present").toBool());
+    EXPECT_FALSE(second->property("present").toBool());
+}
+
 TEST(PlainLine, HoldsNothingThatCannotBeSeen)
 {
     for (const auto &[text, line] : std::vector<std::pair<QString, QString>>{

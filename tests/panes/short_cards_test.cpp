@@ -430,7 +430,8 @@ TEST_F(SetupCardModelTest, ImportsWhatIsMoreThanBlanksAndForgetsItWithItsFace)
         EXPECT_EQ(m_card->errorMsg(), error);
         const bool imported = canImport && error.isEmpty();
         EXPECT_EQ(model->hasSigningKey(), imported);
-        EXPECT_EQ(m_card->importText()->view(), imported ? QStringView() : text);
+        // After an import the field looks the same, but holds the key no more.
+        EXPECT_EQ(m_card->importText()->view(), imported ? QString(text.size(), u'*') : text);
         m_card->back();
         EXPECT_EQ(m_card->errorMsg(), QString());
         EXPECT_FALSE(m_card->isImporting());
