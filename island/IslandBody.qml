@@ -52,6 +52,8 @@ Item {
         transaction: root.transaction
         target: root.wantedHeight
         tolerance: 0.2
+        // The content may change its height at any time.
+        Component.onCompleted: heightValue.useSpringOutside(0.42, 0.88)
     }
 
     AnimatedValue {

@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Motion
 import QtQuick
 
 // An error message in one red line, spoken by screen readers when it appears. Without a text it has no
@@ -11,11 +12,21 @@ Item {
 
     implicitHeight: root.text === "" ? 0 : line.implicitHeight
 
+    // The line appears while what is below makes room.
+    AnimatedValue {
+        id: appearance
+
+        target: root.text === "" ? 0 : 1
+        fades: true
+        Component.onCompleted: appearance.useSpring(0.42, 0.88)
+    }
+
     Label {
         id: line
 
         width: root.width
         visible: root.text !== ""
+        opacity: appearance.opacity
         wrapMode: Text.WordWrap
         font: Theme.term(8)
         color: Theme.red

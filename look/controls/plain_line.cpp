@@ -94,8 +94,8 @@ QValidator::State PlainLine::validate(QString &input, int &position) const
 {
     const QString pasted = pastedBefore(position, input);
     const QStringView line(input);
-    const QString before = plainLine(line.first(position - pasted.size())) +
-                           plainLine(withoutOuterBreaks(pasted));
+    const QString before =
+        plainLine(line.first(position - pasted.size())) + plainLine(withoutOuterBreaks(pasted));
     input = before + plainLine(line.sliced(position));
     position = static_cast<int>(before.size());
     return Acceptable;

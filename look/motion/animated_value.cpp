@@ -41,7 +41,8 @@ void AnimatedValue::setTarget(double target)
     } else if (m_own) {
         setOut(*m_own);
     } else {
-        setOut(m_transaction ? m_transaction->current() : Animation());
+        const Animation current = m_transaction ? m_transaction->current() : Animation();
+        setOut(current.isImmediate() ? m_outside : current);
     }
     Q_EMIT targetChanged();
 }
@@ -68,6 +69,11 @@ void AnimatedValue::useEaseIn(double seconds, double delay)
 void AnimatedValue::useEaseOut(double seconds, double delay)
 {
     m_own = Animation::easeOut(seconds).delayed(delay);
+}
+
+void AnimatedValue::useSpringOutside(double response, double dampingFraction)
+{
+    m_outside = Animation::spring(response, dampingFraction);
 }
 
 void AnimatedValue::jumpTo(double value)

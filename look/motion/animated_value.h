@@ -55,6 +55,8 @@ public:
     /// The same with the ease-in, ease-out and ease-in-out curves; all times in seconds.
     Q_INVOKABLE void useEaseIn(double seconds, double delay = 0);
     Q_INVOKABLE void useEaseOut(double seconds, double delay = 0);
+    /// Uses this spring for changes outside of a transaction, which are immediate otherwise.
+    Q_INVOKABLE void useSpringOutside(double response, double dampingFraction);
     /// Sets the value to `value` without animation.
     Q_INVOKABLE void jumpTo(double value);
 
@@ -81,6 +83,7 @@ private:
     Animation m_running;
     double m_duration = 0;
     std::optional<Animation> m_own;
+    Animation m_outside;
     QPointer<Transaction> m_transaction;
     /// Until QML has set all properties the value equals its target.
     bool m_settingUp = false;

@@ -257,6 +257,32 @@ TEST_F(ComponentsTest, ACardThatComesBackWhileItLeavesTurnsRound)
     EXPECT_FALSE(second->property("present").toBool());
 }
 
+TEST_F(ComponentsTest, RowsThatMakeRoomMoveOnceTheStackHasBeenSeen)
+{
+    QQuickItem *stack = show(R"(Stack {
+        Rectangle { height: 20 } Rectangle { height: 0 } Rectangle { height: 20 }
+    })");
+    ASSERT_NE(stack, nullptr);
+    QQuickItem *line = stack->childItems().at(1);
+    const QQuickItem *last = stack->childItems().at(2);
+    stack->setVisible(false);
+    line->setHeight(4);
+    EXPECT_EQ(last->y(), 24) << "not seen";
+    stack->setVisible(true);
+    QSignalSpy frames(&m_window, &QQuickWindow::frameSwapped);
+    m_window.update();
+    EXPECT_TRUE(frames.wait());
+    line->setHeight(10);
+    EXPECT_EQ(stack->implicitHeight(), 50);
+    EXPECT_LT(last->y(), 30);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return last->y() > 24 && last->y() < 30; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return last->y() == 30; }));
+    line->setHeight(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return last->y() == 20; }));
+    line->setHeight(5);
+    EXPECT_EQ(line->y(), 20) << "what appears does not move";
+}
+
 TEST(PlainLine, HoldsNothingThatCannotBeSeen)
 {
     for (const auto &[text, line] : std::vector<std::pair<QString, QString>>{

@@ -129,6 +129,11 @@ TEST_F(AnimatedValueTest, FollowsTheTransactionAndJumpsOutsideOfOne)
     frames(8);
     EXPECT_EQ(m_value.value(), 20);
     EXPECT_FALSE(m_value.isRunning());
+    m_value.useSpringOutside(0.3, 0.9);
+    m_value.setTarget(10);
+    EXPECT_EQ(m_value.value(), 20);
+    frames(120);
+    EXPECT_EQ(m_value.value(), 10);
 }
 
 TEST_F(AnimatedValueTest, TurnsRoundInFlightWithoutAJumpOfPlaceOrSpeed)

@@ -52,6 +52,7 @@ public:
 
     [[nodiscard]] QQuickItem &view() const { return *m_view; }
     [[nodiscard]] QQuickWindow &window() { return m_window; }
+    [[nodiscard]] look::Theme &theme() { return m_theme; }
 
 private:
     FakeFontRegistry m_fonts;

@@ -21,6 +21,8 @@ using namespace Qt::StringLiterals;
 class CardViewsTest : public tests::CardTest, public testing::WithParamInterface<bool>
 {
 protected:
+    /// Layouts are looked at where they come to rest.
+    CardViewsTest() { m_stage.theme().setAppearance({.reducedMotion = true}); }
     ~CardViewsTest() override { m_stage.clear(); }
 
     /// Shows the card of this type with its model, and models of its lines, as the island does.
@@ -61,8 +63,9 @@ protected:
         Q_EMIT model->sessionSecretChanged();
         settle();
         expectClean();
-        EXPECT_TRUE(std::ranges::any_of(tests::texts(m_stage.view()), [&](const QString &text) {
-            return text.startsWith(begin);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return std::ranges::any_of(tests::texts(m_stage.view()),
+                                       [&](const QString &text) { return text.startsWith(begin); });
         })) << begin.toStdString();
     }
 
@@ -100,6 +103,7 @@ TEST_P(CardViewsTest, Balance)
 {
     settings.setString(u"corvane.address"_s, tests::addressA);
     launchWithKey();
+    m_stage.theme().setAppearance({});
     const QQuickItem &card = show(u"BalanceCard"_s, cards().balanceCard(nullptr), ownAddress());
     const QQuickItem &chart = *card.findChild<look::SparklineShape *>();
     EXPECT_LT(chart.parentItem()->width(), chart.width()) << "it is uncovered gradually";
