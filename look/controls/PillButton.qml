@@ -20,8 +20,9 @@ PlainButton {
 
     SoftShadow {
         anchors.fill: parent
-        // It would be visible through a dimmed fill.
-        visible: root.filled && root.enabled
+        visible: root.filled
+        // It would be seen through a dimmed fill.
+        hollowRadius: root.enabled ? -1 : root.radius
         color: Theme.green
         radius: 5 + 5 * root.warmth
         opacity: 0.18 + 0.27 * root.warmth

@@ -1,5 +1,6 @@
 #include "look/paint/soft_shadow.h"
 
+#include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
 
@@ -126,6 +127,16 @@ QSGNode *SoftShadow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         for (int y = 0; y < part.height(); ++y) {
             fillLine(reinterpret_cast<QRgb *>(image.scanLine(y)), values,
                      down[static_cast<std::size_t>(part.y() + y)], m_color);
+        }
+        if (m_hollowRadius >= 0) {
+            QPainter painter(&image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setCompositionMode(QPainter::CompositionMode_Clear);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(Qt::black);
+            painter.translate(margin - part.x(), margin - part.y());
+            painter.scale(scale, scale);
+            painter.drawRoundedRect(boundingRect(), m_hollowRadius, m_hollowRadius);
         }
         return image;
     };

@@ -25,6 +25,9 @@ class SoftShadow : public QQuickItem
     /// For the shadow of a body that hangs from an edge and covers it: how far the shadow is drawn
     /// inside the item, in points, at the sides and at the foot. Empty: the whole shadow is drawn.
     Q_PROPERTY(QSizeF hangingInset MEMBER m_hangingInset NOTIFY changed FINAL)
+    /// For the shadow of a rounded rectangle that is not opaque: its corner radius in points. What
+    /// it covers is left out. Negative: the whole shadow is drawn.
+    Q_PROPERTY(double hollowRadius MEMBER m_hollowRadius NOTIFY changed FINAL)
 
 public:
     explicit SoftShadow(QQuickItem *parent = nullptr);
@@ -40,6 +43,7 @@ private:
     QColor m_color = Qt::black;
     double m_radius = 0;
     QSizeF m_hangingInset;
+    double m_hollowRadius = -1;
 };
 
 } // namespace corvane::look

@@ -163,6 +163,25 @@ TEST_F(ComponentsTest, ButtonsAnswerThePointerAndGoBackToTheirLook)
     }
 }
 
+TEST_F(ComponentsTest, ADimmedButtonGlowsLessAndNotThroughItself)
+{
+    QQuickItem *button = show("PillButton { x: 30; y: 30; label: \"A\"; filled: true }");
+    ASSERT_NE(button, nullptr);
+    m_window.setColor(Qt::black);
+    const auto green = [&](double x) {
+        const QPointF point(x + 0.5, button->y() + button->height() / 2);
+        return m_window.grabWindow()
+            .pixelColor((point * m_window.devicePixelRatio()).toPoint())
+            .green();
+    };
+    const int glow = green(button->x() - 2);
+    EXPECT_GT(glow, 10);
+    button->setEnabled(false);
+    button->setOpacity(0.4);
+    EXPECT_NEAR(green(button->x() - 2), 0.4 * glow, 2);
+    EXPECT_NEAR(green(button->x() + 1), 0.4 * Theme::green().green(), 2);
+}
+
 TEST_F(ComponentsTest, TheFocusRingIsEvenWhereverItsControlLies)
 {
     QQuickItem *parent =
