@@ -92,8 +92,9 @@ Item {
         width: root.width
         height: root.height
         radius: root.shadowRadius
-        // The body covers the rest, except for its rounded corners.
-        hangingInset: Qt.size(root.radius, root.shadowY)
+        // The body covers the rest, except for its rounded corners. While it is scaled, pieces would meet
+        // within a pixel and leave it out.
+        hangingInset: root.scale === 1 ? Qt.size(root.radius, root.shadowY) : Qt.size(0, 0)
         color: "black"
         opacity: shadowValue.opacity
         visible: opacity > 0

@@ -62,13 +62,16 @@ public:
             }
             return;
         }
-        if (piece == nullptr) {
+        const bool isNew = piece == nullptr;
+        if (isNew) {
             piece = window.createImageNode();
             piece->setOwnsTexture(true);
-            appendChildNode(piece);
         }
         piece->setTexture(window.createTextureFromImage(image));
         piece->setRect(QRectF(corner, QSizeF(image.size()) / scale));
+        if (isNew) {
+            appendChildNode(piece); // at last: the software renderer reads its texture at once
+        }
     }
 
 private:
