@@ -2,6 +2,8 @@
 
 from support import IslandTest, wait_until
 
+NEAR = 17  # a column this far from the card's edge lies beyond its round corner and before its content
+
 
 class FilmTest(IslandTest):
     desktop_kind = {"size": (1000, 520), "backdrop": (255, 255, 255)}
@@ -12,6 +14,34 @@ class FilmTest(IslandTest):
             act()
             wait_until(lambda: corvane.is_open() and film.still_for() > 0.5, "an open card at rest")
         return film
+
+    def assert_no(self, faults, film, name):
+        """`faults` finds none in any frame of an animation, of which there were some."""
+        seen = [f"{name} after {seconds:.3f} s: {fault}" for seconds, picture in film for fault in faults(picture)]
+        self.assertEqual(seen, [])
+        self.assertGreater(len(film), 10, name)
+
+    def shadow_faults(self, picture):
+        left, right = picture.dark_run(4, self.desktop.screen.width // 2)
+        if right - left < 400:
+            return  # other corners, hardly a shadow
+        column = [picture.at(left + NEAR, row)[1] for row in range(picture.height)]
+        below = max(row for row, green in enumerate(column) if green < 40) + 1
+        darkest = min(column[below + 1:])
+        for corner in (left + 1, right - 2):
+            if picture.at(corner, below - 2)[1] < darkest:
+                yield "a corner darker than the shadow"
+        shadow = [picture.at(x, below + 6)[1] for x in range(left, right)]
+        for x in range(2, len(shadow) - 2):
+            if shadow[x] > max(shadow[x - 2], shadow[x + 2]) + 1:
+                yield f"a bright column in the shadow at {x}"
+
+    def test_shadow_and_corners_stay_soft(self):
+        with self.run_corvane() as corvane:
+            for name, act in (("opening", lambda: corvane.point_at(0, 12)),
+                              ("RECEIVE", lambda: corvane.press_button("RECEIVE")),
+                              ("back", lambda: corvane.press_button("Back to the balance"))):
+                self.assert_no(self.shadow_faults, self.film(corvane, act), name)
 
     def test_the_chart_is_uncovered_on_every_arrival(self):
         with self.run_corvane() as corvane:
