@@ -1,5 +1,5 @@
 #include "look/motion/spring.h"
-#include "look/paint/box_blur.h"
+#include "look/paint/blur.h"
 #include "look/paint/shapes.h"
 
 #include <QColor>
@@ -28,7 +28,7 @@ void cardBlur(benchmark::State &state)
     QImage card(620, 210, QImage::Format_ARGB32_Premultiplied);
     card.fill(0xff102030);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(look::boxBlurred(card, static_cast<double>(state.range(0)) / 2));
+        benchmark::DoNotOptimize(look::blurred(card, static_cast<double>(state.range(0)) / 2));
     }
 }
 BENCHMARK(cardBlur)->Arg(2)->Arg(7)->Unit(benchmark::kMillisecond);

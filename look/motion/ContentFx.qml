@@ -6,7 +6,7 @@ import QtQuick
 Item {
     id: root
 
-    default property alias content: live.data
+    default property alias content: inside.data
     property real blur: 0
 
     // Must be called when the content has been replaced: drops the picture of the old content.
@@ -19,6 +19,14 @@ Item {
 
         anchors.fill: parent
         opacity: veil.showing ? 0 : 1
+
+        Item {
+            id: inside
+
+            anchors.fill: parent
+            // The least transparency that the painter knows is 1/256.
+            opacity: veil.capturing ? 255 / 256 : 1
+        }
     }
 
     BlurVeil {

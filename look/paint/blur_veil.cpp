@@ -1,6 +1,6 @@
 #include "look/paint/blur_veil.h"
 
-#include "look/paint/box_blur.h"
+#include "look/paint/blur.h"
 
 #include <QQuickItemGrabResult>
 #include <QQuickWindow>
@@ -56,13 +56,16 @@ void BlurVeil::grab()
         m_source->height() < 1) {
         return;
     }
+    setCapturing(true);
     // One pixel per point is enough for a picture that will be blurred.
     m_pending = m_source->grabToImage(m_source->size().toSize());
     if (!m_pending) {
+        setCapturing(false);
         return;
     }
     connect(m_pending.get(), &QQuickItemGrabResult::ready, this, [this] {
         const auto grabbed = std::exchange(m_pending, {});
+        setCapturing(false);
         if (grabbed && m_radius >= smallestRadius) {
             m_snapshot = grabbed->image();
             update();
@@ -71,9 +74,18 @@ void BlurVeil::grab()
     });
 }
 
+void BlurVeil::setCapturing(bool capturing)
+{
+    if (m_capturing != capturing) {
+        m_capturing = capturing;
+        Q_EMIT capturingChanged();
+    }
+}
+
 void BlurVeil::drop()
 {
     m_pending.reset();
+    setCapturing(false);
     if (isShowing()) {
         m_snapshot = {};
         update();
@@ -93,8 +105,10 @@ QSGNode *BlurVeil::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         node->setOwnsTexture(true);
         node->setFiltering(QSGTexture::Linear);
     }
-    node->setTexture(window()->createTextureFromImage(boxBlurred(m_snapshot, m_radius / 2)));
-    node->setRect(boundingRect());
+    const BlurredPicture picture = blurred(m_snapshot, m_radius / 2);
+    node->setTexture(window()->createTextureFromImage(picture.image));
+    // One pixel of the snapshot is one point.
+    node->setRect(QRectF(QPointF(), QSizeF(picture.image.size() * picture.pixelSize)));
     return node;
 }
 

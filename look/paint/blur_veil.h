@@ -22,6 +22,10 @@ class BlurVeil : public QQuickItem
     Q_PROPERTY(QQuickItem *source READ source WRITE setSource NOTIFY sourceChanged REQUIRED FINAL)
     /// Gaussian blur radius in points, twice the sigma; at 0 the veil shows nothing.
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
+    /// True while the item is being captured. The owner must make the item's content a little
+    /// transparent for that time: if a single opaque rectangle lies in it, the software scene graph
+    /// takes the whole content for opaque, and the picture of it would have no transparency.
+    Q_PROPERTY(bool capturing READ isCapturing NOTIFY capturingChanged FINAL)
     Q_PROPERTY(bool showing READ isShowing NOTIFY showingChanged FINAL)
 
 public:
@@ -32,6 +36,7 @@ public:
     void setSource(QQuickItem *source);
     [[nodiscard]] double radius() const { return m_radius; }
     void setRadius(double radius);
+    [[nodiscard]] bool isCapturing() const { return m_capturing; }
     [[nodiscard]] bool isShowing() const { return !m_snapshot.isNull(); }
     /// Drops the picture; the next change of the radius captures a new one.
     Q_INVOKABLE void drop();
@@ -39,6 +44,7 @@ public:
 Q_SIGNALS:
     void sourceChanged();
     void radiusChanged();
+    void capturingChanged();
     void showingChanged();
 
 protected:
@@ -46,10 +52,12 @@ protected:
 
 private:
     void grab();
+    void setCapturing(bool capturing);
 
     QPointer<QQuickItem> m_source;
     double m_radius = 0;
     QSharedPointer<QQuickItemGrabResult> m_pending;
+    bool m_capturing = false;
     QImage m_snapshot;
 };
 

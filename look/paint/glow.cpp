@@ -1,6 +1,6 @@
 #include "look/paint/glow.h"
 
-#include "look/paint/box_blur.h"
+#include "look/paint/blur.h"
 
 #include <QPainter>
 #include <QQuickWindow>
@@ -40,8 +40,8 @@ QSGNode *Glow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         delete old;
         return nullptr;
     }
-    // The maximum reach of three box blurs; one pixel per point is enough for a blurred picture.
-    const int margin = static_cast<int>(std::ceil(1.8 * m_radius));
+    // Three sigmas; one pixel per point is enough for a blurred picture.
+    const int margin = static_cast<int>(std::ceil(1.5 * m_radius));
     const QSize size(static_cast<int>(std::ceil(width())), static_cast<int>(std::ceil(height())));
     QImage image(size + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);
     image.fill(0);
@@ -56,8 +56,10 @@ QSGNode *Glow::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         node->setOwnsTexture(true);
         node->setFiltering(QSGTexture::Linear);
     }
-    node->setTexture(window()->createTextureFromImage(boxBlurred(image, m_radius / 2)));
-    node->setRect(QRectF(QPointF(-margin, -margin), QSizeF(image.size())));
+    const BlurredPicture picture = blurred(image, m_radius / 2);
+    node->setTexture(window()->createTextureFromImage(picture.image));
+    node->setRect(
+        QRectF(QPointF(-margin, -margin), QSizeF(picture.image.size() * picture.pixelSize)));
     return node;
 }
 

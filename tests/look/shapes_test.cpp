@@ -1,5 +1,5 @@
 #include "look/controls/ring_shape.h"
-#include "look/paint/box_blur.h"
+#include "look/paint/blur.h"
 #include "look/paint/shape_items.h"
 #include "look/paint/shapes.h"
 #include "look/paint/soft_shadow.h"
@@ -29,20 +29,63 @@ TEST(SparklineShape, SpansTheWidthWithinItsMargins)
     EXPECT_EQ(sparklinePath(rect, {-1e308, 1.5e308, -1e308}, false).elementAt(1).y, 102);
 }
 
-TEST(BoxBlur, KeepsFilledAreasAndReadsNothingBeyondTheEdges)
+TEST(Blur, IsThatOfAGaussianAtEachResolution)
 {
-    QImage plain(64, 64, QImage::Format_ARGB32_Premultiplied);
+    QImage plain(64, 63, QImage::Format_ARGB32_Premultiplied);
     plain.fill(0xff204060);
-    EXPECT_EQ(boxBlurred(plain, 0.1), plain);
-    EXPECT_NEAR(boxBlurred(plain, 3).pixelColor(32, 32).green(), 0x40, 2);
-    // An overflow would be reported by the sanitizers.
-    EXPECT_EQ(boxBlurred(plain, 90).size(), plain.size());
-    // A blurred edge has the profile of a Gaussian, and so has a shadow.
-    QImage half(121, 121, QImage::Format_ARGB32_Premultiplied);
-    half.fill(Qt::transparent);
-    QPainter(&half).fillRect(60, 0, 61, 121, Qt::black);
-    EXPECT_NEAR(boxBlurred(half, 8).pixelColor(68, 60).alphaF(), blurredBar(8.5, 600, 8), 0.03);
+    EXPECT_EQ(blurred(plain, 0.1).image, plain);
+    EXPECT_EQ(blurred(plain, 90).image.width() * blurred(plain, 90).pixelSize, 64);
+    for (const double sigma : {0.4, 0.8, 1.4, 1.6, 2.5, 3.5, 8.0}) {
+        SCOPED_TRACE(sigma);
+        // Filled areas stay as they are, and nothing comes from beyond the edges.
+        const BlurredPicture filled = blurred(plain, sigma);
+        const QColor middle = filled.image.pixelColor(filled.image.rect().center());
+        EXPECT_NEAR(middle.green(), 0x40, 3);
+        EXPECT_NEAR(middle.alpha(), 0xff, sigma > 5 ? 3 : 0);
+        // A blurred edge has the profile of a Gaussian, across and down, and so has a shadow.
+        QImage corner(128, 128, QImage::Format_ARGB32_Premultiplied);
+        corner.fill(Qt::transparent);
+        QPainter(&corner).fillRect(64, 48, 64, 80, Qt::black);
+        const BlurredPicture picture = blurred(corner, sigma);
+        const auto share = [&](int place, int edge) {
+            return blurredBar((place + 0.5) * picture.pixelSize - edge, 600, sigma);
+        };
+        for (int place = 24 / picture.pixelSize; place < 88 / picture.pixelSize; ++place) {
+            const int inside = 108 / picture.pixelSize;
+            EXPECT_NEAR(picture.image.pixelColor(place, inside).alphaF(), share(place, 64), 0.08);
+            EXPECT_NEAR(picture.image.pixelColor(inside, place).alphaF(), share(place, 48), 0.08);
+        }
+    }
     EXPECT_NEAR(blurredBar(13, 600, 13), 0.8413, 1e-3);
+}
+
+TEST(QuibMark, IsCoveredByExactlyItsShareOfEachPixel)
+{
+    for (const double size : {7.0, 8.0, 11.0, 26.0, 72.0}) {
+        for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+            SCOPED_TRACE(testing::Message() << size << " points at " << scale);
+            const int pixels = static_cast<int>(std::ceil(size * scale));
+            QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            {
+                QPainter painter(&image);
+                painter.scale(scale, scale);
+                paintQuibMark(painter, {0, 0, size, size}, Qt::white);
+            }
+            const double unit = size * scale / quibMarkUnits;
+            double covered = 0;
+            for (int y = 0; y < pixels; ++y) {
+                for (int x = 0; x < pixels; ++x) {
+                    covered += image.pixelColor(x, y).alphaF();
+                }
+            }
+            EXPECT_NEAR(covered / (unit * unit), 2 * (9 + 11) + 4 * 9 + 9, 1);
+            // Across the ring's left side, which is two cells wide, nothing shows through.
+            for (int x = static_cast<int>(std::ceil(unit / 100)); x + 1 < 2 * unit; ++x) {
+                EXPECT_EQ(image.pixelColor(x, pixels / 2).alpha(), 0xff) << x;
+            }
+        }
+    }
 }
 
 TEST(RoundedBox, HasItsBorderOnTheEdgeInWholePixels)
