@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Paint
 import Corvane.Panes
 import QtQuick
 
@@ -50,11 +51,12 @@ CardFrame {
         height: code.valid ? 162 : 0
         visible: code.valid
 
-        Rectangle {
+        RoundedBox {
             anchors.fill: parent
+            anchors.margins: -1
             radius: 14
+            continuous: true
             color: Theme.paper
-            antialiasing: true
         }
 
         QRCode {

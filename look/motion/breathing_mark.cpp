@@ -4,9 +4,11 @@
 #include "look/theme.h"
 
 #include <QQuickWindow>
+#include <QSGImageNode>
 #include <QTimerEvent>
 
 #include <chrono>
+#include <cmath>
 
 namespace corvane::look {
 
@@ -16,12 +18,16 @@ namespace {
 /// with every frame.
 constexpr std::chrono::milliseconds ownStep{40};
 
+/// The largest step in opacity that is not divided into two: nine steps of an 8-bit channel. Each
+/// step at rest is a wake-up, and a mark of a few pixels does not show more.
+constexpr double largestStep = 9.0 / 255;
+
 } // namespace
 
 BreathingMark::BreathingMark(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
+    : QQuickItem(parent)
 {
-    setAntialiasing(true);
+    setFlag(ItemHasContents);
     connect(this, &BreathingMark::markSizeChanged, this, [this] {
         setImplicitSize(m_size, m_size);
         setSize({m_size, m_size});
@@ -35,23 +41,42 @@ void BreathingMark::tick()
 {
     if (m_shown.isValid() && m_pace > 0) {
         step();
-        m_timer.start(qRound(m_pace * 1000 / 2), Qt::PreciseTimer, this);
+        if (std::abs(breath(m_pace).opacity - breath().opacity) > largestStep) {
+            m_timer.start(qRound(m_pace * 1000 / 2), Qt::PreciseTimer, this);
+        }
     }
 }
 
-void BreathingMark::paint(QPainter *painter)
+QSGNode *BreathingMark::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
 {
+    const double deviceScale = window()->effectiveDevicePixelRatio();
+    const int side = static_cast<int>(std::ceil(m_size * deviceScale));
+    if (side <= 0) {
+        delete old;
+        return nullptr;
+    }
     const Breath now = breath();
     const double scale = Theme::reducesMotion() ? 1 : now.scale;
     const double inset = m_size * (1 - scale) / 2;
     QColor color = m_color;
-    color.setAlphaF(static_cast<float>(now.opacity));
-    paintQuibMark(*painter, boundingRect().adjusted(inset, inset, -inset, -inset), color);
+    color.setAlphaF(static_cast<float>(m_color.alphaF() * now.opacity));
+    const QRectF place(inset * deviceScale, inset * deviceScale, m_size * scale * deviceScale,
+                       m_size * scale * deviceScale);
+    // A picture of its own: a painted item would cost three times as much, for as long as the
+    // program runs.
+    auto *node = static_cast<QSGImageNode *>(old);
+    if (node == nullptr) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+    }
+    node->setTexture(window()->createTextureFromImage(quibMarkImage({side, side}, place, color)));
+    node->setRect(0, 0, side / deviceScale, side / deviceScale);
+    return node;
 }
 
 void BreathingMark::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    QQuickPaintedItem::itemChange(change, data);
+    QQuickItem::itemChange(change, data);
     if (change == ItemSceneChange) {
         // Qt Quick reports an item in a hidden window as visible.
         disconnect(m_windowVisibility);
@@ -81,10 +106,10 @@ void BreathingMark::step()
     Q_EMIT breathed();
 }
 
-Breath BreathingMark::breath() const
+Breath BreathingMark::breath(double later) const
 {
     const double elapsed = m_shown.isValid() ? static_cast<double>(m_shown.elapsed()) / 1000 : 0;
-    return breathAt(elapsed, m_period);
+    return breathAt(elapsed + later, m_period);
 }
 
 void BreathingMark::startOrStop()

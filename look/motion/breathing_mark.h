@@ -5,7 +5,7 @@
 #include <QBasicTimer>
 #include <QColor>
 #include <QElapsedTimer>
-#include <QQuickPaintedItem>
+#include <QQuickItem>
 #include <QtQmlIntegration/qqmlintegration.h>
 
 namespace corvane::look {
@@ -14,7 +14,7 @@ namespace corvane::look {
 ///
 /// It starts dim each time it is shown and stops while it is invisible. If the owner polls anyway,
 /// it drives the mark with the poll's ticks, so that the animation needs few additional wake-ups.
-class BreathingMark : public QQuickPaintedItem
+class BreathingMark : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -31,9 +31,9 @@ class BreathingMark : public QQuickPaintedItem
 public:
     explicit BreathingMark(QQuickItem *parent = nullptr);
     [[nodiscard]] double brightness() const { return breath().opacity; }
-    /// The owner's tick: steps the mark now, and once more before the next tick.
+    /// The owner's tick: steps the mark now, and once more before the next tick where its
+    /// brightness changes fast.
     Q_INVOKABLE void tick();
-    void paint(QPainter *painter) override;
 
 Q_SIGNALS:
     void markSizeChanged();
@@ -44,13 +44,15 @@ Q_SIGNALS:
     void breathed();
 
 protected:
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void startOrStop();
     void step();
-    [[nodiscard]] Breath breath() const;
+    /// The breath in `later` seconds.
+    [[nodiscard]] Breath breath(double later = 0) const;
 
     double m_size = 0;
     QColor m_color = Qt::white;

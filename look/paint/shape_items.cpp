@@ -41,18 +41,23 @@ void QuibMark::paint(QPainter *painter)
 void RoundedBox::paint(QPainter *painter)
 {
     const QRectF box = boundingRect().adjusted(margin, margin, -margin, -margin);
+    const auto outline = [this](const QRectF &rect, double radius) {
+        QPainterPath path;
+        if (m_continuous) {
+            path = continuousBoxPath(rect, radius);
+        } else {
+            path.addRoundedRect(rect, radius, radius);
+        }
+        return path;
+    };
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(m_color);
-    painter->drawRoundedRect(box, m_radius, m_radius);
+    painter->fillPath(outline(box, m_radius), m_color);
     if (m_borderWidth > 0) {
         // The scale factor is taken from the painter, like that of the dither.
         const EdgeLine line = edgeLine(m_borderWidth, painter->deviceTransform().m11());
         const double inset = line.width / 2 - line.outside;
-        painter->setBrush(Qt::NoBrush);
-        painter->setPen(QPen(m_borderColor, line.width));
-        painter->drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), m_radius - inset,
-                                 m_radius - inset);
+        painter->strokePath(outline(box.adjusted(inset, inset, -inset, -inset), m_radius - inset),
+                            QPen(m_borderColor, line.width));
     }
 }
 
@@ -63,6 +68,8 @@ void SparklineShape::paint(QPainter *painter)
     constexpr double topDensity = 0.45;
     constexpr double bottomDensity = 0.03;
     constexpr double lineWidth = 1.5;
+    // A mitre of ten line widths in all reaches five from the joint.
+    constexpr double miterLimit = 5;
 
     const QRectF rect = boundingRect();
     QColor area = m_color;
@@ -70,7 +77,9 @@ void SparklineShape::paint(QPainter *painter)
     painter->setRenderHint(QPainter::Antialiasing);
     fillDithered(*painter, sparklinePath(rect, m_points, true), rect, cell, area, topDensity,
                  bottomDensity);
-    painter->strokePath(sparklinePath(rect, m_points, false), QPen(m_color, lineWidth));
+    QPen pen(m_color, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    pen.setMiterLimit(miterLimit);
+    painter->strokePath(sparklinePath(rect, m_points, false), pen);
 }
 
 } // namespace corvane::look

@@ -34,6 +34,8 @@ class RoundedBox : public corvane::look::PaintedShape
     /// In points. The border is centred on the edge as far as whole device pixels allow.
     Q_PROPERTY(double borderWidth MEMBER m_borderWidth NOTIFY changed FINAL)
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY changed FINAL)
+    /// The corners are continuous curves instead of circles.
+    Q_PROPERTY(bool continuous MEMBER m_continuous NOTIFY changed FINAL)
 
 public:
     /// Margin around the box inside the item, in points.
@@ -47,6 +49,7 @@ private:
     QColor m_borderColor = Qt::transparent;
     double m_borderWidth = 0;
     double m_radius = 0;
+    bool m_continuous = false;
 };
 
 /// A price chart: its line, and the dithered area under it.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 namespace corvane::look {
@@ -42,6 +43,33 @@ QPainterPath notchShapePath(const QRectF &rect, double bottomRadius)
     path.quadTo(rect.bottomRight(), {rect.right() - radius, rect.bottom()});
     path.lineTo(rect.left() + radius, rect.bottom());
     path.quadTo(rect.bottomLeft(), {rect.left(), rect.bottom() - radius});
+    path.closeSubpath();
+    return path;
+}
+
+QPainterPath continuousBoxPath(const QRectF &rect, double radius)
+{
+    // A superellipse with the depth of a circle on the diagonal, where it begins so far out.
+    constexpr double begin = 1.53;
+    constexpr double exponent = 3.26;
+    constexpr int steps = 16; // per corner; the chords deviate by less than a tenth of a pixel
+    const double reach = std::min({begin * radius, rect.width() / 2, rect.height() / 2});
+    QPainterPath path;
+    const auto addCorner = [&](const QPointF &corner, const QPointF &from, const QPointF &to) {
+        for (int step = 0; step <= steps; ++step) {
+            const double angle = std::numbers::pi / 2 * step / steps;
+            const auto inwards = [&](double value) {
+                return reach * (1 - std::pow(std::max(value, 0.0), 2 / exponent));
+            };
+            const QPointF point =
+                corner + from * inwards(std::sin(angle)) + to * inwards(std::cos(angle));
+            path.elementCount() == 0 ? path.moveTo(point) : path.lineTo(point);
+        }
+    };
+    addCorner(rect.topLeft(), {0, 1}, {1, 0});
+    addCorner(rect.topRight(), {-1, 0}, {0, 1});
+    addCorner(rect.bottomRight(), {0, -1}, {-1, 0});
+    addCorner(rect.bottomLeft(), {1, 0}, {0, -1});
     path.closeSubpath();
     return path;
 }
@@ -115,50 +143,50 @@ std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect)
     return rects;
 }
 
-void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
+QImage quibMarkImage(const QSize &size, const QRectF &place, const QColor &color)
 {
-    // Not a path: Qt distributes a path with this many spans to other threads, and the animation at
-    // rest would keep waking them.
-    const QTransform transform = painter.deviceTransform();
-    const QRectF place = transform.mapRect(rect);
-    const QRect frame = place.toAlignedRect();
-    if (frame.isEmpty()) {
-        return;
-    }
-    const auto columns = static_cast<std::size_t>(frame.width());
-    std::vector<double> coverage(columns * static_cast<std::size_t>(frame.height()));
+    const auto columns = static_cast<std::size_t>(size.width());
+    std::vector<double> coverage(columns * static_cast<std::size_t>(size.height()));
     // The length of the part of [from, to] that lies in the pixel at `pixel`.
     const auto share = [](double from, double to, int pixel) {
-        return std::max(std::min(to, pixel + 1.0) - std::max(from, static_cast<double>(pixel)),
-                        0.0);
+        return std::max(std::min(to, pixel + 1.0) - std::max(from, 1.0 * pixel), 0.0);
     };
-    for (const QRectF &cell : quibMarkRects(place.translated(-frame.topLeft()))) {
-        for (int y = static_cast<int>(cell.top());
-             y < std::min(cell.bottom(), 1.0 * frame.height()); ++y) {
+    for (const QRectF &cell : quibMarkRects(place)) {
+        const QRect touched = cell.toAlignedRect() & QRect(QPoint(), size);
+        for (int y = touched.top(); y <= touched.bottom(); ++y) {
             const double down = share(cell.top(), cell.bottom(), y);
-            for (int x = static_cast<int>(cell.left());
-                 x < std::min(cell.right(), 1.0 * frame.width()); ++x) {
+            for (int x = touched.left(); x <= touched.right(); ++x) {
                 coverage[static_cast<std::size_t>(y) * columns + static_cast<std::size_t>(x)] +=
                     down * share(cell.left(), cell.right(), x);
             }
         }
     }
-    QImage image(frame.size(), QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < frame.height(); ++y) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    const auto opaque = static_cast<double>(color.alpha());
+    for (int y = 0; y < size.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
         for (std::size_t x = 0; x < columns; ++x) {
-            QColor pixel = color;
-            pixel.setAlphaF(static_cast<float>(
-                color.alphaF() *
-                std::min(coverage[static_cast<std::size_t>(y) * columns + x], 1.0)));
-            line[x] = qPremultiply(pixel.rgba());
+            const double covered = coverage[static_cast<std::size_t>(y) * columns + x];
+            const auto alpha = static_cast<int>(std::lround(opaque * std::min(covered, 1.0)));
+            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
         }
     }
-    const QTransform toDevice = painter.transform();
-    painter.setTransform(toDevice * transform.inverted() *
+    return image;
+}
+
+void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF place = toDevice.mapRect(rect);
+    const QRect frame = place.toAlignedRect();
+    if (frame.isEmpty()) {
+        return;
+    }
+    painter.save();
+    painter.setTransform(painter.transform() * toDevice.inverted() *
                          QTransform::fromTranslate(frame.x(), frame.y()));
-    painter.drawImage(0, 0, image);
-    painter.setTransform(toDevice);
+    painter.drawImage(0, 0, quibMarkImage(frame.size(), place.translated(-frame.topLeft()), color));
+    painter.restore();
 }
 
 QPainterPath sparklinePath(const QRectF &rect, const QList<double> &points, bool closed)

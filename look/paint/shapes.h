@@ -15,6 +15,10 @@ namespace corvane::look {
 /// quadratic curves of `bottomRadius` points, at most half the shorter side.
 [[nodiscard]] QPainterPath notchShapePath(const QRectF &rect, double bottomRadius);
 
+/// `rect` with continuous corners of `radius` points: they begin one and a half radii before the
+/// corner, where a circle would begin abruptly, and are as deep as a circle's on the diagonal.
+[[nodiscard]] QPainterPath continuousBoxPath(const QRectF &rect, double radius);
+
 /// How a line along the edge of a box is drawn sharply: in whole device pixels, which are centred
 /// on the edge if their number is even. Of an odd number, the odd one lies inside.
 struct EdgeLine
@@ -71,9 +75,12 @@ inline constexpr std::array<std::array<int, 4>, 9> quibMarkCells{{
 /// The mark's nine rectangles, centred in `rect` within a square. They never overlap.
 [[nodiscard]] std::array<QRectF, quibMarkCells.size()> quibMarkRects(const QRectF &rect);
 
-/// Fills the mark, centred in `rect` within a square, as one shape: each pixel is covered by
+/// The mark in `place` of a picture of `size` pixels, drawn as one shape: each pixel is covered by
 /// exactly the share of the mark in it, so that no seam shows where two rectangles meet in a pixel.
-/// The painter may be moved and scaled, but not rotated.
+[[nodiscard]] QImage quibMarkImage(const QSize &size, const QRectF &place, const QColor &color);
+
+/// Fills the mark, centred in `rect` within a square, as one shape. The painter may be moved and
+/// scaled, but not rotated.
 void paintQuibMark(QPainter &painter, const QRectF &rect, const QColor &color);
 
 /// A price chart over the whole width of `rect` (y downward), oldest point first, with a margin of

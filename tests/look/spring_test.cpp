@@ -214,5 +214,19 @@ TEST_F(BreathingMarkTest, KeepsTimeOnlyWhileItShows)
     EXPECT_FALSE(keepsTime());
 }
 
+TEST_F(BreathingMarkTest, AddsAStepToThoseOfItsOwnerOnlyWhereItsBrightnessChangesFast)
+{
+    const auto addsStep = [&](double period) {
+        m_item.setVisible(false);
+        m_item.setProperty("period", period);
+        m_item.setProperty("pace", 0.15);
+        m_item.setVisible(true);
+        m_item.tick();
+        return !QAbstractEventDispatcher::instance()->registeredTimers(&m_item).isEmpty();
+    };
+    EXPECT_TRUE(addsStep(0.15));
+    EXPECT_FALSE(addsStep(1000));
+}
+
 } // namespace
 } // namespace corvane::look
