@@ -139,6 +139,7 @@ QCoro::Task<SendResult<QString>> TransferSession::send(keys::Address to, double 
         m_report.error = *error;
     } else {
         m_report.signature = std::get<QString>(result);
+        m_report.sent = intent;
     }
     // What is in doubt now matters more than the fate of an earlier transfer.
     if (const FollowedPtr doubtful = latestDoubtful();
@@ -460,6 +461,7 @@ void TransferSession::showFate(TransferFate fate, const FollowedPtr &transfer)
     if (fate == TransferFate::WentThrough && transfer == m_latest && !m_report.sending) {
         m_report.error.reset();
         m_report.signature = m_report.signature.value_or(transfer->submitted.signatureText());
+        m_report.sent = transfer->intent();
     }
 }
 

@@ -56,6 +56,8 @@ struct TransferReport
     bool sending = false;
     /// The latest accepted transfer's signature, as the cluster returned it.
     std::optional<QString> signature;
+    /// The transfer with that signature; empty without one.
+    std::optional<TransferIntent> sent;
     /// Why the latest attempt failed.
     std::optional<SendError> error;
     TransferFate fate = TransferFate::Unknown;

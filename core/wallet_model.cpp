@@ -292,6 +292,12 @@ QUrl WalletModel::rpcURL() const
     return QUrl(m_services.endpoints.defaultRPC(m_network));
 }
 
+std::optional<std::chrono::system_clock::time_point> WalletModel::endpointSilentSince() const
+{
+    return m_silence && m_silence->endpoint == rpcURL() ? std::optional(m_silence->since)
+                                                        : std::nullopt;
+}
+
 std::optional<QUrl> WalletModel::walletSourceURL() const
 {
     return walletSource(m_walletURL, m_services.endpoints.walletApp, m_services.files);

@@ -36,6 +36,11 @@ class RecipientCheck;
 class RentMinimum;
 class TransferSession;
 
+/// The pause between two refresh cycles.
+inline constexpr std::chrono::seconds pollInterval{30};
+/// Figures that are older are out of date: two cycles and the answer to the second were missed.
+inline constexpr std::chrono::seconds figuresStayFresh = 2 * pollInterval + callTimeout;
+
 /// The observable state of the wallet: address, cluster, endpoint settings, the last fetched
 /// figures and the state of the signing key. Created once at launch. Main thread.
 ///
@@ -63,6 +68,8 @@ class WalletModel : public QObject
     Q_PROPERTY(bool hasValidAddress READ hasValidAddress NOTIFY addressChanged FINAL)
     Q_PROPERTY(bool hasSigningKey READ hasSigningKey NOTIFY signingPubkeyChanged FINAL)
     Q_PROPERTY(bool hasPendingBackup READ hasPendingBackup NOTIFY pendingBackupChanged FINAL)
+    /// True while a refresh cycle runs, whoever started it.
+    Q_PROPERTY(bool refreshing READ isRefreshing NOTIFY refreshingChanged FINAL)
     Q_PROPERTY(QString shortAddress READ shortAddress NOTIFY addressChanged FINAL)
     Q_PROPERTY(QString solLabel READ solLabel NOTIFY solChanged FINAL)
     Q_PROPERTY(QString quibLabel READ quibLabel NOTIFY solChanged FINAL)
@@ -90,8 +97,8 @@ public:
     QCoro::Task<> refreshWave();
     /// Checks whether the web app's RPC proxy works.
     QCoro::Task<> probeProxy();
-    /// Runs a refresh cycle immediately and then every 30 s; cancels a loop that is already
-    /// running.
+    /// Runs a refresh cycle immediately and then after each `pollInterval`; cancels a loop that is
+    /// already running.
     void startPolling();
 
     /// The operations of the key's session. While `isStoringKey`, creating and importing fail and
@@ -123,8 +130,13 @@ public:
     /// allowed in a URL are encoded.
     [[nodiscard]] std::optional<QUrl> explorerURL(const QString &signature) const;
 
+    [[nodiscard]] bool isRefreshing() const { return m_runningCycles > 0; }
+
     /// Makes one JSON-RPC call to the current endpoint.
     QCoro::Task<JsonResult> rpc(QString method, QJsonArray params);
+    /// When the current endpoint was asked first without an answer, and has given none since; empty
+    /// if it answers or was not asked yet. A refusal is an answer. Changes with `rpcURL`, too.
+    [[nodiscard]] std::optional<std::chrono::system_clock::time_point> endpointSilentSince() const;
 
     /// The current endpoint: the user's own, otherwise the proxy if it works, otherwise the public
     /// one.
@@ -233,6 +245,8 @@ Q_SIGNALS:
     void chgChanged();
     void waveChanged();
     void lastUpdatedChanged();
+    void refreshingChanged();
+    void endpointSilenceChanged();
     void proxyOKChanged();
     void rpcSourceLabelChanged();
 
@@ -258,7 +272,17 @@ private:
     static QCoro::Task<> poll(QPointer<WalletModel> model,
                               std::shared_ptr<Cancellation> cancellation);
 
+    /// An endpoint that does not answer, and when it was asked first.
+    struct Silence
+    {
+        QUrl endpoint;
+        std::chrono::system_clock::time_point since;
+    };
+
     QCoro::Task<JsonResult> getJSON(QString url);
+    QCoro::Task<> runCycle(bool force);
+    void countCycles(int change);
+    void noteAnswer(const Silence &asked, const JsonResult &result);
     QCoro::Task<> refreshWhileAsked();
     void watch(WatchedAddress watched);
     void setBackupPending(bool pending);
@@ -290,6 +314,7 @@ private:
     std::optional<double> m_chg;
     QList<double> m_wave;
     std::optional<std::chrono::system_clock::time_point> m_lastUpdated;
+    std::optional<Silence> m_silence;
     bool m_proxyOK = false;
     /// The number of probes started; only the latest one's reply is used.
     unsigned m_probes = 0;
@@ -298,6 +323,7 @@ private:
     bool m_refreshing = false;
     /// `refresh()` was called since that refresh started.
     bool m_refreshAsked = false;
+    int m_runningCycles = 0;
     std::shared_ptr<Cancellation> m_pollTask;
     /// Completed refresh cycles; chooses those that fetch the chart.
     qint64 m_tick = 0;

@@ -16,11 +16,9 @@
 namespace corvane::core {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::nanoseconds pollInterval = 30s;
 /// Fetches the chart about every quarter of an hour.
 constexpr qint64 cyclesPerChart = 30;
 
@@ -28,7 +26,27 @@ constexpr qint64 cyclesPerChart = 30;
 
 QCoro::Task<JsonResult> WalletModel::rpc(QString method, QJsonArray params)
 {
-    return callRpc(m_services.http, rpcURL(), std::move(method), std::move(params));
+    const QPointer<WalletModel> self(this);
+    const Silence asked{rpcURL(), m_services.queue.wallTime()};
+    auto call = callRpc(m_services.http, asked.endpoint, std::move(method), std::move(params));
+    JsonResult result = co_await call;
+    if (self) {
+        noteAnswer(asked, result);
+    }
+    co_return result;
+}
+
+void WalletModel::noteAnswer(const Silence &asked, const JsonResult &result)
+{
+    const bool isSilent = m_silence && m_silence->endpoint == asked.endpoint;
+    const auto *error = std::get_if<CallError>(&result);
+    const bool answers = std::holds_alternative<QJsonValue>(result) ||
+                         (error != nullptr && *error == CallError::Refused);
+    if (answers && isSilent) {
+        publish(m_silence, std::optional<Silence>(), &WalletModel::endpointSilenceChanged);
+    } else if (!answers && !isSilent && asked.endpoint == rpcURL()) {
+        publish(m_silence, std::optional(asked), &WalletModel::endpointSilenceChanged);
+    }
 }
 
 QCoro::Task<JsonResult> WalletModel::getJSON(QString url)
@@ -135,7 +153,23 @@ QCoro::Task<> WalletModel::refreshWave()
     }
 }
 
+void WalletModel::countCycles(int change)
+{
+    publish(m_runningCycles, m_runningCycles + change, &WalletModel::refreshingChanged);
+}
+
 QCoro::Task<> WalletModel::refreshAll(bool force)
+{
+    const QPointer<WalletModel> self(this);
+    countCycles(1);
+    auto cycle = runCycle(force);
+    co_await cycle;
+    if (self) {
+        countCycles(-1);
+    }
+}
+
+QCoro::Task<> WalletModel::runCycle(bool force)
 {
     const QPointer<WalletModel> self(this);
 

@@ -168,6 +168,41 @@ TEST_F(Refresh, StampsOnlyCyclesThatBroughtAPriceOrABalance)
     EXPECT_EQ(model->lastUpdated(), queue.wallTime());
 }
 
+TEST_F(Refresh, TellsSinceWhenTheEndpointDoesNotAnswer)
+{
+    using Reply = platform::HttpResult;
+    for (const auto &[reply, answers] : Table<Reply, bool>{
+             {HttpError::Unreachable, false},
+             {HttpReply{200, "<html>"}, false},
+             {HttpReply{503, R"({"error": {"code": 1}})"}, false},
+             {HttpReply{429, R"({"error": {"code": -32005}})"}, true},
+             {HttpReply{200, R"({"result": null})"}, true},
+         }) {
+        http.answer(balance, "{\"result\": {}}");
+        http.answer(tokens, reply);
+        launch();
+        EXPECT_EQ(model->endpointSilentSince(), std::nullopt) << "not asked yet";
+        queue.drain();
+        const auto asked = queue.wallTime();
+        http.answer(balance, reply);
+        queue.advance(60s);
+        EXPECT_EQ(model->endpointSilentSince(), answers ? std::nullopt : std::optional(asked));
+        // What another endpoint does not answer says nothing of this one.
+        http.hold(balance);
+        model->refreshBalance();
+        queue.drain();
+        model->setCustomRPC(u"https://other.test"_s);
+        http.release(balance, HttpError::TimedOut);
+        EXPECT_EQ(model->endpointSilentSince(), std::nullopt);
+        model->setCustomRPC({});
+        EXPECT_EQ(model->endpointSilentSince().has_value(), !answers);
+        http.answer(balance, "{\"result\": {}}");
+        http.answer(tokens, HttpError::TimedOut);
+        queue.advance(30s);
+        EXPECT_EQ(model->endpointSilentSince(), queue.wallTime()) << "it answered in between";
+    }
+}
+
 TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
 {
     launch();
@@ -200,6 +235,7 @@ TEST_F(Refresh, PollsEveryThirtySecondsAndFetchesTheChartEveryThirtiethTime)
 TEST_F(Refresh, AnswersAllCallsDuringARefreshWithOneMore)
 {
     launchAndSettle();
+    EXPECT_FALSE(model->isRefreshing());
     http.hold(coinGecko);
     for (int asked = 0; asked < 1000; ++asked) {
         model->refresh();
@@ -209,6 +245,7 @@ TEST_F(Refresh, AnswersAllCallsDuringARefreshWithOneMore)
     }
     queue.drain();
     EXPECT_EQ(http.names(), Names{coinGecko});
+    EXPECT_TRUE(model->isRefreshing());
     const QByteArray price = R"({"solana": {"usd": 150}})";
     http.release(coinGecko, price);
     queue.drain();
@@ -216,6 +253,7 @@ TEST_F(Refresh, AnswersAllCallsDuringARefreshWithOneMore)
     http.release(coinGecko, price);
     queue.drain();
     EXPECT_EQ(http.count(coinGecko), 2);
+    EXPECT_FALSE(model->isRefreshing());
     model->refresh();
     queue.drain();
     EXPECT_EQ(http.count(coinGecko), 3) << "nothing is running any more";
