@@ -117,6 +117,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: Pictogram.ArrowClockwise
                 label: "Refresh"
+                busy: root.model.refreshing
                 visible: root.island.islandUnlocked
                 onTriggered: root.model.refresh()
             }

@@ -1,5 +1,6 @@
 import Corvane.Look
 import Corvane.Look.Controls
+import Corvane.Look.Motion
 import Corvane.Look.Paint
 import QtQuick
 
@@ -10,10 +11,31 @@ Item {
     required property int symbol
     // The button's name for assistive technology.
     required property string label
+    // While what the button started goes on, its pictogram turns, in whole turns.
+    property bool busy: false
     signal triggered
+
+    function turn() {
+        if (root.busy && !turning.running) {
+            turning.jumpTo(0);
+            turning.target = 1;
+        }
+    }
 
     implicitWidth: 22
     implicitHeight: 22
+    onBusyChanged: root.turn()
+    Component.onCompleted: {
+        turning.useEaseOut(0.9);
+        root.turn();
+    }
+
+    AnimatedValue {
+        id: turning
+
+        target: 0
+        onRunningChanged: root.turn()
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -27,7 +49,9 @@ Item {
         anchors.centerIn: parent
         symbol: root.symbol
         fontSize: 10
-        color: area.containsMouse ? Theme.ink : Theme.muted
+        rotation: 360 * turning.value
+        // With reduced motion nothing turns.
+        color: root.busy && Theme.reducedMotion ? Theme.green : area.containsMouse ? Theme.ink : Theme.muted
     }
 
     PressArea {
@@ -35,6 +59,7 @@ Item {
 
         anchors.fill: parent
         label: root.label
+        description: root.busy ? "busy" : ""
         radius: 11
         onTriggered: root.triggered()
     }

@@ -85,8 +85,22 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     click(u"Settings"_s);
     EXPECT_EQ(m_island->pane(), IslandPane::Settings);
     http.forgetRequests();
+    http.hold(tests::coinGecko);
     click(u"Refresh"_s);
     queue.drain();
+    // Its pictogram turns meanwhile, and ends upright.
+    const auto parts = tests::control(m_stage.view(), u"Refresh"_s)->childItems();
+    const auto turn = [&parts] {
+        double sum = 0;
+        for (const QQuickItem *part : parts) {
+            sum += part->rotation();
+        }
+        return sum;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return turn() > 0 && turn() < 360; }));
+    http.release(tests::coinGecko, R"({"solana": {"usd": 150}})");
+    queue.drain();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return turn() == 360; }));
     EXPECT_EQ(http.count(tests::chart), 1);
 }
 
