@@ -66,5 +66,6 @@ Item {
         icon: done ? Pictogram.CheckmarkCircleFill : pendingIcon
         iconSize: 17
         iconColor: done ? Theme.green : Theme.muted
+        iconLabel: done ? "done" : "not done yet"
     }
 }

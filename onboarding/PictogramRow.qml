@@ -10,6 +10,8 @@ Item {
     required property int icon
     required property real iconSize
     required property color iconColor
+    // What the pictogram says; empty if the texts say everything.
+    property string iconLabel: ""
     required property string title
     required property string detail
 
@@ -23,6 +25,9 @@ Item {
         symbol: root.icon
         fontSize: root.iconSize
         color: root.iconColor
+        Accessible.role: Accessible.Graphic
+        Accessible.name: root.iconLabel
+        Accessible.ignored: root.iconLabel === ""
     }
 
     Stack {
