@@ -48,9 +48,20 @@ CardFrame {
         }
 
         Label {
+            id: asOf
+
+            anchors.left: networkTag.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.card.asOf
+            font: Theme.term(8)
+            color: Theme.muted
+        }
+
+        Label {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, parent.width - networkTag.x - networkTag.width - 8)
+            width: Math.min(implicitWidth, parent.width - asOf.x - asOf.implicitWidth - 8)
             elide: Text.ElideRight
             text: root.card.changeText
             font: Theme.term(10, Theme.Bold)

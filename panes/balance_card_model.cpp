@@ -4,6 +4,7 @@
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
 #include "panes/network_wording.h"
+#include "panes/time_wording.h"
 
 #include <cmath>
 
@@ -32,6 +33,7 @@ BalanceCardModel::BalanceCardModel(WalletModel &wallet, island::IslandController
     : QObject(parent)
     , m_wallet(wallet)
     , m_island(island)
+    , m_queue(queue)
     , m_copied(queue, copiedFor)
 {
     connect(&m_copied, &PassingFlag::changed, this, &BalanceCardModel::chipChanged);
@@ -42,7 +44,38 @@ BalanceCardModel::BalanceCardModel(WalletModel &wallet, island::IslandController
           &WalletModel::waveChanged}) {
         connect(&m_wallet, signal, this, &BalanceCardModel::update);
     }
+    connect(&m_wallet, &WalletModel::lastUpdatedChanged, this, &BalanceCardModel::updateAge);
     update();
+    updateAge();
+}
+
+BalanceCardModel::~BalanceCardModel()
+{
+    if (m_ageAlarm) {
+        m_ageAlarm->cancel();
+    }
+}
+
+void BalanceCardModel::updateAge()
+{
+    if (m_ageAlarm) {
+        m_ageAlarm->cancel();
+        m_ageAlarm.reset();
+    }
+    QString asOf;
+    if (const auto updated = m_wallet.lastUpdated()) {
+        const auto now = m_queue.wallTime();
+        const auto left = *updated + core::figuresStayFresh - now;
+        if (left > std::chrono::nanoseconds::zero()) {
+            m_ageAlarm = m_queue.after(left, [this] { updateAge(); });
+        } else {
+            asOf = QStringLiteral("AS OF ") + clockText(*updated, now);
+        }
+    }
+    if (m_asOf != asOf) {
+        m_asOf = asOf;
+        Q_EMIT asOfChanged();
+    }
 }
 
 BalanceCardModel::Figures BalanceCardModel::read() const

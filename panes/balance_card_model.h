@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+#include <memory>
+
 namespace corvane::core {
 class WalletModel;
 } // namespace corvane::core
@@ -25,6 +27,8 @@ class BalanceCardModel : public QObject
     /// The 24-hour change with its sign; empty if unknown.
     Q_PROPERTY(QString changeText READ changeText NOTIFY figuresChanged FINAL)
     Q_PROPERTY(bool changeIsFall READ changeIsFall NOTIFY figuresChanged FINAL)
+    /// When the figures were fetched, if they are out of date; otherwise empty.
+    Q_PROPERTY(QString asOf READ asOf NOTIFY asOfChanged FINAL)
     /// The balance in dollars or SOL, as chosen by the user.
     Q_PROPERTY(QString headline READ headline NOTIFY figuresChanged FINAL)
     /// The balance in QUIB, and in USDC if known.
@@ -46,7 +50,9 @@ class BalanceCardModel : public QObject
 public:
     BalanceCardModel(core::WalletModel &wallet, island::IslandController &island,
                      platform::MainQueue &queue, QObject *parent = nullptr);
+    ~BalanceCardModel() override;
 
+    [[nodiscard]] QString asOf() const { return m_asOf; }
     [[nodiscard]] QString changeText() const { return m_figures.changeText; }
     [[nodiscard]] bool changeIsFall() const { return m_figures.changeIsFall; }
     [[nodiscard]] QString headline() const { return m_figures.headline; }
@@ -74,6 +80,7 @@ public:
 
 Q_SIGNALS:
     void figuresChanged();
+    void asOfChanged();
     void announcementChanged();
     void waveChanged();
     void chipChanged();
@@ -100,9 +107,14 @@ private:
 
     [[nodiscard]] Figures read() const;
     void update();
+    /// Follows the age of the figures, now and when they become out of date.
+    void updateAge();
 
     core::WalletModel &m_wallet;
     island::IslandController &m_island;
+    platform::MainQueue &m_queue;
+    std::shared_ptr<platform::WorkItem> m_ageAlarm;
+    QString m_asOf;
     Figures m_figures;
     QString m_announcement;
     QList<double> m_wave;

@@ -68,6 +68,42 @@ TEST_F(BalanceCardModelTest, WordsTheFigures)
     }
 }
 
+TEST_F(BalanceCardModelTest, TellsTheAgeOfFiguresThatAreOutOfDate)
+{
+    settings.setString(u"corvane.address"_s, addressA);
+    launchIsland();
+    openCard();
+    queue.advance(10min);
+    EXPECT_EQ(m_card->asOf(), QString()) << "all is well";
+    const qint64 last = std::chrono::duration_cast<std::chrono::milliseconds>(queue.now()).count();
+    for (const QString &name :
+         {tests::coinGecko, tests::binance, tests::coinbase, tests::balance, tests::tokens}) {
+        http.answer(name, platform::HttpError::Unreachable);
+    }
+    queue.advance(72s - 1ns);
+    EXPECT_EQ(m_card->asOf(), QString());
+    QSignalSpy changed(m_card.get(), &BalanceCardModel::asOfChanged);
+    queue.advance(1ns);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(m_card->asOf(),
+              u"AS OF "_s + QDateTime::fromMSecsSinceEpoch(last).toString(u"HH:mm"));
+    const auto timers = queue.pendingTimers();
+    openCard();
+    EXPECT_NE(m_card->asOf(), QString()) << "a new card";
+    EXPECT_EQ(queue.pendingTimers(), timers) << "nothing is left to wait for";
+    http.answer(tests::balance, R"({"result": {"value": 1}})");
+    queue.advance(30s);
+    EXPECT_EQ(m_card->asOf(), QString());
+    const auto alive = queue.pendingTimers();
+    m_card.reset();
+    EXPECT_EQ(queue.pendingTimers(), alive - 1);
+    http.answer(tests::balance, platform::HttpError::Unreachable);
+    launchIsland();
+    openCard();
+    queue.advance(10min);
+    EXPECT_EQ(m_card->asOf(), QString()) << "nothing was ever fetched";
+}
+
 TEST_F(BalanceCardModelTest, SignsTheChange)
 {
     launchIsland();
