@@ -11,6 +11,7 @@ Stack {
     property alias text: field.text
     readonly property string shown: field.shown
     property alias invalid: field.invalid
+    property alias problem: field.problem
     // Width of the field; the label may be longer.
     property real fieldWidth: root.width
     readonly property Item field: field

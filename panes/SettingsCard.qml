@@ -55,6 +55,7 @@ CardFrame {
             label: "WALLET ADDRESS (public key, watch-only)"
             placeholder: "paste your quib address"
             text: root.card.address
+            problem: root.card.addressError
             onEdited: text => root.card.address = text
         }
 
@@ -79,13 +80,33 @@ CardFrame {
             label: "CUSTOM RPC URL (optional, wins over public RPC)"
             placeholder: root.card.rpcPlaceholder
             text: root.card.customRPC
+            problem: root.card.customRPCError
             onEdited: text => root.card.customRPC = text
         }
 
-        Label {
-            text: root.card.rpcSource
-            font: Theme.term(8)
-            color: root.card.rpcIsPublic ? Theme.muted : Theme.green
+        ErrorLine {
+            width: parent.width
+            text: root.card.customRPCError
+        }
+
+        Item {
+            width: parent.width
+            height: source.implicitHeight
+
+            Label {
+                id: source
+
+                text: root.card.rpcSource
+                font: Theme.term(8)
+                color: root.card.rpcIsPublic ? Theme.muted : Theme.green
+            }
+
+            ErrorLine {
+                anchors.left: source.right
+                anchors.leftMargin: 8
+                anchors.right: parent.right
+                text: root.card.rpcSilence
+            }
         }
     }
 

@@ -6,6 +6,7 @@
 #include "core/wallet_model.h"
 #include "island/island_controller.h"
 #include "panes/network_wording.h"
+#include "panes/time_wording.h"
 
 #include <algorithm>
 
@@ -38,7 +39,8 @@ SettingsCardModel::SettingsCardModel(WalletModel &wallet, island::IslandControll
     for (const auto signal :
          {&WalletModel::addressChanged, &WalletModel::customRPCChanged,
           &WalletModel::networkChanged, &WalletModel::rpcSourceLabelChanged,
-          &WalletModel::signingPubkeyChanged, &WalletModel::backupPendingChanged}) {
+          &WalletModel::endpointSilenceChanged, &WalletModel::signingPubkeyChanged,
+          &WalletModel::backupPendingChanged}) {
         connect(&m_wallet, signal, this, &SettingsCardModel::changed);
     }
 }
@@ -69,6 +71,26 @@ QString SettingsCardModel::customRPC() const
 void SettingsCardModel::setCustomRPC(const QString &customRPC)
 {
     m_wallet.setCustomRPC(customRPC);
+}
+
+QString SettingsCardModel::customRPCError() const
+{
+    if (core::trimmingBlanks(m_wallet.customRPC()).isEmpty()) {
+        return {};
+    }
+    const std::optional<QUrl> endpoint = core::customEndpoint(m_wallet.customRPC());
+    // Only these two can be asked.
+    const bool isWeb = endpoint && (endpoint->scheme() == QStringLiteral("https") ||
+                                    endpoint->scheme() == QStringLiteral("http"));
+    return isWeb ? QString()
+                 : QStringLiteral("not a web address — write it as https://rpc.example.com");
+}
+
+QString SettingsCardModel::rpcSilence() const
+{
+    const auto since = m_wallet.endpointSilentSince();
+    return since ? QStringLiteral("no answer since ") + clockText(*since, m_queue.wallTime())
+                 : QString();
 }
 
 QString SettingsCardModel::rpcPlaceholder() const

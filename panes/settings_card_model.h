@@ -33,12 +33,16 @@ class SettingsCardModel : public QObject
     Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY changed FINAL)
     /// The error message for the address; empty if there is none.
     Q_PROPERTY(QString addressError READ addressError NOTIFY changed FINAL)
+    /// Why the typed endpoint cannot be one; empty if it can be or if there is none.
+    Q_PROPERTY(QString customRPCError READ customRPCError NOTIFY changed FINAL)
     /// As typed; empty for none.
     Q_PROPERTY(QString customRPC READ customRPC WRITE setCustomRPC NOTIFY changed FINAL)
     /// The public endpoint of the network.
     Q_PROPERTY(QString rpcPlaceholder READ rpcPlaceholder NOTIFY changed FINAL)
     /// The text that names the endpoint in use.
     Q_PROPERTY(QString rpcSource READ rpcSource NOTIFY changed FINAL)
+    /// Since when the endpoint in use does not answer; empty while it does.
+    Q_PROPERTY(QString rpcSilence READ rpcSilence NOTIFY changed FINAL)
     /// True if the public endpoint is in use.
     Q_PROPERTY(bool rpcIsPublic READ rpcIsPublic NOTIFY changed FINAL)
     Q_PROPERTY(QList<QString> networks READ networks CONSTANT FINAL)
@@ -74,8 +78,10 @@ public:
     [[nodiscard]] QString addressError() const;
     [[nodiscard]] QString customRPC() const;
     void setCustomRPC(const QString &customRPC);
+    [[nodiscard]] QString customRPCError() const;
     [[nodiscard]] QString rpcPlaceholder() const;
     [[nodiscard]] QString rpcSource() const;
+    [[nodiscard]] QString rpcSilence() const;
     [[nodiscard]] bool rpcIsPublic() const;
     [[nodiscard]] QList<QString> networks() const;
     [[nodiscard]] int network() const;

@@ -12,6 +12,8 @@ FieldFrame {
     required property string label
     // The owner's value.
     property string text
+    // What is wrong with the value, for assistive technology; the owner shows it.
+    property string problem: ""
     // What can be read in the field, including what an input method has not committed yet.
     readonly property string shown: input.displayText
     // The line is no longer `text`, which the owner now sets.
@@ -63,6 +65,6 @@ FieldFrame {
         }
         Accessible.role: Accessible.EditableText
         Accessible.name: root.label
-        Accessible.description: root.placeholder
+        Accessible.description: root.problem === "" ? root.placeholder : root.problem
     }
 }
