@@ -44,8 +44,14 @@ Stack {
             label: "TO"
             placeholder: "recipient solana address"
             text: root.card.recipient
-            invalid: root.card.recipientIsWrong
+            invalid: root.card.recipientRefusal !== ""
+            problem: root.card.recipientRefusal
             onEdited: text => root.card.recipient = text
+        }
+
+        ErrorLine {
+            width: parent.width
+            text: root.card.recipientRefusal
         }
 
         NoteLine {
@@ -70,7 +76,8 @@ Stack {
                 label: "AMOUNT (SOL)"
                 placeholder: "0.00"
                 text: root.card.amount
-                invalid: root.card.amountIsWrong
+                invalid: root.card.amountRefusal !== ""
+                problem: root.card.amountRefusal
                 onEdited: text => root.card.amount = text
             }
 
@@ -107,6 +114,11 @@ Stack {
                     color: Theme.muted
                 }
             }
+        }
+
+        ErrorLine {
+            width: parent.width
+            text: root.card.amountRefusal
         }
 
         NoteLine {
@@ -245,13 +257,27 @@ Stack {
         }
 
         Label {
-            id: signature
+            id: sentSubject
 
             anchors.left: sentText.right
             anchors.leftMargin: 8
             anchors.verticalCenter: parent.verticalCenter
             visible: root.card.sent
             width: Math.min(implicitWidth, parent.width / 2)
+            text: root.card.sentSubject
+            elide: Text.ElideRight
+            font: Theme.term(8)
+            color: Theme.muted
+        }
+
+        Label {
+            id: signature
+
+            anchors.left: sentSubject.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.card.sent
+            width: Math.min(implicitWidth, parent.width / 4)
             text: root.card.shortSignature
             elide: Text.ElideMiddle
             font: Theme.term(8)
@@ -267,6 +293,11 @@ Stack {
             color: Theme.green
             onTriggered: root.card.openLink()
         }
+    }
+
+    ErrorLine {
+        width: parent.width
+        text: root.card.linkError
     }
 
     ErrorLine {
@@ -302,7 +333,7 @@ Stack {
             anchors.left: fate.right
             anchors.leftMargin: 8
             anchors.right: parent.right
-            visible: fate.visible
+            visible: fate.visible && !root.card.fateIsOfSent
             text: root.card.fateSubject
             elide: Text.ElideRight
             font: Theme.term(8)

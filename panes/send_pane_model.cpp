@@ -195,14 +195,34 @@ bool SendPaneModel::amountIsValid() const
     return amount && (!balance || *amount <= *balance);
 }
 
-bool SendPaneModel::recipientIsWrong() const
+QString SendPaneModel::recipientRefusal() const
 {
-    return !m_recipient.isEmpty() && !m_address;
+    return m_recipient.isEmpty() || m_address ? QString() : QStringLiteral("not a solana address");
 }
 
-bool SendPaneModel::amountIsWrong() const
+QString SendPaneModel::amountRefusal() const
 {
-    return !m_amount.isEmpty() && !amountIsValid();
+    if (m_amount.isEmpty() || amountIsValid()) {
+        return {};
+    }
+    const std::optional<double> amount = parseAmount(m_amount);
+    if (!amount) {
+        return QStringLiteral("write the amount as 0.5");
+    }
+    if (!(*amount > 0)) {
+        return QStringLiteral("the amount must be more than 0");
+    }
+    if (!m_wallet.sol()) {
+        return QStringLiteral("more than there is on the network");
+    }
+    const QString whose = m_wallet.watchesAnother() ? QStringLiteral(" of the address you watch")
+                                                    : QStringLiteral(" you have");
+    return QStringLiteral("more than the ") + m_wallet.solLabel() + whose;
+}
+
+QString SendPaneModel::outlook() const
+{
+    return amountRefusal().isEmpty() ? m_outlook.text : QString();
 }
 
 bool SendPaneModel::isReady() const
@@ -313,26 +333,47 @@ bool SendPaneModel::fateIsLoss() const
     return report().fate == TransferFate::DidNotGoThrough;
 }
 
+QString SendPaneModel::worded(const core::TransferIntent &transfer) const
+{
+    QString text = m_wallet.ownAmount(core::solText(transfer.amount) + QStringLiteral(" SOL")) +
+                   QStringLiteral(" to ") + core::shortAddress(transfer.recipient.text());
+    if (transfer.network != m_wallet.network()) {
+        text += QStringLiteral(" on ") + networkTitle(transfer.network);
+    }
+    return text;
+}
+
+QString SendPaneModel::sentSubject() const
+{
+    return isSent() ? worded(*report().sent) : QString();
+}
+
 QString SendPaneModel::fateSubject() const
 {
     if (fate().isEmpty()) {
         return {};
     }
-    const core::TransferIntent &subject = *report().subject;
     QString text = report().isEarlier ? QStringLiteral("an earlier ") : QString();
-    text += m_wallet.ownAmount(core::solText(subject.amount) + QStringLiteral(" SOL")) +
-            QStringLiteral(" to ") + core::shortAddress(subject.recipient.text());
-    if (subject.network != m_wallet.network()) {
-        text += QStringLiteral(" on ") + networkTitle(subject.network);
-    }
+    text += worded(*report().subject);
     return text;
 }
 
 void SendPaneModel::openLink()
 {
+    setLinkError({});
     if (const std::optional<QUrl> page = link()) {
-        m_links.open(*page);
+        m_links.open(*page, [pane = QPointer(this)] {
+            if (pane) {
+                pane->setLinkError(QStringLiteral("nothing on this desktop opens web links"));
+            }
+        });
     }
+}
+
+void SendPaneModel::setLinkError(const QString &error)
+{
+    m_linkError = error;
+    Q_EMIT changed();
 }
 
 void SendPaneModel::close()
@@ -351,6 +392,7 @@ void SendPaneModel::send(const QString &shownRecipient, const QString &shownAmou
         return;
     }
     m_pressError.clear();
+    m_linkError.clear();
     m_sounds.play(Sound::Pop);
     // The task continues without its handle.
     finish(this, &m_island, &m_sounds, m_wallet.sendSOL(*m_address, *payableAmount()));

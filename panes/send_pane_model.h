@@ -49,7 +49,8 @@ class SendPaneModel : public QObject
     /// Which key pays, if another address is being watched; otherwise empty.
     Q_PROPERTY(QString payerWarning READ payerWarning NOTIFY changed FINAL)
     Q_PROPERTY(QString recipient READ recipient WRITE setRecipient NOTIFY changed FINAL)
-    Q_PROPERTY(bool recipientIsWrong READ recipientIsWrong NOTIFY changed FINAL)
+    /// Why the typed recipient is refused; empty if it is not.
+    Q_PROPERTY(QString recipientRefusal READ recipientRefusal NOTIFY changed FINAL)
     /// What is worth telling about a valid recipient; usually empty.
     Q_PROPERTY(QString recipientNote READ recipientNote NOTIFY changed FINAL)
     Q_PROPERTY(bool recipientNoteIsSevere READ recipientNoteIsSevere NOTIFY changed FINAL)
@@ -57,14 +58,15 @@ class SendPaneModel : public QObject
     Q_PROPERTY(QString groupedRecipient READ groupedRecipient NOTIFY changed FINAL)
     /// The amount in SOL, as typed.
     Q_PROPERTY(QString amount READ amount WRITE setAmount NOTIFY changed FINAL)
-    Q_PROPERTY(bool amountIsWrong READ amountIsWrong NOTIFY changed FINAL)
+    /// Why the typed amount is refused; empty if it is not.
+    Q_PROPERTY(QString amountRefusal READ amountRefusal NOTIFY changed FINAL)
     /// True if the balance is known, so that all of it can be sent.
     Q_PROPERTY(bool hasMax READ hasMax NOTIFY changed FINAL)
     /// The amount in QUIB and dollars, and in SOL if it will be rounded; empty if there is no valid
     /// amount.
     Q_PROPERTY(QString equivalence READ equivalence NOTIFY changed FINAL)
     /// What is available or would be left, or why the cluster would refuse the amount; empty if the
-    /// payer's balance is unknown.
+    /// payer's balance is unknown or if the card refuses the amount itself.
     Q_PROPERTY(QString outlook READ outlook NOTIFY changed FINAL)
     Q_PROPERTY(bool outlookIsRefusal READ outlookIsRefusal NOTIFY changed FINAL)
     /// The labels of amounts that would work instead.
@@ -75,7 +77,11 @@ class SendPaneModel : public QObject
     Q_PROPERTY(bool sent READ isSent NOTIFY changed FINAL)
     /// The shortened signature of the transfer, on one line.
     Q_PROPERTY(QString shortSignature READ shortSignature NOTIFY changed FINAL)
+    /// How much was sent to whom.
+    Q_PROPERTY(QString sentSubject READ sentSubject NOTIFY changed FINAL)
     Q_PROPERTY(bool hasLink READ hasLink NOTIFY changed FINAL)
+    /// Why the link does not open; empty if it does.
+    Q_PROPERTY(QString linkError READ linkError NOTIFY changed FINAL)
     Q_PROPERTY(QString errorMsg READ errorMsg NOTIFY changed FINAL)
     /// What became of a transfer; empty if that is not known or not in question.
     Q_PROPERTY(QString fate READ fate NOTIFY changed FINAL)
@@ -84,6 +90,8 @@ class SendPaneModel : public QObject
     Q_PROPERTY(bool fateIsLoss READ fateIsLoss NOTIFY changed FINAL)
     /// The transfer that `fate` is about.
     Q_PROPERTY(QString fateSubject READ fateSubject NOTIFY changed FINAL)
+    /// True if that is the transfer of the sent line, which names it already.
+    Q_PROPERTY(bool fateIsOfSent READ fateIsOfSent NOTIFY changed FINAL)
     /// Number of transfers that were accepted while the pane was shown.
     Q_PROPERTY(int burst READ burst NOTIFY changed FINAL)
 
@@ -111,16 +119,16 @@ public:
     [[nodiscard]] QString payerWarning() const;
     [[nodiscard]] QString recipient() const { return m_recipient; }
     void setRecipient(const QString &recipient);
-    [[nodiscard]] bool recipientIsWrong() const;
+    [[nodiscard]] QString recipientRefusal() const;
     [[nodiscard]] QString recipientNote() const;
     [[nodiscard]] bool recipientNoteIsSevere() const;
     [[nodiscard]] QString groupedRecipient() const;
     [[nodiscard]] QString amount() const { return m_amount; }
     void setAmount(const QString &amount);
-    [[nodiscard]] bool amountIsWrong() const;
+    [[nodiscard]] QString amountRefusal() const;
     [[nodiscard]] bool hasMax() const;
     [[nodiscard]] QString equivalence() const;
-    [[nodiscard]] QString outlook() const { return m_outlook.text; }
+    [[nodiscard]] QString outlook() const;
     [[nodiscard]] bool outlookIsRefusal() const { return m_outlook.isRefused; }
     [[nodiscard]] QStringList offers() const;
     [[nodiscard]] bool isReady() const;
@@ -128,12 +136,15 @@ public:
     [[nodiscard]] QString sendLabel() const;
     [[nodiscard]] bool isSent() const { return m_showsReport && report().signature.has_value(); }
     [[nodiscard]] QString shortSignature() const;
+    [[nodiscard]] QString sentSubject() const;
     [[nodiscard]] bool hasLink() const { return link().has_value(); }
+    [[nodiscard]] QString linkError() const { return m_linkError; }
     [[nodiscard]] QString errorMsg() const;
     [[nodiscard]] QString fate() const;
     [[nodiscard]] bool fateIsOpen() const;
     [[nodiscard]] bool fateIsLoss() const;
     [[nodiscard]] QString fateSubject() const;
+    [[nodiscard]] bool fateIsOfSent() const { return isSent() && !report().isEarlier; }
     [[nodiscard]] int burst() const { return m_burst; }
 
 Q_SIGNALS:
@@ -145,7 +156,9 @@ private:
     [[nodiscard]] std::optional<double> payableAmount() const;
     /// True if the amount is payable and, if the balance is known, at most the balance.
     [[nodiscard]] bool amountIsValid() const;
+    [[nodiscard]] QString worded(const core::TransferIntent &transfer) const;
     [[nodiscard]] std::optional<QUrl> link() const;
+    void setLinkError(const QString &error);
     /// Follows a change of the wallet or of the fields.
     void update();
     void followReport();
@@ -172,6 +185,7 @@ private:
     core::TransferFate m_lastFate = core::TransferFate::Unknown;
     /// Why the last press had no effect.
     QString m_pressError;
+    QString m_linkError;
     int m_burst = 0;
 };
 

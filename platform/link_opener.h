@@ -2,6 +2,8 @@
 
 #include <QUrl>
 
+#include <functional>
+
 namespace corvane::platform {
 
 /// Opens links through the desktop. Main thread.
@@ -14,8 +16,8 @@ public:
     virtual ~LinkOpener() = default;
 
     /// Opens a web page in the user's browser; ignores URLs that are neither http nor https.
-    /// Returns immediately; errors are ignored.
-    virtual void open(const QUrl &page) = 0;
+    /// Returns immediately. `failed` is called, possibly later, if nothing opens it.
+    virtual void open(const QUrl &page, std::function<void()> failed) = 0;
 };
 
 } // namespace corvane::platform

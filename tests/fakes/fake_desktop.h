@@ -224,8 +224,15 @@ public:
 class FakeLinkOpener final : public platform::LinkOpener
 {
 public:
-    void open(const QUrl &page) override { opened.append(page); }
+    void open(const QUrl &page, std::function<void()> failed) override
+    {
+        opened.append(page);
+        if (fails) {
+            failed();
+        }
+    }
     QList<QUrl> opened;
+    bool fails = false;
 };
 
 class FakeApplication final : public platform::Application

@@ -241,6 +241,8 @@ TEST_P(CardViewsTest, Settings)
     press(u"REMOVE"_s);
     expectClean({u"not a valid solana address"_s, u"REALLY REMOVE? (backup first!)"_s});
     EXPECT_GT(card.implicitHeight(), plain);
+    model->setCustomRPC(u"rpc"_s);
+    expectClean({cards().settingsCard(&card)->customRPCError()});
 }
 
 TEST_P(CardViewsTest, Receive)
@@ -276,7 +278,14 @@ TEST_P(CardViewsTest, Send)
     EXPECT_FALSE(control(u"SEND"_s)->isEnabled());
     pane->setRecipient(u"not an address"_s);
     pane->setAmount(u"0"_s);
-    expectClean();
+    const QString refusal = u"the amount must be more than 0"_s;
+    expectClean({u"not a solana address"_s, refusal});
+    const auto items = card.findChildren<QQuickItem *>();
+    EXPECT_TRUE(std::ranges::any_of(items, [&](QQuickItem *item) {
+        QAccessibleInterface *said = QAccessible::queryAccessibleInterface(item);
+        return said != nullptr && said->role() == QAccessible::EditableText &&
+               said->text(QAccessible::Description) == refusal;
+    })) << "a screen reader says it with the field";
     pane->setRecipient(tests::addressB);
     pane->setAmount(u"0.12345678"_s);
     expectClean({u"≈ 123 QUIB  ·  $18.55"_s});
@@ -292,7 +301,10 @@ TEST_P(CardViewsTest, Send)
     http.answer(u"sendTransaction"_s, R"({"result": ")" + QByteArray(88, 'W') + R"("})");
     press(u"SEND"_s);
     queue.drain();
-    expectClean({u"SENT ✓"_s, u"VIEW ON SOLSCAN"_s});
+    expectClean({u"SENT ✓"_s, pane->sentSubject(), u"VIEW ON SOLSCAN"_s});
+    m_links.fails = true;
+    press(u"VIEW ON SOLSCAN"_s);
+    expectClean({pane->linkError()});
     EXPECT_GT(card.implicitHeight(), plain);
 }
 

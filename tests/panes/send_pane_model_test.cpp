@@ -58,23 +58,29 @@ protected:
 TEST_F(SendPaneModelTest, IsReadyForAGoodRecipientAndAnAmountThatIsThere)
 {
     const QByteArray known = "1500000000";
-    for (const auto &[lamports, recipient, amount, recipientIsWrong, amountIsWrong, ready] :
-         Table<QByteArray, QString, QString, bool, bool, bool>{
-             {known, {}, {}, false, false, false},
-             {known, u" "_s + good + u'\t', u"1,5"_s, false, false, true},
-             {known, good + u'\n', u"1"_s, true, false, false},
-             {known, good.chopped(1) + u'0', u"1"_s, true, false, false},
-             {known, good, {}, false, false, false},
-             {known, good, u"0"_s, false, true, false},
-             {known, good, u"-1"_s, false, true, false},
-             {known, good, u"1.500000001"_s, false, true, false},
-             {unknown, good, u"1000000"_s, false, false, true},
+    const QString noAddress = u"not a solana address"_s;
+    const QString notPositive = u"the amount must be more than 0"_s;
+    for (const auto &[lamports, recipient, amount, recipientRefusal, amountRefusal, ready] :
+         Table<QByteArray, QString, QString, QString, QString, bool>{
+             {known, {}, {}, {}, {}, false},
+             {known, u" "_s + good + u'\t', u"1,5"_s, {}, {}, true},
+             {known, good + u'\n', u"1"_s, noAddress, {}, false},
+             {known, good.chopped(1) + u'0', u"1"_s, noAddress, {}, false},
+             {known, good, {}, {}, {}, false},
+             {known, good, u"0"_s, {}, notPositive, false},
+             {known, good, u"-1"_s, {}, notPositive, false},
+             {known, good, u" 1"_s, {}, u"write the amount as 0.5"_s, false},
+             {known, good, u"1.500000001"_s, {}, u"more than the 1.5000 SOL you have"_s, false},
+             {known, good, u"1e20"_s, {}, u"more than the 1.5000 SOL you have"_s, false},
+             {unknown, good, u"1e20"_s, {}, u"more than there is on the network"_s, false},
+             {unknown, good, u"1000000"_s, {}, {}, true},
          }) {
         SCOPED_TRACE((recipient + u'|' + amount).toStdString());
         openPane(lamports);
         type(recipient, amount);
-        EXPECT_EQ(m_card->recipientIsWrong(), recipientIsWrong);
-        EXPECT_EQ(m_card->amountIsWrong(), amountIsWrong);
+        EXPECT_EQ(m_card->recipientRefusal(), recipientRefusal);
+        EXPECT_EQ(m_card->amountRefusal(), amountRefusal);
+        EXPECT_TRUE(amountRefusal.isEmpty() || m_card->outlook().isEmpty()) << "one line says it";
         EXPECT_EQ(m_card->isReady(), ready);
     }
 }
@@ -149,6 +155,10 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     ASSERT_TRUE(m_card->hasLink());
     m_card->openLink();
     EXPECT_EQ(m_links.opened, QList{QUrl(endpoints.explorer + u"/tx/"_s + signature)});
+    EXPECT_EQ(m_card->linkError(), QString());
+    m_links.fails = true;
+    m_card->openLink();
+    EXPECT_EQ(m_card->linkError(), u"nothing on this desktop opens web links"_s);
 
     // Somebody who wants to be taken for the recipient.
     QString lookAlike = good;
@@ -162,6 +172,7 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     press();
     EXPECT_FALSE(m_card->isSent());
     EXPECT_FALSE(m_card->hasLink());
+    EXPECT_EQ(m_card->linkError(), QString());
     queue.drain();
 }
 
@@ -284,6 +295,8 @@ TEST_F(SendPaneModelTest, TellsTheFateOfATransferThatGotNoAnswer)
         EXPECT_EQ(m_card->fate(), wentThrough ? u"it went through"_s : u"it did not go through"_s);
         EXPECT_EQ(m_card->fateIsLoss(), !wentThrough);
         EXPECT_EQ(m_card->isSent(), wentThrough);
+        EXPECT_EQ(m_card->sentSubject(), wentThrough ? m_card->fateSubject() : QString());
+        EXPECT_EQ(m_card->fateIsOfSent(), wentThrough);
         EXPECT_EQ(m_card->hasLink(), wentThrough);
         // What is paid must not be paid again by a press that comes too late.
         EXPECT_EQ(m_card->recipient().isEmpty(), isCleared);
@@ -322,6 +335,7 @@ TEST_F(SendPaneModelTest, AConfirmationDisturbsNobody)
         http.release(transaction, R"({"result": ")" + signed64 + R"("})");
         settle();
         if (isSeen) {
+            EXPECT_EQ(m_card->sentSubject(), u"0.25 SOL to 4zMM…ncDU"_s);
             openCard();
             type(good, u"0.25"_s);
         }
@@ -418,7 +432,6 @@ TEST_F(SendPaneModelTest, SaysWhatIsRoundedAndRefusesWhatDoesNotFit)
          }) {
         m_card->setAmount(amount);
         EXPECT_EQ(m_card->isReady(), ready) << amount.toStdString();
-        EXPECT_EQ(m_card->amountIsWrong(), !ready);
         EXPECT_TRUE(m_card->equivalence().endsWith(note.isEmpty() ? u".00"_s : note) ||
                     note.isEmpty());
         EXPECT_EQ(m_card->equivalence().contains(u"rounded"), !note.isEmpty());

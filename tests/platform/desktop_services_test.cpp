@@ -4,16 +4,21 @@
 #include "platform/linux/bus/portal_appearance.h"
 
 #include "assets/bundled_fonts.h"
+#include "platform/linux/toolkit/desktop_link_opener.h"
 #include "platform/linux/toolkit/fontconfig_font_registry.h"
 #include "platform/linux/toolkit/qt_clipboard.h"
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/x11/xcb_island_panel.h"
 #include "platform/linux/x11/xcb_pointer_monitor.h"
 #include "tests/fakes/table.h"
+#include "tests/platform/wait_until.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -41,6 +46,40 @@ TEST(FontconfigFontRegistry, FindsAFontByEachOfItsNamesAsSoonAsItIsThere)
     EXPECT_FALSE(fonts.familyOf(u"Silkscreen Nonesuch"_s).has_value());
     EXPECT_FALSE(fonts.familyOf(QString()).has_value());
     EXPECT_FALSE(fonts.monospacedFamily().isEmpty());
+}
+
+TEST(DesktopLinkOpener, TellsThatNothingOpensALink)
+{
+    const QTemporaryDir folder;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", folder.path().toLocal8Bit());
+    platform::DesktopLinkOpener links;
+    int failures = 0;
+    const auto openUnder = [&](const QByteArray &script, const QByteArray &page) {
+        QFile program(folder.filePath(u"xdg-open"_s));
+        program.remove();
+        if (!script.isEmpty()) {
+            ASSERT_TRUE(program.open(QFile::WriteOnly));
+            program.write(script);
+            program.close();
+            program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        }
+        links.open(QUrl(QString::fromLatin1(page)), [&] { ++failures; });
+    };
+    const QByteArray page = "https://a.test/?b=%20";
+    QFile opened(folder.filePath(u"xdg-open.opened"_s));
+    const QByteArray works = "#!/bin/sh\nprintf %s \"$1\" >> \"$0.opened\"\n";
+    openUnder(works, "file:///etc");
+    openUnder(works, page);
+    EXPECT_TRUE(waitUntil([&] {
+        opened.close();
+        return opened.open(QFile::ReadOnly) && opened.readAll() == page;
+    }));
+    openUnder("#!/bin/sh\nexit 3\n", page);
+    EXPECT_TRUE(waitUntil([&] { return failures == 1; }));
+    openUnder({}, page);
+    EXPECT_TRUE(waitUntil([&] { return failures == 2; }));
+    qputenv("PATH", path);
 }
 
 TEST(QtClipboard, HintsAtASecretAndTakesBackOnlyItsOwn)
