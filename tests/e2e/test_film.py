@@ -43,6 +43,27 @@ class FilmTest(IslandTest):
                               ("back", lambda: corvane.press_button("Back to the balance"))):
                 self.assert_no(self.shadow_faults, self.film(corvane, act), name)
 
+    def test_a_rolling_headline_is_never_cut(self):
+        with self.run_corvane() as corvane:
+            corvane.hover()
+            corvane.click(corvane.still("$1,234.05", "push button"))
+            corvane.settled()
+            headline = corvane.tree.find("8.2000 SOL", "push button")
+            x, y, width, height = (round(part) for part in headline.extents(1))
+            film = self.film(corvane, lambda: corvane.click(headline), x - 4, y - 4, width + 40, height + 8)
+            figures = []
+            for _, picture in film:
+                columns = [max(picture.at(column, row)[1] for row in range(picture.y, picture.y + picture.height))
+                           for column in range(picture.x, picture.x + picture.width)]
+                ink = max(columns)
+                ends = [at for at, brightness in enumerate(columns) if brightness > ink / 2]
+                figures.append((ink, ends[-1] - ends[0]))
+            faintest = min(range(len(figures)), key=lambda at: figures[at][0])
+            self.assertGreater(faintest, 3)
+            # The outgoing figure keeps its width while it leaves; its last letter is wider than the tolerance.
+            narrow = [wide for _, wide in figures[:faintest] if wide < figures[0][1] - 8]
+            self.assertEqual(narrow, [], figures)
+
     def test_the_chart_is_uncovered_on_every_arrival(self):
         with self.run_corvane() as corvane:
             corvane.hover()
