@@ -12,11 +12,18 @@ Item {
 
     implicitHeight: root.text === "" ? 0 : line.implicitHeight
 
+    Appearance {
+        id: appearance
+
+        shown: root.text !== ""
+    }
+
     Label {
         id: line
 
         width: root.width
         visible: root.text !== ""
+        opacity: appearance.opacity
         wrapMode: Text.WordWrap
         font: Theme.term(8)
         color: root.severe ? Theme.red : Theme.muted

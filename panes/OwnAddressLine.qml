@@ -14,6 +14,13 @@ Item {
 
     implicitHeight: root.needed ? Math.max(warning.implicitHeight, offer.implicitHeight, back.implicitHeight) : 0
     visible: root.needed
+    opacity: appearance.opacity
+
+    Appearance {
+        id: appearance
+
+        shown: root.needed
+    }
 
     ErrorLine {
         id: warning

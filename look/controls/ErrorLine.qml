@@ -1,6 +1,5 @@
 import Corvane.Look
 import Corvane.Look.Controls
-import Corvane.Look.Motion
 import QtQuick
 
 // An error message in one red line, spoken by screen readers when it appears. Without a text it has no
@@ -12,13 +11,10 @@ Item {
 
     implicitHeight: root.text === "" ? 0 : line.implicitHeight
 
-    // The line appears while what is below makes room.
-    AnimatedValue {
+    Appearance {
         id: appearance
 
-        target: root.text === "" ? 0 : 1
-        fades: true
-        Component.onCompleted: appearance.useSpring(0.42, 0.88)
+        shown: root.text !== ""
     }
 
     Label {
