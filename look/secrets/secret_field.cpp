@@ -1,6 +1,7 @@
 #include "look/secrets/secret_field.h"
 
 #include "look/controls/plain_line.h"
+#include "look/secrets/accessible_secret_field.h"
 
 #include <QClipboard>
 #include <QFontMetricsF>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 
 namespace corvane::look {
 
@@ -31,6 +33,8 @@ bool isTyping(const QKeyEvent &event)
 SecretField::SecretField(QQuickItem *parent)
     : SecretItem(parent)
 {
+    static std::once_flag installed;
+    std::call_once(installed, AccessibleSecretField::install);
     setActiveFocusOnTab(true);
     SecretField::measure();
 }

@@ -18,12 +18,15 @@ class SecretField : public corvane::look::SecretItem
 {
     Q_OBJECT
     QML_ELEMENT
+    /// The field's name for assistive technology.
+    Q_PROPERTY(QString label MEMBER m_label FINAL)
     Q_PROPERTY(bool empty READ isEmpty NOTIFY emptyChanged FINAL)
     /// For assistive technology, which writes the property of this name. Always reads as empty.
     Q_PROPERTY(QString text READ unreadable WRITE setText FINAL)
 
 public:
     explicit SecretField(QQuickItem *parent = nullptr);
+    [[nodiscard]] QString label() const { return m_label; }
     [[nodiscard]] bool isEmpty() const { return size() == 0; }
     [[nodiscard]] QString unreadable() const { return {}; }
     /// Replaces the content.
@@ -54,6 +57,7 @@ private:
     void paste();
     void restartBlinking();
 
+    QString m_label;
     bool m_caretShown = false;
     QBasicTimer m_blinking;
 };

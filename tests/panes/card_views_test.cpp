@@ -191,6 +191,10 @@ TEST_P(CardViewsTest, Setup)
     QAccessibleInterface *field = QAccessible::queryAccessibleInterface(secret);
     ASSERT_NE(field, nullptr);
     EXPECT_TRUE(field->state().passwordEdit);
+    EXPECT_EQ(field->text(QAccessible::Name), u"secret key"_s);
+    const QAccessibleInterface *around = field->parent();
+    ASSERT_NE(around, nullptr);
+    EXPECT_GE(around->indexOfChild(field), 0);
     field->setText(QAccessible::Value, u"dictated"_s);
     EXPECT_EQ(secret->secret()->view(), u"dictated"_s);
     EXPECT_EQ(field->text(QAccessible::Value), QString());
