@@ -1,12 +1,12 @@
 // Writes the application's icons. Usage: icon_writer FOLDER, where FOLDER is that of the icon
 // theme.
 
+#include "look/paint/application_icon.h"
 #include "look/paint/shapes.h"
 #include "look/theme.h"
 
 #include <QDir>
 #include <QImage>
-#include <QPainter>
 #include <QSaveFile>
 
 #include <cstdio>
@@ -15,67 +15,11 @@ namespace {
 
 using namespace corvane::look;
 
-/// The mark on a black tile, in pixels, in a picture of `size` × `size` pixels.
-struct Icon
-{
-    int size;
-    int tileOffset;
-    int tile;
-    double radius;
-    int markOffset;
-    /// Side of one unit of the mark's grid. An integer, so that every edge of the mark is on a
-    /// pixel boundary.
-    int unit;
-
-    [[nodiscard]] QRectF tileRect() const
-    {
-        return {double(tileOffset), double(tileOffset), double(tile), double(tile)};
-    }
-    [[nodiscard]] QRectF markRect() const
-    {
-        const int edge = quibMarkUnits * unit;
-        return {double(markOffset), double(markOffset), double(edge), double(edge)};
-    }
-};
-
-// The mark has an odd number of units. Where centring would need half a pixel, the right and bottom
-// margins are one pixel wider. Small icons have narrow margins.
-constexpr Icon icons[] = {
-    {16, 0, 15, 4, 1, 1},     {22, 0, 21, 5, 4, 1},       {24, 1, 21, 5, 5, 1},
-    {32, 0, 32, 8, 3, 2},     {48, 0, 47, 11, 4, 3},      {64, 3, 57, 14, 12, 3},
-    {128, 6, 116, 29, 25, 6}, {256, 12, 232, 58, 50, 12},
-};
-constexpr const Icon &scalable = icons[6];
+constexpr const ApplicationIcon &scalable = applicationIcons[6];
 /// Without a tile; desktops draw it in their text colour.
-constexpr Icon symbolic{16, 0, 0, 0, 1, 1};
+constexpr ApplicationIcon symbolic{16, 0, 0, 0, 1, 1};
 
-/// The colour of the outline, as on the island.
-QColor hairline()
-{
-    QColor line = Theme::paper();
-    line.setAlphaF(0.12F);
-    return line;
-}
-
-QImage painted(const Icon &icon)
-{
-    QImage picture(icon.size, icon.size, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::black);
-    painter.drawRoundedRect(icon.tileRect(), icon.radius, icon.radius);
-    // The hairline separates the tile from a dark panel.
-    painter.setPen(hairline());
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(icon.tileRect().adjusted(0.5, 0.5, -0.5, -0.5), icon.radius - 0.5,
-                            icon.radius - 0.5);
-    paintQuibMark(painter, icon.markRect(), Theme::green());
-    return picture;
-}
-
-QByteArray vector(const Icon &icon, const QColor &colour)
+QByteArray vector(const ApplicationIcon &icon, const QColor &colour)
 {
     QString text =
         QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%1\" "
@@ -91,8 +35,8 @@ QByteArray vector(const Icon &icon, const QColor &colour)
                     .arg(icon.tileOffset + 0.5)
                     .arg(icon.tile - 1)
                     .arg(icon.radius - 0.5)
-                    .arg(hairline().name())
-                    .arg(hairline().alphaF(), 0, 'f', 2);
+                    .arg(applicationIconLine().name())
+                    .arg(applicationIconLine().alphaF(), 0, 'f', 2);
     }
     text += QStringLiteral("<path fill=\"%1\" d=\"").arg(colour.name());
     for (const QRectF &cell : quibMarkRects(icon.markRect())) {
@@ -137,10 +81,10 @@ int main(int count, char *arguments[])
                          vector(scalable, Theme::green())) &&
                    write(theme + QStringLiteral("/symbolic/apps/%1-symbolic.svg").arg(name),
                          vector(symbolic, Qt::black));
-    for (const Icon &icon : icons) {
+    for (const ApplicationIcon &icon : applicationIcons) {
         written =
             written && write(theme + QStringLiteral("/%1x%1/apps/%2.png").arg(icon.size).arg(name),
-                             painted(icon));
+                             paintApplicationIcon(icon));
     }
     if (!written) {
         std::fputs("icon_writer: the icons could not be written\n", stderr);

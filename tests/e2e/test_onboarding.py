@@ -1,5 +1,7 @@
 """The tour of a first run, with a real pointer and a real keyboard."""
 
+from Xlib import X
+
 from support import IslandTest, wait_until
 
 FLAG = "corvane.onboarded.v1"
@@ -38,6 +40,11 @@ class TourTest(IslandTest):
             x, y, width, height = self.window(corvane)
             self.assertEqual((x + width // 2, y + height // 2),
                              (self.desktop.screen.width // 2, self.desktop.screen.height // 2))
+            # Task bars find the program's name and icon.
+            owner, icon = (self.desktop.screen.keyboard_owner(),
+                           self.desktop.screen.display.intern_atom("_NET_WM_ICON"))
+            self.assertEqual(owner.get_wm_class()[1], "corvane")
+            self.assertGreater(len(owner.get_full_property(icon, X.AnyPropertyType).value), 48 * 48)
             # It is dragged by its background, and starts to move shortly after the pointer.
             self.desktop.screen.drag(x + width / 2, y + 60, x + width / 2 + 150, y + 130)
             wait_until(lambda: all(abs(now - expected) <= 20 for now, expected in zip(
