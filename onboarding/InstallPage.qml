@@ -5,10 +5,12 @@ import Corvane.Onboarding
 import QtQuick
 
 // Shows whether the application is installed and starts at login.
-Item {
+TourPage {
     id: root
 
     required property Onboarding onboarding
+
+    spacing: 16
 
     InstallPageModel {
         id: page
@@ -17,46 +19,41 @@ Item {
         shown: root.visible && root.Window.visibility !== Window.Hidden
     }
 
-    Column {
-        anchors.centerIn: parent
-        spacing: 16
+    Label {
+        text: "INSTALL"
+        font: Theme.pixel(18, 3)
+        color: Theme.ink
+    }
 
-        Label {
-            text: "INSTALL"
-            font: Theme.pixel(18, 3)
-            color: Theme.ink
-        }
+    Label {
+        text: "two things make the island permanent:"
+        font: Theme.term(11)
+        color: Theme.muted
+    }
 
-        Label {
-            text: "two things make the island permanent:"
-            font: Theme.term(11)
-            color: Theme.muted
-        }
+    StatusRow {
+        id: applications
 
-        StatusRow {
-            id: applications
+        done: page.applicationsDone
+        pendingIcon: Pictogram.FolderFill
+        title: "LIVES IN APPLICATIONS"
+        detail: page.applicationsDetail
+    }
 
-            done: page.applicationsDone
-            pendingIcon: Pictogram.FolderFill
-            title: "LIVES IN APPLICATIONS"
-            detail: page.applicationsDetail
-        }
+    PillButton {
+        x: applications.textX
+        visible: page.movable
+        label: page.moveLabel
+        icon: Pictogram.ArrowDownCircleFill
+        filled: true
+        onTriggered: page.move()
+    }
 
-        PillButton {
-            x: applications.textX
-            visible: page.movable
-            label: page.moveLabel
-            icon: Pictogram.ArrowDownCircleFill
-            filled: true
-            onTriggered: page.move()
-        }
-
-        StatusRow {
-            done: page.loginDone
-            pendingIcon: Pictogram.SunriseFill
-            title: "STARTS AT LOGIN"
-            detail: page.loginDetail
-        }
+    StatusRow {
+        done: page.loginDone
+        pendingIcon: Pictogram.SunriseFill
+        title: "STARTS AT LOGIN"
+        detail: page.loginDetail
     }
 
     component StatusRow: PictogramRow {

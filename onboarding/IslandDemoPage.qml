@@ -4,7 +4,7 @@ import Corvane.Onboarding
 import QtQuick
 
 // The island in miniature, on a screen in miniature.
-Item {
+TourPage {
     id: root
 
     required property Onboarding onboarding
@@ -16,40 +16,35 @@ Item {
         shown: root.visible && root.Window.visibility !== Window.Hidden
     }
 
-    Column {
-        anchors.centerIn: parent
-        spacing: 18
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "THE ISLAND"
+        font: Theme.pixel(18, 3)
+        color: Theme.ink
+    }
 
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "THE ISLAND"
-            font: Theme.pixel(18, 3)
-            color: Theme.ink
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: 400
+        height: 210
+        radius: 16
+        color: Qt.alpha(Theme.line, 0.05)
+        border.width: 1
+        border.color: Qt.alpha(Theme.line, 0.08)
+        antialiasing: true
+
+        MockIsland {
+            middle: parent.width / 2
+            stretched: demo.stretched
+            unfurled: demo.unfurled
+            transaction: demo.transaction
         }
+    }
 
-        Rectangle {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 400
-            height: 210
-            radius: 16
-            color: Qt.alpha(Theme.line, 0.05)
-            border.width: 1
-            border.color: Qt.alpha(Theme.line, 0.08)
-            antialiasing: true
-
-            MockIsland {
-                middle: parent.width / 2
-                stretched: demo.stretched
-                unfurled: demo.unfurled
-                transaction: demo.transaction
-            }
-        }
-
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: demo.caption
-            font: Theme.term(10)
-            color: Theme.muted
-        }
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: demo.caption
+        font: Theme.term(10)
+        color: Theme.muted
     }
 }

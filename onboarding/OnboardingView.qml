@@ -43,6 +43,11 @@ Item {
             forward.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
 
+    // Has an effect where the window is lower than the page.
+    function scrollPage(distance) {
+        (pages.current.item as TourPage)?.scrollBy(distance);
+    }
+
     OnboardingPager {
         id: pager
 
@@ -131,6 +136,26 @@ Item {
         icon: pager.forwardIcon
         filled: true
         onTriggered: pager.forward()
+    }
+
+    Shortcut {
+        sequence: "Up"
+        onActivated: root.scrollPage(-40)
+    }
+
+    Shortcut {
+        sequence: "Down"
+        onActivated: root.scrollPage(40)
+    }
+
+    Shortcut {
+        sequence: "PgUp"
+        onActivated: root.scrollPage(-pages.pageHeight)
+    }
+
+    Shortcut {
+        sequence: "PgDown"
+        onActivated: root.scrollPage(pages.pageHeight)
     }
 
     Shortcut {

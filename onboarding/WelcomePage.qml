@@ -6,56 +6,51 @@ import Corvane.Onboarding
 import QtQuick
 
 // A short introduction to the program.
-Item {
+TourPage {
     id: root
 
-    Column {
-        anchors.centerIn: parent
-        spacing: 18
+    Item {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: 72
+        height: 72
 
-        Item {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 72
-            height: 72
-
-            Glow {
-                anchors.fill: parent
-                source: QuibMark {
-                    width: 72
-                    height: 72
-                    color: Theme.green
-                }
-                radius: 26
-                opacity: 0.45 * mark.brightness
-            }
-
-            BreathingMark {
-                id: mark
-
-                size: 72
+        Glow {
+            anchors.fill: parent
+            source: QuibMark {
+                width: 72
+                height: 72
                 color: Theme.green
-                period: 2
             }
+            radius: 26
+            opacity: 0.45 * mark.brightness
         }
 
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "CORVANE"
-            font: Theme.pixel(26, 4)
-            color: Theme.ink
-        }
+        BreathingMark {
+            id: mark
 
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "a solana wallet, forged into the notch."
-            font: Theme.term(13)
-            color: Theme.muted
+            size: 72
+            color: Theme.green
+            period: 2
         }
+    }
 
-        SpacedLines {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "your balance lives above the menu bar. hover to open.\nfingerprint to unlock. one click to send."
-            font: Theme.term(10)
-        }
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "CORVANE"
+        font: Theme.pixel(26, 4)
+        color: Theme.ink
+    }
+
+    Label {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "a solana wallet, forged into the notch."
+        font: Theme.term(13)
+        color: Theme.muted
+    }
+
+    SpacedLines {
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: "your balance lives above the menu bar. hover to open.\nfingerprint to unlock. one click to send."
+        font: Theme.term(10)
     }
 }

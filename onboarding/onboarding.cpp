@@ -4,6 +4,7 @@
 
 #include <QQuickItem>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -16,11 +17,14 @@ namespace {
 /// Time for the new instance to start, and for this one to show a reaction.
 constexpr std::chrono::milliseconds terminationDelay{800};
 
-/// The window's frame: centred on the screen, in whole points.
+/// The window's frame: centred on the screen, in whole points, and no higher than the screen.
 QRectF centredFrame(const std::optional<platform::Screen> &screen)
 {
     const QPointF centre = screen ? screen->frame.center() : QPointF();
-    const QSizeF size = Onboarding::windowSize;
+    QSizeF size = Onboarding::windowSize;
+    if (screen) {
+        size.setHeight(std::min(size.height(), std::floor(screen->frame.height())));
+    }
     return {std::round(centre.x() - size.width() / 2), std::round(centre.y() - size.height() / 2),
             size.width(), size.height()};
 }

@@ -44,7 +44,7 @@ class Onboarding : public QObject
     Q_PROPERTY(int lastPage READ lastPage CONSTANT FINAL)
 
 public:
-    /// In points.
+    /// In points. On a screen that is lower, the window is as high as the screen.
     static constexpr QSizeF windowSize{520, 640};
 
     explicit Onboarding(OnboardingServices services, QObject *parent = nullptr);

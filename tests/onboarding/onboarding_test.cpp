@@ -3,9 +3,13 @@
 #include "onboarding/onboarding.h"
 #include "tests/fakes/fake_shell.h"
 #include "tests/island/island_fixture.h"
+#include "tests/look/view_layout.h"
+#include "tests/look/view_stage.h"
 
 #include <QQuickItem>
 #include <QSignalSpy>
+
+#include <algorithm>
 
 namespace corvane::onboarding {
 namespace {
@@ -181,6 +185,50 @@ TEST_F(PageModels, DemoGoesRoundWhileItIsShown)
         EXPECT_EQ(captions.removeDuplicates(), 1);
     }
     EXPECT_EQ(queue.pendingTimers(), timers);
+}
+
+TEST_F(OnboardingTest, FitsOnALowScreen)
+{
+    m_screens.screens = {tests::plainScreen({0, 0, 910.67, 512.33})};
+    m_onboarding->show(*m_island);
+    EXPECT_EQ(m_windows.latestFrame.size(), QSizeF(520, 512));
+
+    tests::ViewStage stage;
+    const QStringList headings{u"CORVANE"_s, u"INSTALL"_s, u"THE ISLAND"_s, u"YOUR WALLET"_s,
+                               u"HOVER THE NOTCH"_s};
+    const QVariantMap tour{{u"onboarding"_s, QVariant::fromValue(&*m_onboarding)}};
+    for (const int height : {512, 400}) {
+        QQuickItem &view = stage.show(u"Onboarding/OnboardingView"_s, tour, {520, height});
+        view.setSize(QSizeF(520, height));
+        for (const QString &heading : headings) {
+            SCOPED_TRACE(std::to_string(height) + ' ' + heading.toStdString());
+            EXPECT_TRUE(QTest::qWaitFor([&] {
+                const QStringList shown = tests::texts(view);
+                return std::ranges::count_if(
+                           headings, [&](const QString &other) { return shown.contains(other); }) ==
+                           1 &&
+                       shown.contains(heading);
+            }));
+            tests::expectCleanLayout(view, view.boundingRect());
+            QTest::keyClick(&stage.window(), Qt::Key_Right);
+        }
+    }
+    // Lower than any page can be made: its end is scrolled to, and its beginning.
+    QQuickItem &view = stage.show(u"Onboarding/WalletTourPage"_s, {}, {460, 150});
+    view.setSize(QSizeF(460, 150));
+    const auto isVisible = [&view](const QString &text) {
+        QList<tests::Writing> writings;
+        tests::collect(view, view, writings);
+        const auto found = std::ranges::find(writings, text, &tests::Writing::text);
+        return found != writings.end() && view.boundingRect().contains(found->place);
+    };
+    const QString last = u"BACK UP THE KEY"_s;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isVisible(headings.at(3)) && !isVisible(last); }));
+    for (const auto &[distance, shown, hidden] : tests::Table<double, QString, QString>{
+             {1000, last, headings.at(3)}, {-1000, headings.at(3), last}}) {
+        QMetaObject::invokeMethod(&view, "scrollBy", Q_ARG(QVariant, distance));
+        EXPECT_TRUE(isVisible(shown) && !isVisible(hidden)) << distance;
+    }
 }
 
 } // namespace
