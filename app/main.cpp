@@ -229,7 +229,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
 
 int main(int argc, char *argv[])
 {
-    platform::shareHeap();
+    platform::setUpHeap();
     if (!platform::hardenProcess()) {
         return say(QStringLiteral("cannot keep other programs out of this one's memory\n"), 1);
     }
