@@ -107,6 +107,71 @@ protected:
     std::unique_ptr<QQuickItem> m_item;
 };
 
+TEST_F(ComponentsTest, TheIslandCoversItsShadowAndHasItsOutlineInside)
+{
+    const auto picture = [&](const char *inset, const char *trim) {
+        m_window.setColor(Qt::white);
+        EXPECT_TRUE(show(QByteArray("Item { width: 300; height: 200\n"
+                                    "SoftShadow { x: 50; y: 12; width: 200; height: 100\n"
+                                    "radius: 26; hangingInset: Qt.size(")
+                             .append(inset)
+                             .append(") }\nNotchShape { x: 50; width: 200; height: 100\n"
+                                     "bottomRadius: 16; lineColor: \"white\"; trimOpacity: ")
+                             .append(trim)
+                             .append(" } }")));
+        return m_window.grabWindow();
+    };
+    const QImage bare = picture("0, 0", "0");
+    // What is left out of the shadow lies behind the island.
+    EXPECT_EQ(picture("16, 12", "0"), bare);
+    for (int x = 50; x < 250; ++x) {
+        EXPECT_EQ(bare.pixelColor(x, 83), Qt::black) << x;
+    }
+    EXPECT_GT(bare.pixelColor(50, 99).red(), 60) << "the rounded corner";
+    EXPECT_LT(bare.pixelColor(49, 60).red(), 200) << "the shadow";
+    for (int x = 1; x < 300; ++x) {
+        // Below the island the shadow has no step, and is the same from both sides.
+        EXPECT_NEAR(bare.pixelColor(x, 104).red(), bare.pixelColor(x - 1, 104).red(), 6) << x;
+        EXPECT_EQ(bare.pixelColor(x, 104), bare.pixelColor(299 - x, 104)) << x;
+    }
+    const QImage trimmed = picture("16, 12", "1");
+    for (const QPoint edge : {QPoint(50, 40), QPoint(249, 40), QPoint(150, 0), QPoint(150, 99)}) {
+        EXPECT_EQ(trimmed.pixelColor(edge), Qt::white) << edge.x() << ", " << edge.y();
+    }
+    EXPECT_EQ(trimmed.pixelColor(49, 40), bare.pixelColor(49, 40)) << "nothing outside";
+    const auto grains = [&](int firstRow) {
+        int count = 0;
+        for (int y = firstRow; y < firstRow + 8; ++y) {
+            for (int x = 80; x < 160; ++x) {
+                count += trimmed.pixelColor(x, y) == QColor(13, 13, 13) ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    // From cell row to cell row, the density of the grain rises from 0 to 0.28.
+    EXPECT_EQ(grains(1), 0);
+    EXPECT_EQ(grains(50), 8 * 80 * 3 / 16);
+    EXPECT_EQ(grains(90), 8 * 80 / 4);
+}
+
+TEST_F(ComponentsTest, ABlurKeepsTheTransparencyAroundOpaqueContent)
+{
+    m_window.setColor(Qt::green);
+    QQuickItem *content = show("ContentFx { width: 100; height: 60\n"
+                               "Rectangle { x: 40; y: 20; width: 20; height: 20; color: \"red\" } "
+                               "}");
+    ASSERT_NE(content, nullptr);
+    QQuickItem *veil = content->childItems().constLast();
+    content->setProperty("blur", 4.0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return veil->property("showing").toBool(); }));
+    const QImage blurred = m_window.grabWindow();
+    EXPECT_EQ(blurred.pixelColor(5, 5), Qt::green);
+    EXPECT_GE(blurred.pixelColor(50, 30).red(), 253);
+    EXPECT_GT(blurred.pixelColor(41, 30).green(), 20) << "the blurred edge";
+    content->setProperty("blur", 0.0);
+    EXPECT_EQ(m_window.grabWindow().pixelColor(41, 30), Qt::red);
+}
+
 TEST_F(ComponentsTest, ButtonsAreTriggeredByPointerAndKeys)
 {
     QQuickItem *button = show("PillButton { label: \"SEND\" }");
