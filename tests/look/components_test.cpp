@@ -164,6 +164,7 @@ TEST_F(ComponentsTest, ABlurKeepsTheTransparencyAroundOpaqueContent)
     QQuickItem *veil = content->childItems().constLast();
     content->setProperty("blur", 4.0);
     ASSERT_TRUE(QTest::qWaitFor([&] { return veil->property("showing").toBool(); }));
+    EXPECT_FALSE(veil->property("capturing").toBool());
     const QImage blurred = m_window.grabWindow();
     EXPECT_EQ(blurred.pixelColor(5, 5), Qt::green);
     EXPECT_GE(blurred.pixelColor(50, 30).red(), 253);

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 #include <tuple>
 #include <vector>
 
@@ -57,6 +59,19 @@ TEST(Blur, IsThatOfAGaussianAtEachResolution)
         }
     }
     EXPECT_NEAR(blurredBar(13, 600, 13), 0.8413, 1e-3);
+}
+
+TEST(ContinuousBox, BendsEarlierThanACircleAndAsDeepOnTheDiagonal)
+{
+    const QPainterPath box = continuousBoxPath({0, 0, 100, 80}, 14);
+    EXPECT_EQ(box.boundingRect(), QRectF(0, 0, 100, 80));
+    const double depth = 14 * (1 - std::numbers::sqrt2 / 2);
+    EXPECT_TRUE(box.contains(QPointF(depth + 0.3, depth + 0.3)));
+    EXPECT_FALSE(box.contains(QPointF(depth - 0.3, depth - 0.3)));
+    EXPECT_FALSE(box.contains(QPointF(15, 0.02)));
+    EXPECT_TRUE(box.contains(QPointF(22, 0.02)));
+    // Without the room for its curves, the box is all curve, and no larger.
+    EXPECT_EQ(continuousBoxPath({0, 0, 20, 20}, 14).boundingRect(), QRectF(0, 0, 20, 20));
 }
 
 TEST(QuibMark, IsCoveredByExactlyItsShareOfEachPixel)
