@@ -104,6 +104,25 @@ TEST_F(RootViewTest, StaysLockedUntilTheOwnerIsThere)
     EXPECT_EQ(http.count(tests::chart), 1);
 }
 
+TEST_F(RootViewTest, GrowsWithItsContentWithoutAJump)
+{
+    launchIsland();
+    QQuickItem &body =
+        m_stage.show(u"Island/IslandBody"_s,
+                     {{u"transaction"_s, QVariant::fromValue(m_island->transaction())},
+                      {u"wantedWidth"_s, 200},
+                      {u"wantedHeight"_s, 100},
+                      {u"wantedRadius"_s, 8},
+                      {u"shadowRadius"_s, 26},
+                      {u"shadowY"_s, 12},
+                      {u"shadow"_s, 0}},
+                     {300, 300});
+    body.setProperty("wantedHeight", 150);
+    EXPECT_EQ(body.height(), 100);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return body.height() > 100 && body.height() < 150; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return body.height() == 150; }));
+}
+
 TEST_F(RootViewTest, TheTabLiesOverItsHitRectangle)
 {
     for (const auto &[screenWidth, notch] : tests::Table<double, double>{
