@@ -110,7 +110,7 @@ void IslandController::followKeyboard()
 void IslandController::keyboardChanged(bool hasKeyboard)
 {
     m_hasKeyboard = hasKeyboard;
-    m_keyboardLent = !hasKeyboard && m_openedByKeyboard && isPrompting();
+    m_keyboardLent = !hasKeyboard && (m_openedByKeyboard || m_expanded) && isUserAsked();
     if (!hasKeyboard && !m_keyboardLent) {
         m_hover.handle(HoverMachine::Event::KeyboardLost);
     }
@@ -119,9 +119,13 @@ void IslandController::keyboardChanged(bool hasKeyboard)
 void IslandController::reclaimKeyboard()
 {
     // Window managers return the keyboard to a window that they manage, which the panel is not.
-    if (m_keyboardLent && !isPrompting()) {
+    if (m_keyboardLent && !isUserAsked()) {
         m_keyboardLent = false;
-        present();
+        if (m_openedByKeyboard) {
+            present();
+        } else if (m_expanded) {
+            panel().activate();
+        }
     }
 }
 
@@ -227,6 +231,11 @@ void IslandController::perform(HoverMachine::Action action)
 bool IslandController::isPrompting() const
 {
     return m_unlock.state() == UnlockMachine::State::Prompting;
+}
+
+bool IslandController::isUserAsked() const
+{
+    return isPrompting() || m_services.authenticator.isAsking();
 }
 
 bool IslandController::isHeld() const

@@ -174,6 +174,8 @@ private:
     void startHoverTracking();
     void followKeyboard();
     void keyboardChanged(bool hasKeyboard);
+    /// True while a prompt of any part of the program is open.
+    [[nodiscard]] bool isUserAsked() const;
     /// Takes the keyboard back from a prompt that has been answered.
     void reclaimKeyboard();
     void setKeyboardDriven(bool on);

@@ -48,6 +48,9 @@ public:
     /// Prompts the owner, who may take minutes. On success, `context` has passed before the reply.
     virtual void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                           Reply reply) = 0;
+
+    /// True from a prompt until its reply. Thread-safe.
+    [[nodiscard]] virtual bool isAsking() const = 0;
 };
 
 } // namespace corvane::platform

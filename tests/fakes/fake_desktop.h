@@ -179,7 +179,7 @@ public:
         }
     }
 
-    [[nodiscard]] bool isAsking() const { return static_cast<bool>(m_reply); }
+    [[nodiscard]] bool isAsking() const override { return static_cast<bool>(m_reply); }
     void answer(bool success)
     {
         answer(success ? platform::PresenceAnswer::Passed : platform::PresenceAnswer::Refused);

@@ -202,6 +202,17 @@ TEST_F(IslandControllerTest, TakesTheKeyboardBackFromAPrompt)
     queue.advance(2s);
     EXPECT_TRUE(isResting());
     EXPECT_EQ(m_island->pane(), IslandPane::Balance);
+
+    // The same for a prompt that a card causes, on an island that the pointer has opened.
+    openIsland();
+    m_island->setPane(IslandPane::Settings);
+    m_authenticator.evaluate(m_authenticator.makeContext({}), {}, [](auto) {});
+    m_panels.state.setActive(false);
+    queue.advance(10s);
+    EXPECT_FALSE(m_panels.state.isActive);
+    m_authenticator.answer(true);
+    queue.advance(1s);
+    EXPECT_TRUE(m_panels.state.isActive);
 }
 
 TEST_F(IslandControllerTest, FollowsTheScreens)

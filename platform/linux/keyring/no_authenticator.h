@@ -13,6 +13,7 @@ public:
     void canEvaluate(Availability reply) override;
     void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                   Reply reply) override;
+    [[nodiscard]] bool isAsking() const override { return false; }
 };
 
 } // namespace corvane::platform

@@ -178,14 +178,16 @@ void PolkitAuthenticator::evaluate(std::shared_ptr<AuthenticationContext> contex
         reply(PresenceAnswer::Refused);
         return;
     }
+    ++*m_open;
     m_background.run([oneTime, reason = prompt.reason, reply = std::move(reply),
-                      bound = m_userBound, lacksAgent = m_lacksAgent] {
+                      bound = m_userBound, open = m_open, lacksAgent = m_lacksAgent] {
         const PresenceAnswer answer = answerOf(PolkitConversation(bound).check(
             reason, POLKIT_CHECK_AUTHORIZATION_FLAGS_ALLOW_USER_INTERACTION));
         *lacksAgent = answer == PresenceAnswer::NobodyToAsk;
         if (answer == PresenceAnswer::Passed) {
             oneTime->pass();
         }
+        --*open;
         reply(answer);
     });
 }

@@ -35,12 +35,14 @@ public:
     /// Replies `Refused` for a context of another authenticator.
     void evaluate(std::shared_ptr<AuthenticationContext> context, PresencePrompt prompt,
                   Reply reply) override;
+    [[nodiscard]] bool isAsking() const override { return *m_open > 0; }
 
 private:
     BackgroundTasks &m_background;
     const std::chrono::milliseconds m_userBound;
-    /// True if the last evaluation found no agent. Shared with running evaluations, which may
-    /// outlive this object.
+    /// The number of evaluations without a reply, and whether the last one found no agent. Shared
+    /// with running evaluations, which may outlive this object.
+    std::shared_ptr<std::atomic<int>> m_open = std::make_shared<std::atomic<int>>(0);
     std::shared_ptr<std::atomic<bool>> m_lacksAgent = std::make_shared<std::atomic<bool>>(false);
 };
 
