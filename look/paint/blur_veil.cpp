@@ -66,11 +66,17 @@ void BlurVeil::grab()
     connect(m_pending.get(), &QQuickItemGrabResult::ready, this, [this] {
         const auto grabbed = std::exchange(m_pending, {});
         setCapturing(false);
-        if (grabbed && m_radius >= smallestRadius) {
-            m_snapshot = grabbed->image();
-            update();
-            Q_EMIT showingChanged();
+        if (!grabbed || m_radius < smallestRadius) {
+            return;
         }
+        const QImage image = grabbed->image();
+        if (m_source && !image.isNull() && image.size() != m_source->size().toSize()) {
+            grab(); // laid out in the meantime, and squeezed into the size that it had before
+            return;
+        }
+        m_snapshot = image;
+        update();
+        Q_EMIT showingChanged();
     });
 }
 

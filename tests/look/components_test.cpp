@@ -163,6 +163,7 @@ TEST_F(ComponentsTest, ABlurKeepsTheTransparencyAroundOpaqueContent)
     ASSERT_NE(content, nullptr);
     QQuickItem *veil = content->childItems().constLast();
     content->setProperty("blur", 4.0);
+    content->setHeight(120); // as a card that is laid out after it has been shown
     ASSERT_TRUE(QTest::qWaitFor([&] { return veil->property("showing").toBool(); }));
     EXPECT_FALSE(veil->property("capturing").toBool());
     const QImage blurred = m_window.grabWindow();
