@@ -159,6 +159,9 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     m_links.fails = true;
     m_card->openLink();
     EXPECT_EQ(m_card->linkError(), u"nothing on this desktop opens web links"_s);
+    m_links.fails = false;
+    m_card->openLink();
+    EXPECT_EQ(m_card->linkError(), QString());
 
     // Somebody who wants to be taken for the recipient.
     QString lookAlike = good;
@@ -167,7 +170,9 @@ TEST_F(SendPaneModelTest, SendsOnceAndTellsOfIt)
     EXPECT_TRUE(m_card->recipientNoteIsSevere());
     EXPECT_TRUE(m_card->recipientNote().contains(u"paid"_s));
 
-    // The next attempt clears the line of the last transfer.
+    // The next attempt clears the lines of the last transfer.
+    m_links.fails = true;
+    m_card->openLink();
     type(good, u"0.1"_s);
     press();
     EXPECT_FALSE(m_card->isSent());
@@ -414,6 +419,8 @@ TEST_F(SendPaneModelTest, KnowsTheRecipientAndWhatWouldWork)
     model->setAddress(addressA);
     queue.drain();
     EXPECT_EQ(m_card->outlook(), QString());
+    m_card->setAmount(u"2"_s);
+    EXPECT_EQ(m_card->amountRefusal(), u"more than the 1.5000 SOL of the address you watch"_s);
     EXPECT_EQ(m_card->payerWarning(), u"paid by your own key "_s + own.first(4) + u'…' +
                                           own.last(4) + u" — not by the address you watch"_s);
 }
