@@ -93,7 +93,7 @@ def rest_rows(desktop, localnet, seconds):
     idle.environment.pop("QT_LINUX_ACCESSIBILITY_ALWAYS_ON")
     with idle:
         cpu, wakes = at_rest(idle.process_id, seconds)
-        rows = [(f"memory of its own at rest after {seconds:.0f} s, scale {desktop.scale}",
+        rows = [(f"memory of its own at rest, scale {desktop.scale}",
                  told_memory(idle.process_id), budget)]
         if desktop.scale == 1:
             rows += [("CPU at rest", f"{cpu:.2f} %", "0.25 %"),
@@ -287,6 +287,19 @@ def measure(given):
             yield from or_missing(f"everything at scale {scale}", measure_scale(given, wants, localnet, scale))
 
 
+def table(rows):
+    """The rows in Markdown, those of both scales side by side."""
+    by_name = {}
+    for what, measured, budget in rows:
+        name, _, scale = what.partition(", scale ")
+        by_name.setdefault(name, {})[scale or "1"] = measured, budget
+    lines = ["| what | scale 1 | budget | scale 2 | budget |", "| --- | --- | --- | --- | --- |"]
+    for name, figures in by_name.items():
+        cells = [name, *figures.get("1", ("—", "—")), *figures.get("2", ("—", "—"))]
+        lines.append("| " + " | ".join(cells) + " |")
+    return "\n".join(lines)
+
+
 def main():
     options = argparse.ArgumentParser(description=__doc__)
     options.add_argument("--only", choices=("binary", "start", "rest", "hover", "frames"),
@@ -301,9 +314,11 @@ def main():
                          "into this SVG file")
     given = options.parse_args()
     given.openings = {}
-    print("| what | measured | budget |\n| --- | --- | --- |", flush=True)
+    rows = []
     for row in measure(given):
-        print("| " + " | ".join(row) + " |", flush=True)
+        print(*row, sep="; ", file=sys.stderr, flush=True)
+        rows.append(row)
+    print(table(rows))
     if given.openings:
         given.picture.write_text(frame_picture.draw(given.openings), encoding="utf-8")
 
