@@ -121,9 +121,7 @@ void IslandController::reclaimKeyboard()
     // Window managers return the keyboard to a window that they manage, which the panel is not.
     if (m_keyboardLent && !isUserAsked()) {
         m_keyboardLent = false;
-        if (m_openedByKeyboard) {
-            present();
-        } else if (m_expanded) {
+        if (m_expanded) {
             panel().activate();
         }
     }

@@ -114,6 +114,11 @@ TEST_F(HoverMachineTest, DoesWhatTheTableSays)
                   "1900 Swell, 2020" +
                   widen + ", 2120 Unfold",
               State::Expanded},
+             {{{0, Open}, {200, Dismiss}, {1000, Open}, {1200, Close}, {2000, PointerInside}},
+              open + ", 200 Fold, 360 Narrow, 900 Pass, 1000" + widen +
+                  ", 1100 Unfold, 1200 Fold, 1360 Narrow, 1900 Pass, 2000 Swell, 2120" + widen +
+                  ", 2220 Unfold",
+              State::Expanded},
              // Sent away while it waits for the pointer.
              {{{0, Present}, {200, Dismiss}, {300, PointerOutside}, {301, Dismiss}},
               open + ", 200 Fold, 300 Narrow, 700 Pass, 900 Pass",
@@ -173,6 +178,11 @@ TEST_F(HoverMachineTest, StaysOpenOnAnotherPaneAndWhileTheUserIsAsked)
     m_isHeld = false;
     poll(Event::PointerOutside, 600ms);
     EXPECT_FALSE(m_machine->isOpen());
+    // While it opens, too.
+    m_isHeld = true;
+    m_machine->handle(Event::Open);
+    poll(Event::PointerOutside, 600ms);
+    EXPECT_TRUE(m_machine->isOpen());
 }
 
 TEST_F(HoverMachineTest, WaitsForThePointerWhenPresented)

@@ -213,6 +213,14 @@ TEST_F(IslandControllerTest, TakesTheKeyboardBackFromAPrompt)
     m_authenticator.answer(true);
     queue.advance(1s);
     EXPECT_TRUE(m_panels.state.isActive);
+    // Not for an island that was sent away meanwhile.
+    m_authenticator.evaluate(m_authenticator.makeContext({}), {}, [](auto) {});
+    m_panels.state.setActive(false);
+    m_island->goBack();
+    m_island->goBack();
+    m_authenticator.answer(true);
+    queue.advance(1s);
+    EXPECT_FALSE(m_panels.state.isActive);
 }
 
 TEST_F(IslandControllerTest, FollowsTheScreens)
