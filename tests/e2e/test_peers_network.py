@@ -69,8 +69,9 @@ class NetworkTest(PeersTest):
                 corvane.wait_for(SENT)
                 said.append(SENT)
                 moved += 1
-            fates = [WENT_THROUGH, "checking whether it went through…"]
-            self.assertEqual([text for text in corvane.tree.heard()[heard:] if text not in fates], said)
+            # What the form said while it was being filled may be heard late, or be gone by then.
+            others = [WENT_THROUGH, "checking whether it went through…", "not a solana address", ""]
+            self.assertEqual([text for text in corvane.tree.heard()[heard:] if text not in others], said)
         self.assertEqual(lamports(RECIPIENT), (1 + moved) * SOL)
         self.assertEqual(lamports(KEY_ADDRESS), round(8.2 * SOL) - moved * (SOL + FEE))
         corvane.press_button("Back to the balance")
