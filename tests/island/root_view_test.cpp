@@ -112,7 +112,7 @@ TEST_F(RootViewTest, GrowsWithItsContentWithoutAJump)
         m_stage.show(u"Island/IslandBody"_s,
                      {{u"transaction"_s, QVariant::fromValue(m_island->transaction())},
                       {u"middle"_s, 150},
-                                     {u"wantedWidth"_s, 200},
+                      {u"wantedWidth"_s, 200},
                       {u"wantedHeight"_s, 100},
                       {u"wantedRadius"_s, 8},
                       {u"shadowRadius"_s, 26},
