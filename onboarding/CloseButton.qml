@@ -21,7 +21,7 @@ Item {
 
     Pictogram {
         anchors.centerIn: parent
-        visible: area.containsMouse || area.activeFocus
+        visible: area.pointedAt || area.activeFocus
         symbol: Pictogram.XMark
         fontSize: 6
         color: "black"

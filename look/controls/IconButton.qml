@@ -40,7 +40,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: width / 2
-        visible: area.containsMouse
+        visible: area.pointedAt
         color: Theme.card
         antialiasing: true
     }
@@ -51,7 +51,7 @@ Item {
         fontSize: 10
         rotation: 360 * turning.value
         // With reduced motion nothing turns.
-        color: root.busy && Theme.reducedMotion ? Theme.green : area.containsMouse ? Theme.ink : Theme.muted
+        color: root.busy && Theme.reducedMotion ? Theme.green : area.pointedAt ? Theme.ink : Theme.muted
     }
 
     PressArea {

@@ -20,19 +20,19 @@ Item {
     default property alias content: face.data
     signal triggered
 
-    readonly property bool hovered: area.containsMouse
+    readonly property bool hovered: area.pointedAt
     // The progress of the hover, for opacities and radii, which must not follow the spring's
     // overshoot.
     readonly property real warmth: hover.opacity
     // True while the pointer or the keyboard is on the button.
-    readonly property bool aimedAt: area.containsMouse || area.activeFocus
+    readonly property bool aimedAt: area.pointedAt || area.activeFocus
 
     scale: 1 + root.swell * hover.value
 
     AnimatedValue {
         id: hover
 
-        target: area.containsMouse ? 1 : 0
+        target: area.pointedAt ? 1 : 0
         Component.onCompleted: hover.useSpring(0.28, 0.65)
     }
 

@@ -12,9 +12,12 @@ MouseArea {
     property alias radius: ring.radius
     signal triggered
 
+    // True while the pointer is on the button. MouseArea's own `containsMouse` starts from where the
+    // pointer was last seen in the window, and stays true in a card that opens with the pointer elsewhere.
+    readonly property bool pointedAt: hover.hovered
+
     // MouseArea's own `enabled` hides that of the enclosing control.
     enabled: root.parent === null || root.parent.enabled
-    hoverEnabled: true
     activeFocusOnTab: root.enabled
     Accessible.role: Accessible.Button
     Accessible.name: root.label
@@ -43,6 +46,12 @@ MouseArea {
         root.triggered();
         if (held && root.activeFocus && !root.visible)
             root.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    HoverHandler {
+        id: hover
+
+        enabled: root.enabled
     }
 
     FocusRing {

@@ -54,7 +54,7 @@ Panel {
                 anchors.centerIn: parent
                 text: segment.modelData
                 font: Theme.term(8, Theme.Bold)
-                color: segment.isSelected ? "black" : area.containsMouse ? Theme.ink : Theme.muted
+                color: segment.isSelected ? "black" : area.pointedAt ? Theme.ink : Theme.muted
                 Accessible.ignored: true
             }
 
