@@ -54,15 +54,16 @@ Panel {
                 anchors.centerIn: parent
                 text: segment.modelData
                 font: Theme.term(8, Theme.Bold)
-                color: segment.isSelected ? "black" : area.pointedAt ? Theme.ink : Theme.muted
+                color: segment.isSelected ? "black" : hover.hovered ? Theme.ink : Theme.muted
                 Accessible.ignored: true
             }
 
-            MouseArea {
-                id: area
+            HoverHandler {
+                id: hover
+            }
 
+            MouseArea {
                 anchors.fill: parent
-                hoverEnabled: true
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: segment.modelData
                 Accessible.checkable: true
