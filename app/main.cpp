@@ -161,7 +161,6 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
     if (options.watch) {
         settings.setString(core::addressSetting, options.watch->text());
     }
-
     if (options.hideAmounts) {
         settings.setBoolean(core::hidesAmountsSetting, true);
     }
