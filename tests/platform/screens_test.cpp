@@ -78,6 +78,36 @@ TEST(CameraNotch, LeavesEqualAreasOnBothSides)
     EXPECT_FALSE(narrow.auxiliaryTopLeftArea.has_value());
 }
 
+TEST(CameraNotch, IsThatOfTheLaptopWhereItsRowsAreShown)
+{
+    const auto air = "apple,j413\0apple,t8112\0apple,arm-platform\0"_ba;
+    const auto pro = "apple,j416c\0apple,t6021\0apple,arm-platform\0"_ba;
+    const std::optional<QSizeF> none;
+    for (const auto &[compatible, screen, notch] : Table<QByteArray, QSizeF, std::optional<QSizeF>>{
+             {air, {2560, 1664}, QSizeF(313, 57)},
+             {air, {1280, 832}, QSizeF(156.5, 28.5)},
+             {air, {1280, 800}, none},
+             {air, {640, 400}, none},
+             {air, {1463, 951}, QSizeF(313, 57) / (2560 / 1463.0)},
+             {pro, {1728, 1117}, QSizeF(185, 32)},
+             {pro, {1728, 1080}, none},
+             {pro, {1117, 1728}, none},
+             {"apple,j314s\0apple,t6000\0"_ba, {1512, 982}, QSizeF(185, 32)},
+             {"apple,j415\0apple,t8112\0"_ba, {1440, 932}, QSizeF(156.5, 28.5)},
+             {"apple,j313\0apple,t8103\0"_ba, {1280, 832}, none},
+             {"apple,j4130\0"_ba, {1280, 832}, none},
+             {air, {0, 0}, none},
+             {{}, {1280, 832}, none},
+         }) {
+        EXPECT_EQ(laptopNotch(compatible, screen), notch)
+            << compatible.toStdString() << ' ' << screen.width();
+    }
+    for (const auto &[connector, internal] : Table<QString, bool>{
+             {u"eDP-1"_s, true}, {u"DSI-1"_s, true}, {u"DP-1"_s, false}, {u"HDMI-A-1"_s, false}}) {
+        EXPECT_EQ(isInternalConnector(connector), internal) << connector.toStdString();
+    }
+}
+
 TEST(QtScreens, PutsTheNotchOnThePrimaryScreen)
 {
     const auto main = QtScreens(u"180x38"_s).main();

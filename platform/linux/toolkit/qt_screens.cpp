@@ -2,6 +2,7 @@
 
 #include "platform/linux/toolkit/camera_notch.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QMetaObject>
 #include <QScreen>
@@ -10,6 +11,20 @@
 #include <vector>
 
 namespace corvane::platform {
+
+namespace {
+
+/// Longer than the list of names of any machine.
+constexpr qint64 maximumNames = 4096;
+
+/// Empty if the file cannot be read.
+QByteArray beginningOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.read(maximumNames) : QByteArray();
+}
+
+} // namespace
 
 class QtScreens::Watcher final : public QObject
 {
@@ -59,8 +74,9 @@ private:
     bool m_announced = false;
 };
 
-QtScreens::QtScreens(const QString &notch)
+QtScreens::QtScreens(const QString &notch, const QString &machine)
     : m_notch(parseNotch(notch))
+    , m_compatible(notch.isEmpty() ? beginningOf(machine) : QByteArray())
     , m_watcher(std::make_unique<Watcher>())
 {}
 
@@ -75,11 +91,22 @@ QList<Screen> QtScreens::all() const
         Screen &added = screens.emplaceBack();
         added.name = screen->name();
         added.frame = system.globalFromQt(QRectF(screen->geometry()));
-        if (m_notch && screen == QGuiApplication::primaryScreen()) {
-            addNotch(added, *m_notch);
+        if (const auto notch = notchOf(*screen)) {
+            addNotch(added, *notch);
         }
     }
     return screens;
+}
+
+std::optional<QSizeF> QtScreens::notchOf(const QScreen &screen) const
+{
+    if (&screen != QGuiApplication::primaryScreen()) {
+        return std::nullopt;
+    }
+    if (m_notch || !isInternalConnector(screen.name())) {
+        return m_notch;
+    }
+    return laptopNotch(m_compatible, screen.geometry().size());
 }
 
 std::optional<Screen> QtScreens::main() const

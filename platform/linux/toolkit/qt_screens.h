@@ -3,9 +3,13 @@
 #include "platform/linux/toolkit/screen_coordinates.h"
 #include "platform/screens.h"
 
+#include <QByteArray>
 #include <QSizeF>
 
 #include <memory>
+#include <optional>
+
+class QScreen;
 
 namespace corvane::platform {
 
@@ -18,9 +22,13 @@ class QtScreens final : public Screens
 public:
     /// The environment variable for the notch, which no window system reports.
     static constexpr const char *notchVariable = "CORVANE_NOTCH";
+    /// The names of this machine, where the kernel has a device tree.
+    static constexpr const char *compatibleFile = "/proc/device-tree/compatible";
 
-    /// `notch`: "WIDTHxHEIGHT" in points; any other text means no notch.
-    explicit QtScreens(const QString &notch = qEnvironmentVariable(notchVariable));
+    /// `notch`: "WIDTHxHEIGHT" in points; any other text means no notch, and an empty one that of
+    /// the laptop that `machine`, a file like `compatibleFile`, names.
+    explicit QtScreens(const QString &notch = qEnvironmentVariable(notchVariable),
+                       const QString &machine = QString::fromLatin1(compatibleFile));
     ~QtScreens() override;
 
     [[nodiscard]] QList<Screen> all() const override;
@@ -34,7 +42,12 @@ public:
 private:
     class Watcher;
 
+    /// The notch on a screen, if it has one.
+    [[nodiscard]] std::optional<QSizeF> notchOf(const QScreen &screen) const;
+
     std::optional<QSizeF> m_notch;
+    /// Empty if the notch is given.
+    QByteArray m_compatible;
     std::unique_ptr<Watcher> m_watcher;
 };
 
