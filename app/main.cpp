@@ -7,6 +7,7 @@
 #include "app/options.h"
 #include "app/qt_environment.h"
 #include "app/requests.h"
+#include "app/while_covered.h"
 #include "assets/bundled_fonts.h"
 #include "core/wallet_settings.h"
 #include "look/theme.h"
@@ -108,8 +109,9 @@ QString instanceName(bool demo)
 /// The desktop adapters, in the order of their dependencies.
 struct Desktop
 {
-    explicit Desktop(const app::Options &options)
-        : loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+    Desktop(const app::Options &options, platform::WhileCovered whileCovered)
+        : windowSystem(screens, whileCovered)
+        , loginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
                     executable)
         , bundle(executable, app::relaunchArguments(options))
     {}
@@ -121,7 +123,7 @@ struct Desktop
     platform::IcuNumberFormatter formatter;
     platform::LocalFileSystem files;
     platform::QtScreens screens;
-    platform::X11WindowSystem windowSystem{screens};
+    platform::X11WindowSystem windowSystem;
     platform::QtClipboard clipboard;
     platform::CanberraSoundPlayer sounds{background};
     platform::DesktopLinkOpener links;
@@ -155,7 +157,10 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
 {
     platform::SodiumSigningKeys signingKeys;
     platform::JsonSettings settings(settingsPath(options.demoKeychain));
-    Desktop desktop(options);
+    const app::WhileCoveredChoice whileCovered = app::chosenWhileCovered(
+        qEnvironmentVariable(app::fullscreenVariable), settings.string(app::fullscreenSetting));
+    std::fputs(qPrintable(whileCovered.complaints), stderr);
+    Desktop desktop(options, whileCovered.value);
     const KeyServices keyServices = options.demoKeychain ? demoKeyServices(signingKeys, settings)
                                                          : systemKeyServices(desktop.background);
     if (options.watch) {

@@ -91,7 +91,7 @@ void IslandController::evaluateHover()
     const std::optional<QPointF> pointer = m_services.pointer.location();
     const QRectF area =
         m_expanded ? expandedHoverRect(*current, m_pane) : island::collapsedRect(current);
-    const bool inside = pointer && containsPoint(area, *pointer);
+    const bool inside = pointer && !panel().isAway() && containsPoint(area, *pointer);
     // A card that unfolds under a resting pointer is not a use of the pointer.
     if (std::exchange(m_lastPointer, pointer) != pointer && inside) {
         setKeyboardDriven(false);

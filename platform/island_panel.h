@@ -9,6 +9,13 @@ class QQuickItem;
 
 namespace corvane::platform {
 
+/// What becomes of a resting panel while another program covers its whole screen. An active panel
+/// is shown in any case. Given to the window system when it is made.
+enum class WhileCovered {
+    Show, ///< it stays above that program
+    Hide, ///< it is away until the screen is no longer covered
+};
+
 /// The borderless, transparent window on which the island is drawn.
 ///
 /// It is above docks, panels and full-screen windows on every workspace, never appears in task bars
@@ -58,6 +65,9 @@ public:
     /// Returns keyboard focus to the window that had it before the panel, also if the panel got it
     /// by a click on a field. Does nothing if the panel does not have focus.
     virtual void deactivate() = 0;
+    /// True while the panel is away (`WhileCovered::Hide`): the pointer is then on another program,
+    /// wherever it is. Always false where the window system does not report a pointer there.
+    [[nodiscard]] virtual bool isAway() const { return false; }
     /// Replaces the observer, which must remain valid until the panel is destroyed.
     virtual void observeKeyboard(KeyboardObserver observer) = 0;
 };

@@ -1,6 +1,7 @@
 #include "app/chosen_endpoints.h"
 #include "app/qt_environment.h"
 #include "app/requests.h"
+#include "app/while_covered.h"
 
 #include "platform/linux/x11/x11_window_system.h"
 #include "tests/fakes/fake_shell.h"
@@ -128,6 +129,28 @@ TEST(RequestsTest, ARelaunchKeepsTheKindOfRun)
         parse(QString::fromLatin1("--demo-keychain --endpoints /e.json --open send").split(u' '));
     EXPECT_EQ(relaunchArguments(std::get<Options>(parsed)).join(u' '),
               QStringLiteral("--take-over --endpoints /e.json --demo-keychain"));
+}
+
+TEST(WhileCoveredTest, TheEnvironmentWinsAndNonsenseIsNamed)
+{
+    using enum platform::WhileCovered;
+    const QString nonsense = u"corvane.fullscreen must be hide or show, not \"Hide\"\n"_s;
+    const QString variable = u"CORVANE_FULLSCREEN must be hide or show, not \"x\"\n"_s;
+    for (const auto &[environment, setting, value, complaints] :
+         tests::Table<QString, std::optional<QString>, platform::WhileCovered, QString>{
+             {{}, std::nullopt, Show, {}},
+             {{}, u"hide"_s, Hide, {}},
+             {{}, u"show"_s, Show, {}},
+             {u"show"_s, u"hide"_s, Show, {}},
+             {u"hide"_s, u"Hide"_s, Hide, {}},
+             {u"x"_s, u"hide"_s, Hide, variable},
+             {{}, u"Hide"_s, Show, nonsense},
+             {u"x"_s, u"Hide"_s, Show, variable + nonsense},
+         }) {
+        const WhileCoveredChoice choice = chosenWhileCovered(environment, setting);
+        EXPECT_EQ(choice.value, value) << environment.toStdString();
+        EXPECT_EQ(choice.complaints, complaints);
+    }
 }
 
 TEST(QtEnvironmentTest, IsChangedForThisProgramAlone)

@@ -1,6 +1,7 @@
 #include "platform/linux/toolkit/camera_notch.h"
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/toolkit/screen_coordinates.h"
+#include "platform/linux/x11/covered_display.h"
 #include "platform/linux/x11/window_region.h"
 
 #include "tests/fakes/table.h"
@@ -123,6 +124,35 @@ TEST(WindowRegion, RoundsEdgesToPixels)
     EXPECT_EQ(pixelsOf(QRectF(0.3, 0, 0.3, 1), 1), QRect(0, 0, 1, 1));
     EXPECT_TRUE(pixelsOf(QRectF(), 2).isEmpty());
     EXPECT_TRUE(pixelsOf(QRectF(5, 5, -3, 10), 1).isEmpty());
+}
+
+TEST(CoveredDisplay, IsUnderAFullScreenWindowThatIsInUse)
+{
+    constexpr std::uint32_t film = 1;
+    constexpr std::uint32_t other = 2;
+    const QRect display(0, 0, 1920, 1080);
+    const QRect beside(1920, 0, 1920, 1080);
+    const QRect both(0, 0, 3840, 1080);
+    const QRect part(0, 0, 1920, 1079);
+    const QRect small(100, 100, 400, 300);
+    for (const auto &[films, others, active, covered] :
+         Table<ClientWindow, ClientWindow, std::uint32_t, bool>{
+             {{film, display, true, true}, {}, film, true},
+             {{film, both, true, true}, {}, film, true},
+             {{film, display, true, false}, {}, film, false},
+             {{film, display, false, true}, {}, film, false},
+             {{film, part, true, true}, {}, film, false},
+             {{film, beside, true, true}, {}, film, false},
+             {{film, display, true, true}, {other, small, true, false}, film, true},
+             {{film, display, true, true}, {other, small, true, false}, other, false},
+             {{film, display, true, true}, {other, small, false, false}, other, true},
+             {{film, display, true, true}, {other, beside, true, false}, other, true},
+             {{film, display, true, true}, {other, display, true, true}, other, true},
+             {{film, display, true, true}, {}, 0, true},
+         }) {
+        EXPECT_EQ(isCovered(display, {films, others}, active), covered)
+            << films.area.width() << ' ' << others.area.width() << ' ' << active;
+    }
 }
 
 } // namespace

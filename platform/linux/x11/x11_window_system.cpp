@@ -24,9 +24,9 @@ std::vector<std::pair<QByteArray, QByteArray>> X11WindowSystem::qtEnvironment()
     return variables;
 }
 
-X11WindowSystem::X11WindowSystem(const QtScreens &screens)
+X11WindowSystem::X11WindowSystem(const QtScreens &screens, WhileCovered whileCovered)
     : m_pointer(screens)
-    , m_panels(screens)
+    , m_panels(screens, whileCovered)
     , m_windows(screens)
 {}
 

@@ -22,7 +22,7 @@ public:
     [[nodiscard]] static std::vector<std::pair<QByteArray, QByteArray>> qtEnvironment();
 
     /// Must be created after the application object. `screens` must outlive this object.
-    explicit X11WindowSystem(const QtScreens &screens);
+    X11WindowSystem(const QtScreens &screens, WhileCovered whileCovered);
 
     [[nodiscard]] PointerMonitor &pointerMonitor() override { return m_pointer; }
     [[nodiscard]] IslandPanelFactory &islandPanels() override { return m_panels; }

@@ -2,6 +2,7 @@
 
 #include "platform/linux/toolkit/qt_screens.h"
 #include "platform/linux/x11/window_region.h"
+#include "platform/linux/x11/xcb_fullscreen_watch.h"
 #include "platform/linux/x11/xcb_panel_window.h"
 #include "platform/linux/x11/xcb_support.h"
 
@@ -11,6 +12,7 @@
 #include <QSurfaceFormat>
 
 #include <cmath>
+#include <utility>
 
 namespace corvane::platform {
 
@@ -104,7 +106,8 @@ private:
     std::optional<XcbPanelWindow> m_window;
 };
 
-XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
+XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame,
+                               WhileCovered whileCovered)
     : m_screens(screens)
     , m_input(std::make_unique<Input>(*this))
 {
@@ -124,11 +127,22 @@ XcbIslandPanel::XcbIslandPanel(const QtScreens &screens, const QRectF &frame)
     QObject::connect(&m_window, &QWindow::heightChanged, &m_window, [this] { fitContent(); });
     // Another display may have another scale factor.
     QObject::connect(&m_window, &QWindow::screenChanged, &m_window, [this] { applyShape(); });
+    if (m_desktop && whileCovered == WhileCovered::Hide) {
+        m_fullscreen = XcbFullscreenWatch::open([this] { comeOrGo(); });
+        QObject::connect(
+            &m_window, &QQuickWindow::frameSwapped, &m_window,
+            [this] {
+                m_drawn = true;
+                comeOrGo();
+            },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
     setFrame(frame);
 }
 
 XcbIslandPanel::~XcbIslandPanel()
 {
+    m_fullscreen.reset();
     // The window outlives the members declared after it, and emits signals in its destructor.
     m_input.reset();
     if (m_desktop) {
@@ -143,6 +157,7 @@ XcbIslandPanel::~XcbIslandPanel()
 void XcbIslandPanel::setFrame(const QRectF &frame)
 {
     m_window.setGeometry(windowGeometry(m_screens.coordinates().qtFromGlobal(frame)));
+    comeOrGo();
 }
 
 void XcbIslandPanel::setLevel(Level level)
@@ -151,6 +166,7 @@ void XcbIslandPanel::setLevel(Level level)
         return;
     }
     m_level = level;
+    comeOrGo();
     XcbPanelWindow *window = m_desktop ? m_desktop->window() : nullptr;
     if (window == nullptr) {
         return;
@@ -229,6 +245,17 @@ void XcbIslandPanel::show()
     }
 }
 
+void XcbIslandPanel::comeOrGo()
+{
+    const bool away = m_fullscreen && m_drawn && m_level == Level::Resting &&
+                      m_fullscreen->covers(displayPixels());
+    if (std::exchange(m_away, away) == away) {
+        return;
+    }
+    m_window.setVisible(!away);
+    restack();
+}
+
 QRect XcbIslandPanel::displayPixels() const
 {
     // Qt scales a screen's size, but not its position.
@@ -271,13 +298,14 @@ void XcbIslandPanel::deactivate()
     }
 }
 
-XcbIslandPanelFactory::XcbIslandPanelFactory(const QtScreens &screens)
+XcbIslandPanelFactory::XcbIslandPanelFactory(const QtScreens &screens, WhileCovered whileCovered)
     : m_screens(screens)
+    , m_whileCovered(whileCovered)
 {}
 
 std::unique_ptr<IslandPanel> XcbIslandPanelFactory::makePanel(const QRectF &frame)
 {
-    return std::make_unique<XcbIslandPanel>(m_screens, frame);
+    return std::make_unique<XcbIslandPanel>(m_screens, frame, m_whileCovered);
 }
 
 } // namespace corvane::platform

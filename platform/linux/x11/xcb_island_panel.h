@@ -11,6 +11,7 @@
 namespace corvane::platform {
 
 class QtScreens;
+class XcbFullscreenWatch;
 
 /// The island's window on X11, not managed by the window manager (override-redirect).
 ///
@@ -21,13 +22,17 @@ class QtScreens;
 /// topmost of them, which leaves open menus above the panel. An active one is raised to the very
 /// top, above later menus too, and leaves that place when it rests again.
 ///
+/// With `WhileCovered::Hide` a resting panel is unmapped while a full-screen window covers its
+/// display, but not before its first frame, which tells the program that it has started.
+///
 /// If the application does not run on X11, the panel is an ordinary frameless window with
 /// click-through for the whole window only.
 class XcbIslandPanel final : public IslandPanel
 {
 public:
     /// `screens` must outlive the panel.
-    XcbIslandPanel(const QtScreens &screens, const QRectF &frame);
+    XcbIslandPanel(const QtScreens &screens, const QRectF &frame,
+                   WhileCovered whileCovered = WhileCovered::Show);
     ~XcbIslandPanel() override;
 
     void setFrame(const QRectF &frame) override;
@@ -38,6 +43,7 @@ public:
     void show() override;
     void activate() override;
     void deactivate() override;
+    [[nodiscard]] bool isAway() const override { return m_away; }
     void observeKeyboard(KeyboardObserver observer) override;
 
     [[nodiscard]] QQuickWindow &window() { return m_window; }
@@ -49,6 +55,8 @@ private:
     void fitContent();
     void applyShape();
     void restack();
+    /// Hides the panel, or shows it again, according to its level and to what covers its display.
+    void comeOrGo();
     /// The display that the panel is on, in pixels.
     [[nodiscard]] QRect displayPixels() const;
 
@@ -61,6 +69,10 @@ private:
     double m_bottomRadius = 0;
     KeyboardObserver m_observer;
     std::unique_ptr<Input> m_input;
+    /// Null if the panel stays in view.
+    std::unique_ptr<XcbFullscreenWatch> m_fullscreen;
+    bool m_drawn = false;
+    bool m_away = false;
     /// The X11 part of the window; null on other platforms.
     std::unique_ptr<Desktop> m_desktop;
 };
@@ -70,12 +82,13 @@ class XcbIslandPanelFactory final : public IslandPanelFactory
 {
 public:
     /// `screens` must outlive the panels.
-    explicit XcbIslandPanelFactory(const QtScreens &screens);
+    XcbIslandPanelFactory(const QtScreens &screens, WhileCovered whileCovered);
 
     [[nodiscard]] std::unique_ptr<IslandPanel> makePanel(const QRectF &frame) override;
 
 private:
     const QtScreens &m_screens;
+    WhileCovered m_whileCovered;
 };
 
 } // namespace corvane::platform
