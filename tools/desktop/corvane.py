@@ -122,11 +122,13 @@ class Corvane:
         """(left, right, bottom) of the black island; None if it is not visible."""
         scale = self.desktop.scale
         picture = picture or self.capture()
-        run = picture.dark_run(round(4 * scale), self._middle)
+        # With higher contrast the island has an outline, and the top edge is not dark.
+        row = round(4 * scale)
+        run = picture.dark_run(row, self._middle)
         if run is None:
             return None
         # In no state is anything drawn this close to the left edge.
-        column, bottom = run[0] + round(14 * scale), 0
+        column, bottom = run[0] + round(14 * scale), row
         while bottom < picture.height and max(picture.at(column, bottom)) < DARK:
             bottom += 1
         return (run[0] - self._middle) / scale, (run[1] - self._middle) / scale, bottom / scale
