@@ -9,7 +9,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from desktop import Corvane, Localnet, VirtualDesktop, processes, wait_until  # noqa: E402
+from desktop import Corvane, Localnet, SwayDesktop, VirtualDesktop, processes, wait_until  # noqa: E402
 from desktop.corvane import PROGRAM  # noqa: E402
 
 processes.interrupt_on_terminate()
@@ -23,15 +23,23 @@ RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
 PRICE = {"price": 150.25, "change": 2.345, "chart": None}
 
 
+DESKTOPS = {"x11": VirtualDesktop, "sway": SwayDesktop}
+DESKTOP = os.environ.get("CORVANE_DESKTOP", "x11")
+
+
 class IslandTest(unittest.TestCase):
-    """Tests with one cluster and one desktop, which is created with `desktop_kind`."""
+    """Tests with one cluster and one desktop, which is created with `desktop_kind`. CORVANE_DESKTOP chooses among the
+    `desktops` on which they can run."""
 
     desktop_kind = {}
+    desktops = tuple(DESKTOPS)
 
     @classmethod
     def setUpClass(cls):
+        if DESKTOP not in cls.desktops:
+            raise unittest.SkipTest(f"not for {DESKTOP}")
         cls.localnet = cls.enterClassContext(Localnet())
-        cls.desktop = cls.enterClassContext(VirtualDesktop(**cls.desktop_kind))
+        cls.desktop = cls.enterClassContext(DESKTOPS[DESKTOP](**cls.desktop_kind))
 
     def setUp(self):
         self.localnet.control("clear-faults")

@@ -8,9 +8,11 @@ from .film import Film
 from .keyring import Keyring
 from .localnet import Localnet
 from .picture import Picture
+from .sway import SwayDesktop
 from .tray import StatusNotifierHost, XEmbedTray
 from .waiting import wait_until
 from .x11 import Backdrop, ClipboardManager, Screen
 
 __all__ = ["AccessibleTree", "Backdrop", "ClipboardManager", "Corvane", "Film", "Keyring",
-           "Localnet", "Picture", "Screen", "StatusNotifierHost", "VirtualDesktop", "XEmbedTray", "wait_until"]
+           "Localnet", "Picture", "Screen", "StatusNotifierHost", "SwayDesktop", "VirtualDesktop", "XEmbedTray",
+           "wait_until"]

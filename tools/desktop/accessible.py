@@ -16,7 +16,7 @@ _ACCESSIBLE = "org.a11y.atspi.Accessible"
 _CALL_MS = round(1000 * PATIENCE)
 _FLAGS = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
           | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-_SHOWING, _FOCUSED = 1 << 25, 1 << 12
+_SHOWING, _FOCUSED, _ACTIVE = 1 << 25, 1 << 12, 1 << 1
 
 
 @dataclass(frozen=True)
@@ -30,6 +30,7 @@ class Accessible:
     role: str
     depth: int
     focused: bool
+    active: bool  # a window with the keyboard
 
     @property
     def description(self):
@@ -139,7 +140,7 @@ class AccessibleTree:
         if depth > 1 and not states & _SHOWING:
             return
         found.append(Accessible(self, self._owner, path, name, role, depth,
-                                bool(states & _FOCUSED)))
+                                bool(states & _FOCUSED), bool(states & _ACTIVE)))
         for _, child in children:
             self._collect(child, depth + 1, found)
 

@@ -36,7 +36,7 @@ class Corvane:
     def __init__(self, desktop, localnet=None, demo=True, notch=NOTCH, settings=None,
                  arguments=(), environment=None, program=PROGRAM, onboarded=True, under=()):
         self.desktop, self.notch = desktop, notch
-        self._command = [*map(str, under), str(program),
+        self._command = [*map(str, under), str(desktop.runnable(program)),
                          *(["--endpoints", str(localnet.endpoints)] if localnet else []),
                          *(["--demo-keychain"] if demo else []), *arguments]
         self.environment = desktop.environment | {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
@@ -73,8 +73,9 @@ class Corvane:
         """Starts the program, with the pointer elsewhere, and waits until the collapsed island is on the screen."""
         self.desktop.screen.jump(*self.pixels(*ASIDE))
         self.log = self.desktop.folder / "corvane.log"
+        self.desktop.hand_over()
         self._process = processes.start(self._command, self.environment, self.log,
-                                        stdout=subprocess.PIPE)
+                                        stdout=subprocess.PIPE, **self.desktop.identity)
         if self._demo:
             line = processes.read_line(self._process.stdout.fileno(), f"Corvane\n{self.messages()}")
             self.address = line.removeprefix("demo address: ")
@@ -198,6 +199,11 @@ class Corvane:
         return next((thing.name for thing in self.tree.things()
                      if thing.focused and thing.name and thing.role != "frame"), None)
 
+    def has_keyboard(self, window="Corvane"):
+        """True if the program's window with this title has the keyboard, and the program knows it."""
+        frame = self.tree.find(window, "frame")
+        return bool(frame and frame.active)
+
     def tab_to(self, name):
         """Presses Tab until the control with this name has keyboard focus."""
         while (before := self.focused()) != name:
@@ -229,8 +235,7 @@ class Corvane:
         """Clicks a field and replaces its content, key by key."""
         self.click(self.field(name))
         screen = self.desktop.screen
-        wait_until(lambda: screen.keyboard_owner() == screen.window_named("Corvane"),
-                   "the keyboard for the field")
+        wait_until(self.has_keyboard, "the keyboard for the field")
         screen.press("a", "Control_L")
         if text:
             screen.type(text)
@@ -282,7 +287,7 @@ class Corvane:
     def _shows_island(self):
         if self._process.poll() is not None:
             raise RuntimeError(f"Corvane exited with {self._process.poll()}\n{self.messages()}")
-        return self.desktop.screen.window_named("Corvane") and self.is_resting()
+        return self.is_resting()
 
     def wait_for_end(self):
         """Waits until the program exits by itself; returns its status."""
@@ -295,4 +300,4 @@ class Corvane:
         """Starts it a second time and waits until that process exits; returns its status and
         output."""
         return subprocess.run([*self._command, *arguments], env=self.environment, timeout=PATIENCE,
-                              capture_output=True, text=True, check=False)
+                              capture_output=True, text=True, check=False, **self.desktop.identity)

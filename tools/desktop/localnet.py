@@ -22,6 +22,7 @@ class Localnet:
     def __enter__(self):
         self._files = tempfile.TemporaryDirectory(prefix="corvane-localnet-")
         self.folder = pathlib.Path(self._files.name)
+        self.folder.chmod(0o755)  # for programs of other users
         self.endpoints = self.folder / "endpoints.json"
         self._port = 0
         self._process = None
