@@ -38,9 +38,8 @@ class BalanceTest(IslandTest):
             corvane.hover()
             corvane.wait_for(*hidden)
             self.assertEqual(corvane.start_again("--open", "balance").returncode, 0)
-            screen = self.desktop.screen
-            wait_until(lambda: screen.keyboard_owner() == screen.window_named("Corvane"), "the keyboard")
-            screen.press("h")
+            wait_until(corvane.has_keyboard, "the keyboard")
+            self.desktop.screen.press("h")
             corvane.wait_for("$1,234.05", "≈ 8,200 QUIB  ·  USDC 2.00")
 
     def assert_drawn_in(self, corvane, text, colour):

@@ -1,7 +1,5 @@
 """Operation by keyboard only: focus, the order of Tab, the effect of keys."""
 
-from Xlib import X
-
 from support import SHORT_ADDRESS, IslandTest, wait_until
 
 TAB_ORDER = {
@@ -20,15 +18,10 @@ class FocusTest(IslandTest):
         super().setUp()
         self.screen = self.desktop.screen
 
-    def make_window(self, x=100, y=600):
+    def open_window(self, *place):
         """An ordinary window of another program, with keyboard focus."""
-        window = self.screen.root.create_window(x, y, 300, 200, 0, X.CopyFromParent, background_pixel=0xffffff)
-        window.map()
-        self.screen.display.sync()
-        wait_until(lambda: window.get_attributes().map_state == X.IsViewable, "a window")
-        window.set_input_focus(X.RevertToParent, X.CurrentTime)
-        wait_until(lambda: self.screen.keyboard_owner() == window, "its keyboard")
-        self.addCleanup(window.destroy)
+        window = self.desktop.open_window(*place)
+        self.addCleanup(window.close)
         return window
 
     def open_and_dismiss(self, corvane, before):
@@ -36,49 +29,45 @@ class FocusTest(IslandTest):
         for pane in ("send", "balance", "send"):
             corvane.start_again("--open", pane)
             wait_until(corvane.is_open, "the open card")
-            wait_until(lambda: self.screen.keyboard_owner() == self.screen.window_named("Corvane"),
-                       "the island's keyboard")
+            wait_until(corvane.has_keyboard, "the island's keyboard")
             wait_until(lambda: corvane.focused() == ("TO" if pane == "send" else "SEND"), "the focus")
             if pane == "send":
                 self.screen.press("Escape")
                 wait_until(lambda: corvane.focused() == "SEND", "the balance card")
             self.screen.press("Escape")
             wait_until(corvane.is_resting, "the resting island")
-            wait_until(lambda: self.screen.keyboard_owner() == before, "the keyboard back")
+            wait_until(before.has_keyboard, "the keyboard back")
 
 
 class KeyboardTest(FocusTest):
     def test_takes_the_keyboard_and_gives_it_back(self):
-        other = self.make_window()
+        other = self.open_window()
         with self.run_corvane() as corvane:
-            island = self.screen.window_named("Corvane")
             corvane.hover()
             corvane.settled()
-            self.assertEqual(self.screen.keyboard_owner(), other, "opening must not take the focus")
+            self.assertTrue(other.has_keyboard(), "opening must not take the focus")
             corvane.press_button("SEND")
-            wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
+            wait_until(corvane.has_keyboard, "the island's keyboard")
             corvane.press_button("Back to the balance")
             corvane.leave()
-            wait_until(lambda: self.screen.keyboard_owner() == other, "the keyboard back")
+            wait_until(other.has_keyboard, "the keyboard back")
 
             # This time the previous owner of the focus no longer exists.
             corvane.hover()
             corvane.press_button("SEND")
-            wait_until(lambda: self.screen.keyboard_owner() == island, "the island's keyboard")
-            other.unmap()
-            self.screen.display.sync()
+            wait_until(corvane.has_keyboard, "the island's keyboard")
+            other.close()
             corvane.press_button("Back to the balance")
             corvane.leave()
-            wait_until(lambda: self.screen.keyboard_owner() != island, "the keyboard let go")
+            wait_until(lambda: not corvane.has_keyboard(), "the keyboard let go")
 
     def test_stays_while_it_has_the_keyboard(self):
-        other = self.make_window()
+        other = self.open_window()
         with self.run_corvane() as corvane:
             self.open_and_dismiss(corvane, other)
             corvane.start_again()
             wait_until(lambda: corvane.focused() == "SEND", "the balance card")
-            other.set_input_focus(X.RevertToParent, X.CurrentTime)
-            self.screen.display.sync()
+            other.take_keyboard()
             wait_until(corvane.is_resting, "the resting island")
 
     def test_tab_goes_in_the_order_of_reading(self):
@@ -88,10 +77,9 @@ class KeyboardTest(FocusTest):
                     corvane.hover()
                     corvane.wait_for("TOTAL BALANCE", "$1,234.05")
                     if pane == "balance":
-                        # No control of this card takes focus by a click, so the window gets it
-                        # directly.
-                        self.screen.window_named("Corvane").set_input_focus(X.RevertToParent,
-                                                                            X.CurrentTime)
+                        # No control of this card takes focus by a click.
+                        corvane.start_again("--open", "balance")
+                        wait_until(corvane.has_keyboard, "the island's keyboard")
                     else:
                         corvane.press_button(pane)
                     corvane.settled()
@@ -131,16 +119,17 @@ class KeyboardTest(FocusTest):
 
 class UnmanagedTest(FocusTest):
     desktop_kind = {"window_manager": False}
+    desktops = ("x11",)
 
     def test_is_covered_by_no_window_and_takes_the_keyboard(self):
         with self.run_corvane() as corvane:
             # A window that appears covers neither the collapsed island nor the card.
-            self.make_window(self.screen.width // 2 - 150, 0)
+            self.open_window(self.screen.width // 2 - 150, 0)
             wait_until(corvane.is_resting, "the resting island")
-            before = self.make_window(self.screen.width // 2 - 300, 0)
+            before = self.open_window(self.screen.width // 2 - 300, 0)
             wait_until(corvane.is_resting, "the resting island")
             self.open_and_dismiss(corvane, before)
             corvane.start_again("--open", "receive")
             corvane.wait_for("COPY ADDRESS")
-            self.make_window(self.screen.width // 2 - 150, 0)
+            self.open_window(self.screen.width // 2 - 150, 0)
             wait_until(corvane.is_open, "the open card")

@@ -97,7 +97,7 @@ class KeysTest(WalletTest):
             corvane.tab_to(name)
             screen.press("Return")
         with self.run_wallet({"corvane.address": ""}, onboarded=False) as corvane:
-            wait_until(lambda: screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
+            wait_until(lambda: corvane.has_keyboard("Welcome to Corvane"), "the keyboard for the tour")
             for number in (2, 3, 4, 5):
                 screen.press("Return")
                 corvane.wait_for(f"Page {number} of 5")

@@ -20,7 +20,7 @@ class TourTest(IslandTest):
             texts = set(corvane.tree.texts())
             return expected <= texts and texts & set(HEADINGS) == {HEADINGS[number]}
         wait_until(alone, lambda: f"page {number} among {corvane.tree.texts()}")
-        wait_until(lambda: self.desktop.screen.keyboard_is_with("Welcome to Corvane"), "the keyboard for the tour")
+        wait_until(lambda: corvane.has_keyboard("Welcome to Corvane"), "the keyboard for the tour")
 
     def wait_until_opening(self, corvane):
         """The pointer is not on the island, so it stays open only for a short time."""

@@ -9,7 +9,7 @@ import tempfile
 
 from . import processes
 from .waiting import PATIENCE, wait_until
-from .x11 import Backdrop, Screen
+from .x11 import Backdrop, Screen, Window
 
 _ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
 # The usual one; also for root, who may run the script but not the programs.
@@ -228,6 +228,13 @@ class VirtualDesktop(Desktop):
     def start_compositor(self):
         self._run("picom", "--backend", "xrender", "--config", "/dev/null")
         wait_until(self.screen.has_compositor, "the compositor")
+
+    def open_window(self, x=100, y=600):
+        """An ordinary window of another program, which has the keyboard."""
+        window = Window(self.screen, x, y, 300, 200)
+        window.take_keyboard()
+        wait_until(window.has_keyboard, "its keyboard")
+        return window
 
     def set_clipboard(self, text):
         """Copies a text to the clipboard, as another program does."""

@@ -14,7 +14,6 @@ from .wayland import Buffer, Connection, Descriptor
 _STEP_PIXELS = 12
 _STEP_SECONDS = 0.004
 _LEFT_BUTTON = 0x110
-_BEHIND = "org.corvane.Behind"
 # The numbers of the keys of a PC keyboard (Linux' input event codes), row by row.
 _ROWS = {2: ("1234567890-=", "!@#$%^&*()_+"), 16: ("qwertyuiop[]", "QWERTYUIOP{}"),
          30: ("asdfghjkl;'`", "ASDFGHJKL:\"~"), 44: ("zxcvbnm,./", "ZXCVBNM<>?")}
@@ -27,11 +26,13 @@ _SHIFT = _NAMED["Shift_L"]
 _MODIFIERS = {_SHIFT: 1, _NAMED["Control_L"]: 4, _NAMED["Alt_L"]: 8}
 _KEYMAP = b"""xkb_keymap { xkb_keycodes { include "evdev+aliases(qwerty)" }; xkb_types { include "complete" };
 xkb_compat { include "complete" }; xkb_symbols { include "pc+us+inet(evdev)" }; };\0"""
+# In points.
+_WINDOW_PLACE, _WINDOW_SIZE = (100, 300), (300, 200)
 _CONFIGURATION = """xwayland {xwayland}
 focus_follows_mouse no
 default_border none
 default_floating_border none
-for_window [title="an ordinary window"] floating enable
+for_window [title="an ordinary window"] floating enable, move absolute position {x} {y}
 output * resolution {width}x{height} position 0 0 scale {scale}
 exec sh -c 'echo "$WAYLAND_DISPLAY $DISPLAY" >{folder}/display.new && mv {folder}/display.new {folder}/display'
 """
@@ -191,7 +192,6 @@ class WaylandWindow:
         shell.get_xdg_surface(self._role.on(configure=self._draw), self._surface)
         self._role.get_toplevel(self._top.on(configure=self._resize))
         self._top.set_title(title)
-        self._top.set_app_id(_BEHIND)
         seat, pointer, keyboard = connection.bind("wl_seat"), connection.new("wl_pointer"), connection.new(
             "wl_keyboard")
         seat.get_pointer(pointer.on(enter=lambda _serial, _surface, x, y: self._point(0, x, y), motion=self._point,
@@ -253,6 +253,19 @@ class WaylandWindow:
         return self._keyboard
 
 
+class _OrdinaryWindow(WaylandWindow):
+    """A floating window beside the island."""
+
+    def __init__(self, screen, scale):
+        super().__init__(screen.socket, "an ordinary window", _WINDOW_SIZE, (255, 255, 255))
+        self._screen = screen
+        self._middle = [(place + size / 2) * scale for place, size in zip(_WINDOW_PLACE, _WINDOW_SIZE)]
+
+    def take_keyboard(self):
+        """By a click, as a user does."""
+        self._screen.click(*self._middle)
+
+
 class SwayDesktop(Desktop):
     """A headless sway, with or without an X server for programs that know no other (Xwayland). It runs as an ordinary
     user, with all programs on it, because it refuses root."""
@@ -268,7 +281,8 @@ class SwayDesktop(Desktop):
         self._start_services()
         width, height = self._size
         configuration = self.folder / "sway.conf"
-        configuration.write_text(_CONFIGURATION.format(width=width, height=height, scale=self.scale, folder=self.folder,
+        configuration.write_text(_CONFIGURATION.format(width=width, height=height, scale=self.scale, folder=self.folder, x=_WINDOW_PLACE[0],
+                                                       y=_WINDOW_PLACE[1],
                                                        xwayland="enable" if self._wanted["xwayland"] else "disable"))
         self._run("sway", "--config", str(configuration), environment={
             "WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1", "WLR_RENDERER": "pixman"})
@@ -285,6 +299,12 @@ class SwayDesktop(Desktop):
             middle = (self.screen.width // 2, self.screen.height // 2, 1, 1)
             wait_until(lambda: self.screen.capture(*middle).at(*middle[:2]) == self.backdrop.colour,
                        "the backdrop")
+
+    def open_window(self):
+        """An ordinary window of another program, which has the keyboard."""
+        window = _OrdinaryWindow(self.screen, self.scale)
+        wait_until(window.has_keyboard, "its keyboard")
+        return window
 
     def set_clipboard(self, text):
         """Copies a text to the clipboard, as another program does."""

@@ -7,6 +7,7 @@ from Xlib.ext import xtest
 
 from .film import Film
 from .picture import Picture
+from .waiting import wait_until
 
 _BAND_BYTES = 100_000
 _STEP_PIXELS = 12
@@ -144,35 +145,64 @@ class Screen:
         return self.display.get_selection_owner(selection) != X.NONE
 
 
-class Backdrop:
-    """A window of one colour that fills the screen below all others and counts real clicks."""
+class Window:
+    """A window of another program, of one colour, which writes down what it gets: clicks and, letter by letter, what is
+    typed."""
 
-    def __init__(self, screen, colour=(48, 92, 140)):
+    def __init__(self, screen, x, y, width, height, colour=(255, 255, 255), managed=True):
         # A separate connection, because it receives events.
         self.colour = colour
         self._display = display.Display(screen.display.get_display_name())
-        root = self._display.screen().root
         red, green, blue = colour
-        self._window = root.create_window(
-            0, 0, screen.width, screen.height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent,
-            background_pixel=red << 16 | green << 8 | blue, event_mask=X.ButtonPressMask,
-            # Not managed by the window manager, so that a click has arrived once the server has
-            # replied.
-            override_redirect=True)
-        self._window.configure(stack_mode=X.Below)
+        self._window = self._display.screen().root.create_window(
+            x, y, width, height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent,
+            background_pixel=red << 16 | green << 8 | blue, override_redirect=not managed,
+            event_mask=X.ButtonPressMask | X.KeyPressMask)
+        if not managed:
+            self._window.configure(stack_mode=X.Below)
         self._window.map()
-        self._display.sync()
-        self._clicks = 0
+        self._clicks, self._typed = 0, []
+        wait_until(lambda: self._window.get_attributes().map_state == X.IsViewable, "a window")
 
     def close(self):
-        self._display.close()
+        if self._display:
+            self._display.close()
+            self._display = None
+
+    def _read(self):
+        self._display.sync()
+        while self._display.pending_events():
+            happened = self._display.next_event()
+            self._clicks += happened.type == X.ButtonPress
+            if happened.type == X.KeyPress:
+                symbol = self._display.keycode_to_keysym(happened.detail, happened.state & X.ShiftMask)
+                if not XK.XK_Shift_L <= symbol <= XK.XK_Hyper_R:  # a modifier
+                    self._typed.append(chr(symbol) if symbol < 256 else f"<{symbol}>")
 
     def clicks(self):
         """The number of clicks so far."""
-        self._display.sync()
-        while self._display.pending_events():
-            self._clicks += self._display.next_event().type == X.ButtonPress
+        self._read()
         return self._clicks
+
+    def typed(self):
+        """What has been typed so far; keys without a letter as numbers in angle brackets."""
+        self._read()
+        return "".join(self._typed)
+
+    def take_keyboard(self):
+        self._window.set_input_focus(X.RevertToParent, X.CurrentTime)
+        self._display.sync()
+
+    def has_keyboard(self):
+        return self._display.get_input_focus().focus == self._window
+
+
+class Backdrop(Window):
+    """A window that fills the screen below all others. It is not managed by the window manager, so that a click has
+    arrived once the server has replied."""
+
+    def __init__(self, screen, colour=(48, 92, 140)):
+        super().__init__(screen, 0, 0, screen.width, screen.height, colour, managed=False)
 
 
 class ClipboardManager:
