@@ -9,7 +9,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from desktop import Corvane, Localnet, SwayDesktop, VirtualDesktop, processes, wait_until  # noqa: E402
+from desktop import Corvane, KWinDesktop, Localnet, SwayDesktop, VirtualDesktop, processes, wait_until  # noqa: E402
 from desktop.corvane import PROGRAM  # noqa: E402
 
 processes.interrupt_on_terminate()
@@ -23,7 +23,7 @@ RECIPIENT = "Hx1fZkBAvtdAyy5RwEc3QuLnHYKCCFGSaDEXGqLGxGAT"
 PRICE = {"price": 150.25, "change": 2.345, "chart": None}
 
 
-DESKTOPS = {"x11": VirtualDesktop, "sway": SwayDesktop}
+DESKTOPS = {"x11": VirtualDesktop, "sway": SwayDesktop, "kwin": KWinDesktop}
 DESKTOP = os.environ.get("CORVANE_DESKTOP", "x11")
 
 

@@ -14,7 +14,7 @@ class BeneathTest(WalletTest):
             nonlocal expected
             self.desktop.screen.type(text)
             expected += text
-            self.assertEqual(beneath.typed(), expected)
+            wait_until(lambda: beneath.typed() == expected, lambda: f"{expected}, but {beneath.typed()}")
         with self.run_wallet() as corvane:
             assert_reaches("the island Rests")
             self.import_key(corvane, KEY)

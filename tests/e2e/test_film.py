@@ -7,6 +7,7 @@ NEAR = 17  # a column this far from the card's edge lies beyond its round corner
 
 class FilmTest(IslandTest):
     desktop_kind = {"size": (1000, 520), "backdrop": (255, 255, 255)}
+    desktops = ("x11",)
 
     def film(self, corvane, act, *area):
         """The frames of an area, or of the panel, until all has been still for longer than any pause."""

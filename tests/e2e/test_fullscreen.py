@@ -31,6 +31,8 @@ class Film:
 
 
 class FullscreenTest(IslandTest):
+    desktops = ("x11",)
+
     def shows(self, corvane):
         return self.desktop.screen.window_named("Corvane") is not None and corvane.is_resting()
 

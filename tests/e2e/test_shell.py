@@ -47,6 +47,7 @@ class StatusNotifierTest(ShellTest):
 
 class XEmbedTest(ShellTest):
     desktop_kind = {"bus": False}
+    desktops = ("x11",)
 
     def test_icon_docks_again_and_its_menu_opens(self):
         screen = self.desktop.screen

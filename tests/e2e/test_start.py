@@ -31,6 +31,7 @@ class BareServerTest(IslandTest):
     """Without window manager and compositor, on a screen without a notch."""
 
     desktop_kind = {"window_manager": False, "compositor": False}
+    desktops = ("x11",)
 
     def test_desktop_shows_round_the_island(self):
         backdrop = self.desktop.backdrop.colour

@@ -266,7 +266,23 @@ class _OrdinaryWindow(WaylandWindow):
         self._screen.click(*self._middle)
 
 
-class SwayDesktop(Desktop):
+class WaylandClipboard:
+    """What a Wayland desktop does with its clipboard."""
+
+    def set_clipboard(self, text):
+        """Copies a text to the clipboard, as another program does."""
+        # It keeps running to serve the text until another program takes the clipboard.
+        subprocess.run(["wl-copy"], env=self.environment, input=text.encode(), stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, timeout=PATIENCE, check=True, **self.identity)
+
+    def clipboard(self):
+        """The text on the clipboard."""
+        read = subprocess.run(["wl-paste", "--no-newline"], env=self.environment, capture_output=True, text=True,
+                              timeout=PATIENCE, check=False, **self.identity)
+        return read.stdout if read.returncode == 0 else None
+
+
+class SwayDesktop(WaylandClipboard, Desktop):
     """A headless sway, with or without an X server for programs that know no other (Xwayland). It runs as an ordinary
     user, with all programs on it, because it refuses root."""
 
@@ -305,15 +321,3 @@ class SwayDesktop(Desktop):
         window = _OrdinaryWindow(self.screen, self.scale)
         wait_until(window.has_keyboard, "its keyboard")
         return window
-
-    def set_clipboard(self, text):
-        """Copies a text to the clipboard, as another program does."""
-        # It keeps running to serve the text until another program takes the clipboard.
-        subprocess.run(["wl-copy"], env=self.environment, input=text.encode(), stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL, timeout=PATIENCE, check=True, **self.identity)
-
-    def clipboard(self):
-        """The text on the clipboard."""
-        read = subprocess.run(["wl-paste", "--no-newline"], env=self.environment, capture_output=True, text=True,
-                              timeout=PATIENCE, check=False, **self.identity)
-        return read.stdout if read.returncode == 0 else None
