@@ -17,8 +17,12 @@ Item {
     Item {
         id: live
 
+        // Content that is only about to appear is not drawn until there is a picture of it: its first
+        // frame is the most expensive one.
+        readonly property bool awaited: veil.capturing && root.opacity < 0.25
+
         anchors.fill: parent
-        opacity: veil.showing ? 0 : 1
+        opacity: veil.showing || live.awaited ? 0 : 1
 
         Item {
             id: inside

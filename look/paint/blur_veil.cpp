@@ -45,18 +45,35 @@ void BlurVeil::setRadius(double radius)
     } else if (isShowing()) {
         update();
     } else {
-        grab();
+        grabInNextFrame();
     }
     Q_EMIT radiusChanged();
 }
 
-void BlurVeil::grab()
+void BlurVeil::grabInNextFrame()
 {
-    if (m_pending || !m_source || m_source->window() == nullptr || m_source->width() < 1 ||
-        m_source->height() < 1) {
+    if (m_pending || m_nextFrame || !m_source || m_source->window() == nullptr) {
         return;
     }
     setCapturing(true);
+    m_nextFrame = connect(
+        m_source->window(), &QQuickWindow::frameSwapped, this,
+        [this] {
+            disconnect(std::exchange(m_nextFrame, {}));
+            grab();
+        },
+        Qt::QueuedConnection);
+    // The connection waits for a frame that nothing else may need.
+    m_source->window()->update();
+}
+
+void BlurVeil::grab()
+{
+    if (!m_source || m_source->window() == nullptr || m_source->width() < 1 ||
+        m_source->height() < 1) {
+        setCapturing(false);
+        return;
+    }
     // One pixel per point is enough for a picture that will be blurred.
     m_pending = m_source->grabToImage(m_source->size().toSize());
     if (!m_pending) {
@@ -65,8 +82,8 @@ void BlurVeil::grab()
     }
     connect(m_pending.get(), &QQuickItemGrabResult::ready, this, [this] {
         const auto grabbed = std::exchange(m_pending, {});
-        setCapturing(false);
         if (!grabbed || m_radius < smallestRadius) {
+            setCapturing(false);
             return;
         }
         const QImage image = grabbed->image();
@@ -74,6 +91,7 @@ void BlurVeil::grab()
             grab(); // laid out in the meantime, and squeezed into the size that it had before
             return;
         }
+        setCapturing(false);
         m_snapshot = image;
         update();
         Q_EMIT showingChanged();
@@ -90,6 +108,7 @@ void BlurVeil::setCapturing(bool capturing)
 
 void BlurVeil::drop()
 {
+    disconnect(std::exchange(m_nextFrame, {}));
     m_pending.reset();
     setCapturing(false);
     if (isShowing()) {
