@@ -23,9 +23,10 @@ class BlurVeil : public QQuickItem
     Q_PROPERTY(QQuickItem *source READ source WRITE setSource NOTIFY sourceChanged REQUIRED FINAL)
     /// Gaussian blur radius in points, twice the sigma; at 0 the veil shows nothing.
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
-    /// True from the start of the blur until the picture is there. The owner must make the item's content a little
-    /// transparent for that time: if a single opaque rectangle lies in it, the software scene graph
-    /// takes the whole content for opaque, and the picture of it would have no transparency.
+    /// True from the start of the blur until the picture is there. The owner must make the item's
+    /// content a little transparent for that time: if a single opaque rectangle lies in it, the
+    /// software scene graph takes the whole content for opaque, and the picture of it would have no
+    /// transparency.
     Q_PROPERTY(bool capturing READ isCapturing NOTIFY capturingChanged FINAL)
     Q_PROPERTY(bool showing READ isShowing NOTIFY showingChanged FINAL)
 
