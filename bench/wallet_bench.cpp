@@ -79,8 +79,7 @@ void buildAndSignTransfer(benchmark::State &state)
     http.answer(u"getSignatureStatuses"_s,
                 R"({"result": {"value": [{"confirmationStatus": "confirmed", "err": null}]}})");
 
-    core::TransferSession transfers(
-        {queue, http, settings, signingKeys, formatter, keys, route.endpoint});
+    core::TransferSession transfers({queue, http, settings, formatter, keys, route.endpoint});
     double amount = 1;
     for (auto _ : state) {
         const auto sending = transfers.send(*keys::Address::fromText(typed), amount, route);
@@ -106,7 +105,7 @@ void sign(benchmark::State &state)
     const platform::SecretBytes seed = keys.makeSeed();
     const std::vector<std::uint8_t> message(150);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(keys.sign(seed, message));
+        benchmark::DoNotOptimize(keys.signer(seed)->sign(message));
     }
 }
 BENCHMARK(sign)->Unit(benchmark::kMicrosecond);

@@ -8,6 +8,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace corvane::core {
 
 using platform::SecretBytes;
@@ -161,6 +163,14 @@ QCoro::Task<bool> KeySession::open(platform::PresencePrompt prompt)
     }
     auto loading = load([prompt](keys::KeyVault &vault) { return vault.loadSecret(prompt); });
     co_return co_await loading;
+}
+
+std::optional<keys::TransferSigner> KeySession::transferSigner(keys::Address recipient,
+                                                               keys::Lamports amount) const
+{
+    return m_seed ? keys::TransferSigner::make(m_services.signingKeys, *m_seed,
+                                               std::move(recipient), amount)
+                  : std::nullopt;
 }
 
 QCoro::Task<std::optional<SecretBytes>> KeySession::backupSecret()

@@ -2,6 +2,7 @@
 
 #include "core/send_error.h"
 #include "keys/key_vault.h"
+#include "keys/transfer_signer.h"
 #include "platform/completion.h"
 #include "platform/secret_bytes.h"
 
@@ -74,6 +75,10 @@ public:
     /// Unlocks the seed, with a prompt to the user if it is locked. False if the user refuses, or
     /// if the key was replaced or removed in the meantime.
     QCoro::Task<bool> open(platform::PresencePrompt prompt);
+    /// The key for one payment of `amount` to `recipient`, which keeps it even if the session's is
+    /// removed; empty while locked.
+    [[nodiscard]] std::optional<keys::TransferSigner> transferSigner(keys::Address recipient,
+                                                                     keys::Lamports amount) const;
     /// The backup text (ASCII) of the key. Prompts the user if the key is locked; empty if they
     /// refuse.
     QCoro::Task<std::optional<platform::SecretBytes>> backupSecret();

@@ -18,6 +18,8 @@ struct TransferRoute
 {
     QUrl endpoint;
     SolNetwork network = SolNetwork::Mainnet;
+
+    [[nodiscard]] bool operator==(const TransferRoute &) const = default;
 };
 
 /// A signed transfer that may have reached its cluster.
@@ -30,6 +32,8 @@ struct SubmittedTransfer
     std::optional<std::uint64_t> lastValidBlockHeight;
     /// True if the cluster has accepted it and the user was shown that.
     bool isTold = false;
+
+    [[nodiscard]] bool operator==(const SubmittedTransfer &) const = default;
 
     /// The signature in Base58, by which the cluster knows the transfer.
     [[nodiscard]] QString signatureText() const;

@@ -8,7 +8,6 @@
 #include "keys/base58.h"
 #include "platform/main_queue.h"
 #include "platform/settings_store.h"
-#include "platform/signing_keys.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -80,11 +79,11 @@ TransferSession::TransferSession(TransferServices services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
 {
-    const QString stored = m_services.settings.string(transfersSetting).value_or(QString());
-    for (SubmittedTransfer &submitted : submittedTransfersFromJson(stored)) {
-        const bool isTold = submitted.isTold;
-        m_open.push_back(std::make_shared<Followed>(std::move(submitted)));
-        m_open.back()->doubtful = !isTold;
+    m_stored = submittedTransfersFromJson(
+        m_services.settings.string(transfersSetting).value_or(QString()));
+    for (const SubmittedTransfer &submitted : m_stored) {
+        m_open.push_back(std::make_shared<Followed>(submitted));
+        m_open.back()->doubtful = !submitted.isTold;
         m_open.back()->wasSubmitted = true;
     }
     if (m_open.empty()) {
@@ -173,15 +172,14 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
     if (const bool isOpen = co_await opening; !self || !isOpen) {
         co_return Result(SendError::locked());
     }
-    // A copy, because the session may wipe its seed during the requests to the cluster.
-    const platform::SecretBytes seed = m_services.keys.seed()->clone();
-    const auto sender = m_services.signingKeys.publicKey(seed);
-    if (!sender) {
+    // Made now, because the session may wipe its seed during the requests to the cluster.
+    auto signer = m_services.keys.transferSigner(intent.recipient, intent.amount);
+    if (!signer) {
         co_return Result(SendError::locked());
     }
 
     // The earlier transfer was doubtful at the press; its fate may have become known since.
-    if (earlier && earlier->submitted.transfer.sender == *sender) {
+    if (earlier && earlier->submitted.transfer.sender == signer->sender()) {
         if (earlier->fate == TransferFate::WentThrough) {
             co_return Result(earlier->submitted.signatureText());
         }
@@ -201,19 +199,15 @@ QCoro::Task<SendResult<QString>> TransferSession::attempt(TransferIntent intent,
     if (!self || !recent) {
         co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
     }
-    const keys::Transfer transfer{*sender, intent.recipient, intent.amount, recent->blockhash};
-    const auto signature = m_services.signingKeys.sign(seed, keys::transferMessage(transfer));
-    if (!signature) {
-        co_return Result(SendError::badKey());
-    }
+    const auto [transfer, signature] = (*std::move(signer)).sign(recent->blockhash);
     if (m_previous && m_previous->fate != TransferFate::DidNotGoThrough &&
-        m_previous->submitted.signature == *signature) {
+        m_previous->submitted.signature == signature) {
         // The same bytes would not be executed again, but taken for paid: the endpoint repeats
         // itself.
         co_return Result(SendError::rpc(u"couldn't fetch a recent blockhash"_s));
     }
     const auto signedTransfer = std::make_shared<Followed>(
-        SubmittedTransfer{transfer, *signature, route, recent->lastValidBlockHeight});
+        SubmittedTransfer{transfer, signature, route, recent->lastValidBlockHeight});
     m_open.push_back(signedTransfer);
     auto submitting = submit(signedTransfer);
     co_return co_await submitting;
@@ -396,7 +390,7 @@ void TransferSession::forget(const FollowedPtr &transfer)
     store();
 }
 
-void TransferSession::store() const
+void TransferSession::store()
 {
     std::vector<SubmittedTransfer> stored;
     for (const FollowedPtr &transfer : m_open) {
@@ -409,9 +403,10 @@ void TransferSession::store() const
             stored.push_back(transfer->submitted);
         }
     }
-    const QString json = stored.empty() ? QString() : toJson(stored);
-    if (m_services.settings.string(transfersSetting).value_or(QString()) != json) {
-        m_services.settings.setString(transfersSetting, json);
+    if (stored != m_stored) {
+        m_services.settings.setString(transfersSetting,
+                                      stored.empty() ? QString() : toJson(stored));
+        m_stored = std::move(stored);
     }
 }
 

@@ -23,7 +23,6 @@ class HttpClient;
 class MainQueue;
 class NumberFormatter;
 class SettingsStore;
-class SigningKeys;
 } // namespace corvane::platform
 
 namespace corvane::core {
@@ -73,7 +72,6 @@ struct TransferServices
     platform::MainQueue &queue;
     platform::HttpClient &http;
     platform::SettingsStore &settings;
-    const platform::SigningKeys &signingKeys;
     const platform::NumberFormatter &formatter;
     KeySession &keys;
     /// The built-in endpoint of the main cluster.
@@ -150,7 +148,8 @@ private:
     [[nodiscard]] FollowedPtr findDoubtful(const TransferIntent &intent) const;
     [[nodiscard]] FollowedPtr latestDoubtful() const;
     void forget(const FollowedPtr &transfer);
-    void store() const;
+    /// Writes the transfers to the settings if they are not there already.
+    void store();
     /// Announces a change of the report; `isNews` tells whether it has a result or a fate to show.
     void tell(bool isNews);
 
@@ -161,6 +160,8 @@ private:
     std::vector<FollowedPtr> m_open;
     /// Transfers whose acceptance or fate no view has shown yet.
     std::vector<FollowedPtr> m_unseen;
+    /// What the settings contain.
+    std::vector<SubmittedTransfer> m_stored;
     /// The transfer whose fate the report contains; null if there is none.
     FollowedPtr m_toldOf;
     /// The transfer of the latest press; null until it is submitted. And the one before that.

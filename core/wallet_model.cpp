@@ -25,8 +25,8 @@ WalletModel::WalletModel(WalletServices services, QObject *parent)
     , m_keySession(std::make_unique<KeySession>(KeySessionServices{
           m_services.queue, m_services.background, m_services.keychain, m_services.signingKeys}))
     , m_transfers(std::make_unique<TransferSession>(TransferServices{
-          m_services.queue, m_services.http, m_services.settings, m_services.signingKeys,
-          m_services.formatter, *m_keySession, QUrl(m_services.endpoints.mainnet)}))
+          m_services.queue, m_services.http, m_services.settings, m_services.formatter,
+          *m_keySession, QUrl(m_services.endpoints.mainnet)}))
     , m_rentMinimum(std::make_unique<RentMinimum>(m_services.http))
 {
     const platform::SettingsStore &settings = m_services.settings;

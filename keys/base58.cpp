@@ -17,6 +17,9 @@ constexpr std::size_t digitBound(std::size_t byteCount)
     return byteCount * 138 / 100 + 1;
 }
 
+/// The most for which a digit and a carry of as many bytes fit 64 bits.
+constexpr std::size_t bytesPerPass = 7;
+
 constexpr std::uint8_t notADigit = 255;
 
 constexpr std::array<std::uint8_t, 128> digitValues = [] {
@@ -39,10 +42,16 @@ std::size_t encodeInto(std::span<std::uint8_t> out, std::span<const std::uint8_t
     // Least significant digit first; reversed below.
     const std::span<std::uint8_t> digits = out.subspan(zeros);
     std::size_t count = 0;
-    for (const std::uint8_t byte : bytes.subspan(zeros)) {
-        std::uint32_t carry = byte;
+    for (std::span rest = bytes.subspan(zeros); !rest.empty();) {
+        // Several bytes in each pass over the digits, because that is what takes the time.
+        const auto group = rest.first(std::min(rest.size(), bytesPerPass));
+        rest = rest.subspan(group.size());
+        std::uint64_t carry = 0;
+        for (const std::uint8_t byte : group) {
+            carry = carry << 8 | byte;
+        }
         for (std::uint8_t &digit : digits.first(count)) {
-            carry += std::uint32_t{digit} * 256;
+            carry += std::uint64_t{digit} << (8 * group.size());
             digit = static_cast<std::uint8_t>(carry % 58);
             carry /= 58;
         }

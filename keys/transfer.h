@@ -30,6 +30,15 @@ struct Transfer
     /// A recent blockhash; the cluster rejects the transaction when it is older than about 150
     /// slots.
     Blockhash recentBlockhash;
+
+    [[nodiscard]] bool operator==(const Transfer &) const = default;
+};
+
+/// A transfer with its sender's signature.
+struct SignedTransfer
+{
+    Transfer transfer;
+    platform::Signature signature;
 };
 
 /// The most digits that a signature's 64 bytes have in Base58.

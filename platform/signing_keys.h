@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -27,6 +28,24 @@ struct Signature
     [[nodiscard]] bool operator==(const Signature &) const = default;
 };
 
+/// A key pair that signs. It is derived once, and lies in guarded memory until the signer is
+/// destroyed. Thread-safe.
+///
+/// Signatures contain the pair's own public key. There is deliberately no way to sign with a seed
+/// and a public key from elsewhere: two signatures of one message with different public keys reveal
+/// the secret key.
+class Signer
+{
+public:
+    Signer() = default;
+    Signer(const Signer &) = delete;
+    Signer &operator=(const Signer &) = delete;
+    virtual ~Signer() = default;
+
+    [[nodiscard]] virtual PublicKey publicKey() const = 0;
+    [[nodiscard]] virtual Signature sign(std::span<const std::uint8_t> message) const = 0;
+};
+
 /// Ed25519 as defined in RFC 8032, with 32-byte seeds. Thread-safe.
 class SigningKeys
 {
@@ -43,9 +62,8 @@ public:
     [[nodiscard]] virtual SecretBytes makeSeed() = 0;
     /// The public key of `seed`; empty unless the seed has 32 bytes.
     [[nodiscard]] virtual std::optional<PublicKey> publicKey(const SecretBytes &seed) const = 0;
-    /// The signature of `message`; empty unless the seed has 32 bytes.
-    [[nodiscard]] virtual std::optional<Signature>
-    sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const = 0;
+    /// A signer with the key pair of `seed`; null unless the seed has 32 bytes.
+    [[nodiscard]] virtual std::unique_ptr<const Signer> signer(const SecretBytes &seed) const = 0;
     /// True for the public key of every seed. False for nearly all other bytes: those that are not
     /// a point of the curve, or one outside its main subgroup.
     [[nodiscard]] virtual bool isPublicKey(const PublicKey &key) const = 0;

@@ -6,22 +6,30 @@ namespace corvane::platform {
 
 namespace {
 
-struct KeyPair
+class SodiumSigner final : public Signer
 {
-    PublicKey publicKey;
-    SecretBytes secretKey{crypto_sign_SECRETKEYBYTES};
-};
-
-std::optional<KeyPair> keyPair(const SecretBytes &seed)
-{
-    if (seed.size() != SigningKeys::seedSize) {
-        return std::nullopt;
+public:
+    /// `seed` must have 32 bytes.
+    explicit SodiumSigner(const SecretBytes &seed)
+    {
+        crypto_sign_seed_keypair(m_publicKey.bytes.data(), m_secretKey.bytes().data(),
+                                 seed.bytes().data());
     }
-    KeyPair pair;
-    crypto_sign_seed_keypair(pair.publicKey.bytes.data(), pair.secretKey.bytes().data(),
-                             seed.bytes().data());
-    return pair;
-}
+
+    [[nodiscard]] PublicKey publicKey() const override { return m_publicKey; }
+    [[nodiscard]] Signature sign(std::span<const std::uint8_t> message) const override
+    {
+        Signature signature;
+        crypto_sign_detached(signature.bytes.data(), nullptr, message.data(), message.size(),
+                             m_secretKey.bytes().data());
+        return signature;
+    }
+
+private:
+    PublicKey m_publicKey;
+    /// The seed and the public key, as libsodium wants them.
+    SecretBytes m_secretKey{crypto_sign_SECRETKEYBYTES};
+};
 
 } // namespace
 
@@ -34,24 +42,13 @@ SecretBytes SodiumSigningKeys::makeSeed()
 
 std::optional<PublicKey> SodiumSigningKeys::publicKey(const SecretBytes &seed) const
 {
-    const std::optional<KeyPair> pair = keyPair(seed);
-    if (!pair) {
-        return std::nullopt;
-    }
-    return pair->publicKey;
+    const std::unique_ptr<const Signer> pair = signer(seed);
+    return pair ? std::optional(pair->publicKey()) : std::nullopt;
 }
 
-std::optional<Signature> SodiumSigningKeys::sign(const SecretBytes &seed,
-                                                 std::span<const std::uint8_t> message) const
+std::unique_ptr<const Signer> SodiumSigningKeys::signer(const SecretBytes &seed) const
 {
-    const std::optional<KeyPair> pair = keyPair(seed);
-    if (!pair) {
-        return std::nullopt;
-    }
-    Signature signature;
-    crypto_sign_detached(signature.bytes.data(), nullptr, message.data(), message.size(),
-                         pair->secretKey.bytes().data());
-    return signature;
+    return seed.size() == seedSize ? std::make_unique<SodiumSigner>(seed) : nullptr;
 }
 
 bool SodiumSigningKeys::isPublicKey(const PublicKey &key) const

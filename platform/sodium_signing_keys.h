@@ -10,8 +10,7 @@ class SodiumSigningKeys final : public SigningKeys
 public:
     [[nodiscard]] SecretBytes makeSeed() override;
     [[nodiscard]] std::optional<PublicKey> publicKey(const SecretBytes &seed) const override;
-    [[nodiscard]] std::optional<Signature>
-    sign(const SecretBytes &seed, std::span<const std::uint8_t> message) const override;
+    [[nodiscard]] std::unique_ptr<const Signer> signer(const SecretBytes &seed) const override;
     [[nodiscard]] bool isPublicKey(const PublicKey &key) const override;
 };
 

@@ -27,12 +27,12 @@ TEST(SigningKeys, AgreesWithRfc8032)
         keys.publicKey(seed).value().bytes,
         fromHex("3d4017c3e843895a92b70aa74d1b7ebc9c982ccf2ec4968cc0cd55f12af4660c")));
     EXPECT_TRUE(std::ranges::equal(
-        keys.sign(seed, fromHex("72")).value().bytes,
+        keys.signer(seed)->sign(fromHex("72")).bytes,
         fromHex("92a009a9f0d4cab8720e820b5f642540a2b27b5416503f8fb3762223ebdb69da"
                 "085ac1e43e15996e458f3613d0f11d8c387b2eaeb4302aeeb00d291612bb0c00")));
     for (const std::size_t size : {0U, 31U, 33U, 64U}) {
         EXPECT_FALSE(keys.publicKey(platform::SecretBytes(size)));
-        EXPECT_FALSE(keys.sign(platform::SecretBytes(size), {}));
+        EXPECT_FALSE(keys.signer(platform::SecretBytes(size)));
     }
     EXPECT_FALSE(keys.makeSeed() == keys.makeSeed());
 }
