@@ -598,6 +598,24 @@ TEST_F(TransferSessionTest, OneTransferHasOneEndpoint)
     EXPECT_EQ(report().subject->network, SolNetwork::Mainnet);
 }
 
+TEST_F(TransferSessionTest, ATransferKeepsTheKeyThatItBeganWith)
+{
+    const QString sender = *model->signingPubkey();
+    http.hold(latestBlockhash);
+    auto sending = model->sendSOL(addressB, 1);
+    settle();
+    removeKey();
+    finish(model->importSigningKey(addressA));
+    http.release(latestBlockhash, validReply(addressB));
+    finish(std::move(sending));
+    const auto stored = submittedTransfersFromJson(*settings.string(transfersSetting));
+    ASSERT_EQ(stored.size(), 1U);
+    EXPECT_EQ(keys::Address(stored[0].transfer.sender).text(), sender);
+    const auto isTransfers = [](const auto &write) { return write.first == transfersSetting; };
+    EXPECT_EQ(std::ranges::count_if(settings.writes, isTransfers), 1)
+        << "an answer that changes nothing is not written";
+}
+
 TEST_F(TransferSessionTest, SignsNothingForDevnetThatMainnetWouldAccept)
 {
     model->setNetwork(SolNetwork::Devnet);

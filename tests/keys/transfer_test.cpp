@@ -1,6 +1,7 @@
-#include "keys/transfer.h"
+#include "keys/transfer_signer.h"
 
 #include "platform/sodium_signing_keys.h"
+#include "tests/fakes/secrets.h"
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,26 @@ TEST(Transfer, LiesInItsMessageByteForByte)
         QByteArray::fromBase64(transaction, QByteArray::AbortOnBase64DecodingErrors);
     ASSERT_EQ(raw.size(), 215);
     EXPECT_EQ(raw.first(65), QByteArray(1, 1) + QByteArray(64, 0x44));
+}
+
+TEST(TransferSigner, SignsItsOwnPaymentWithTheKeyOfItsSeed)
+{
+    const platform::SodiumSigningKeys keys;
+    const platform::SecretBytes seed = tests::seedOf(7);
+    const Address recipient(keys.publicKey(tests::seedOf(8)).value());
+    auto signer = TransferSigner::make(keys, seed, recipient, Lamports(9));
+    ASSERT_TRUE(signer);
+    EXPECT_EQ(signer->sender(), keys.publicKey(seed));
+
+    const Transfer transfer{*keys.publicKey(seed), recipient, Lamports(9), {{1, 2, 3}}};
+    const SignedTransfer made = (*std::move(signer)).sign(transfer.recentBlockhash);
+    EXPECT_EQ(made.transfer, transfer);
+    EXPECT_EQ(made.signature, keys.signer(seed)->sign(transferMessage(transfer)));
+
+    for (const std::size_t size : {0U, 31U, 33U, 64U}) {
+        EXPECT_FALSE(
+            TransferSigner::make(keys, platform::SecretBytes(size), recipient, Lamports(9)));
+    }
 }
 
 TEST(Transfer, WritesCompactLengths)
