@@ -67,30 +67,6 @@ ensure_node() {
     node=$(command -v node)
 }
 
-# ensure_protocols: fetches the descriptions of Wayland's protocols, which Debian has in packages of other purposes
-# (one in Debian 12, two in 13); they are unpacked, not installed. Sets $protocols to their folder, or to nothing
-# where they cannot be had.
-ensure_protocols() {
-    protocols=$PWD/build/protocols
-    [ ! -e "$protocols" ] || return 0
-    local work package
-    work=$(mktemp -d)
-    for package in librust-wayland-protocols-dev librust-wayland-protocols-wlr-dev; do
-        (mkdir "$work/$package" && cd "$work/$package" && timeout 60 apt-get -q download "$package" &&
-            dpkg-deb --extract ./*.deb "$work/found") >"$work/log" 2>&1 || true
-    done
-    if [ -n "$(find "$work" -name 'wlr-layer-shell-*.xml')" ] && [ -n "$(find "$work" -name xdg-shell.xml)" ]; then
-        rm -rf "$protocols.new"
-        mkdir "$protocols.new"
-        find "$work/found" -name '*.xml' -exec cp -t "$protocols.new" {} +
-        mv "$protocols.new" "$protocols"
-    else
-        say "the descriptions of Wayland's protocols could not be fetched: building for X11 alone"
-        protocols=
-    fi
-    rm -rf "$work"
-}
-
 # build PRESET TARGET...: configures and builds. Requires the tests' dependencies only if "all" is built or
 # was built before.
 build() {
@@ -98,8 +74,6 @@ build() {
     shift
     [ "$*" = all ] || grep -qs '^BUILD_TESTING:[A-Z]*=ON' "build/$preset/CMakeCache.txt" ||
         settings+=(-DBUILD_TESTING=OFF)
-    ensure_protocols
-    [ -z "$protocols" ] || settings+=("-DCORVANE_WAYLAND_PROTOCOLS=$protocols")
     # The tests use the node found by ensure_node, in this run or an earlier one.
     [ -z "${node:-}" ] || settings+=("-DNODE=$node")
     command -v ccache >/dev/null && settings+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
