@@ -35,10 +35,6 @@ Item {
     Connections {
         target: root.island
 
-        function onHoverPolled() {
-            restingMark.tick();
-        }
-
         function onExpandedChanged() {
             if (root.island.expanded)
                 expandedRow.motion.useEaseOut(0.22, 0.2);
@@ -57,9 +53,10 @@ Item {
         size: 11
         color: Theme.green
         period: 2.4
-        pace: 0.15
+        ticked: true
         opacity: restingRow.opacity
         visible: opacity > 0
+        Component.onCompleted: root.island.hoverPolled.connect(restingMark.tick)
     }
 
     Presence {

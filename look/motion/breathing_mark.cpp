@@ -14,13 +14,13 @@ namespace corvane::look {
 
 namespace {
 
-/// Interval between the steps of a mark without a pace. The animation is too slow to need a step
-/// with every frame.
+/// Interval between the steps of a mark without an owner's ticks. The animation is too slow to need
+/// a step with every frame.
 constexpr std::chrono::milliseconds ownStep{40};
 
-/// The largest step in opacity that is not divided into two: nine steps of an 8-bit channel. Each
-/// step at rest is a wake-up, and a mark of a few pixels does not show more.
-constexpr double largestStep = 9.0 / 255;
+/// The smallest change in opacity that is worth a frame at an owner's tick: three steps of an 8-bit
+/// channel. Around its turning points the mark stays as it is for a few ticks.
+constexpr double smallestStep = 3.0 / 255;
 
 } // namespace
 
@@ -34,16 +34,13 @@ BreathingMark::BreathingMark(QQuickItem *parent)
         startOrStop();
     });
     connect(this, &BreathingMark::colorChanged, this, [this] { update(); });
-    connect(this, &BreathingMark::paceChanged, this, &BreathingMark::startOrStop);
+    connect(this, &BreathingMark::tickedChanged, this, &BreathingMark::startOrStop);
 }
 
 void BreathingMark::tick()
 {
-    if (m_shown.isValid() && m_pace > 0) {
+    if (m_shown.isValid() && std::abs(brightness() - m_stepped) >= smallestStep) {
         step();
-        if (std::abs(breath(m_pace).opacity - breath().opacity) > largestStep) {
-            m_timer.start(qRound(m_pace * 1000 / 2), Qt::PreciseTimer, this);
-        }
     }
 }
 
@@ -94,22 +91,20 @@ void BreathingMark::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == m_timer.timerId()) {
         step();
-        if (m_pace > 0) {
-            m_timer.stop();
-        }
     }
 }
 
 void BreathingMark::step()
 {
+    m_stepped = brightness();
     update();
     Q_EMIT breathed();
 }
 
-Breath BreathingMark::breath(double later) const
+Breath BreathingMark::breath() const
 {
     const double elapsed = m_shown.isValid() ? static_cast<double>(m_shown.elapsed()) / 1000 : 0;
-    return breathAt(elapsed + later, m_period);
+    return breathAt(elapsed, m_period);
 }
 
 void BreathingMark::startOrStop()
@@ -121,8 +116,11 @@ void BreathingMark::startOrStop()
     }
     if (!m_shown.isValid()) {
         m_shown.start();
+        m_stepped = brightness();
     }
-    if (m_pace <= 0) {
+    if (m_ticked) {
+        m_timer.stop();
+    } else {
         m_timer.start(static_cast<int>(ownStep.count()), Qt::CoarseTimer, this);
     }
 }

@@ -13,7 +13,7 @@ namespace corvane::look {
 /// The product mark, slowly pulsing in brightness and size.
 ///
 /// It starts dim each time it is shown and stops while it is invisible. If the owner polls anyway,
-/// it drives the mark with the poll's ticks, so that the animation needs few additional wake-ups.
+/// it drives the mark with the poll's ticks, so that the animation needs no wake-ups of its own.
 class BreathingMark : public QQuickItem
 {
     Q_OBJECT
@@ -23,23 +23,22 @@ class BreathingMark : public QQuickItem
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
     /// Seconds from dim to bright, which is half a cycle.
     Q_PROPERTY(double period MEMBER m_period NOTIFY periodChanged FINAL)
-    /// Seconds between the ticks that the owner sends; 0 if the mark uses its own timer.
-    Q_PROPERTY(double pace MEMBER m_pace NOTIFY paceChanged FINAL)
+    /// Whether the owner steps the mark by `tick`; otherwise it uses its own timer.
+    Q_PROPERTY(bool ticked MEMBER m_ticked NOTIFY tickedChanged FINAL)
     /// Opacity of the mark at its latest step, for items that glow with it.
     Q_PROPERTY(double brightness READ brightness NOTIFY breathed FINAL)
 
 public:
     explicit BreathingMark(QQuickItem *parent = nullptr);
     [[nodiscard]] double brightness() const { return breath().opacity; }
-    /// The owner's tick: steps the mark now, and once more before the next tick where its
-    /// brightness changes fast.
+    /// The owner's tick: steps the mark if its brightness has changed visibly.
     Q_INVOKABLE void tick();
 
 Q_SIGNALS:
     void markSizeChanged();
     void colorChanged();
     void periodChanged();
-    void paceChanged();
+    void tickedChanged();
     /// The mark has been stepped and will be repainted.
     void breathed();
 
@@ -51,14 +50,15 @@ protected:
 private:
     void startOrStop();
     void step();
-    /// The breath in `later` seconds.
-    [[nodiscard]] Breath breath(double later = 0) const;
+    [[nodiscard]] Breath breath() const;
 
     double m_size = 0;
     QColor m_color = Qt::white;
     double m_period = 1;
-    double m_pace = 0;
+    bool m_ticked = false;
     QElapsedTimer m_shown;
+    /// The opacity at the latest step.
+    double m_stepped = 0;
     QBasicTimer m_timer;
     QMetaObject::Connection m_windowVisibility;
 };

@@ -167,7 +167,7 @@ QImage quibMarkImage(const QSize &size, const QRectF &place, const QColor &color
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
         for (std::size_t x = 0; x < columns; ++x) {
             const double covered = coverage[static_cast<std::size_t>(y) * columns + x];
-            const auto alpha = static_cast<int>(std::lround(opaque * std::min(covered, 1.0)));
+            const auto alpha = static_cast<int>(opaque * std::min(covered, 1.0) + 0.5);
             line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
         }
     }

@@ -11,7 +11,9 @@
 #include <QAbstractEventDispatcher>
 #include <QAnimationDriver>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QPainter>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -214,18 +216,19 @@ TEST_F(BreathingMarkTest, KeepsTimeOnlyWhileItShows)
     EXPECT_FALSE(keepsTime());
 }
 
-TEST_F(BreathingMarkTest, AddsAStepToThoseOfItsOwnerOnlyWhereItsBrightnessChangesFast)
+TEST_F(BreathingMarkTest, StepsAtItsOwnersTicksOnlyWhereTheChangeIsSeen)
 {
-    const auto addsStep = [&](double period) {
-        m_item.setVisible(false);
-        m_item.setProperty("period", period);
-        m_item.setProperty("pace", 0.15);
-        m_item.setVisible(true);
+    m_item.setProperty("ticked", true);
+    EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&m_item).isEmpty());
+    const QSignalSpy breathed(&m_item, &BreathingMark::breathed);
+    m_item.setProperty("period", 1000.0);
+    m_item.tick();
+    EXPECT_EQ(breathed.count(), 0) << "changes slowly";
+    m_item.setProperty("period", 0.0017);
+    for (const QDeadlineTimer bound(5000); breathed.isEmpty() && !bound.hasExpired();) {
         m_item.tick();
-        return !QAbstractEventDispatcher::instance()->registeredTimers(&m_item).isEmpty();
-    };
-    EXPECT_TRUE(addsStep(0.15));
-    EXPECT_FALSE(addsStep(1000));
+    }
+    EXPECT_EQ(breathed.count(), 1) << "changes fast";
 }
 
 } // namespace

@@ -88,14 +88,20 @@ QList<Screen> QtScreens::all() const
     QList<Screen> screens;
     const auto known = QGuiApplication::screens();
     for (const QScreen *screen : known) {
-        Screen &added = screens.emplaceBack();
-        added.name = screen->name();
-        added.frame = system.globalFromQt(QRectF(screen->geometry()));
-        if (const auto notch = notchOf(*screen)) {
-            addNotch(added, *notch);
-        }
+        screens.append(described(*screen, system));
     }
     return screens;
+}
+
+Screen QtScreens::described(const QScreen &screen, const ScreenCoordinates &system) const
+{
+    Screen description;
+    description.name = screen.name();
+    description.frame = system.globalFromQt(QRectF(screen.geometry()));
+    if (const auto notch = notchOf(screen)) {
+        addNotch(description, *notch);
+    }
+    return description;
 }
 
 std::optional<QSizeF> QtScreens::notchOf(const QScreen &screen) const
@@ -111,8 +117,8 @@ std::optional<QSizeF> QtScreens::notchOf(const QScreen &screen) const
 
 std::optional<Screen> QtScreens::main() const
 {
-    const qsizetype index = QGuiApplication::screens().indexOf(QGuiApplication::primaryScreen());
-    return index < 0 ? std::nullopt : std::optional(all().at(index));
+    const QScreen *primary = QGuiApplication::primaryScreen();
+    return primary == nullptr ? std::nullopt : std::optional(described(*primary, coordinates()));
 }
 
 void QtScreens::observeChanges(std::function<void()> handler)

@@ -42,6 +42,7 @@ public:
 private:
     class Watcher;
 
+    [[nodiscard]] Screen described(const QScreen &screen, const ScreenCoordinates &system) const;
     /// The notch on a screen, if it has one.
     [[nodiscard]] std::optional<QSizeF> notchOf(const QScreen &screen) const;
 
