@@ -18,10 +18,10 @@
 #include "platform/linux/files/local_application_bundle.h"
 #include "platform/linux/files/local_file_system.h"
 #include "platform/linux/files/xdg_autostart.h"
-#include "platform/linux/http/curl_http_client.h"
 #include "platform/linux/keyring/no_authenticator.h"
 #include "platform/linux/keyring/polkit_authenticator.h"
 #include "platform/linux/keyring/secret_service_keychain.h"
+#include "platform/linux/network/network_process.h"
 #include "platform/linux/process/free_memory.h"
 #include "platform/linux/process/process_hardening.h"
 #include "platform/linux/process/termination_signals.h"
@@ -119,7 +119,8 @@ struct Desktop
     const QString executable = QCoreApplication::applicationFilePath();
     platform::QtMainQueue queue;
     platform::ThreadBackgroundTasks background;
-    platform::CurlHttpClient http;
+    platform::NetworkProcess http{QCoreApplication::applicationDirPath() +
+                                  QStringLiteral("/corvane-net")};
     platform::IcuNumberFormatter formatter;
     platform::LocalFileSystem files;
     platform::QtScreens screens;
@@ -189,6 +190,7 @@ int run(const app::Options &options, const core::Endpoints &endpoints,
             environment.restore();
             // The collapsed island has no text, so the fonts are loaded after its first frame.
             assets::registerBundledFonts();
+            desktop.http.start();
             if (options.open) {
                 delegate->open(*app::paneNamed(*options.open));
             }

@@ -5,6 +5,7 @@ set(CORVANE_LAYERS
     "platform/linux/files:platform"
     "platform/linux/process:platform"
     "platform/linux/http:platform"
+    "platform/linux/network:platform"
     "platform/linux/bus:platform"
     "platform/linux/keyring:platform platform/linux/bus platform/linux/files"
     "platform/linux/toolkit:platform"
@@ -20,5 +21,5 @@ set(CORVANE_LAYERS
     "island:look look/controls look/motion look/paint core keys platform"
     "panes:island look look/controls look/motion look/paint look/secrets core keys platform"
     "onboarding:island look look/controls look/motion look/paint core platform"
-    "app:onboarding panes island look look/motion look/paint core keys platform platform/linux/bus platform/linux/files platform/linux/http platform/linux/keyring platform/linux/process platform/linux/toolkit platform/linux/tray platform/linux/x11"
+    "app:onboarding panes island look look/motion look/paint core keys platform platform/linux/bus platform/linux/files platform/linux/http platform/linux/keyring platform/linux/network platform/linux/process platform/linux/toolkit platform/linux/tray platform/linux/x11"
 )
