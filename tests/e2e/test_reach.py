@@ -70,14 +70,14 @@ class ReachTest(WalletTest):
         corvane.press_button("Back to the balance")
 
     @unittest.skipUnless(may_look(), "needs strace, root, and a machine that lets it trace")
-    def test_talks_to_its_endpoints_alone_and_starts_nothing_but_the_browser(self):
+    def test_talks_to_its_endpoints_alone_by_its_network_process_and_starts_nothing_else_but_the_browser(self):
         environment, opened = self.desktop.make_browser()
         # The desktop's own xdg-open would start further programs.
         opener = self.desktop.folder / "xdg-open"
         opener.symlink_to(self.desktop.folder / "browser")
         environment["PATH"] = f"{self.desktop.folder}:{os.environ['PATH']}"
         trace = self.desktop.folder / "trace"
-        strace = ["strace", "-D", "-f", "-qq", "--seccomp-bpf", "-e", "trace=connect,bind,listen,execve,execveat",
+        strace = ["strace", "-D", "-f", "-qq", "--seccomp-bpf", "-e", "trace=socket,connect,bind,listen,execve,execveat",
                   "-o", trace, "--"]
         with self.run_wallet(under=strace, environment=environment) as corvane:
             self.import_key(corvane, KEY)
@@ -85,8 +85,13 @@ class ReachTest(WalletTest):
             wait_until(opened, "the browser")
             corvane.leave()
         calls = trace.read_text().splitlines()
-        self.assertEqual([match[1] for call in calls if (match := re.search(r'execve(?:at)?\(.*?"([^"]+)"', call))],
-                         [str(PROGRAM), str(opener)])
+        started = [(match[2], match[1]) for call in calls
+                   if (match := re.match(r'(\d+) .*execve(?:at)?\(.*?"([^"]+)"', call))]
+        network = str(PROGRAM.parent / "corvane-net")
+        self.assertEqual([program for program, _ in started], [str(PROGRAM), network, str(opener)])
+        # The process with the key has no socket that leads outside.
+        outside = [call for call in calls if re.search(r"(socket|connect)\(.*AF_INET", call)]
+        self.assertEqual({call.split()[0] for call in outside}, {dict(started)[network]})
         reached = [call for call in calls if "connect(" in call and "AF_UNIX" not in call]
         port = self.localnet.url.rpartition(":")[2]
         self.assertGreater(len(reached), 0)
